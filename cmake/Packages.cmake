@@ -1,0 +1,73 @@
+# Packages: everything that a user gets, in one folder: the SDK with the module, kelcam, the simulated cameras, profiles, the
+# example and the documents. script/package makes them.
+include(Notices)
+
+# What Windows shows of a file beside its name and version.
+set_target_properties(kelCameraVimba PROPERTIES KEL_DESCRIPTION "${PROJECT_DESCRIPTION}")
+set_target_properties(kelcam PROPERTIES KEL_DESCRIPTION "Cameras from the command line")
+set_target_properties(VimbaC PROPERTIES KEL_DESCRIPTION "Simulated cameras behind the Vimba C API")
+set_target_properties(kel.portable.core PROPERTIES KEL_DESCRIPTION "Host SDK: objects, texts, errors")
+set_target_properties(kel.core PROPERTIES KEL_DESCRIPTION "Host SDK: profiles")
+set_target_properties(kel.tools PROPERTIES KEL_DESCRIPTION "Host SDK: images and conversions")
+set_target_properties(kel.imagingdevice PROPERTIES KEL_DESCRIPTION "Host SDK: imaging devices and host output")
+
+# The simulated VimbaC has a folder of its own, which no loader searches by itself: it never stands in for the vendor's.
+install(TARGETS VimbaC
+  RUNTIME DESTINATION ${KEL_INSTALL_RUN}/simulator COMPONENT kelcam
+  LIBRARY DESTINATION ${KEL_INSTALL_RUN}/simulator COMPONENT kelcam)
+install(TARGETS kelcam RUNTIME DESTINATION ${KEL_INSTALL_RUN} COMPONENT kelcam)
+if(WIN32)
+  install(PROGRAMS packaging/kelcam-simulated.cmd DESTINATION bin COMPONENT kelcam)
+else()
+  install(PROGRAMS packaging/kelcam-simulated.sh DESTINATION bin COMPONENT kelcam RENAME kelcam-simulated)
+  file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/packaging)
+  file(CREATE_LINK ../${KEL_INSTALL_RUN}/kelcam ${PROJECT_BINARY_DIR}/packaging/kelcam SYMBOLIC)
+  install(FILES ${PROJECT_BINARY_DIR}/packaging/kelcam DESTINATION bin COMPONENT kelcam)
+endif()
+
+set(share share/kelCameraVimba)
+install(DIRECTORY apps/kelcam/profiles DESTINATION ${share} COMPONENT kelcam)
+install(DIRECTORY examples/embedding DESTINATION ${share}/examples COMPONENT kelcam)
+
+set(notices
+  "CLI11 (command line of kelcam)" libcli11-dev
+  "JSON for Modern C++ (kelcam, the simulated cameras)" nlohmann-json3-dev
+  "Highway (vector kernels in kel.tools)" libhwy-dev
+  "stb (pictures in kelcam and the simulated cameras)" libstb-dev
+  "SimpleIni (profiles in kel.core)" libsimpleini-dev)
+if(MINGW)
+  list(APPEND notices
+    "Runtime libraries of GCC (libstdc++-6.dll, libgcc_s_seh-1.dll)" gcc-mingw-w64-x86-64-posix-runtime
+    "Runtime libraries of MinGW-w64 (libwinpthread-1.dll)" mingw-w64-x86-64-dev)
+endif()
+set(doc share/doc/kelCameraVimba)
+if(NOT MSVC)
+  kel_notices(${PROJECT_BINARY_DIR}/packaging/THIRD-PARTY-NOTICES.txt ${notices})
+  install(FILES ${PROJECT_BINARY_DIR}/packaging/THIRD-PARTY-NOTICES.txt DESTINATION ${doc} COMPONENT kelcam)
+endif()
+install(DIRECTORY docs DESTINATION ${doc} COMPONENT kelcam)
+install(FILES README.md CHANGELOG.md DESTINATION ${doc} COMPONENT kelcam OPTIONAL)
+
+if(WIN32)
+  set(CPACK_GENERATOR ZIP)
+  set(system windows)
+else()
+  set(CPACK_GENERATOR TGZ DEB)
+  set(system linux)
+endif()
+set(CPACK_PACKAGE_NAME kelCameraVimba)
+set(CPACK_PACKAGE_VENDOR kelCameraVimba)
+set(CPACK_PACKAGE_CONTACT "the developers of kelCameraVimba")
+set(CPACK_PACKAGE_FILE_NAME kelCameraVimba-${PROJECT_VERSION}-${system}-x64)
+set(CPACK_MONOLITHIC_INSTALL ON)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_VERBATIM_VARIABLES ON)
+set(CPACK_DEBIAN_PACKAGE_NAME kelcameravimba)
+set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
+  "The module for hosts, the SDK that it is written against, kelcam to use cameras
+ from the command line, and simulated cameras to try all of it without one.")
+# The package's own libraries are no other package's; everything else is looked up.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR})
+include(CPack)

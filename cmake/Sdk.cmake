@@ -1,0 +1,53 @@
+# What a host outside this tree builds against: the host SDK's libraries and headers, the header of the module's exports and
+# the module itself. `cmake --install BUILD --component sdk --prefix DIR`, then find_package(kelCameraVimba) with DIR in
+# CMAKE_PREFIX_PATH. VimbaC is not part of it: the module takes the one that the loader finds.
+include(CMakePackageConfigHelpers)
+
+# Everything that runs lies side by side, as in the build folder. On Linux that is a folder of the project's own: these
+# libraries are found through their users' run paths, never by the loader's own search.
+if(WIN32)
+  set(KEL_INSTALL_RUN bin)
+  set(kel_library_prefix "")
+else()
+  set(KEL_INSTALL_RUN lib/kelCameraVimba)
+  set(kel_library_prefix lib)
+endif()
+
+# What a host links to; the module is loaded at run time, only its header is needed.
+add_library(kelCameraVimba-host INTERFACE)
+add_library(kelCameraVimba::host ALIAS kelCameraVimba-host)
+set_target_properties(kelCameraVimba-host PROPERTIES EXPORT_NAME host)
+target_link_libraries(kelCameraVimba-host INTERFACE kel.imagingdevice)
+target_include_directories(kelCameraVimba-host INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>)
+
+set(sdk_include include/kelCameraVimba)
+set(sdk_cmake lib/cmake/kelCameraVimba)
+
+install(TARGETS kel.portable.core kel.core kel.tools kel.imagingdevice kelCameraVimba-host EXPORT kelCameraVimba
+  RUNTIME DESTINATION ${KEL_INSTALL_RUN} COMPONENT sdk
+  LIBRARY DESTINATION ${KEL_INSTALL_RUN} COMPONENT sdk
+  ARCHIVE DESTINATION lib COMPONENT sdk
+  INCLUDES DESTINATION ${sdk_include})
+install(TARGETS kelCameraVimba
+  RUNTIME DESTINATION ${KEL_INSTALL_RUN} COMPONENT sdk
+  LIBRARY DESTINATION ${KEL_INSTALL_RUN} COMPONENT sdk)
+install(FILES ${kel_runtime_libraries} DESTINATION ${KEL_INSTALL_RUN} COMPONENT sdk)
+
+# The classes' headers; files with other names are the libraries' own.
+file(GLOB sdk_headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/host/kel.*/*.h)
+list(FILTER sdk_headers INCLUDE REGEX "/(b[a-z0-9]+|dlist|wstring|iprofile|imagingdevice|nboard|kel_[a-z_]+_api)\\.h$")
+list(FILTER sdk_headers EXCLUDE REGEX "/bcamprofilekeys\\.h$")
+install(FILES ${sdk_headers} DESTINATION ${sdk_include} COMPONENT sdk)
+install(FILES ${PROJECT_SOURCE_DIR}/src/driver/kel_camera_vimba.h DESTINATION ${sdk_include}/driver COMPONENT sdk)
+
+install(EXPORT kelCameraVimba NAMESPACE kelCameraVimba:: FILE kelCameraVimbaTargets.cmake
+  DESTINATION ${sdk_cmake} COMPONENT sdk)
+set(module_file ${KEL_INSTALL_RUN}/${kel_library_prefix}kelCameraVimba${CMAKE_SHARED_LIBRARY_SUFFIX})
+set(simulator_folder ${KEL_INSTALL_RUN}/simulator)
+configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/kelCameraVimbaConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/kelCameraVimbaConfig.cmake
+  INSTALL_DESTINATION ${sdk_cmake} PATH_VARS module_file simulator_folder)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/kelCameraVimbaConfigVersion.cmake
+  VERSION ${PROJECT_VERSION} COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/kelCameraVimbaConfig.cmake ${PROJECT_BINARY_DIR}/kelCameraVimbaConfigVersion.cmake
+  DESTINATION ${sdk_cmake} COMPONENT sdk)

@@ -1,0 +1,36 @@
+# What Windows alone needs: version resources, and the runtime libraries of MinGW-w64 beside the programs.
+if(MINGW)
+  set(kel_runtime_libraries)
+  foreach(library libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll)
+    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${library}
+      OUTPUT_VARIABLE file OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+    if(NOT IS_ABSOLUTE ${file})
+      message(FATAL_ERROR "${CMAKE_CXX_COMPILER} does not find its ${library}")
+    endif()
+    # Without the symbols that it comes with, which are most of it.
+    set(copy ${CMAKE_BINARY_DIR}/${library})
+    if(${file} IS_NEWER_THAN ${copy})
+      execute_process(COMMAND ${CMAKE_STRIP} --strip-unneeded -o ${copy} ${file} COMMAND_ERROR_IS_FATAL ANY)
+    endif()
+    list(APPEND kel_runtime_libraries ${copy})
+  endforeach()
+endif()
+
+# kel_version_resource(TARGET): gives a program or shared library its version, product and description; the description is
+# the target's property KEL_DESCRIPTION, or else its name.
+function(kel_version_resource target)
+  get_target_property(kind ${target} TYPE)
+  if(NOT WIN32 OR NOT kind MATCHES "^(EXECUTABLE|SHARED_LIBRARY|MODULE_LIBRARY)$")
+    return()
+  endif()
+  set(type $<IF:$<STREQUAL:${kind},EXECUTABLE>,1,2>)
+  set(property $<TARGET_PROPERTY:${target},KEL_DESCRIPTION>)
+  set(description $<IF:$<BOOL:${property}>,${property},${target}>)
+  set(file_name $<TARGET_FILE_NAME:${target}>)
+  string(REPLACE "." "," version ${kelCameraVimba_VERSION}.0)
+  file(READ ${kelCameraVimba_SOURCE_DIR}/cmake/version.rc.in template)
+  string(CONFIGURE "${template}" resource @ONLY)
+  set(file ${CMAKE_CURRENT_BINARY_DIR}/${target}.version.rc)
+  file(GENERATE OUTPUT ${file} CONTENT "${resource}" TARGET ${target})
+  target_sources(${target} PRIVATE ${file})
+endfunction()
