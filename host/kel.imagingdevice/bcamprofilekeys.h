@@ -1,0 +1,13 @@
+// bcamprofilekeys.h
+// The profile keys that every camera driver shares, beside those that NBoard names by number.
+#pragma once
+
+namespace CamProfileKey {
+
+inline constexpr wchar_t kApi[] = L"API";                              // which driver the profile is for
+inline constexpr wchar_t kSerialNumber[] = L"Serial.Number";           // the serial number of the camera
+inline constexpr wchar_t kMaxShutterForFast[] = L"MAXSHUTTERFORFAST";  // the longest shutter of the fast mode
+inline constexpr wchar_t kIdent[] = L"Ident";                          // the identifier of the camera that was opened
+inline constexpr wchar_t kMIIdent[] = L"MIIdent";                      // the id by which the driver opened it
+
+}  // namespace CamProfileKey

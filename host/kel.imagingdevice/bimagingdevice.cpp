@@ -1,0 +1,7 @@
+// bimagingdevice.cpp
+// What a device answers that knows no better.
+#include "bimagingdevice.h"
+
+BImagingDevice::~BImagingDevice() = default;
+double BImagingDevice::LastSnapTime() const { return m_last_snap_time_ms; }
+bool BImagingDevice::AutoFocusOnce() { return false; }

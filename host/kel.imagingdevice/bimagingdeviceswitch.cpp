@@ -1,0 +1,10 @@
+// bimagingdeviceswitch.cpp
+// Switching off, and the homes of the type information of switch and trigger.
+#include "bimagingdeviceswitch.h"
+
+#include "bimagingdevicetrigger.h"
+
+BImagingDeviceSwitch::~BImagingDeviceSwitch() = default;
+void BImagingDeviceSwitch::SetOff() { SetExternal(false); }
+
+BImagingDeviceTrigger::~BImagingDeviceTrigger() = default;

@@ -1,0 +1,70 @@
+// bimage8u.cpp
+// An 8-bit monochrome image.
+#include "bimage8u.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "rows/clipping.h"
+#include "rows/row_kernels.h"
+
+namespace {
+
+template <class Byte>
+struct Rows {
+  Byte* first;
+  std::ptrdiff_t step;  // bytes to the next row; negative where rows are taken from the bottom up
+};
+
+// Target row y, of part.height, is source column y; source row x, of part.width, is target column x. The last tiles of
+// a row and of a column are moved back to end with the picture.
+void Transpose(const Rows<const std::uint8_t>& source, const Rows<std::uint8_t>& target, const BSize& part) {
+  const rows::RowKernels& kernels = rows::Kernels();
+  const bool tiles = part.width >= kernels.tile_side && part.height >= kernels.tile_side;
+  const int side = tiles ? kernels.tile_side : 1;
+  for (int column = 0; column < part.width; column += side) {
+    const int x = std::min(column, part.width - side);
+    for (int row = 0; row < part.height; row += side) {
+      const int y = std::min(row, part.height - side);
+      const std::uint8_t* const from = source.first + x * source.step + y;
+      std::uint8_t* const to = target.first + y * target.step + x;
+      tiles ? kernels.transpose_tile(from, source.step, to, target.step) : static_cast<void>(*to = *from);
+    }
+  }
+}
+
+}  // namespace
+
+BImage8u::BImage8u(const BSize& size) { Resize(size); }
+
+void BImage8u::Resize(const BSize& size) { m_pixels.Resize(size, 1); }
+
+void BImage8u::CopyRows(const std::uint8_t* pixels, std::size_t line_length, const BSize& size, const BPoint& at) {
+  const rows::Clip clip = rows::Clipped(size, at, Size());
+  const auto width = static_cast<std::size_t>(clip.size.width);
+  const auto height = static_cast<std::size_t>(clip.size.height);
+  if (height == 0) return;
+  const std::uint8_t* const from = pixels + static_cast<std::size_t>(clip.from.y) * line_length + clip.from.x;
+  std::uint8_t* const to = Row(clip.to.y) + clip.to.x;
+  if (width == line_length && width == LineLength()) {
+    std::memcpy(to, from, width * height);  // rows without gaps on either side are one block
+    return;
+  }
+  for (std::size_t y = 0; y < height; ++y) std::memcpy(to + y * LineLength(), from + y * line_length, width);
+}
+
+void BImage8u::CopyRotated(const std::uint8_t* pixels, std::size_t line_length, const BSize& size, bool clockwise) {
+  const BSize part{std::min(size.height, Size().width), std::min(size.width, Size().height)};
+  if (part.width <= 0 || part.height <= 0) return;
+  const auto step = static_cast<std::ptrdiff_t>(line_length);
+  const auto target_step = static_cast<std::ptrdiff_t>(LineLength());
+  if (clockwise) {
+    // Columns are read from the bottom up.
+    const std::uint8_t* const bottom_left = pixels + static_cast<std::size_t>(size.height - 1) * line_length;
+    Transpose({bottom_left, -step}, {Row(0), target_step}, part);
+  } else {
+    // The rightmost column comes first: rows are made from the last one up.
+    const std::uint8_t* const first_used = pixels + (size.width - part.height);
+    Transpose({first_used, step}, {Row(part.height - 1), -target_step}, part);
+  }
+}

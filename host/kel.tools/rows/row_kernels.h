@@ -1,0 +1,50 @@
+// row_kernels.h
+// The inner loops that vector units do faster, as a table for each kind of vector unit.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+
+#include "bayer_pixel.h"
+#include "kel_tools_api.h"
+
+namespace rows {
+
+// A kernel fills `target`, the start of the row to be made, and returns the first pixel that it left to the caller: it
+// may stop before `end`, or do nothing. What it makes is what the definition of that pixel says, bit for bit. Bayer
+// rows are made from pixel 0 on; `end` is at most the row's width.
+using BayerKernel = int (*)(const BayerRow& row, int end, std::uint8_t* target);
+// From pixel x on; `source` is the start of the row that pixel 0 comes from.
+using RowKernel = int (*)(const std::uint8_t* source, int x, int end, std::uint8_t* target);
+// Writes the transpose of a square tile: target row i is source column i. Steps are bytes from row to row, and may be
+// negative.
+using TileKernel = void (*)(const std::uint8_t* source, std::ptrdiff_t source_step, std::uint8_t* target,
+                            std::ptrdiff_t target_step);
+
+constexpr int kNoTiles = std::numeric_limits<int>::max();
+
+struct RowKernels {
+  const char* name;
+  BayerKernel bilinear_rgb;
+  BayerKernel bilinear_luma;
+  BayerKernel binomial;
+  BayerKernel corrected_rgb;
+  BayerKernel corrected_luma;
+  BayerKernel corrected_weighted;
+  RowKernel yuv_rgb;  // x is even
+  RowKernel stretch;
+  RowKernel grey_rgb;
+  int tile_side;  // kNoTiles: there is no kernel for tiles
+  TileKernel transpose_tile;
+};
+
+// The kernels in use: the best that the processor can run. [any thread]
+const RowKernels& Kernels();
+
+// For tests and measurements: the names of the tables that this processor can run, best first, then null; and the
+// choice of one of them. An unknown name changes nothing and returns false. [any thread]
+KEL_TOOLS_API const char* const* KernelNames();
+KEL_TOOLS_API bool UseKernels(const char* name);
+
+}  // namespace rows

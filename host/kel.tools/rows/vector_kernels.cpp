@@ -1,0 +1,96 @@
+// vector_kernels.cpp
+// The tables of row kernels for the vector units; this file is compiled once for each of them.
+#include "vector_kernels.h"
+
+#include <cstdint>
+
+#include "processor.h"
+#include "row_kernels.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "rows/vector_kernels.cpp"
+#define HWY_WANT_AVX3_DL
+// Brings these loops nothing over SSSE3.
+#define HWY_DISABLED_TARGETS HWY_SSE4
+#include "hwy/foreach_target.h"
+
+#include "hwy/highway.h"
+
+#if HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
+#include "bayer_rows-inl.h"
+#include "plain_rows-inl.h"
+#include "transpose-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace rows {
+namespace HWY_NAMESPACE {
+
+const RowKernels* Table() {
+  static constexpr RowKernels table = {
+#if HWY_TARGET == HWY_SSSE3
+    "ssse3",
+#elif HWY_TARGET == HWY_AVX2
+    "avx2",
+#elif HWY_TARGET == HWY_AVX3
+    "avx512",
+#elif HWY_TARGET == HWY_AVX3_DL
+    "avx512vbmi",
+#else
+    "native",
+#endif
+    Interpolated<BilinearLanes, AsRgb>,
+    Interpolated<BilinearLanes, AsLuma>,
+    Binomials,
+    Interpolated<CorrectedLanes, AsRgb>,
+    Interpolated<CorrectedLanes, AsLimitedLuma>,
+    Interpolated<CorrectedLanes, AsWeightedMean>,
+    RowSweep<YuvStep, 2>,
+    RowSweep<StretchStep, 1>,
+    RowSweep<GreyStep, 1>,
+    kTileSide,
+    TransposeTile,
+  };
+  return &table;
+}
+
+}  // namespace HWY_NAMESPACE
+}  // namespace rows
+HWY_AFTER_NAMESPACE();
+#endif
+
+#if HWY_ONCE
+namespace rows {
+namespace {
+
+using TableOf = const RowKernels* (*)();
+
+struct Candidate {
+  VectorUnit unit;
+  TableOf table;
+};
+
+// Best first. A unit without table was not compiled.
+constexpr Candidate kCandidates[] = {
+#if HWY_ARCH_X86
+    {VectorUnit::eAvx512Vbmi, HWY_CHOOSE_AVX3_DL(Table)},
+    {VectorUnit::eAvx512, HWY_CHOOSE_AVX3(Table)},
+    {VectorUnit::eAvx2, HWY_CHOOSE_AVX2(Table)},
+    {VectorUnit::eSsse3, HWY_CHOOSE_SSSE3(Table)},
+#elif HWY_STATIC_TARGET != HWY_SCALAR && HWY_STATIC_TARGET != HWY_EMU128
+    {VectorUnit::eBaseline, HWY_STATIC_DISPATCH(Table)},
+#endif
+    {VectorUnit::eBaseline, nullptr},
+};
+
+}  // namespace
+
+std::vector<const RowKernels*> VectorKernels() {
+  std::vector<const RowKernels*> tables;
+  for (const Candidate& candidate : kCandidates) {
+    if (candidate.table != nullptr && ProcessorHas(candidate.unit)) tables.push_back(candidate.table());
+  }
+  return tables;
+}
+
+}  // namespace rows
+#endif
