@@ -1,0 +1,101 @@
+// api/api_call.cpp
+// What every API call goes through: record, start-up check, faults, argument check, result.
+#include "api/api_call.h"
+
+#include <thread>
+#include <utility>
+
+#include "camera/value_text.h"
+
+namespace simulator {
+
+ApiCall::ApiCall(const char* function)
+    : m_system(VimbaSystem::Instance()), m_texts(m_system.Record().Recording() || m_system.FaultSet().Any()) {
+  if (!m_texts) return;
+  m_pattern.call = function;
+  m_text = m_pattern.call + '(';
+}
+
+void ApiCall::Add(const std::string& argument) {
+  if (!std::exchange(m_first_argument, false)) m_text += ", ";
+  m_text += argument;
+}
+
+ApiCall& ApiCall::On(VmbHandle_t handle) {
+  m_handle = handle;
+  if (m_texts) Add(m_pattern.camera = m_system.Record().HandleText(handle));
+  return *this;
+}
+
+ApiCall& ApiCall::Camera(const char* name) {
+  if (m_texts) {
+    m_pattern.camera = name ? name : "";
+    Add(QuotedText(name));
+  }
+  return Needs(name);
+}
+
+ApiCall& ApiCall::Feature(const char* name) {
+  if (m_texts) {
+    m_pattern.feature = name ? name : "";
+    Add(QuotedText(name));
+  }
+  return Needs(name);
+}
+
+ApiCall& ApiCall::Value(const char* value) {
+  if (m_texts) {
+    m_pattern.value = value ? value : "";
+    Add(QuotedText(value));
+  }
+  return Needs(value);
+}
+
+ApiCall& ApiCall::Value(std::int64_t value) {
+  if (m_texts) Add(m_pattern.value = ValueText(value));
+  return *this;
+}
+
+ApiCall& ApiCall::Value(double value) {
+  if (m_texts) Add(m_pattern.value = ValueText(value));
+  return *this;
+}
+
+ApiCall& ApiCall::Frame(const VmbFrame_t* frame) {
+  if (m_texts) Add(m_pattern.value = m_system.Record().FrameText(m_handle, frame));
+  return Needs(frame);
+}
+
+ApiCall& ApiCall::Needs(const void* pointer) {
+  if (!pointer && !m_argument_error) m_argument_error = VmbErrorBadParameter;
+  return *this;
+}
+
+ApiCall& ApiCall::Needs(VmbInvalidationCallback callback) {
+  if (!callback && !m_argument_error) m_argument_error = VmbErrorBadParameter;
+  return *this;
+}
+
+ApiCall& ApiCall::Size(std::uint32_t given, std::size_t needed) {
+  if (given != needed && !m_argument_error) m_argument_error = VmbErrorStructSize;
+  return *this;
+}
+
+ApiCall& ApiCall::WithoutStartup() {
+  m_needs_startup = false;
+  return *this;
+}
+
+CallRecord::Line ApiCall::Begin() {
+  m_system.Record().Count();
+  return m_texts ? m_system.Record().Begin(std::move(m_text) + ')') : 0;
+}
+
+VmbError_t ApiCall::Check() {
+  if (m_needs_startup && !m_system.Started()) return VmbErrorApiNotStarted;
+  if (m_texts) m_effect = m_system.FaultSet().ForCall(m_pattern);
+  if (m_effect.delay.count() > 0) std::this_thread::sleep_for(m_effect.delay);
+  return m_effect.error ? m_effect.error : m_argument_error;
+}
+
+}  // namespace simulator

@@ -1,0 +1,166 @@
+// api/control_calls.cpp
+// The control interface: configuration, faults, plugs and lines, the record of calls.
+#include <algorithm>
+#include <cstring>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+#include "control/configuration.h"
+#include "control/json_members.h"
+#include "system/vimba_system.h"
+#include "vimba_simulator.h"
+
+namespace {
+
+using simulator::Camera;
+using simulator::Json;
+using simulator::Lock;
+using simulator::VimbaSystem;
+
+// A thread_local text would keep the library loaded as long as one of its threads lives.
+class LastErrors {
+ public:
+  void Set(std::string text) {
+    const Lock lock(m_mutex);
+    m_texts[std::this_thread::get_id()] = std::move(text);
+  }
+  const char* Get() {
+    const Lock lock(m_mutex);
+    const auto found = m_texts.find(std::this_thread::get_id());
+    return found == m_texts.end() ? "" : found->second.c_str();
+  }
+
+ private:
+  simulator::Mutex m_mutex;
+  std::map<std::thread::id, std::string> m_texts SIM_GUARDED_BY(m_mutex);
+};
+
+LastErrors last_errors;
+
+template <class Body>
+int Control(Body body) {
+  try {
+    body(VimbaSystem::Instance());
+    return 0;
+  } catch (const std::exception& error) {
+    last_errors.Set(error.what());
+    return 1;
+  }
+}
+
+const char* Given(const char* text, const char* what) {
+  if (!text) throw std::invalid_argument(std::string(what) + " is null");
+  return text;
+}
+
+std::shared_ptr<Camera> CameraCalled(VimbaSystem& system, const char* camera_id) {
+  system.Prepare();
+  auto camera = system.FindCamera(Given(camera_id, "the camera id"));
+  if (!camera) throw std::invalid_argument("there is no camera " + std::string(camera_id));
+  return camera;
+}
+
+std::size_t CopyText(const std::string& text, char* buffer, std::size_t size) {
+  if (buffer && size != 0) {
+    const std::size_t copied = std::min(size - 1, text.size());
+    std::memcpy(buffer, text.data(), copied);
+    buffer[copied] = '\0';
+  }
+  return text.size() + 1;
+}
+
+Json StateOf(const VimbaSystem& system, const Camera& camera) {
+  const simulator::Counters& counters = camera.Counted();
+  const auto session = system.FullSessionOf(camera);
+  const auto frames = session ? session->Frames()->Count() : simulator::CaptureQueue::Sizes{};
+  Json state{{"plugged", camera.Plugged()},        {"openHandles", system.OpenHandles(camera)},
+             {"acquiring", camera.Running()},      {"capturing", frames.capturing},
+             {"announced", frames.announced},      {"queued", frames.queued},
+             {"exposed", counters.exposed.load()}, {"delivered", counters.delivered.load()},
+             {"dropped", counters.dropped.load()}, {"lostPackets", counters.packets_lost.load()}};
+  state["features"] = camera.FeatureValues();
+  return state;
+}
+
+}  // namespace
+
+int VimbaSimConfigure(const char* json) {
+  return Control([&](VimbaSystem& system) {
+    system.Configure(json ? simulator::ParseConfiguration(json) : simulator::EnvironmentConfiguration());
+  });
+}
+
+int VimbaSimAddFaults(const char* json) {
+  return Control([&](VimbaSystem& system) {
+    // The first configuration would forget them.
+    system.Prepare();
+    system.FaultSet().Add(simulator::ParseFaults(Given(json, "the text")));
+  });
+}
+
+void VimbaSimClearFaults() { VimbaSystem::Instance().FaultSet().Clear(); }
+
+int VimbaSimUnplug(const char* camera_id) {
+  return Control([&](VimbaSystem& system) { CameraCalled(system, camera_id)->Unplug(); });
+}
+
+int VimbaSimPlug(const char* camera_id) {
+  return Control([&](VimbaSystem& system) { CameraCalled(system, camera_id)->Plug(); });
+}
+
+int VimbaSimSetLine(const char* camera_id, int line, int level) {
+  return Control([&](VimbaSystem& system) {
+    const auto camera = CameraCalled(system, camera_id);
+    if (line < 1 || line > 4) throw std::invalid_argument("line " + std::to_string(line) + " is none of 1 to 4");
+    if (level != 0 && level != 1) throw std::invalid_argument("level " + std::to_string(level) + " is neither 0 nor 1");
+    camera->InputEdge(line, level == 1);
+  });
+}
+
+int VimbaSimDeliverFrame(const char* camera_id, const char* json) {
+  return Control([&](VimbaSystem& system) {
+    const auto camera = CameraCalled(system, camera_id);
+    const simulator::FrameOverride frame = simulator::ParseFrameOverride(json ? json : "{}");
+    const auto session = system.FullSessionOf(*camera);
+    if (!session || !session->DeliverNow(frame)) {
+      throw std::runtime_error("camera " + std::string(camera_id) + " has no frame queued");
+    }
+  });
+}
+
+int VimbaSimWaitIdle(uint32_t timeout_ms) {
+  const auto deadline = simulator::Clock::now() + std::chrono::milliseconds(timeout_ms);
+  const VimbaSystem& system = VimbaSystem::Instance();
+  while (!system.Idle()) {
+    if (simulator::Clock::now() >= deadline) return 1;
+    std::this_thread::sleep_for(std::chrono::microseconds(200));
+  }
+  return 0;
+}
+
+size_t VimbaSimCalls(char* buffer, size_t size) {
+  return CopyText(VimbaSystem::Instance().Record().Text(), buffer, size);
+}
+
+void VimbaSimClearCalls() { VimbaSystem::Instance().Record().Clear(); }
+
+void VimbaSimRecordCalls(int on) { VimbaSystem::Instance().Record().SetRecording(on != 0); }
+
+uint64_t VimbaSimCallCount() { return VimbaSystem::Instance().Record().Total(); }
+
+size_t VimbaSimState(char* buffer, size_t size) {
+  std::string text = "{}";
+  Control([&](VimbaSystem& system) {
+    system.Prepare();
+    Json state{{"started", system.Started()}, {"cameras", Json::object()}};
+    for (const auto& camera : system.AllCameras()) {
+      state["cameras"][camera->Configuration().id] = StateOf(system, *camera);
+    }
+    text = state.dump();
+  });
+  return CopyText(text, buffer, size);
+}
+
+const char* VimbaSimLastError() { return last_errors.Get(); }

@@ -1,0 +1,85 @@
+// api/system_calls.cpp
+// VimbaC: version, start-up, cameras.
+#include <algorithm>
+
+#include "VimbaC.h"
+#include "api/api_call.h"
+
+using simulator::ApiCall;
+using simulator::CameraConfiguration;
+using simulator::VimbaSystem;
+
+namespace {
+
+constexpr VmbVersionInfo_t kVersion{1, 8, 3};
+constexpr VmbAccessMode_t kOpenable = VmbAccessModeFull | VmbAccessModeRead;
+
+void FillInfo(const simulator::Camera& camera, VmbCameraInfo_t& info) {
+  const CameraConfiguration& configuration = camera.Configuration();
+  info = {configuration.id.c_str(),
+          configuration.name.c_str(),
+          configuration.model.c_str(),
+          configuration.serial.c_str(),
+          camera.Claimed() ? static_cast<VmbAccessMode_t>(VmbAccessModeNone) : kOpenable,
+          configuration.interface_id.c_str()};
+}
+
+}  // namespace
+
+VmbError_t VmbVersionQuery(VmbVersionInfo_t* version, VmbUint32_t sizeofVersionInfo) {
+  return ApiCall(__func__)
+      .WithoutStartup()
+      .Needs(version)
+      .Size(sizeofVersionInfo, sizeof *version)
+      .Answer([&](VimbaSystem&) {
+        *version = kVersion;
+        return VmbErrorSuccess;
+      });
+}
+
+VmbError_t VmbStartup() {
+  // First of all: a configuration may put a fault on this very call.
+  const VmbError_t prepared = VimbaSystem::Instance().PrepareForStartup();
+  return ApiCall(__func__).WithoutStartup().Answer(
+      [&](VimbaSystem& system) { return prepared ? prepared : system.Startup(); });
+}
+
+void VmbShutdown() {
+  ApiCall(__func__).Run([](VimbaSystem& system) { system.Shutdown(); });
+}
+
+VmbError_t VmbCamerasList(VmbCameraInfo_t* list, VmbUint32_t listLength, VmbUint32_t* numFound,
+                          VmbUint32_t sizeofCameraInfo) {
+  ApiCall call(__func__);
+  call.Value(std::int64_t{listLength}).Needs(numFound).Size(sizeofCameraInfo, sizeof *list);
+  if (listLength != 0) call.Needs(list);
+  return call.Answer([&](VimbaSystem& system) {
+    const auto cameras = system.PluggedCameras();
+    *numFound = static_cast<VmbUint32_t>(cameras.size());
+    if (!list) return VmbErrorSuccess;
+    const std::size_t filled = std::min<std::size_t>(listLength, cameras.size());
+    for (std::size_t i = 0; i < filled; ++i) FillInfo(*cameras[i], list[i]);
+    return filled < cameras.size() ? VmbErrorMoreData : VmbErrorSuccess;
+  });
+}
+
+VmbError_t VmbCameraInfoQuery(const char* id, VmbCameraInfo_t* info, VmbUint32_t sizeofCameraInfo) {
+  return ApiCall(__func__).Camera(id).Needs(info).Size(sizeofCameraInfo, sizeof *info).Answer([&](VimbaSystem& system) {
+    const auto camera = system.FindCamera(id);
+    if (!camera || !camera->Plugged()) return VmbErrorNotFound;
+    FillInfo(*camera, *info);
+    return VmbErrorSuccess;
+  });
+}
+
+VmbError_t VmbCameraOpen(const char* id, VmbAccessMode_t access, VmbHandle_t* camera) {
+  return ApiCall(__func__).Camera(id).Value(std::int64_t{access}).Needs(camera).Answer([&](VimbaSystem& system) {
+    if (access == VmbAccessModeConfig || access == VmbAccessModeLite) return VmbError_t{VmbErrorNotSupported};
+    if (access != VmbAccessModeFull && access != VmbAccessModeRead) return VmbError_t{VmbErrorInvalidValue};
+    return system.Open(id, access, *camera);
+  });
+}
+
+VmbError_t VmbCameraClose(VmbHandle_t camera) {
+  return ApiCall(__func__).On(camera).Answer([&](VimbaSystem& system) { return system.Close(camera); });
+}

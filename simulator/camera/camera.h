@@ -1,0 +1,118 @@
+// camera/camera.h
+// One simulated camera as it stands on the link, opened or not.
+#ifndef KEL_SIMULATOR_CAMERA_CAMERA_H
+#define KEL_SIMULATOR_CAMERA_CAMERA_H
+
+#include <atomic>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "camera/camera_configuration.h"
+#include "camera/camera_features.h"
+#include "engine/acquisition.h"
+#include "engine/camera_clock.h"
+#include "engine/counters.h"
+#include "engine/notifier.h"
+
+namespace simulator {
+
+// Its features keep their values when it is closed and when the API shuts down; plugging it in is a power-up. [any
+// thread]
+class Camera {
+ public:
+  // What the world around it does for a camera. Both may be called on any thread.
+  struct Surroundings {
+    // What goes wrong with the exposure that begins now.
+    std::function<FrameOverride(const Camera&)> frame_faults;
+    // Runs without a lock after unplugging and plugging.
+    std::function<void(const Camera&, bool plugged)> presence_changed;
+  };
+
+  // Throws std::invalid_argument for a configuration that cannot be, std::runtime_error for a picture that cannot be
+  // read.
+  Camera(CameraConfiguration configuration, Link& link, Surroundings surroundings);
+  Camera(const Camera&) = delete;
+  Camera& operator=(const Camera&) = delete;
+
+  const CameraConfiguration& Configuration() const { return m_configuration; }
+  // By camera id, serial number, IP address or MAC address (with or without separators, in any capitals).
+  bool IsCalled(std::string_view name) const;
+
+  bool Plugged() const;
+  void Unplug();
+  void Plug();
+
+  // Full access belongs to one opening at a time.
+  bool Claim(VmbHandle_t owner);
+  void Release(VmbHandle_t owner);
+  bool Claimed() const { return m_owner != nullptr; }
+  // Grows with every power-up: an opening from before an unplugging is dead for good.
+  std::uint64_t PowerCycle() const { return m_power_cycle; }
+
+  SensorParts Parts();
+  // The opening with full access lends its acquisition to the acquisition commands.
+  void Attach(Acquisition& acquisition);
+  void Detach(Acquisition& acquisition);
+
+  template <class Body>
+  VmbError_t Read(Body body) const {
+    const Lock lock(m_mutex);
+    return body(m_features->Map());
+  }
+  template <class Body>
+  VmbError_t Write(Body body) {
+    const Lock lock(m_mutex);
+    const VmbError_t error = body(m_features->Map());
+    if (!error) FeaturesChanged();
+    return error;
+  }
+
+  // Calls back on the notifier's thread whenever the feature's value or range changes.
+  VmbError_t Watch(VmbHandle_t handle, const std::string& feature, VmbInvalidationCallback callback, void* context,
+                   std::shared_ptr<Notifier> notifier);
+  void Unwatch(VmbHandle_t handle);
+
+  void InputEdge(int line, bool rising);
+  const Counters& Counted() const { return m_counters; }
+  bool Running() const;
+  std::map<std::string, std::string> FeatureValues() const;
+
+ private:
+  struct Watcher {
+    VmbHandle_t handle;
+    std::string feature;
+    VmbInvalidationCallback callback;
+    void* context;
+    std::shared_ptr<Notifier> notifier;
+    std::string seen;
+  };
+
+  AcquisitionCommands Commands();
+  std::unique_ptr<CameraFeatures> PoweredUp();
+  void FollowPicture(const PictureMeans& means);
+  void FeaturesChanged() SIM_REQUIRES(m_mutex);
+
+  const CameraConfiguration m_configuration;
+  Link& m_link;
+  const Surroundings m_surroundings;
+  std::shared_ptr<const Scene> m_scene;
+  CameraClock m_clock;
+  Counters m_counters;
+  std::atomic<VmbHandle_t> m_owner{nullptr};
+  std::atomic<std::uint64_t> m_power_cycle{0};
+  std::atomic<bool> m_plugged{true};
+
+  mutable Mutex m_mutex;
+  Acquisition* m_acquisition SIM_GUARDED_BY(m_mutex) = nullptr;
+  std::unique_ptr<CameraFeatures> m_features SIM_GUARDED_BY(m_mutex);
+  std::vector<Watcher> m_watchers SIM_GUARDED_BY(m_mutex);
+};
+
+}  // namespace simulator
+
+#endif

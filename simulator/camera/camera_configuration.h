@@ -1,0 +1,83 @@
+// camera/camera_configuration.h
+// What one simulated camera is: everything that does not change while it is on the link.
+#ifndef KEL_SIMULATOR_CAMERA_CAMERA_CONFIGURATION_H
+#define KEL_SIMULATOR_CAMERA_CAMERA_CONFIGURATION_H
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace simulator {
+
+// Replaces single ends of a feature's range.
+struct RangeOverride {
+  std::optional<double> min;
+  std::optional<double> max;
+  std::optional<double> step;
+};
+
+using FeatureSetting = std::variant<std::int64_t, double, std::string>;
+
+enum class Timing {
+  // Exposure, read-out and stream take their time.
+  kReal,
+  // They take none; a free-running camera waits for a queued frame.
+  kInstant
+};
+
+enum class SceneKind { kChart, kPicture, kNone };
+
+struct CameraConfiguration {
+  std::string id;
+  std::string name = "Manta";
+  std::string model;
+  std::string serial;
+  std::string ip;
+  std::string mac;
+  std::string vendor = "Allied Vision Technologies";
+  std::string firmware = "00.01.54.21000";
+  std::string device_id;
+  std::string interface_id = "SimulatedLink";
+
+  int sensor_width = 0;
+  int sensor_height = 0;
+  int sensor_bits = 12;
+  bool colour = false;
+  // Index into kBayerOrders.
+  int bayer_order = 1;
+  // Names of kPixelFormats; the first is set at power-up.
+  std::vector<std::string> formats;
+  // PayloadSize is that of the widest format, whichever is set.
+  bool payload_widest = false;
+  // Largest binning in each direction; 0: the camera has no binning features.
+  int max_binning = 8;
+
+  std::map<std::string, RangeOverride> ranges;
+  std::vector<std::string> missing;
+  // Written, in this order, at power-up.
+  std::vector<std::pair<std::string, FeatureSetting>> features;
+
+  Timing timing = Timing::kReal;
+  double line_time_us = 20.0;
+  std::int64_t ticks_per_second = 1'000'000'000;
+  double adjust_packet_size_ms = 50.0;
+  // What GVSPAdjustPacketSize finds that the link carries.
+  std::int64_t negotiated_packet_size = 8228;
+  double packet_loss = 0.0;
+  std::uint64_t seed = 1;
+  // Without noise equal scenes give equal pictures.
+  bool noise = true;
+  double sensor_temperature = 41.5;
+  double main_temperature = 46.25;
+
+  SceneKind scene = SceneKind::kChart;
+  std::string picture;
+};
+
+}  // namespace simulator
+
+#endif

@@ -1,0 +1,154 @@
+// camera/transport_features.cpp
+// Feature rows of a camera: clock, stream, statistics; and what the configuration changes in all rows.
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include "camera/camera_features.h"
+#include "camera/feature_names.h"
+
+namespace simulator {
+
+std::vector<Feature> CameraFeatures::TimestampRows() {
+  using namespace feature;
+  constexpr std::int64_t kMaxTicks = INT64_MAX;
+  const std::int64_t frequency = m_clock.TicksPerSecond();
+  return {
+      {kGevTimestampTickFrequency, Access::kReadOnly, IntegerNode{{frequency, frequency}, frequency}},
+      {kGevTimestampValue, Access::kReadOnly, IntegerNode{{0, kMaxTicks}, 0, {}, [this] { return m_latched_ticks; }}},
+      {kGevTimestampControlLatch, Access::kReadWrite,
+       CommandNode{[this] { m_latched_ticks = static_cast<std::int64_t>(m_clock.Ticks(Clock::now())); }}},
+      {kGevTimestampControlReset, Access::kReadWrite, CommandNode{[this] { m_clock.Reset(); }}}};
+}
+
+std::vector<Feature> CameraFeatures::StreamRows() {
+  using namespace feature;
+  return {{kGevHeartbeatTimeout, Access::kReadWrite, IntegerNode{{500, 10'000}, 3000}},
+          {kStreamBytesPerSecond, Access::kReadWrite, IntegerNode{{1'000'000, 124'000'000}, 115'000'000}},
+          {kGVSPPacketSize, Access::kIdle, IntegerNode{{500, 9000, 4}, 1500}},
+          {kGVSPAdjustPacketSize, Access::kReadWrite,
+           CommandNode{[this] { AdjustPacketSize(); }, [this] { return Clock::now() >= m_packet_size_adjusted; }}}};
+}
+
+void CameraFeatures::AdjustPacketSize() {
+  if (m_commands.running()) return;
+  FeatureMap& map = m_map;
+  IntegerRange range;
+  // Cannot fail: the node is there whether it is missing from outside or not.
+  auto& node = map.Own<IntegerNode>(feature::kGVSPPacketSize);
+  range = node.fixed;
+  const std::int64_t wanted = std::clamp(m_configuration.negotiated_packet_size, range.min, range.max);
+  node.value = wanted - (wanted - range.min) % range.step;
+  const bool instant = m_configuration.timing == Timing::kInstant;
+  m_packet_size_adjusted =
+      Clock::now() + (instant ? Clock::duration{} : Seconds(m_configuration.adjust_packet_size_ms * 1e-3));
+}
+
+std::vector<Feature> CameraFeatures::StatisticRows() const {
+  using namespace feature;
+  constexpr std::int64_t kMaxCount = INT64_MAX;
+  const auto count = [](const char* name, const std::atomic<std::uint64_t>& counter) {
+    return Feature{name, Access::kReadOnly, IntegerNode{{0, kMaxCount}, 0, {}, [&counter] {
+                                                          return static_cast<std::int64_t>(counter.load());
+                                                        }}};
+  };
+  const Counters& counters = m_counters;
+  return {count(kStatFrameDelivered, counters.delivered),
+          count(kStatFrameDropped, counters.dropped),
+          count(kStatPacketReceived, counters.packets_received),
+          count(kStatPacketMissed, counters.packets_lost),
+          {kStatFrameRate, Access::kReadOnly,
+           FloatNode{{0.0, 1e6}, {0.0}, nullptr, {}, [&counters] { return counters.frames_per_s.load(); }}}};
+}
+
+namespace {
+
+std::int64_t Whole(const std::optional<double>& value, std::int64_t otherwise) {
+  return value ? static_cast<std::int64_t>(*value) : otherwise;
+}
+
+IntegerRange Narrowed(const IntegerRange& range, const RangeOverride& change) {
+  return {std::max(range.min, Whole(change.min, range.min)), std::min(range.max, Whole(change.max, range.max)),
+          Whole(change.step, range.step)};
+}
+
+FloatRange Narrowed(const FloatRange& range, const RangeOverride& change) {
+  return {std::max(range.min, change.min.value_or(range.min)), std::min(range.max, change.max.value_or(range.max))};
+}
+
+void Change(IntegerNode& node, const RangeOverride& change) {
+  if (node.range) {
+    node.range = [inner = std::move(node.range), change] { return Narrowed(inner(), change); };
+  } else {
+    node.fixed = {Whole(change.min, node.fixed.min), Whole(change.max, node.fixed.max),
+                  Whole(change.step, node.fixed.step)};
+  }
+}
+
+void Change(FloatNode& node, const RangeOverride& change) {
+  if (node.range) {
+    node.range = [inner = std::move(node.range), change] { return Narrowed(inner(), change); };
+  } else {
+    node.fixed = {change.min.value_or(node.fixed.min), change.max.value_or(node.fixed.max)};
+  }
+}
+
+// Power-up values follow a changed range.
+void Settle(IntegerNode& node) {
+  const IntegerRange range = node.range ? node.range() : node.fixed;
+  if (range.max < range.min) throw std::invalid_argument("the minimum is above the maximum");
+  node.value = std::clamp(node.value, range.min, range.max);
+  node.value -= (node.value - range.min) % range.step;
+}
+
+void Settle(FloatNode& node) {
+  const FloatRange range = node.range ? node.range() : node.fixed;
+  if (range.max < range.min) throw std::invalid_argument("the minimum is above the maximum");
+  for (double& value : node.values) value = std::clamp(value, range.min, range.max);
+}
+
+}  // namespace
+
+void CameraFeatures::ApplyConfiguration() {
+  for (const auto& [name, change] : m_configuration.ranges) {
+    Feature* feature = m_map.Row(name);
+    if (!feature) throw std::invalid_argument("ranges." + name + ": there is no such feature");
+    try {
+      if (auto* integer = std::get_if<IntegerNode>(&feature->node)) {
+        Change(*integer, change);
+        Settle(*integer);
+      } else if (auto* number = std::get_if<FloatNode>(&feature->node)) {
+        Change(*number, change);
+        Settle(*number);
+      } else {
+        throw std::invalid_argument("the feature has no range");
+      }
+    } catch (const std::invalid_argument& error) {
+      throw std::invalid_argument("ranges." + name + ": " + error.what());
+    }
+  }
+  for (const auto& [name, setting] : m_configuration.features) ApplySetting(name, setting);
+  for (const std::string& name : m_configuration.missing) {
+    Feature* feature = m_map.Row(name);
+    if (!feature) throw std::invalid_argument("missing: there is no feature " + name);
+    feature->missing = true;
+  }
+}
+
+void CameraFeatures::ApplySetting(const std::string& name, const FeatureSetting& setting) {
+  VmbError_t error = VmbErrorSuccess;
+  if (const auto* text = std::get_if<std::string>(&setting)) {
+    error = m_map.SetEnum(name, *text);
+  } else if (const auto* integer = std::get_if<std::int64_t>(&setting)) {
+    error = m_map.SetInteger(name, *integer);
+    if (error == VmbErrorWrongType) error = m_map.SetFloat(name, static_cast<double>(*integer));
+  } else {
+    error = m_map.SetFloat(name, std::get<double>(setting));
+  }
+  if (error) {
+    throw std::invalid_argument("features." + name + ": the camera refuses the value with error " +
+                                std::to_string(error));
+  }
+}
+
+}  // namespace simulator

@@ -1,0 +1,20 @@
+// camera/value_text.h
+// Values as the simulator's records and faults write them.
+#ifndef KEL_SIMULATOR_CAMERA_VALUE_TEXT_H
+#define KEL_SIMULATOR_CAMERA_VALUE_TEXT_H
+
+#include <cstdint>
+#include <string>
+
+namespace simulator {
+
+// Integers are decimal, doubles the shortest text that reads back as the same value.
+std::string ValueText(std::int64_t value);
+std::string ValueText(double value);
+
+// In quotes, with quotes, backslashes and control characters escaped; null for a null pointer.
+std::string QuotedText(const char* text);
+
+}  // namespace simulator
+
+#endif

@@ -1,0 +1,73 @@
+// control/call_record.h
+// The record of API calls, a line a call in the order in which they began.
+#ifndef KEL_SIMULATOR_CONTROL_CALL_RECORD_H
+#define KEL_SIMULATOR_CONTROL_CALL_RECORD_H
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "VimbaC.h"
+#include "threads/mutex.h"
+
+namespace simulator {
+
+// Knows the names of handles and frames by itself: a call is recorded before it waits for any lock of a camera. [any
+// thread]
+class CallRecord {
+ public:
+  // A line without its result; 0 when recording is off.
+  using Line = std::uint64_t;
+  Line Begin(std::string call);
+  // No result for calls that return nothing.
+  void End(Line line, std::optional<VmbError_t> result);
+
+  // Counts a call, recorded or not.
+  void Count();
+  std::uint64_t Total() const;
+
+  void SetRecording(bool on);
+  bool Recording() const;
+  void Clear();
+  // Calls that have not returned yet end in " = ...".
+  std::string Text() const;
+
+  void NameHandle(VmbHandle_t handle, std::string name);
+  // Forgets the handle and its frames.
+  void ForgetHandle(VmbHandle_t handle);
+  // "system", "null", the camera's id or "unknown".
+  std::string HandleText(VmbHandle_t handle) const;
+
+  // Gives the frame the next number of its camera, unless it has one; true for a new number.
+  bool NumberFrame(VmbHandle_t camera, const VmbFrame_t* frame);
+  void ForgetFrame(VmbHandle_t camera, const VmbFrame_t* frame);
+  void ForgetFrames(VmbHandle_t camera);
+  // "frame 3", "frame null" or "frame unknown".
+  std::string FrameText(VmbHandle_t camera, const VmbFrame_t* frame) const;
+
+ private:
+  struct Entry {
+    std::string call;
+    bool ended = false;
+    std::optional<VmbError_t> result;
+  };
+  struct Handle {
+    std::string name;
+    std::map<const VmbFrame_t*, std::size_t> frames;
+    std::size_t next_frame = 0;
+  };
+
+  mutable Mutex m_mutex;
+  std::vector<Entry> m_entries SIM_GUARDED_BY(m_mutex);
+  // The line number of the first entry.
+  Line m_first SIM_GUARDED_BY(m_mutex) = 1;
+  std::uint64_t m_total SIM_GUARDED_BY(m_mutex) = 0;
+  bool m_recording SIM_GUARDED_BY(m_mutex) = true;
+  std::map<VmbHandle_t, Handle> m_handles SIM_GUARDED_BY(m_mutex);
+};
+
+}  // namespace simulator
+
+#endif

@@ -1,0 +1,19 @@
+// control/environment.h
+// The environment variable and the file that it names: where operating systems differ.
+#ifndef KEL_SIMULATOR_CONTROL_ENVIRONMENT_H
+#define KEL_SIMULATOR_CONTROL_ENVIRONMENT_H
+
+#include <optional>
+#include <string>
+
+namespace simulator {
+
+// VIMBA_SIM_CONFIG as UTF-8; nothing when it is not set or empty.
+std::optional<std::string> ConfigurationFile();
+
+// Throws std::runtime_error with the file's name.
+std::string ReadTextFile(const std::string& utf8_path);
+
+}  // namespace simulator
+
+#endif

@@ -1,0 +1,63 @@
+// control/faults.cpp
+// The faults that a test or a configuration has asked for, and when each is due.
+#include "control/faults.h"
+
+#include <utility>
+
+namespace simulator {
+namespace {
+
+bool Fits(const std::string& pattern, std::string_view value) { return pattern.empty() || pattern == value; }
+
+bool Fits(const CallPattern& pattern, const CallPattern& call) {
+  return Fits(pattern.call, call.call) && Fits(pattern.camera, call.camera) && Fits(pattern.feature, call.feature) &&
+         Fits(pattern.value, call.value);
+}
+
+bool Due(std::int64_t seen, std::int64_t first, std::int64_t count) {
+  return seen >= first && (count == 0 || seen < first + count);
+}
+
+}  // namespace
+
+void Faults::Add(Set faults) {
+  const Lock lock(m_mutex);
+  for (CallFault& fault : faults.calls) m_calls.push_back({std::move(fault)});
+  for (FrameFault& fault : faults.frames) m_frames.push_back({std::move(fault)});
+}
+
+void Faults::Clear() {
+  const Lock lock(m_mutex);
+  m_calls.clear();
+  m_frames.clear();
+}
+
+bool Faults::Any() const {
+  const Lock lock(m_mutex);
+  return !m_calls.empty();
+}
+
+CallEffect Faults::ForCall(const CallPattern& call) {
+  CallEffect effect;
+  const Lock lock(m_mutex);
+  for (Counted<CallFault>& counted : m_calls) {
+    const CallFault& fault = counted.fault;
+    if (!Fits(fault.pattern, call) || !Due(++counted.seen, fault.occurrence, fault.count)) continue;
+    effect.delay += fault.delay;
+    if (!effect.error) effect.error = fault.error;
+    if (!effect.done) effect.done = fault.done;
+  }
+  return effect;
+}
+
+FrameOverride Faults::ForExposure(std::string_view camera) {
+  FrameOverride effect;
+  const Lock lock(m_mutex);
+  for (Counted<FrameFault>& counted : m_frames) {
+    const FrameFault& fault = counted.fault;
+    if (Fits(fault.camera, camera) && Due(counted.seen++, fault.frame, fault.count)) effect.MergeFrom(fault.effect);
+  }
+  return effect;
+}
+
+}  // namespace simulator

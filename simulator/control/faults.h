@@ -1,0 +1,83 @@
+// control/faults.h
+// The faults that a test or a configuration has asked for, and when each is due.
+#ifndef KEL_SIMULATOR_CONTROL_FAULTS_H
+#define KEL_SIMULATOR_CONTROL_FAULTS_H
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "VimbaC.h"
+#include "engine/frame_override.h"
+#include "threads/mutex.h"
+
+namespace simulator {
+
+// An empty pattern fits every value.
+struct CallPattern {
+  std::string call;
+  std::string camera;
+  std::string feature;
+  std::string value;
+};
+
+struct CallFault {
+  CallPattern pattern;
+  // The first call that is hit, counted from 1 over the calls that fit since the fault was added.
+  std::int64_t occurrence = 1;
+  // How many are hit; 0: all from then on.
+  std::int64_t count = 1;
+  VmbError_t error = VmbErrorSuccess;
+  // In place of what a command's "is done" reports.
+  std::optional<bool> done;
+  std::chrono::milliseconds delay{};
+};
+
+struct FrameFault {
+  std::string camera;
+  // The first exposure that is hit, counted from 0 over the camera's exposures since the fault was added.
+  std::int64_t frame = 0;
+  std::int64_t count = 1;
+  FrameOverride effect;
+};
+
+// What is due for one call.
+struct CallEffect {
+  VmbError_t error = VmbErrorSuccess;
+  std::optional<bool> done;
+  std::chrono::milliseconds delay{};
+};
+
+// [any thread]
+class Faults {
+ public:
+  struct Set {
+    std::vector<CallFault> calls;
+    std::vector<FrameFault> frames;
+  };
+  void Add(Set faults);
+  void Clear();
+
+  // Counts the call. Delays of several faults add up; of codes the first one counts.
+  CallEffect ForCall(const CallPattern& call);
+  FrameOverride ForExposure(std::string_view camera);
+  bool Any() const;
+
+ private:
+  template <class Fault>
+  struct Counted {
+    Fault fault;
+    std::int64_t seen = 0;
+  };
+
+  mutable Mutex m_mutex;
+  std::vector<Counted<CallFault>> m_calls SIM_GUARDED_BY(m_mutex);
+  std::vector<Counted<FrameFault>> m_frames SIM_GUARDED_BY(m_mutex);
+};
+
+}  // namespace simulator
+
+#endif

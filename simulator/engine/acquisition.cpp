@@ -1,0 +1,249 @@
+// engine/acquisition.cpp
+// The sensor of one opened camera: when frames are exposed, and how they reach the queue.
+#include "engine/acquisition.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace simulator {
+
+Acquisition::Acquisition(SensorParts parts, CaptureQueue& frames)
+    : m_parts(std::move(parts)), m_frames(frames), m_random(m_parts.seed), m_thread([this] { Run(); }) {}
+
+Acquisition::~Acquisition() { Close(); }
+
+void Acquisition::Close() {
+  {
+    const Lock lock(m_mutex);
+    m_closing = true;
+    m_running = false;
+    m_changed.NotifyAll();
+  }
+  if (m_thread.joinable()) m_thread.join();
+}
+
+bool Acquisition::OnThread() const { return std::this_thread::get_id() == m_thread_id; }
+
+void Acquisition::Apply(const CaptureSettings& settings) {
+  const Lock lock(m_mutex);
+  if (!settings.trigger.SameSource(m_settings.trigger)) {
+    m_triggers.clear();
+    m_armed = Clock::now();
+  }
+  m_settings = settings;
+  m_changed.NotifyAll();
+}
+
+void Acquisition::Start() {
+  const Lock lock(m_mutex);
+  if (m_running || m_closing) return;
+  m_running = true;
+  ++m_activity;
+  ++m_acquisition;
+  m_next_frame_id = 0;
+  m_frames_done = 0;
+  m_frame_limit = m_settings.frame_limit;
+  m_triggers.clear();
+  m_armed = Clock::now();
+  m_last_start = m_armed - m_settings.trigger.period;
+  m_changed.NotifyAll();
+}
+
+void Acquisition::Stop() {
+  const Lock lock(m_mutex);
+  m_running = false;
+  m_triggers.clear();
+  m_changed.NotifyAll();
+}
+
+void Acquisition::Abort() {
+  Stop();
+  const Lock lock(m_mutex);
+  ++m_aborts;
+  m_changed.NotifyAll();
+}
+
+bool Acquisition::Running() const {
+  const Lock lock(m_mutex);
+  return m_running;
+}
+
+void Acquisition::Wake() {
+  const Lock lock(m_mutex);
+  m_changed.NotifyAll();
+}
+
+void Acquisition::AddTrigger() {
+  if (!m_running) return;
+  ++m_activity;
+  m_triggers.push_back(Clock::now());
+  m_changed.NotifyAll();
+}
+
+void Acquisition::SoftwareTrigger() {
+  const Lock lock(m_mutex);
+  if (m_settings.trigger.start == FrameStart::kSoftware) AddTrigger();
+}
+
+void Acquisition::InputEdge(int line, bool rising) {
+  const Lock lock(m_mutex);
+  m_level_high[line] = rising;
+  m_changed.NotifyAll();
+  const TriggerSettings& trigger = m_settings.trigger;
+  if (trigger.start != FrameStart::kLine || trigger.line != line) return;
+  if (trigger.edge == Edge::kAny || trigger.edge == (rising ? Edge::kRising : Edge::kFalling)) AddTrigger();
+}
+
+bool Acquisition::LevelHolds() const {
+  const TriggerSettings& trigger = m_settings.trigger;
+  if (trigger.start != FrameStart::kLine) return false;
+  return trigger.edge == (m_level_high[trigger.line] ? Edge::kLevelHigh : Edge::kLevelLow);
+}
+
+// Whether something asks for a frame, now or at a known time.
+bool Acquisition::Wanted() const {
+  if (!m_running) return false;
+  if (m_settings.trigger.start == FrameStart::kFixedRate || !m_triggers.empty()) return true;
+  if (m_settings.trigger.start != FrameStart::kFreerun && !LevelHolds()) return false;
+  // Without exposure and stream time a free run would spin: it takes its pace from the queue.
+  return !m_settings.instant || m_frames.HasQueued();
+}
+
+bool Acquisition::Idle() const {
+  const Lock lock(m_mutex);
+  if (m_exposing) return false;
+  return !Wanted() || (m_settings.trigger.start == FrameStart::kFixedRate &&
+                       m_last_start + m_settings.trigger.period > Clock::now());
+}
+
+void Acquisition::Run() {
+  m_thread_id = std::this_thread::get_id();
+  Lock lock(m_mutex);
+  while (!m_closing) {
+    Clock::time_point start;
+    if (!NextStart(lock, start)) continue;
+    m_exposing = true;
+    Expose(lock, BeginExposure(start));
+    m_exposing = false;
+  }
+}
+
+// False after a wait: everything may have changed and is looked at again.
+bool Acquisition::NextStart(Lock& lock, Clock::time_point& start) {
+  if (!Wanted()) {
+    m_changed.Wait(lock);
+    return false;
+  }
+  start = std::max(m_armed, m_ready);
+  if (!m_triggers.empty()) start = std::max(start, m_triggers.front() + m_settings.trigger.delay);
+  if (m_settings.trigger.start == FrameStart::kFixedRate) {
+    start = std::max(start, m_last_start + m_settings.trigger.period);
+  }
+  if (start > Clock::now()) {
+    m_changed.WaitUntil(lock, start);
+    return false;
+  }
+  if (!m_triggers.empty()) m_triggers.pop_front();
+  m_last_start = start;
+  return true;
+}
+
+Acquisition::Exposure Acquisition::BeginExposure(Clock::time_point start) {
+  ++m_activity;
+  Exposure exposure{m_settings, start, m_parts.next_faults(), m_next_frame_id++, m_acquisition, m_aborts};
+  exposure.settings.shot.frame_number = m_parts.counters.exposed++;
+  exposure.settings.shot.time_s = m_parts.clock.Seconds(start);
+  return exposure;
+}
+
+bool Acquisition::WaitUntil(Lock& lock, Clock::time_point moment, const Exposure& exposure) {
+  while (!m_closing && m_aborts == exposure.aborts && Clock::now() < moment) m_changed.WaitUntil(lock, moment);
+  return !m_closing && m_aborts == exposure.aborts;
+}
+
+void Acquisition::Expose(Lock& lock, const Exposure& exposure) {
+  const CaptureSettings& settings = exposure.settings;
+  const Clock::time_point exposed = exposure.start + settings.exposure;
+  const Clock::time_point sending = std::max(exposed, m_last_arrival);
+  const Clock::time_point sent = sending + std::max(settings.readout, settings.stream);
+  FrameContent content{m_parts.scene.get(), std::move(m_scratch), m_parts.packet_loss};
+  content.rendered.clear();
+
+  if (WaitUntil(lock, sending, exposure)) {
+    Send(lock, exposure, {sending, sent, settings.stream_bytes_per_s}, content);
+  }
+  m_scratch = std::move(content.rendered);
+}
+
+void Acquisition::Send(Lock& lock, const Exposure& exposure, const Link::Transfer& transfer, FrameContent& content) {
+  const CaptureSettings& settings = exposure.settings;
+  if (!settings.instant) {
+    m_parts.link.Begin(transfer);
+    const Unlocked unlocked(m_mutex, lock);
+    // The picture is ready when the last packet is: rendering hides in the time that the stream takes.
+    if (content.scene && m_frames.HasQueued()) content.Render(settings);
+  }
+  if (!WaitUntil(lock, transfer.end + exposure.faults.delay, exposure)) return;
+  if (!settings.instant) {
+    content.packet_loss = 1.0 - (1.0 - content.packet_loss) * (1.0 - m_parts.link.LostShare(transfer));
+  }
+  FinishFrame(std::max(transfer.end, Clock::now()), exposure);
+  const Unlocked unlocked(m_mutex, lock);
+  if (exposure.faults.unplug) {
+    m_parts.unplug();
+  } else if (exposure.faults.drop) {
+    ++m_parts.counters.dropped;
+  } else {
+    if (settings.automatic && content.scene && content.rendered.empty()) content.Render(settings);
+    Deliver(exposure, content);
+    if (settings.automatic && content.scene) m_parts.measured(MeansOf(settings.shot, content.rendered.data()));
+  }
+}
+
+// Before the frame is handed over: its callback may start the next acquisition.
+void Acquisition::FinishFrame(Clock::time_point arrived, const Exposure& exposure) {
+  const CaptureSettings& settings = exposure.settings;
+  const auto since_last = std::chrono::duration<double>(arrived - m_last_arrival).count();
+  m_parts.counters.frames_per_s = since_last > 0.0 ? 1.0 / since_last : 0.0;
+  m_last_arrival = arrived;
+  // The next exposure may overlap this stream, as long as it does not end before.
+  m_ready = std::max(exposure.start + settings.exposure, arrived - settings.exposure);
+  if (exposure.acquisition != m_acquisition) return;
+  if (++m_frames_done == m_frame_limit) {
+    m_running = false;
+    m_triggers.clear();
+  }
+}
+
+std::optional<std::uint64_t> Acquisition::Deliver(const Exposure& exposure, FrameContent& content) {
+  const CaptureQueue::Filling filling = m_frames.Take();
+  if (!filling) {
+    ++m_parts.counters.dropped;
+    return std::nullopt;
+  }
+  const FillResult result = FillFrame(exposure.settings, content, m_random, CaptureQueue::BufferOf(filling));
+  m_parts.counters.packets_received += result.packets_received;
+  m_parts.counters.packets_lost += result.packets_lost;
+  ++m_parts.counters.delivered;
+  VmbFrame_t frame = DescribeFilled(exposure.settings, result);
+  frame.frameID = exposure.frame_id;
+  frame.timestamp = m_parts.clock.Ticks(exposure.start);
+  exposure.faults.ApplyTo(frame);
+  return m_frames.Complete(filling, frame);
+}
+
+bool Acquisition::DeliverNow(const FrameOverride& override) {
+  Exposure exposure;
+  {
+    const Lock lock(m_mutex);
+    exposure = {m_settings, Clock::now(), override, m_next_frame_id++, m_acquisition, m_aborts};
+    exposure.settings.shot.frame_number = m_parts.counters.exposed++;
+    exposure.settings.shot.time_s = m_parts.clock.Seconds(exposure.start);
+  }
+  FrameContent content{m_parts.scene.get(), {}, 0.0};
+  const std::optional<std::uint64_t> number = Deliver(exposure, content);
+  if (number) m_frames.WaitForCallback(*number);
+  return number.has_value();
+}
+
+}  // namespace simulator

@@ -1,0 +1,133 @@
+// engine/acquisition.h
+// The sensor of one opened camera: when frames are exposed, and how they reach the queue.
+#ifndef KEL_SIMULATOR_ENGINE_ACQUISITION_H
+#define KEL_SIMULATOR_ENGINE_ACQUISITION_H
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "engine/camera_clock.h"
+#include "engine/capture_queue.h"
+#include "engine/capture_settings.h"
+#include "engine/counters.h"
+#include "engine/frame_filling.h"
+#include "engine/frame_override.h"
+#include "engine/link.h"
+#include "engine/picture_means.h"
+
+namespace simulator {
+
+// What the acquisition needs of the camera that it belongs to. All of it outlives the acquisition.
+struct SensorParts {
+  std::shared_ptr<const Scene> scene;
+  CameraClock& clock;
+  Counters& counters;
+  Link& link;
+  double packet_loss;
+  std::uint64_t seed;
+  // The faults that are due for the frame now exposed.
+  std::function<FrameOverride()> next_faults;
+  // Both are called without a lock: the camera has lost its link; a picture was taken with the automatics on.
+  std::function<void()> unplug;
+  std::function<void(const PictureMeans&)> measured;
+};
+
+class Acquisition {
+ public:
+  Acquisition(SensorParts parts, CaptureQueue& frames);
+  // Ends as Close does.
+  ~Acquisition();
+  Acquisition(const Acquisition&) = delete;
+  Acquisition& operator=(const Acquisition&) = delete;
+
+  // New feature values; they hold from the next exposure on.
+  void Apply(const CaptureSettings& settings);
+
+  void Start();
+  // The frame that is being exposed or sent still arrives.
+  void Stop();
+  // It does not.
+  void Abort();
+  bool Running() const;
+
+  void SoftwareTrigger();
+  void InputEdge(int line, bool rising);
+  // Something has changed that may let a frame begin.
+  void Wake();
+
+  // One frame of the present settings at once, past every acquisition rule; false when none is queued. Returns after
+  // its callback.
+  bool DeliverNow(const FrameOverride& override);
+
+  // No frame can begin without time passing or something being done.
+  bool Idle() const;
+  // Grows with every start, trigger and exposure.
+  std::uint64_t Activity() const { return m_activity; }
+  void Close();
+  bool OnThread() const;
+
+ private:
+  // One frame on its way.
+  struct Exposure {
+    CaptureSettings settings;
+    Clock::time_point start;
+    FrameOverride faults;
+    std::uint64_t frame_id;
+    std::uint64_t acquisition;
+    std::uint64_t aborts;
+  };
+
+  void Run();
+  bool NextStart(Lock& lock, Clock::time_point& start) SIM_REQUIRES(m_mutex);
+  Exposure BeginExposure(Clock::time_point start) SIM_REQUIRES(m_mutex);
+  void Expose(Lock& lock, const Exposure& exposure) SIM_REQUIRES(m_mutex);
+  void Send(Lock& lock, const Exposure& exposure, const Link::Transfer& transfer, FrameContent& content)
+      SIM_REQUIRES(m_mutex);
+  bool WaitUntil(Lock& lock, Clock::time_point moment, const Exposure& exposure) SIM_REQUIRES(m_mutex);
+  void FinishFrame(Clock::time_point arrived, const Exposure& exposure) SIM_REQUIRES(m_mutex);
+  // Without a lock: fills the oldest queued frame, if there is one, and gives its number.
+  std::optional<std::uint64_t> Deliver(const Exposure& exposure, FrameContent& content);
+  void AddTrigger() SIM_REQUIRES(m_mutex);
+  bool LevelHolds() const SIM_REQUIRES(m_mutex);
+  bool Wanted() const SIM_REQUIRES(m_mutex);
+
+  const SensorParts m_parts;
+  CaptureQueue& m_frames;
+
+  mutable Mutex m_mutex;
+  Condition m_changed;
+  CaptureSettings m_settings SIM_GUARDED_BY(m_mutex);
+  bool m_closing SIM_GUARDED_BY(m_mutex) = false;
+  bool m_running SIM_GUARDED_BY(m_mutex) = false;
+  bool m_exposing SIM_GUARDED_BY(m_mutex) = false;
+  // Counts starts, so that a late frame does not count for the next acquisition.
+  std::uint64_t m_acquisition SIM_GUARDED_BY(m_mutex) = 0;
+  std::uint64_t m_aborts SIM_GUARDED_BY(m_mutex) = 0;
+  std::uint64_t m_next_frame_id SIM_GUARDED_BY(m_mutex) = 0;
+  std::int64_t m_frames_done SIM_GUARDED_BY(m_mutex) = 0;
+  std::int64_t m_frame_limit SIM_GUARDED_BY(m_mutex) = 0;
+  std::deque<Clock::time_point> m_triggers SIM_GUARDED_BY(m_mutex);
+  bool m_level_high[5] SIM_GUARDED_BY(m_mutex) = {};
+  // No exposure starts before these: start of acquisition or choice of source; sensor and stream free again.
+  Clock::time_point m_armed SIM_GUARDED_BY(m_mutex);
+  Clock::time_point m_ready SIM_GUARDED_BY(m_mutex);
+  Clock::time_point m_last_start SIM_GUARDED_BY(m_mutex);
+  Clock::time_point m_last_arrival SIM_GUARDED_BY(m_mutex);
+  std::atomic<std::uint64_t> m_activity{0};
+  std::mt19937_64 m_random;
+  std::vector<std::uint8_t> m_scratch;
+
+  std::atomic<std::thread::id> m_thread_id;
+  std::thread m_thread;
+};
+
+}  // namespace simulator
+
+#endif

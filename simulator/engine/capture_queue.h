@@ -1,0 +1,99 @@
+// engine/capture_queue.h
+// The announced frames of one opened camera, their way through the queue, and the thread that calls back.
+#ifndef KEL_SIMULATOR_ENGINE_CAPTURE_QUEUE_H
+#define KEL_SIMULATOR_ENGINE_CAPTURE_QUEUE_H
+
+#include <atomic>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <thread>
+
+#include "VimbaC.h"
+#include "threads/mutex.h"
+
+namespace simulator {
+
+// A frame goes caller -> queued -> filling -> completed -> calling -> caller. From queued to completed the library owns
+// it.
+class CaptureQueue {
+ public:
+  // `queued` runs after each queueing, without a lock.
+  CaptureQueue(VmbHandle_t camera, std::function<void()> queued);
+  // Ends as Close does.
+  ~CaptureQueue();
+  CaptureQueue(const CaptureQueue&) = delete;
+  CaptureQueue& operator=(const CaptureQueue&) = delete;
+
+  // As the API calls of these names.
+  VmbError_t Announce(const VmbFrame_t* frame);
+  VmbError_t RevokeAll();
+  VmbError_t Start();
+  // Returns after the running callback, at once when called from it.
+  void End();
+  VmbError_t Queue(const VmbFrame_t* frame, VmbFrameCallback callback);
+  void Flush();
+
+  // Ends capture, takes all frames back and ends the thread. Not from a callback.
+  void Close();
+  bool OnCallbackThread() const;
+
+  // A frame being filled. Its buffer may be written until Complete or GiveBack.
+  struct Entry;
+  using Filling = std::shared_ptr<Entry>;
+  struct Buffer {
+    std::uint8_t* bytes;
+    std::uint32_t size;
+  };
+  static Buffer BufferOf(const Filling& filling);
+
+  bool HasQueued() const;
+  // The frame queued longest, or null.
+  Filling Take();
+  // Hands the frame to the callback thread with what `received` says; its number is for WaitForCallback.
+  std::uint64_t Complete(const Filling& filling, const VmbFrame_t& received);
+
+  // Until the callback of that frame has returned or capture has ended.
+  void WaitForCallback(std::uint64_t number);
+  // No callback runs or is due.
+  bool Idle() const;
+  // Grows with every frame that is taken, completed or called back.
+  std::uint64_t Activity() const { return m_activity; }
+
+  struct Sizes {
+    std::size_t announced;
+    std::size_t queued;
+    bool capturing;
+  };
+  Sizes Count() const;
+
+ private:
+  void RunCallbacks();
+  void CallBack(Lock& lock) SIM_REQUIRES(m_mutex);
+  void RequeueCompleted() SIM_REQUIRES(m_mutex);
+  void WaitForWriters(Lock& lock) SIM_REQUIRES(m_mutex);
+
+  const VmbHandle_t m_camera;
+  const std::function<void()> m_queued_hook;
+
+  mutable Mutex m_mutex;
+  Condition m_changed;
+  std::map<const VmbFrame_t*, Filling> m_announced SIM_GUARDED_BY(m_mutex);
+  std::deque<Filling> m_queued SIM_GUARDED_BY(m_mutex);
+  std::deque<Filling> m_completed SIM_GUARDED_BY(m_mutex);
+  bool m_capturing SIM_GUARDED_BY(m_mutex) = false;
+  bool m_closing SIM_GUARDED_BY(m_mutex) = false;
+  bool m_calling SIM_GUARDED_BY(m_mutex) = false;
+  int m_writers SIM_GUARDED_BY(m_mutex) = 0;
+  std::uint64_t m_last_completed SIM_GUARDED_BY(m_mutex) = 0;
+  std::uint64_t m_last_called SIM_GUARDED_BY(m_mutex) = 0;
+  std::atomic<std::uint64_t> m_activity{0};
+  std::atomic<std::thread::id> m_thread_id;
+  std::thread m_thread;
+};
+
+}  // namespace simulator
+
+#endif

@@ -1,0 +1,58 @@
+// engine/capture_settings.h
+// What the features say about the next exposure, as the acquisition thread needs it.
+#ifndef KEL_SIMULATOR_ENGINE_CAPTURE_SETTINGS_H
+#define KEL_SIMULATOR_ENGINE_CAPTURE_SETTINGS_H
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+
+#include "scene/scene.h"
+#include "threads/mutex.h"
+
+namespace simulator {
+
+enum class FrameStart { kFreerun, kFixedRate, kSoftware, kLine };
+enum class Edge { kRising, kFalling, kAny, kLevelHigh, kLevelLow };
+
+// What starts an exposure.
+struct TriggerSettings {
+  FrameStart start = FrameStart::kFreerun;
+  int line = 0;
+  Edge edge = Edge::kRising;
+  Clock::duration delay{};
+  Clock::duration period{};
+
+  bool SameSource(const TriggerSettings& other) const {
+    return start == other.start && line == other.line && edge == other.edge;
+  }
+};
+
+struct CaptureSettings {
+  // Area, format, exposure, gain and balance; number and time are the exposure's.
+  Shot shot;
+  std::size_t image_bytes = 0;
+  // The camera wants to know how its pictures come out.
+  bool automatic = false;
+  TriggerSettings trigger;
+  // Frames after which an acquisition ends by itself; 0: none.
+  std::int64_t frame_limit = 0;
+
+  // All zero with instant timing.
+  Clock::duration exposure{};
+  Clock::duration readout{};
+  Clock::duration stream{};
+  bool instant = false;
+
+  double stream_bytes_per_s = 0.0;
+  // Image bytes in one packet.
+  std::size_t packet_bytes = 1;
+};
+
+inline Clock::duration Seconds(double seconds) {
+  return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
+}
+
+}  // namespace simulator
+
+#endif

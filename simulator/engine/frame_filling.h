@@ -1,0 +1,42 @@
+// engine/frame_filling.h
+// How an exposure's picture gets into a frame buffer, packet by packet when packets are lost.
+#ifndef KEL_SIMULATOR_ENGINE_FRAME_FILLING_H
+#define KEL_SIMULATOR_ENGINE_FRAME_FILLING_H
+
+#include <cstdint>
+#include <random>
+#include <vector>
+
+#include "engine/capture_queue.h"
+#include "engine/capture_settings.h"
+
+namespace simulator {
+
+struct FrameContent {
+  // Null: the buffer's bytes stay as they are.
+  const Scene* scene = nullptr;
+  // Empty: to be rendered.
+  std::vector<std::uint8_t> rendered;
+  // Probability with which each packet is lost.
+  double packet_loss = 0.0;
+
+  void Render(const CaptureSettings& settings);
+};
+
+struct FillResult {
+  VmbFrameStatus_t status = VmbFrameStatusComplete;
+  std::size_t bytes = 0;
+  std::uint64_t packets_received = 0;
+  std::uint64_t packets_lost = 0;
+};
+
+// Writes what arrives, never past the buffer. The place of a lost packet keeps the bytes that were there before.
+FillResult FillFrame(const CaptureSettings& settings, FrameContent& content, std::mt19937_64& random,
+                     CaptureQueue::Buffer buffer);
+
+// The record of a frame that was filled so.
+VmbFrame_t DescribeFilled(const CaptureSettings& settings, const FillResult& result);
+
+}  // namespace simulator
+
+#endif

@@ -1,0 +1,45 @@
+// engine/frame_override.cpp
+// What a frame fault or a delivery by hand changes in a frame.
+#include "engine/frame_override.h"
+
+#include <tuple>
+
+namespace simulator {
+namespace {
+
+// The override's members beside those of the frame that they replace.
+constexpr auto kMembers = std::make_tuple(std::make_pair(&FrameOverride::status, &VmbFrame_t::receiveStatus),
+                                          std::make_pair(&FrameOverride::flags, &VmbFrame_t::receiveFlags),
+                                          std::make_pair(&FrameOverride::image_size, &VmbFrame_t::imageSize),
+                                          std::make_pair(&FrameOverride::ancillary_size, &VmbFrame_t::ancillarySize),
+                                          std::make_pair(&FrameOverride::pixel_format, &VmbFrame_t::pixelFormat),
+                                          std::make_pair(&FrameOverride::width, &VmbFrame_t::width),
+                                          std::make_pair(&FrameOverride::height, &VmbFrame_t::height),
+                                          std::make_pair(&FrameOverride::offset_x, &VmbFrame_t::offsetX),
+                                          std::make_pair(&FrameOverride::offset_y, &VmbFrame_t::offsetY),
+                                          std::make_pair(&FrameOverride::frame_id, &VmbFrame_t::frameID),
+                                          std::make_pair(&FrameOverride::timestamp, &VmbFrame_t::timestamp));
+
+template <class Visit>
+void ForEachMember(Visit visit) {
+  std::apply([&](const auto&... member) { (visit(member.first, member.second), ...); }, kMembers);
+}
+
+}  // namespace
+
+void FrameOverride::MergeFrom(const FrameOverride& other) {
+  ForEachMember([&](auto member, auto) {
+    if (!(this->*member)) this->*member = other.*member;
+  });
+  delay += other.delay;
+  drop = drop || other.drop;
+  unplug = unplug || other.unplug;
+}
+
+void FrameOverride::ApplyTo(VmbFrame_t& frame) const {
+  ForEachMember([&](auto member, auto target) {
+    if (this->*member) frame.*target = *(this->*member);
+  });
+}
+
+}  // namespace simulator

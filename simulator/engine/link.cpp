@@ -1,0 +1,39 @@
+// engine/link.cpp
+// The network link that all simulated cameras share.
+#include "engine/link.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace simulator {
+
+void Link::Begin(const Transfer& transfer) {
+  const Lock lock(m_mutex);
+  while (!m_transfers.empty() && m_transfers.front().end + kRemembered < transfer.start) m_transfers.pop_front();
+  m_transfers.push_back(transfer);
+}
+
+double Link::LostShare(const Transfer& transfer) const {
+  const Lock lock(m_mutex);
+  // Between two of these moments the load does not change.
+  std::vector<Clock::time_point> moments{transfer.start, transfer.end};
+  for (const Transfer& other : m_transfers) {
+    for (const Clock::time_point moment : {other.start, other.end}) {
+      if (moment > transfer.start && moment < transfer.end) moments.push_back(moment);
+    }
+  }
+  std::sort(moments.begin(), moments.end());
+  double lost_s = 0.0;
+  for (std::size_t i = 0; i + 1 < moments.size(); ++i) {
+    double load = 0.0;
+    for (const Transfer& other : m_transfers) {
+      if (other.start <= moments[i] && other.end >= moments[i + 1]) load += other.bytes_per_s;
+    }
+    const double duration_s = std::chrono::duration<double>(moments[i + 1] - moments[i]).count();
+    if (load > m_capacity) lost_s += duration_s * (load - m_capacity) / load;
+  }
+  const double whole_s = std::chrono::duration<double>(transfer.end - transfer.start).count();
+  return whole_s > 0.0 ? lost_s / whole_s : 0.0;
+}
+
+}  // namespace simulator

@@ -1,0 +1,46 @@
+// scene/chart_layout.h
+// Where the parts of the test chart lie on a sensor of any size.
+#ifndef KEL_SIMULATOR_SCENE_CHART_LAYOUT_H
+#define KEL_SIMULATOR_SCENE_CHART_LAYOUT_H
+
+#include <array>
+
+#include "scene/canvas.h"
+
+namespace simulator {
+
+// Symmetrical about the sensor's middle. `unit` is one hundredth of the content's height, the measure of everything
+// inside.
+// With its edges between pixels, so that they are sharp.
+Box WholePixels(const Box& box);
+
+struct ChartLayout {
+  ChartLayout(int sensor_width, int sensor_height);
+
+  Box sensor;
+  Point middle;
+  double border = 0;
+  double unit = 0;
+  Box content;
+  Box title;
+  // Strips across the content.
+  Box resolution;
+  Box steps;
+  Box ramp;
+  Box counter;
+  // The star, within the ring on which the hand turns.
+  double star_radius = 0;
+  double ring_inner = 0;
+  double ring_outer = 0;
+  // The plates under the patches, left and right of the ring.
+  std::array<Box, 2> panels;
+  double patch_size = 0;
+  double patch_gap = 0;
+
+  // Patches count in rows of six; the first three of a row lie on the left panel.
+  Box Patch(int index) const;
+};
+
+}  // namespace simulator
+
+#endif

@@ -1,0 +1,36 @@
+// scene/subject.h
+// What a scene shows: still parts, drawn once, and parts that differ from frame to frame.
+#ifndef KEL_SIMULATOR_SCENE_SUBJECT_H
+#define KEL_SIMULATOR_SCENE_SUBJECT_H
+
+#include <functional>
+#include <vector>
+
+#include "scene/canvas.h"
+
+namespace simulator {
+
+// A part that lies over the still ones, all of it within the box.
+struct MovingPart {
+  Box box;
+  std::function<void(Canvas&)> paint;
+};
+
+class Subject {
+ public:
+  virtual ~Subject() = default;
+  Subject(const Subject&) = delete;
+  Subject& operator=(const Subject&) = delete;
+
+  // Fills every pixel of the canvas, which may be any window of the sensor. [any thread]
+  virtual void Paint(Canvas& canvas) const = 0;
+  // [any thread]
+  virtual std::vector<MovingPart> MovingParts(std::uint64_t frame_number, double time_s) const = 0;
+
+ protected:
+  Subject() = default;
+};
+
+}  // namespace simulator
+
+#endif

@@ -1,0 +1,255 @@
+// system/vimba_system.cpp
+// The simulated Vimba system: cameras on their link, start-up, handles.
+#include "system/vimba_system.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <numeric>
+#include <stdexcept>
+#include <utility>
+
+namespace simulator {
+namespace {
+
+// Made when the library is loaded, so that it outlives what a module that is linked to the library does when it is
+// unloaded.
+struct Holder {
+  VimbaSystem* system = nullptr;
+  // A process that ends with the API started still has threads that use it.
+  ~Holder() {
+    if (system && !system->Started()) delete system;
+  }
+};
+
+}  // namespace
+
+struct VimbaSystem::Access {
+  static VimbaSystem* Make() { return new VimbaSystem; }
+};
+
+VimbaSystem& VimbaSystem::Instance() {
+  static Holder holder{Access::Make()};
+  return *holder.system;
+}
+
+namespace {
+// Forces the making above at load time.
+[[maybe_unused]] const VimbaSystem& made_at_load = VimbaSystem::Instance();
+}  // namespace
+
+World::World(const Configuration& configuration, const Camera::Surroundings& surroundings)
+    : link(configuration.link_bytes_per_s), system(configuration.system) {
+  for (std::size_t i = 0; i < configuration.cameras.size(); ++i) {
+    try {
+      cameras.push_back(std::make_shared<Camera>(configuration.cameras[i], link, surroundings));
+    } catch (const std::invalid_argument& error) {
+      throw std::invalid_argument("cameras[" + std::to_string(i) + "]." + error.what());
+    }
+  }
+}
+
+void VimbaSystem::SetWorld(const Configuration& configuration) {
+  const Camera::Surroundings surroundings{
+      [this](const Camera& camera) { return m_faults.ForExposure(camera.Configuration().id); },
+      [this](const Camera& camera, bool plugged) { PresenceChanged(camera, plugged); }};
+  auto world = std::make_shared<World>(configuration, surroundings);
+  m_faults.Clear();
+  m_faults.Add(configuration.faults);
+  const Lock lock(m_mutex);
+  m_world = std::move(world);
+}
+
+void VimbaSystem::Configure(const Configuration& configuration) {
+  const Lock lifecycle(m_lifecycle);
+  if (Started()) throw std::logic_error("the API is started; cameras can be configured after VmbShutdown only");
+  SetWorld(configuration);
+  m_record.Clear();
+}
+
+bool VimbaSystem::HasWorld() const {
+  const Lock lock(m_mutex);
+  return m_world != nullptr;
+}
+
+void VimbaSystem::Prepare() {
+  if (HasWorld()) return;
+  const Lock lifecycle(m_lifecycle);
+  if (!HasWorld()) SetWorld(EnvironmentConfiguration());
+}
+
+VmbError_t VimbaSystem::PrepareForStartup() {
+  try {
+    Prepare();
+    return VmbErrorSuccess;
+  } catch (const std::exception& error) {
+    if (!m_reported.exchange(true)) std::fprintf(stderr, "VimbaC simulator: %s\n", error.what());
+    return VmbErrorOther;
+  }
+}
+
+VmbError_t VimbaSystem::Startup() {
+  const Lock lifecycle(m_lifecycle);
+  if (m_startups != 0) {
+    ++m_startups;
+    return VmbErrorSuccess;
+  }
+  const Lock lock(m_mutex);
+  m_notifier = std::make_shared<Notifier>();
+  m_features = std::make_shared<SystemFeatures>(m_world->system, m_notifier);
+  ++m_startups;
+  return VmbErrorSuccess;
+}
+
+void VimbaSystem::Shutdown() {
+  if (OnLibraryThread()) return;
+  const Lock lifecycle(m_lifecycle);
+  if (m_startups == 0 || --m_startups != 0) return;
+  std::map<VmbHandle_t, std::shared_ptr<Session>> sessions;
+  std::shared_ptr<Notifier> notifier;
+  std::shared_ptr<SystemFeatures> features;
+  {
+    const Lock lock(m_mutex);
+    sessions.swap(m_sessions);
+    notifier.swap(m_notifier);
+    features.swap(m_features);
+  }
+  for (const auto& [handle, session] : sessions) {
+    m_record.ForgetHandle(handle);
+    session->Close();
+  }
+  notifier->Stop();
+}
+
+bool VimbaSystem::OnLibraryThread() const {
+  const std::shared_ptr<Notifier> notifier = CurrentNotifier();
+  if (notifier && notifier->OnThread()) return true;
+  const auto sessions = Sessions();
+  return std::any_of(sessions.begin(), sessions.end(), [](const auto& session) { return session->OnThread(); });
+}
+
+std::shared_ptr<SystemFeatures> VimbaSystem::Features() const {
+  const Lock lock(m_mutex);
+  return m_features;
+}
+
+std::shared_ptr<Notifier> VimbaSystem::CurrentNotifier() const {
+  const Lock lock(m_mutex);
+  return m_notifier;
+}
+
+std::vector<std::shared_ptr<Session>> VimbaSystem::Sessions() const {
+  const Lock lock(m_mutex);
+  std::vector<std::shared_ptr<Session>> sessions;
+  for (const auto& [handle, session] : m_sessions) sessions.push_back(session);
+  return sessions;
+}
+
+std::vector<std::shared_ptr<Camera>> VimbaSystem::AllCameras() const {
+  const Lock lock(m_mutex);
+  return m_world ? m_world->cameras : std::vector<std::shared_ptr<Camera>>{};
+}
+
+std::vector<std::shared_ptr<Camera>> VimbaSystem::PluggedCameras() const {
+  auto cameras = AllCameras();
+  cameras.erase(std::remove_if(cameras.begin(), cameras.end(), [](const auto& camera) { return !camera->Plugged(); }),
+                cameras.end());
+  return cameras;
+}
+
+std::shared_ptr<Camera> VimbaSystem::FindCamera(std::string_view name) const {
+  const auto cameras = AllCameras();
+  const auto found =
+      std::find_if(cameras.begin(), cameras.end(), [&](const auto& camera) { return camera->IsCalled(name); });
+  return found == cameras.end() ? nullptr : *found;
+}
+
+VmbError_t VimbaSystem::Open(const char* name, VmbAccessMode_t access, VmbHandle_t& handle) {
+  const std::shared_ptr<Camera> camera = FindCamera(name);
+  if (!camera || !camera->Plugged()) return VmbErrorNotFound;
+  VmbHandle_t fresh = nullptr;
+  {
+    const Lock lock(m_mutex);
+    fresh = reinterpret_cast<VmbHandle_t>(m_next_handle++);  // NOLINT(performance-no-int-to-ptr): only ever compared
+  }
+  const bool full = access == VmbAccessModeFull;
+  if (full ? !camera->Claim(fresh) : camera->Claimed()) return VmbErrorInvalidAccess;
+  const auto session = std::make_shared<Session>(fresh, camera, access);
+  const Lock lock(m_mutex);
+  // Shut down meanwhile: the session ends with this scope.
+  if (!m_features) return VmbErrorApiNotStarted;
+  m_sessions.emplace(fresh, session);
+  m_record.NameHandle(fresh, camera->Configuration().id);
+  handle = fresh;
+  return VmbErrorSuccess;
+}
+
+VmbError_t VimbaSystem::Close(VmbHandle_t handle) {
+  // Its end would wait for the callback that waits for it.
+  if (FindSession(handle) && OnLibraryThread()) return VmbErrorInvalidCall;
+  std::shared_ptr<Session> session;
+  {
+    const Lock lock(m_mutex);
+    const auto found = m_sessions.find(handle);
+    if (found == m_sessions.end()) return VmbErrorBadHandle;
+    session = std::move(found->second);
+    m_sessions.erase(found);
+  }
+  m_record.ForgetHandle(handle);
+  session->Close();
+  if (const auto notifier = CurrentNotifier()) notifier->Drop(handle);
+  return VmbErrorSuccess;
+}
+
+std::shared_ptr<Session> VimbaSystem::FindSession(VmbHandle_t handle) const {
+  const Lock lock(m_mutex);
+  const auto found = m_sessions.find(handle);
+  return found == m_sessions.end() ? nullptr : found->second;
+}
+
+std::shared_ptr<Session> VimbaSystem::FullSessionOf(const Camera& camera) const {
+  for (const auto& session : Sessions()) {
+    if (&session->Device() == &camera && session->HasFullAccess() && !session->Alive()) return session;
+  }
+  return nullptr;
+}
+
+std::size_t VimbaSystem::OpenHandles(const Camera& camera) const {
+  const auto sessions = Sessions();
+  return static_cast<std::size_t>(std::count_if(sessions.begin(), sessions.end(),
+                                                [&](const auto& session) { return &session->Device() == &camera; }));
+}
+
+VmbError_t VimbaSystem::Watch(VmbHandle_t handle, const char* feature, VmbInvalidationCallback callback,
+                              void* context) {
+  const std::shared_ptr<Notifier> notifier = CurrentNotifier();
+  const std::shared_ptr<SystemFeatures> features = Features();
+  if (!notifier || !features) return VmbErrorApiNotStarted;
+  if (handle == gVimbaHandle) return features->Watch(feature, callback, context);
+  const std::shared_ptr<Session> session = FindSession(handle);
+  if (!session) return VmbErrorBadHandle;
+  if (const VmbError_t error = session->Alive()) return error;
+  return session->Device().Watch(handle, feature, callback, context, notifier);
+}
+
+void VimbaSystem::PresenceChanged(const Camera& camera, bool plugged) {
+  const auto features = Features();
+  if (!features) return;
+  features->Announce(camera.Configuration().id, plugged ? CameraEvent::kDetected : CameraEvent::kMissing);
+}
+
+// One part may have set another going after that one was looked at: idle is what was idle without any activity
+// meanwhile.
+bool VimbaSystem::Idle() const {
+  const auto notifier = CurrentNotifier();
+  const auto sessions = Sessions();
+  const auto activity = [&] {
+    return std::accumulate(sessions.begin(), sessions.end(), notifier ? notifier->Activity() : 0,
+                           [](std::uint64_t sum, const auto& session) { return sum + session->Activity(); });
+  };
+  const std::uint64_t before = activity();
+  return (!notifier || notifier->Idle()) &&
+         std::all_of(sessions.begin(), sessions.end(), [](const auto& session) { return session->Idle(); }) &&
+         activity() == before;
+}
+
+}  // namespace simulator

@@ -1,0 +1,123 @@
+// system/vimba_system.h
+// The simulated Vimba system: cameras on their link, start-up, handles.
+#ifndef KEL_SIMULATOR_SYSTEM_VIMBA_SYSTEM_H
+#define KEL_SIMULATOR_SYSTEM_VIMBA_SYSTEM_H
+
+#include <atomic>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "camera/camera.h"
+#include "control/call_record.h"
+#include "control/configuration.h"
+#include "control/faults.h"
+#include "engine/link.h"
+#include "engine/notifier.h"
+#include "system/session.h"
+#include "system/system_features.h"
+
+namespace simulator {
+
+// What one configuration describes. Built whole or not at all.
+struct World {
+  World(const Configuration& configuration, const Camera::Surroundings& surroundings);
+  Link link;
+  SystemConfiguration system;
+  std::vector<std::shared_ptr<Camera>> cameras;
+};
+
+// [any thread] but where a function says otherwise.
+class VimbaSystem {
+ public:
+  // The one of this library.
+  static VimbaSystem& Instance();
+
+  // Forgets faults and calls and replaces the cameras. Throws as World does, std::logic_error while the API is started.
+  void Configure(const Configuration& configuration);
+  // The cameras of the environment's configuration, unless there are cameras already. Throws as World does.
+  void Prepare();
+
+  // As Prepare; a failure is Other, and its reason is printed the first time.
+  VmbError_t PrepareForStartup();
+  VmbError_t Startup();
+  // Returns when no callback runs and no thread is left. From a callback, where that can never be, it does nothing.
+  void Shutdown();
+  bool Started() const { return m_startups != 0; }
+
+  std::vector<std::shared_ptr<Camera>> PluggedCameras() const;
+  std::vector<std::shared_ptr<Camera>> AllCameras() const;
+  // Plugged in or not, by any of its names; null when there is none.
+  std::shared_ptr<Camera> FindCamera(std::string_view name) const;
+
+  VmbError_t Open(const char* name, VmbAccessMode_t access, VmbHandle_t& handle);
+  VmbError_t Close(VmbHandle_t handle);
+  std::shared_ptr<Session> FindSession(VmbHandle_t handle) const;
+  // The opening with full access of a camera; null when there is none.
+  std::shared_ptr<Session> FullSessionOf(const Camera& camera) const;
+  std::size_t OpenHandles(const Camera& camera) const;
+
+  // The body gets the features of the system or of the opened camera.
+  template <class Body>
+  VmbError_t ReadFeatures(VmbHandle_t handle, Body body) const {
+    if (handle == gVimbaHandle) {
+      const auto features = Features();
+      return features ? features->Read(body) : VmbErrorApiNotStarted;
+    }
+    const std::shared_ptr<Session> session = FindSession(handle);
+    if (!session) return VmbErrorBadHandle;
+    if (const VmbError_t error = session->Alive()) return error;
+    return session->Device().Read(body);
+  }
+  template <class Body>
+  VmbError_t WriteFeatures(VmbHandle_t handle, Body body) {
+    if (handle == gVimbaHandle) {
+      const auto features = Features();
+      return features ? features->Write(body) : VmbErrorApiNotStarted;
+    }
+    const std::shared_ptr<Session> session = FindSession(handle);
+    if (!session) return VmbErrorBadHandle;
+    if (const VmbError_t error = session->Alive()) return error;
+    if (!session->HasFullAccess()) return VmbErrorInvalidAccess;
+    return session->Device().Write(body);
+  }
+  VmbError_t Watch(VmbHandle_t handle, const char* feature, VmbInvalidationCallback callback, void* context);
+
+  bool Idle() const;
+  Faults& FaultSet() { return m_faults; }
+  CallRecord& Record() { return m_record; }
+
+ private:
+  // Makes the one.
+  struct Access;
+
+  VimbaSystem() = default;
+  bool HasWorld() const;
+  bool OnLibraryThread() const;
+  std::shared_ptr<SystemFeatures> Features() const;
+  std::shared_ptr<Notifier> CurrentNotifier() const;
+  std::vector<std::shared_ptr<Session>> Sessions() const;
+  void SetWorld(const Configuration& configuration) SIM_REQUIRES(m_lifecycle);
+  void PresenceChanged(const Camera& camera, bool plugged);
+
+  Faults m_faults;
+  CallRecord m_record;
+  // Held by start-up, shut-down and configuration from beginning to end.
+  Mutex m_lifecycle;
+  std::atomic<int> m_startups{0};
+  std::atomic<bool> m_reported{false};
+
+  mutable Mutex m_mutex;
+  std::shared_ptr<World> m_world SIM_GUARDED_BY(m_mutex);
+  std::shared_ptr<Notifier> m_notifier SIM_GUARDED_BY(m_mutex);
+  std::shared_ptr<SystemFeatures> m_features SIM_GUARDED_BY(m_mutex);
+  std::map<VmbHandle_t, std::shared_ptr<Session>> m_sessions SIM_GUARDED_BY(m_mutex);
+  // Handles are never used again, so that a stale one is told.
+  std::uintptr_t m_next_handle SIM_GUARDED_BY(m_mutex) = 0x1000;
+};
+
+}  // namespace simulator
+
+#endif
