@@ -1,0 +1,86 @@
+// frame_copy.cpp
+// From a captured frame into the host's image.
+#include "acquisition/frame_copy.h"
+
+#include <cstddef>
+
+#include "VimbaC.h"
+#include "bbaseaoi.h"
+#include "bcolorconverter.h"
+#include "nboard.h"
+#include "vimba/pixel_formats.h"
+
+namespace {
+
+// How a host asks for another conversion, in the area's text.
+constexpr wchar_t kFastConversion[] = L"[l]";
+constexpr wchar_t kPlainConversion[] = L"[p]";
+
+bool Holds(const FrameLayout& layout, std::uint32_t pixel_format) {
+  const std::int64_t needed = BytesOfFrame(pixel_format, layout.size);
+  return needed > 0 && needed <= layout.payload_size;
+}
+
+// `camera_size` decides whether the area is as it should be, `target_size` what it becomes.
+void ResetUnlessPlain(BBaseAoi& aoi, const BSize& camera_size, const BSize& target_size) {
+  if (aoi.ImageSize() != camera_size || !aoi.IsPlain() || aoi.Offset() != BPoint{}) aoi.Reset(target_size, BPoint{});
+}
+
+void CopyFromColorCamera(const BFrameQueue::BFrame& frame, const FrameLayout& layout, const WString& wanted,
+                         BImage8u& image) {
+  if (IsBayer8(frame.PixelFormat())) {
+    if (!layout.converter) return;
+    if (wanted.IEquals(kPlainConversion)) {
+      layout.converter->ConvertRawToMono(frame.Data(), image, 1);
+    } else if (wanted.IEquals(kFastConversion)) {
+      layout.converter->ConvertFastRawToMono(frame.Data(), image, 1);
+    } else {
+      layout.converter->ConvertRawToMono(frame.Data(), image, 0);
+    }
+  } else if (frame.PixelFormat() == VmbPixelFormatMono8) {
+    if (layout.yuv_stretch && layout.converter) {
+      layout.converter->StretchYUV(frame.Data(), image);
+    } else {
+      image.CopyRows(frame.Data(), static_cast<std::size_t>(layout.size.width), layout.size);
+    }
+  }
+}
+
+}  // namespace
+
+void CopyFrameToRgbAoi(const BFrameQueue::BFrame& frame, const FrameLayout& layout, BBaseAoi& aoi) {
+  if (aoi.ImageKind() != BBaseAoi::eRgb) throw NBoard::Exception::eWrongImageKind;
+  ResetUnlessPlain(aoi, layout.size, layout.size);
+  const std::uint32_t format = frame.PixelFormat();
+  if (!Holds(layout, format)) return;
+  BImageRgb& image = *aoi.Rgb();
+  if (format == VmbPixelFormatMono8) {
+    image.TakeGrey(frame.Data(), static_cast<std::size_t>(layout.size.width), layout.size);
+  } else if (!layout.converter) {
+    return;
+  } else if (format == VmbPixelFormatYuv422) {
+    layout.converter->ConvertYUV422ToRGB(frame.Data(), image);
+  } else if (aoi.Text().IEquals(kFastConversion)) {
+    layout.converter->ConvertFastRawToRGB(frame.Data(), image);
+  } else {
+    layout.converter->ConvertRawToRGB(frame.Data(), image);
+  }
+}
+
+void CopyFrameToMonoAoi(const BFrameQueue::BFrame& frame, const FrameLayout& layout, BBaseAoi& aoi) {
+  if (aoi.ImageKind() != BBaseAoi::eMono8) throw NBoard::Exception::eWrongImageKind;
+  const BSize turned{layout.size.height, layout.size.width};
+  ResetUnlessPlain(aoi, layout.size, layout.rotation != 0 ? turned : layout.size);
+  if (!Holds(layout, frame.PixelFormat())) return;
+  BImage8u& image = *aoi.Mono();
+  const auto line_length = static_cast<std::size_t>(layout.size.width);
+  if (layout.is_color) {
+    CopyFromColorCamera(frame, layout, aoi.Text(), image);
+  } else if (frame.PixelFormat() == VmbPixelFormatYuv422) {
+    return;
+  } else if (layout.rotation != 0) {
+    image.CopyRotated(frame.Data(), line_length, layout.size, layout.rotation >= 1);
+  } else {
+    image.CopyRows(frame.Data(), line_length, layout.size);
+  }
+}

@@ -1,0 +1,18 @@
+// camera_search.h
+// One look at the attached cameras, as the search by serial number takes it.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "VimbaC.h"
+
+using CameraRecords = std::vector<VmbCameraInfo_t>;
+
+// The records of the cameras attached now; none when the list cannot be read as a whole. [host thread]
+std::unique_ptr<CameraRecords> FetchCameraRecords();
+
+// Gives up a pass's records without freeing them: only the list of the pass that ends a search is released, because
+// openings that still fail may refer to the texts of earlier ones. The one place where memory is left behind on
+// purpose.
+void LeaveUnreleased(std::unique_ptr<CameraRecords> records);

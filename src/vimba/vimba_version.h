@@ -1,0 +1,8 @@
+// vimba_version.h
+// Which Vimba library answers.
+#pragma once
+
+#include "wstring.h"
+
+// "VimbaC major.minor.patch"; empty when the library does not tell. Needs no started system. [any thread]
+WString VimbaVersionText();
