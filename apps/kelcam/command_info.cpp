@@ -1,0 +1,167 @@
+// command_info.cpp
+// kelcam info: what a camera's device reports.
+#include <iomanip>
+#include <iostream>
+#include <optional>
+#include <vector>
+
+#include "camera_session.h"
+#include "commands.h"
+#include "report.h"
+#include "utf8.h"
+
+namespace kelcam {
+
+struct ControlReport {
+  std::string name;
+  int value, min, max;
+  double real_value, real_min, real_max;
+  std::string unit;
+};
+
+struct WhiteBalanceReport {
+  int min, max, red, blue;
+};
+
+struct DeviceReport {
+  std::string name, type;
+  BSize size;
+  bool rotated = false;
+  bool color = false;
+  std::vector<ControlReport> controls;
+  std::optional<WhiteBalanceReport> white_balance;
+  std::optional<bool> external_trigger;  // none: no trigger
+  std::int64_t stream_bytes_per_second = 0;
+  std::optional<double> frames_per_second;  // none: the camera does not tell
+  bool fast = false;
+  int max_shutter_for_fast = 0;
+  std::string max_shutter_for_fast_text;
+};
+
+static std::vector<ControlReport> ControlsOf(BImagingDevice& device) {
+  const std::pair<const char*, BImagingDeviceControl*> controls[] = {
+      {"gain", device.GainControl()},
+      {"exposure", device.ShutterControl()},
+      {"brightness", device.BrightnessControl()},
+      {"offset", device.OffsetControl()},
+      {"gamma", device.GammaControl()},
+      {"sharpness", device.SharpnessControl()},
+      {"hue", device.HueControl()},
+      {"saturation", device.SaturationControl()},
+      {"sensor temperature", device.TemperatureControl(true)},
+      {"board temperature", device.TemperatureControl(false)},
+  };
+  std::vector<ControlReport> reports;
+  for (const auto& [name, control] : controls) {
+    if (!control || !control->IsAvailable()) continue;
+    ControlReport report{name, control->Value(), 0, 0, 0.0, 0.0, 0.0, UnitOf(*control)};
+    control->GetRange(report.min, report.max);
+    // From the one reading: a temperature may differ the next time.
+    report.real_value = control->ToRealValue(report.value);
+    control->GetRealRange(report.real_min, report.real_max);
+    reports.push_back(report);
+  }
+  return reports;
+}
+
+static DeviceReport ReportOf(BImagingDevice& device) {
+  DeviceReport report;
+  report.name = Utf8(WString(device.Name()));
+  report.type = Utf8(WString(device.TypeName()));
+  report.size = device.ImageSize(report.rotated);
+  report.color = device.IsColor();
+  report.controls = ControlsOf(device);
+  WhiteBalanceReport balance{0, 0, device.ColorRedBalance(), device.ColorBlueBalance()};
+  if (device.WhiteBalanceRange(balance.min, balance.max)) report.white_balance = balance;
+  if (const BImagingDeviceTrigger* trigger = device.Trigger()) report.external_trigger = trigger->IsExternal();
+  report.stream_bytes_per_second = device.GetBandwidth();
+  double rate = 0.0;
+  report.fast = device.FramesPerSecond(rate);
+  if (report.fast || rate > 0.0) report.frames_per_second = rate;
+  report.max_shutter_for_fast = device.MaxShutterForFast();
+  report.max_shutter_for_fast_text = std::to_string(report.max_shutter_for_fast);
+  if (const BImagingDeviceControl* exposure = device.ShutterControl()) {
+    const std::string real = Fixed(exposure->ToRealValue(report.max_shutter_for_fast), 1) + UnitOf(*exposure);
+    report.max_shutter_for_fast_text += " = " + real;
+  }
+  return report;
+}
+
+static Json ToJson(const ControlReport& control) {
+  return {{"name", control.name},
+          {"value", control.value},
+          {"min", control.min},
+          {"max", control.max},
+          {"real", {{"value", control.real_value}, {"min", control.real_min}, {"max", control.real_max}}},
+          {"unit", control.unit}};
+}
+
+static Json ToJson(const DeviceReport& report) {
+  Json controls = Json::array();
+  for (const ControlReport& control : report.controls) controls.push_back(ToJson(control));
+  Json white_balance, trigger, rate;
+  if (const auto& balance = report.white_balance) {
+    white_balance = {{"red", balance->red}, {"blue", balance->blue}, {"min", balance->min}, {"max", balance->max}};
+  }
+  if (report.external_trigger) trigger = {{"external", *report.external_trigger}};
+  if (report.frames_per_second) rate = *report.frames_per_second;
+  return {{"name", report.name},
+          {"type", report.type},
+          {"width", report.size.width},
+          {"height", report.size.height},
+          {"rotated", report.rotated},
+          {"color", report.color},
+          {"controls", controls},
+          {"whiteBalance", white_balance},
+          {"trigger", trigger},
+          {"streamBytesPerSecond", report.stream_bytes_per_second},
+          {"framesPerSecond", rate},
+          {"fast", report.fast},
+          {"maxShutterForFast", report.max_shutter_for_fast}};
+}
+
+static void PrintRow(const std::string& name, const std::string& value) {
+  std::cout << std::left << std::setw(22) << name << value << "\n";
+}
+
+// "100 (1 to 20000) = 10.0ms (0.1 to 2000.0ms)"; a control that is only read has no range.
+static std::string Described(const ControlReport& control) {
+  const auto real = [&](double value) { return Fixed(value, 1); };
+  std::string integers = std::to_string(control.value);
+  std::string reals = real(control.real_value) + control.unit;
+  if (control.min < control.max) {
+    integers += " (" + std::to_string(control.min) + " to " + std::to_string(control.max) + ")";
+    reals += " (" + real(control.real_min) + " to " + real(control.real_max) + control.unit + ")";
+  }
+  return integers + " = " + reals;
+}
+
+static void Print(const DeviceReport& report) {
+  PrintRow("name", report.name);
+  PrintRow("type", report.type);
+  PrintRow("size", std::to_string(report.size.width) + " x " + std::to_string(report.size.height) +
+                       (report.rotated ? ", turned by a quarter" : ""));
+  PrintRow("colour", report.color ? "yes" : "no");
+  for (const ControlReport& control : report.controls) PrintRow(control.name, Described(control));
+  if (const auto& balance = report.white_balance) {
+    PrintRow("white balance", "red " + std::to_string(balance->red) + ", blue " + std::to_string(balance->blue) + " (" +
+                                  std::to_string(balance->min) + " to " + std::to_string(balance->max) + ")");
+  } else {
+    PrintRow("white balance", "none");
+  }
+  PrintRow("trigger", !report.external_trigger ? "none" : *report.external_trigger ? "line" : "software");
+  PrintRow("stream rate", std::to_string(report.stream_bytes_per_second) + " bytes/s");
+  PrintRow("frame rate", !report.frames_per_second ? "unknown"
+                                                   : Fixed(*report.frames_per_second, 2) + " images/s" +
+                                                         (report.fast ? "" : ", not at this exposure"));
+  PrintRow("max shutter for fast", report.max_shutter_for_fast_text);
+}
+
+ExitCode RunInfo(const Options& options, const Module& module, const MessageLog& log) {
+  const CameraSession camera(module, log, options.profile_file);
+  const DeviceReport report = ReportOf(camera.Device());
+  options.json ? PrintDocument(ToJson(report)) : Print(report);
+  return eDone;
+}
+
+}  // namespace kelcam

@@ -1,0 +1,156 @@
+// command_snap.cpp
+// kelcam snap: images as files.
+#include <algorithm>
+#include <iostream>
+
+#include "bstopwatch.h"
+#include "camera_session.h"
+#include "camera_setup.h"
+#include "commands.h"
+#include "interrupt.h"
+#include "picture.h"
+#include "report.h"
+#include "utf8.h"
+
+namespace kelcam {
+
+struct ImageResult {
+  int number = 0;
+  std::string file;
+  std::optional<Fault> fault;  // none: the file holds the picture
+  BSize size;
+  double milliseconds = 0.0;  // from start-snap (continuous: from snap) until the image was there
+};
+
+// Takes the images of one command. Every image tried has a result; a failed one does not keep the next from being
+// tried.
+class SnapRun {
+ public:
+  SnapRun(const Options& options, BImagingDevice& device)
+      : m_options(options),
+        m_device(device),
+        m_kind(PictureKind(options, device)),
+        m_pattern(options.pattern, options.images),
+        m_progress(options.images > 1 && !options.verbose) {}
+
+  void TakeSingle(TriggerChoice trigger) {
+    for (int number = 1; number <= m_options.images && !Interrupted(); ++number) {
+      const BStopWatch watch;
+      SnapCycle cycle(m_device, true, trigger);
+      ImageResult result{number, {}, cycle.StartFault(), {}, 0.0};
+      const BSmartRef<BBaseAoi> area = Snap(cycle, result);
+      result.milliseconds = watch.PeriodD();
+      KeepFirst(result.fault, cycle.Stop());
+      Finish(*area, std::move(result));
+    }
+  }
+
+  void TakeContinuous(TriggerChoice trigger) {
+    SnapCycle cycle(m_device, false, trigger);
+    m_fault = cycle.StartFault();
+    for (int number = 1; !m_fault && number <= m_options.images && !Interrupted(); ++number) {
+      const BStopWatch watch;
+      ImageResult result{number, {}, std::nullopt, {}, 0.0};
+      const BSmartRef<BBaseAoi> area = Snap(cycle, result);
+      result.milliseconds = watch.PeriodD();
+      Finish(*area, std::move(result));
+    }
+    KeepFirst(m_fault, cycle.Stop());
+    if (m_fault) std::cerr << m_fault->Sentence() << "\n";
+  }
+
+  const std::vector<ImageResult>& Results() const { return m_results; }
+  const std::optional<Fault>& RunFault() const { return m_fault; }
+  BBaseAoi::Kind Kind() const { return m_kind; }
+  int Taken() const {
+    return static_cast<int>(std::count_if(m_results.begin(), m_results.end(), [](const auto& r) { return !r.fault; }));
+  }
+  bool HasFailed() const { return m_fault || Taken() < static_cast<int>(m_results.size()); }
+
+ private:
+  static void KeepFirst(std::optional<Fault>& fault, std::optional<Fault> later) {
+    if (!fault) fault = std::move(later);
+  }
+
+  // A new area for each image: no picture of an earlier one can be taken for it.
+  BSmartRef<BBaseAoi> Snap(SnapCycle& cycle, ImageResult& result) {
+    m_progress.Show("image " + std::to_string(result.number) + " of " + std::to_string(m_options.images));
+    BSmartRef<BBaseAoi> area(new BBaseAoi(m_kind, Wide(m_options.area_text)));
+    if (!result.fault) result.fault = cycle.Snap(*area, m_options.timeout_ms);
+    return area;
+  }
+
+  void Finish(BBaseAoi& area, ImageResult result) {
+    const std::filesystem::path file = m_pattern.File(result.number);
+    result.file = Utf8(file);
+    try {
+      if (!result.fault) WritePicture(area, m_pattern.Format(), file);
+      result.size = area.ImageSize();
+    } catch (const Failure& failure) {
+      result.fault = failure.What();
+    }
+    m_progress.Wipe();
+    Tell(result);
+    m_results.push_back(std::move(result));
+  }
+
+  void Tell(const ImageResult& result) const {
+    if (result.fault) {
+      std::cerr << result.fault->Sentence();
+      if (m_options.images > 1) std::cerr << " (image " << result.number << ")";
+      std::cerr << "\n";
+    } else if (!m_options.json) {
+      std::cout << result.file << ": " << result.size.width << " x " << result.size.height << ", " << NameOf(m_kind)
+                << ", " << Fixed(result.milliseconds, 0) << " ms" << std::endl;
+    }
+  }
+
+  const Options& m_options;
+  BImagingDevice& m_device;
+  const BBaseAoi::Kind m_kind;
+  const FilePattern m_pattern;
+  ProgressLine m_progress;
+  std::vector<ImageResult> m_results;
+  std::optional<Fault> m_fault;  // of a continuous run as a whole
+};
+
+static Json ToJson(const ImageResult& result) {
+  if (result.fault) return {{"number", result.number}, {"error", ToJson(*result.fault)}};
+  return {{"number", result.number},
+          {"file", result.file},
+          {"width", result.size.width},
+          {"height", result.size.height},
+          {"milliseconds", result.milliseconds}};
+}
+
+static Json ToJson(const SnapRun& run, const std::string& camera) {
+  Json images = Json::array();
+  for (const ImageResult& result : run.Results()) images.push_back(ToJson(result));
+  Json document = {{"camera", camera},
+                   {"kind", NameOf(run.Kind())},
+                   {"images", images},
+                   {"taken", run.Taken()},
+                   {"interrupted", Interrupted()}};
+  if (run.RunFault()) document["error"] = ToJson(*run.RunFault());
+  return document;
+}
+
+ExitCode RunSnap(const Options& options, const Module& module, const MessageLog& log) {
+  CheckFolder(FilePattern(options.pattern, options.images).File(1));
+  const CameraSession camera(module, log, options.profile_file);
+  BImagingDevice& device = camera.Device();
+  SetUpCamera(options, device);
+  const bool single = options.mode == SnapMode::eSingle;
+  const TriggerChoice trigger = options.trigger.value_or(single ? TriggerChoice::eSoftware : TriggerChoice::eFree);
+  const TriggerSetting trigger_setting(device, trigger, options.trigger.has_value());
+  SnapRun run(options, device);
+  single ? run.TakeSingle(trigger) : run.TakeContinuous(trigger);
+  if (options.json) PrintDocument(ToJson(run, Utf8(WString(device.Name()))));
+  if (options.images > 1 || run.HasFailed()) {
+    std::cerr << run.Taken() << " of " << Counted(static_cast<std::uint64_t>(options.images), "image") << " taken\n";
+  }
+  if (Interrupted()) return eInterrupted;
+  return run.HasFailed() ? eFailed : eDone;
+}
+
+}  // namespace kelcam

@@ -1,0 +1,16 @@
+// commands.h
+// The program's commands. Each prints its result and returns the exit code; what it throws ends it early.
+#pragma once
+
+#include "command_line.h"
+#include "message_log.h"
+#include "module.h"
+
+namespace kelcam {
+
+ExitCode RunList(const Options& options, const Module& module, const MessageLog& log);
+ExitCode RunInfo(const Options& options, const Module& module, const MessageLog& log);
+ExitCode RunSnap(const Options& options, const Module& module, const MessageLog& log);
+ExitCode RunLive(const Options& options, const Module& module, const MessageLog& log);
+
+}  // namespace kelcam

@@ -1,0 +1,106 @@
+// control_setting.cpp
+// "--set CONTROL=VALUE": what it asks for, and how a device gets it.
+#include "control_setting.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <iostream>
+
+#include "failure.h"
+#include "utf8.h"
+
+namespace kelcam {
+
+static std::string KnownControls() {
+  std::string names;
+  for (const char* name : kSettableControls) names += (names.empty() ? "" : ", ") + std::string(name);
+  return names;
+}
+
+ControlSetting ParseControlSetting(const std::string& text) {
+  const std::size_t equals = text.find('=');
+  if (equals == std::string::npos) throw UsageError("--set " + text + ": not of the form CONTROL=VALUE");
+  ControlSetting setting{text.substr(0, equals), text.substr(equals + 1), 0.0, {}};
+  if (std::find(kSettableControls.begin(), kSettableControls.end(), setting.control) == kSettableControls.end()) {
+    throw UsageError("--set " + text + ": unknown control \"" + setting.control + "\"; there are " + KnownControls());
+  }
+  const char* begin = setting.text.data();
+  const char* end = begin + setting.text.size();
+  const auto [rest, error] = std::from_chars(begin, end, setting.number);
+  if (error != std::errc() || !std::isfinite(setting.number)) {
+    throw UsageError("--set " + text + ": \"" + setting.text + "\" does not begin with a number");
+  }
+  setting.unit.assign(rest, end);
+  if (setting.unit.empty() && setting.number != std::trunc(setting.number)) {
+    throw UsageError("--set " + text + ": a number without a unit must be whole");
+  }
+  return setting;
+}
+
+std::string UnitOf(const BImagingDeviceControl& control) {
+  std::string unit = Utf8(control.UnitString());
+  std::erase_if(unit, [](char c) { return c == '[' || c == ']'; });
+  return unit;
+}
+
+// Clamps in floating point: a value far outside may not even fit an integer.
+static int WithinRange(const ControlSetting& setting, double wanted, int min, int max) {
+  const int value = static_cast<int>(std::clamp(wanted, static_cast<double>(min), static_cast<double>(max)));
+  if (wanted < min || wanted > max) {
+    std::cerr << "notice: " << setting.control << "=" << setting.text << " is outside the camera's range (" << min
+              << " to " << max << " in the control's integer unit); set to " << value << "\n";
+  }
+  return value;
+}
+
+static void CheckUnit(const ControlSetting& setting, const std::string& unit) {
+  if (setting.unit.empty() || setting.unit == unit) return;
+  throw UsageError("--set " + setting.control + "=" + setting.text + ": wrong unit \"" + setting.unit + "\"; " +
+                   (unit.empty() ? setting.control + " has none" : "the unit of " + setting.control + " is " + unit));
+}
+
+static void ApplyToControl(const ControlSetting& setting, BImagingDeviceControl* control) {
+  if (!control || !control->IsAvailable()) throw UsageError("this camera has no control \"" + setting.control + "\"");
+  CheckUnit(setting, UnitOf(*control));
+  int min = 0;
+  int max = 0;
+  control->GetRange(min, max);
+  double wanted = setting.number;
+  if (!setting.unit.empty()) {
+    double real_min = control->ToRealValue(min);
+    double real_max = control->ToRealValue(max);
+    // Only what lies within the range survives the conversion to an integer; what lies outside only has to stay
+    // outside.
+    wanted = setting.number < real_min   ? min - 1.0
+             : setting.number > real_max ? max + 1.0
+                                         : control->FromRealValue(setting.number);
+  }
+  if (!control->SetValue(WithinRange(setting, wanted, min, max))) {
+    throw Failure("the camera does not take " + setting.control + "=" + setting.text);
+  }
+}
+
+static void ApplyToWhiteBalance(const ControlSetting& setting, BImagingDevice& device, bool color) {
+  if (!device.HasWhiteBalance()) throw UsageError("this camera has no control \"" + setting.control + "\"");
+  CheckUnit(setting, {});
+  int min = 0;
+  int max = 0;
+  device.WhiteBalanceRange(min, max);
+  const int value = WithinRange(setting, setting.number, min, max);
+  const bool done =
+      setting.control == "wbred" ? device.SetWhiteBalanceRed(value, color) : device.SetWhiteBalanceBlue(value, color);
+  if (!done) throw Failure("the camera does not take " + setting.control + "=" + setting.text);
+}
+
+void ApplyControlSetting(const ControlSetting& setting, BImagingDevice& device, bool color) {
+  if (setting.control == "gain") {
+    ApplyToControl(setting, device.GainControl());
+  } else if (setting.control == "exposure") {
+    ApplyToControl(setting, device.ShutterControl());
+  } else {
+    ApplyToWhiteBalance(setting, device, color);
+  }
+}
+
+}  // namespace kelcam

@@ -1,0 +1,33 @@
+// control_setting.h
+// "--set CONTROL=VALUE": what it asks for, and how a device gets it.
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "bimagingdevice.h"
+
+namespace kelcam {
+
+// "gain=12" is in the control's integer unit; "gain=4x" names the control's real unit.
+struct ControlSetting {
+  std::string control;  // one of kSettableControls
+  std::string text;     // the value as it was written
+  double number = 0.0;
+  std::string unit;  // empty: the integer unit
+};
+
+inline constexpr std::array kSettableControls = {"gain", "exposure", "wbred", "wbblue"};
+
+// Throws UsageError that names the unknown control or the bad number.
+ControlSetting ParseControlSetting(const std::string& text);
+
+// Throws UsageError when the camera has no such control or the unit is not the control's, Failure when the camera
+// refuses the value. A value outside the control's range becomes the nearest one within; a notice tells. `color`: a
+// white balance is the one of colour mode.
+void ApplyControlSetting(const ControlSetting& setting, BImagingDevice& device, bool color);
+
+// "ms" for a control whose unit text is "[ms]".
+std::string UnitOf(const BImagingDeviceControl& control);
+
+}  // namespace kelcam

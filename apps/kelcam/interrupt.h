@@ -1,0 +1,10 @@
+// interrupt.h
+// Ctrl-C asks a running command to stop at the next image; a second one ends the program at once.
+#pragma once
+
+namespace kelcam {
+
+void WatchForInterrupt();
+bool Interrupted();
+
+}  // namespace kelcam

@@ -1,0 +1,60 @@
+// message_log.cpp
+// Receives what the driver tells its host, writes it down and remembers the last of it.
+#include "message_log.h"
+
+#include <cstring>
+#include <iostream>
+#include <sstream>
+
+#include "failure.h"
+#include "utf8.h"
+
+namespace kelcam {
+
+static constexpr std::size_t kNoticesKept = 5;
+
+MessageLog::MessageLog(const std::filesystem::path& file, bool verbose) : m_file_name(file), m_verbose(verbose) {
+  if (!file.empty()) {
+    m_file.open(file, std::ios::binary | std::ios::trunc);
+    if (!m_file) throw Failure("the log " + Utf8(file) + " cannot be written: " + std::strerror(errno));
+  }
+  m_before = ImagingDevice::InstallSink(this);
+}
+
+MessageLog::~MessageLog() { ImagingDevice::InstallSink(m_before); }
+
+void MessageLog::OnShowInfo(const wchar_t* text, const wchar_t* caption) {
+  const std::string caption_text = Utf8(WString(caption));
+  const std::string message = Utf8(WString(text));
+  Write(caption_text.empty() ? "=== ShowInfo" : "=== ShowInfo [" + caption_text + "]", message);
+  const std::lock_guard lock(m_mutex);
+  m_last_message = message;
+  // The same notice comes once for each of a camera's tries; once tells it all.
+  const bool one_line = message.find('\n') == std::string::npos;
+  if (!one_line || (!m_notices.empty() && m_notices.back() == message)) return;
+  m_notices.push_back(message);
+  if (m_notices.size() > kNoticesKept) m_notices.pop_front();
+}
+
+void MessageLog::OnLogMessage(const WString& text, bool) { Write("=== LogMessage", Utf8(text)); }
+
+void MessageLog::Write(const std::string& heading, const std::string& text) {
+  const std::string entry = heading + "\n" + text + "\n";
+  if (m_file.is_open()) m_file << entry << std::flush;
+  if (m_verbose) std::cerr << entry << std::flush;
+}
+
+std::vector<std::string> MessageLog::LastNotices() const {
+  const std::lock_guard lock(m_mutex);
+  if (!m_notices.empty()) return {m_notices.begin(), m_notices.end()};
+  std::vector<std::string> lines;
+  std::istringstream message(m_last_message);
+  for (std::string line; std::getline(message, line);) lines.push_back(line);
+  return lines;
+}
+
+void MessageLog::CheckWritten() {
+  if (m_file.is_open() && !m_file) throw Failure("the log " + Utf8(m_file_name) + " could not be written to its end");
+}
+
+}  // namespace kelcam

@@ -1,0 +1,88 @@
+// platform.cpp
+// The few things that differ between operating systems.
+#include "platform.h"
+
+#include "failure.h"
+#include "utf8.h"
+
+#ifdef _WIN32
+#include <windows.h>
+
+#include <io.h>
+#include <shellapi.h>
+#else
+#include <dlfcn.h>
+#include <unistd.h>
+#endif
+
+namespace kelcam {
+
+#ifdef _WIN32
+
+const char* const kModuleFileName = "kelCameraVimba.dll";
+
+std::vector<std::string> Utf8Arguments(int, char**) {
+  // The narrow arguments have already lost what the system's code page cannot hold.
+  int count = 0;
+  wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
+  std::vector<std::string> arguments;
+  for (int i = 1; i < count; ++i) arguments.push_back(Utf8(WString(wide[i])));
+  LocalFree(wide);
+  return arguments;
+}
+
+std::filesystem::path ProgramFolder() {
+  std::wstring file(32768, L'\0');
+  file.resize(GetModuleFileNameW(nullptr, file.data(), static_cast<DWORD>(file.size())));
+  return std::filesystem::path(file).parent_path();
+}
+
+bool StandardErrorIsTerminal() { return _isatty(_fileno(stderr)) != 0; }
+
+Utf8Console::Utf8Console() : m_before(GetConsoleOutputCP()) { SetConsoleOutputCP(CP_UTF8); }
+Utf8Console::~Utf8Console() { SetConsoleOutputCP(m_before); }
+
+static std::string LastErrorText() {
+  const DWORD code = GetLastError();
+  wchar_t text[512];
+  DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0, text,
+                                static_cast<DWORD>(std::size(text)), nullptr);
+  while (length && (text[length - 1] == L'\n' || text[length - 1] == L'\r' || text[length - 1] == L'.')) --length;
+  const std::string number = "system error " + std::to_string(code);
+  return length ? Utf8(WString(std::wstring(text, length))) + " (" + number + ")" : number;
+}
+
+SharedLibrary::SharedLibrary(const std::filesystem::path& file)
+    // What the module needs may lie beside it; with this flag the loader looks there first.
+    : m_handle(LoadLibraryExW(std::filesystem::absolute(file).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
+  if (!m_handle) throw Failure("the module " + Utf8(file) + " cannot be loaded: " + LastErrorText());
+}
+
+void* SharedLibrary::Symbol(const char* name) const {
+  return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(m_handle), name));
+}
+
+#else
+
+const char* const kModuleFileName = "libkelCameraVimba.so";
+
+std::vector<std::string> Utf8Arguments(int argc, char** argv) { return {argv + 1, argv + argc}; }
+
+std::filesystem::path ProgramFolder() { return std::filesystem::read_symlink("/proc/self/exe").parent_path(); }
+
+bool StandardErrorIsTerminal() { return isatty(STDERR_FILENO) == 1; }
+
+Utf8Console::Utf8Console() : m_before(0) {}
+Utf8Console::~Utf8Console() = default;
+
+SharedLibrary::SharedLibrary(const std::filesystem::path& file)
+    // An absolute name: a bare one would be looked for on the library path instead of in this folder.
+    : m_handle(dlopen(std::filesystem::absolute(file).c_str(), RTLD_NOW | RTLD_LOCAL)) {
+  if (!m_handle) throw Failure("the module " + Utf8(file) + " cannot be loaded: " + dlerror());
+}
+
+void* SharedLibrary::Symbol(const char* name) const { return dlsym(m_handle, name); }
+
+#endif
+
+}  // namespace kelcam

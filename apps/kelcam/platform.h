@@ -1,0 +1,45 @@
+// platform.h
+// The few things that differ between operating systems.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace kelcam {
+
+// The module's file name where none is given.
+extern const char* const kModuleFileName;
+
+// The arguments without the program's name, in UTF-8.
+std::vector<std::string> Utf8Arguments(int argc, char** argv);
+
+std::filesystem::path ProgramFolder();
+
+bool StandardErrorIsTerminal();
+
+// Makes the console take UTF-8 for as long as the object lives.
+class Utf8Console {
+ public:
+  Utf8Console();
+  ~Utf8Console();
+  Utf8Console(const Utf8Console&) = delete;
+  Utf8Console& operator=(const Utf8Console&) = delete;
+
+ private:
+  [[maybe_unused]] unsigned m_before;
+};
+
+// A loaded library. It stays loaded to the end of the process: a driver's detached threads may still be on their way
+// out of its code when its last device is gone.
+class SharedLibrary {
+ public:
+  explicit SharedLibrary(const std::filesystem::path& file);  // throws Failure with the system's reason
+
+  void* Symbol(const char* name) const;  // null when the library has none of this name
+
+ private:
+  void* m_handle;
+};
+
+}  // namespace kelcam

@@ -1,0 +1,44 @@
+// report.cpp
+// What the commands' reports have in common.
+#include "report.h"
+
+#include <iomanip>
+#include <iostream>
+#include <sstream>
+
+#include "platform.h"
+
+namespace kelcam {
+
+void PrintDocument(const Json& document) {
+  // A camera's texts may hold bytes that are no UTF-8; the document stays valid.
+  std::cout << document.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
+}
+
+std::string Fixed(double value, int decimals) {
+  std::ostringstream text;
+  text << std::fixed << std::setprecision(decimals) << value;
+  return text.str();
+}
+
+std::string Counted(std::uint64_t count, const std::string& noun) {
+  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+ProgressLine::ProgressLine(bool wanted) : m_shown(wanted && StandardErrorIsTerminal()) {}
+
+ProgressLine::~ProgressLine() { Wipe(); }
+
+void ProgressLine::Show(const std::string& text) {
+  if (!m_shown) return;
+  Wipe();
+  std::cerr << text << std::flush;
+  m_width = text.size();
+}
+
+void ProgressLine::Wipe() {
+  if (m_width) std::cerr << "\r" << std::string(m_width, ' ') << "\r" << std::flush;
+  m_width = 0;
+}
+
+}  // namespace kelcam

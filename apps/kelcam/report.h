@@ -1,0 +1,42 @@
+// report.h
+// What the commands' reports have in common.
+#pragma once
+
+#include <string>
+
+#include "failure.h"
+#include "nlohmann/json.hpp"
+
+namespace kelcam {
+
+using Json = nlohmann::ordered_json;  // members stand as they were written
+
+inline Json ToJson(const Fault& fault) { return {{"code", fault.code}, {"text", fault.text}}; }
+
+// The one document of --json, on standard output.
+void PrintDocument(const Json& document);
+
+// With that many decimals.
+std::string Fixed(double value, int decimals);
+
+// "1 image", "2 images"
+std::string Counted(std::uint64_t count, const std::string& noun);
+
+// A line on standard error that is written over again and again; only on a terminal, in a pipe it is silent.
+class ProgressLine {
+ public:
+  explicit ProgressLine(bool wanted);
+  ~ProgressLine();  // wipes the line away
+  ProgressLine(const ProgressLine&) = delete;
+  ProgressLine& operator=(const ProgressLine&) = delete;
+
+  bool IsShown() const { return m_shown; }
+  void Show(const std::string& text);
+  void Wipe();
+
+ private:
+  bool m_shown;
+  std::size_t m_width = 0;
+};
+
+}  // namespace kelcam

@@ -1,0 +1,18 @@
+// driver_module.h
+// The driver module as a host gets it: a file that is loaded at run time, and three functions found by name.
+#pragma once
+
+#include <string>
+
+#include "driver/kel_camera_vimba.h"
+
+// Stays loaded to the end of the process, as a host that may open another device any time wants it. A host may also
+// unload the module once every device is released.
+class DriverModule {
+ public:
+  explicit DriverModule(const std::string& file);  // throws std::runtime_error that names what is missing
+
+  CreateImagingDeviceFunction* create;
+  ReleaseImagingDeviceFunction* release;
+  ObjectIdentifierListFunction* list;
+};
