@@ -1,0 +1,102 @@
+// demosaicing.cpp
+// Ways to get colours back out of a mosaic, and how well they do.
+#include "demosaicing.h"
+
+#include <cmath>
+#include <cstddef>
+#include <functional>
+#include <opencv2/imgproc.hpp>
+
+#include "bcolorconverter.h"
+#include "bimagergb.h"
+
+namespace {
+
+constexpr int kChannels = 3;
+constexpr int kBorder = 8;
+// OpenCV 4.6 lays VNG's rows one above their places; they are compared where they belong.
+constexpr int kVngRowsTooHigh = 1;
+
+using Mosaic = std::vector<std::uint8_t>;
+
+struct Way {
+  std::string name;
+  std::function<cv::Mat(Mosaic&, const BSize&)> colours;
+  int rows_too_high = 0;
+};
+
+Mosaic MosaicOf(const Original& original) {
+  Mosaic mosaic;
+  for (int y = 0; y < original.size.height; ++y) {
+    for (int x = 0; x < original.size.width; ++x) {
+      const auto pixel =
+          static_cast<std::size_t>(y) * static_cast<std::size_t>(original.size.width) + static_cast<std::size_t>(x);
+      const int channel = x % 2 + y % 2;  // R G over G B
+      mosaic.push_back(original.rgb[pixel * kChannels + static_cast<std::size_t>(channel)]);
+    }
+  }
+  return mosaic;
+}
+
+cv::Mat Ours(const Mosaic& mosaic, const BSize& size, bool good) {
+  const BColorConverter converter(size, BColorConverter::eRGGB);
+  BImageRgb image(size);
+  good ? converter.ConvertRawToRGB(mosaic.data(), image) : converter.ConvertFastRawToRGB(mosaic.data(), image);
+  return cv::Mat(size.height, size.width, CV_8UC3, image.Row(0), image.LineLength()).clone();
+}
+
+// OpenCV names a mosaic by the tile one row down and one column right of the top left.
+Way OpenCv(const char* name, int code, int rows_too_high = 0) {
+  return {name,
+          [code](Mosaic& mosaic, const BSize& size) {
+            cv::Mat colours;
+            cv::demosaicing(cv::Mat(size.height, size.width, CV_8UC1, mosaic.data()), colours, code);
+            return colours;
+          },
+          rows_too_high};
+}
+
+const std::vector<Way>& Ways() {
+  static const std::vector<Way> ways = {
+      {"fast", [](Mosaic& mosaic, const BSize& size) { return Ours(mosaic, size, false); }, 0},
+      {"good", [](Mosaic& mosaic, const BSize& size) { return Ours(mosaic, size, true); }, 0},
+      OpenCv("OpenCV bilinear", cv::COLOR_BayerBG2RGB),
+      OpenCv("OpenCV edge-aware", cv::COLOR_BayerBG2RGB_EA),
+      OpenCv("OpenCV VNG", cv::COLOR_BayerBG2RGB_VNG, kVngRowsTooHigh),
+  };
+  return ways;
+}
+
+double Psnr(const Original& original, const cv::Mat& colours, int rows_too_high) {
+  double squares = 0;
+  double count = 0;
+  for (int y = kBorder; y < original.size.height - kBorder; ++y) {
+    const std::uint8_t* const line =
+        original.rgb.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(original.size.width) * kChannels;
+    for (int i = kBorder * kChannels; i < (original.size.width - kBorder) * kChannels; ++i) {
+      const double difference = line[i] - colours.ptr(y - rows_too_high)[i];
+      squares += difference * difference;
+      ++count;
+    }
+  }
+  return 10 * std::log10(255.0 * 255.0 * count / squares);
+}
+
+}  // namespace
+
+const std::vector<std::string>& WayNames() {
+  static const std::vector<std::string> names = [] {
+    std::vector<std::string> list;
+    for (const Way& way : Ways()) list.push_back(way.name);
+    return list;
+  }();
+  return names;
+}
+
+std::vector<double> ColourPsnr(const Original& original) {
+  Mosaic mosaic = MosaicOf(original);
+  std::vector<double> results;
+  for (const Way& way : Ways())
+    results.push_back(Psnr(original, way.colours(mosaic, original.size), way.rows_too_high));
+  return results;
+}
