@@ -1,0 +1,96 @@
+#!/usr/bin/env python3
+"""windows_test: what the built Windows binaries show, need and promise, read from the files themselves.
+
+windows_test.py FOLDER VERSION    all programs and libraries in this folder
+"""
+
+import pathlib
+import sys
+import unittest
+
+from pe_file import DYNAMIC_BASE, HIGH_ENTROPY_VA, NX_COMPAT, PeFile
+
+EXPORTS = ["CreateImagingDevice", "ObjectIdentifierList", "ReleaseImagingDevice"]
+EXPORTS += ["Vimba_" + name for name in EXPORTS]
+HOST_SDK = {"kel.portable.core.dll", "kel.core.dll", "kel.tools.dll", "kel.imagingdevice.dll"}
+RUNTIME = {"libstdc++-6.dll", "libgcc_s_seh-1.dll", "libwinpthread-1.dll"}
+SYSTEM = {"KERNEL32.dll", "msvcrt.dll", "SHELL32.dll"}
+
+folder, version = pathlib.Path(sys.argv[1]), sys.argv[2]
+
+
+def binaries():
+    return sorted(file for ending in ("*.dll", "*.exe", "*.module") for file in folder.glob(ending))
+
+
+def own_binaries():
+    return [file for file in binaries() if file.name not in RUNTIME]
+
+
+class WindowsBinaries(unittest.TestCase):
+    maxDiff = None
+
+    def test_ModuleExportsItsSixPlainNamesAndNothingElse(self):
+        self.assertEqual(sorted(EXPORTS), sorted(PeFile(folder / "kelCameraVimba.dll").exports))
+
+    def test_ModuleImportsOnlyVimbaCTheHostSdkTheSystemAndTheRuntime(self):
+        imported = set(PeFile(folder / "kelCameraVimba.dll").imports)
+        self.assertEqual(set(), imported - HOST_SDK - RUNTIME - SYSTEM - {"VimbaC.dll"})
+        self.assertLessEqual(HOST_SDK - {"kel.tools.dll"} | {"VimbaC.dll"}, imported)
+
+    def test_ModuleImportsFromVimbaCOnlyWhatItsImportLibraryNames(self):
+        definition = (pathlib.Path(__file__).parents[2] / "vimbac" / "VimbaC.def").read_text()
+        named = set(definition.split("EXPORTS")[1].split())
+        imported = set(PeFile(folder / "kelCameraVimba.dll").imports["VimbaC.dll"])
+        self.assertEqual(set(), imported - named)
+
+    def test_SimulatedLibraryExportsWhatTheImportLibraryNames(self):
+        definition = (pathlib.Path(__file__).parents[2] / "vimbac" / "VimbaC.def").read_text()
+        exported = {name for name in PeFile(folder / "VimbaC.dll").exports if not name.startswith("VimbaSim")}
+        self.assertEqual(set(definition.split("EXPORTS")[1].split()), exported)
+
+    def test_HostSdkImportsOnlyItselfTheSystemAndTheRuntime(self):
+        for name in sorted(HOST_SDK):
+            with self.subTest(name):
+                self.assertEqual(set(), set(PeFile(folder / name).imports) - HOST_SDK - RUNTIME - SYSTEM)
+
+    def test_CommandLineHostIsNotLinkedToTheModuleNorToVimbaC(self):
+        self.assertEqual(set(), set(PeFile(folder / "kelcam.exe").imports) - HOST_SDK - RUNTIME - SYSTEM)
+
+    def test_RuntimeLibrariesLieBesideTheirUsers(self):
+        for file in binaries():
+            with self.subTest(file.name):
+                needed = set(PeFile(file).imports) & RUNTIME
+                self.assertEqual([], [name for name in sorted(needed) if not (folder / name).exists()])
+
+    def test_EveryBinaryIsBuiltForRandomAddressesAndDataThatDoesNotExecute(self):
+        for file in own_binaries():
+            with self.subTest(file.name):
+                binary = PeFile(file)
+                wanted = DYNAMIC_BASE | HIGH_ENTROPY_VA | NX_COMPAT
+                self.assertEqual(wanted, binary.dll_characteristics & wanted)
+                self.assertTrue(binary.can_be_moved)
+
+    def test_EveryBinaryTellsItsVersionProductAndDescription(self):
+        for file in own_binaries():
+            with self.subTest(file.name):
+                texts = PeFile(file).version_texts
+                description = texts.pop("FileDescription", "")
+                self.assertNotEqual("", description)
+                expected = {
+                    "CompanyName": "kelCameraVimba",
+                    "FileVersion": version,
+                    "InternalName": texts.get("InternalName"),
+                    "OriginalFilename": file.name,
+                    "ProductName": "kelCameraVimba",
+                    "ProductVersion": version,
+                }
+                self.assertEqual(expected, texts)
+
+    def test_ModuleFitsIntoAMebibyte(self):
+        # As shipped, without symbols: what the sections hold in the file.
+        self.assertLessEqual(PeFile(folder / "kelCameraVimba.dll").size_without_symbols, 1 << 20)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1], verbosity=2)

@@ -1,0 +1,111 @@
+// command_line_test.cpp
+// What the command line accepts, explains and refuses.
+#include "kelcam_test.h"
+
+namespace {
+
+class CommandLine : public ScriptedKelcamTest {
+ protected:
+  // Usage errors name what is wrong on standard error, print nothing else, and end with 2.
+  void ExpectUsageError(const Arguments& arguments, const std::string& reason) const {
+    const ProcessResult result = Kelcam(arguments);
+    EXPECT_EQ(result.err, "kelcam: " + reason + "\n(kelcam --help tells more)\n");
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.exit_code, 2);
+  }
+};
+
+TEST_F(CommandLine, HelpNamesCommandsExamplesAndExitCodes) {
+  const ProcessResult help = Kelcam({"--help"});
+
+  for (const char* part : {"list ", "info ", "snap ", "live ", "--module FILE", "--log FILE", "--json", "--version",
+                           "kelcam snap --profile", "Init.Method = Serial", "0 done", "1 the camera", "2 wrong usage",
+                           "130 stopped by Ctrl-C"}) {
+    EXPECT_NE(help.out.find(part), std::string::npos) << part << "\n" << help.out;
+  }
+  EXPECT_EQ(help.err, "");
+  EXPECT_EQ(help.exit_code, 0);
+}
+
+TEST_F(CommandLine, HelpOfSnapNamesEveryOption) {
+  const ProcessResult help = Kelcam({"snap", "--help"});
+
+  for (const char* option :
+       {"--profile FILE", "-n N", "--timeout MS", "--kind mono|rgb", "--color on|off", "--area TEXT",
+        "--mode single|continuous", "--set CONTROL=VALUE", "--trigger software|line|free", "-o PATTERN"}) {
+    EXPECT_NE(help.out.find(option), std::string::npos) << option << "\n" << help.out;
+  }
+  EXPECT_EQ(help.exit_code, 0);
+}
+
+TEST_F(CommandLine, VersionIsOneLine) {
+  const ProcessResult version = Kelcam({"--version"});
+
+  EXPECT_EQ(version.out, "kelcam " KELCAM_VERSION "\n");
+  EXPECT_EQ(version.exit_code, 0);
+}
+
+TEST_F(CommandLine, AMissingOrUnknownCommandIsRefused) {
+  ExpectUsageError({}, "A subcommand is required");
+  EXPECT_EQ(Kelcam({"shoot"}).exit_code, 2);
+}
+
+TEST_F(CommandLine, MissingRequiredOptionsAreNamed) {
+  ExpectUsageError({"info"}, "--profile is required");
+  ExpectUsageError({"live"}, "--profile is required");
+  ExpectUsageError({"snap", "--profile", profile}, "-o is required");
+}
+
+TEST_F(CommandLine, ValuesOutsideAChoiceAreNamed) {
+  const std::pair<const char*, const char*> wrong[] = {
+      {"--kind", "grey"}, {"--color", "maybe"}, {"--mode", "double"}, {"--trigger", "hand"},
+      {"-n", "0"},        {"-n", "many"},       {"--timeout", "-1"}};
+  for (const auto& [option, value] : wrong) {
+    const ProcessResult result = Snap({"-o", In("x.png"), option, value});
+
+    EXPECT_NE(result.err.find(option), std::string::npos) << result.err;
+    EXPECT_NE(result.err.find(value), std::string::npos) << result.err;
+    EXPECT_EQ(result.exit_code, 2) << option;
+  }
+}
+
+TEST_F(CommandLine, SecondsMustBePositive) {
+  EXPECT_EQ(Kelcam(With("live", {"--seconds", "0"})).exit_code, 2);
+  EXPECT_EQ(Kelcam(With("live", {"--seconds", "-3"})).exit_code, 2);
+}
+
+TEST_F(CommandLine, SettingsThatAreNoneAreNamed) {
+  const auto reason = [&](const std::string& setting) { return Snap({"-o", In("x.png"), "--set", setting}).err; };
+  const std::string end = "\n(kelcam --help tells more)\n";
+
+  EXPECT_EQ(reason("gain"), "kelcam: --set gain: not of the form CONTROL=VALUE" + end);
+  EXPECT_EQ(reason("hue=1"),
+            "kelcam: --set hue=1: unknown control \"hue\"; there are gain, exposure, wbred, wbblue" + end);
+  EXPECT_EQ(reason("gain=loud"), "kelcam: --set gain=loud: \"loud\" does not begin with a number" + end);
+  EXPECT_EQ(reason("gain="), "kelcam: --set gain=: \"\" does not begin with a number" + end);
+  EXPECT_EQ(reason("gain=1.5"), "kelcam: --set gain=1.5: a number without a unit must be whole" + end);
+  EXPECT_EQ(reason("gain=inf"), "kelcam: --set gain=inf: \"inf\" does not begin with a number" + end);
+}
+
+TEST_F(CommandLine, SeveralImagesNeedANumberInTheirName) {
+  ExpectUsageError(With("snap", {"-n", "2", "-o", "x.png"}), "-o x.png: 2 pictures need a %d for their number");
+}
+
+TEST_F(CommandLine, AnEndingThatIsNoPictureFormatIsNamed) {
+  ExpectUsageError(With("snap", {"-o", "x.jpg"}), "-o x.jpg: pictures end in .png, .pgm or .ppm");
+  ExpectUsageError(With("snap", {"-o", "png"}), "-o png: pictures end in .png, .pgm or .ppm");
+}
+
+TEST_F(CommandLine, AColourPictureInAGreyFormatIsRefused) {
+  ExpectUsageError(With("snap", {"-o", "x.pgm", "--kind", "rgb"}),
+                   "-o x.pgm: a .pgm file does not take the colour picture that --kind rgb asks for");
+}
+
+TEST_F(CommandLine, GlobalOptionsMayFollowTheCommand) {
+  const ProcessResult result = Kelcam(With("list", {"--json"}));
+
+  EXPECT_EQ(nlohmann::json::parse(result.out)["cameras"].size(), 2u);
+  EXPECT_EQ(result.exit_code, 0);
+}
+
+}  // namespace

@@ -1,0 +1,83 @@
+// kelcam_test.cpp
+// Runs kelcam as a process, in a folder of the test's own.
+#include "kelcam_test.h"
+
+#include <algorithm>
+#include <fstream>
+#include <random>
+#include <sstream>
+
+static std::string Utf8(const std::filesystem::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
+
+KelcamTest::KelcamTest() {
+  std::random_device random;  // several test processes at once, each with a folder of its own
+  const std::u8string name = u8"kelcam t\u00e4st \u65e5\u672c ";
+  do {
+    m_folder =
+        std::filesystem::temp_directory_path() / (name + std::filesystem::path(std::to_string(random())).u8string());
+  } while (!std::filesystem::create_directory(m_folder));
+}
+
+KelcamTest::~KelcamTest() {
+  std::error_code ignored;
+  std::filesystem::remove_all(m_folder, ignored);
+}
+
+std::filesystem::path KelcamTest::PathOf(const std::string& name) const {
+  return m_folder / std::u8string(name.begin(), name.end());
+}
+
+std::string KelcamTest::In(const std::string& name) const { return Utf8(PathOf(name)); }
+
+std::string KelcamTest::Text(const std::string& name) const {
+  std::ifstream file(PathOf(name), std::ios::binary);
+  std::ostringstream text;
+  text << file.rdbuf();
+  return text.str();
+}
+
+std::string KelcamTest::Write(const std::string& name, const std::string& text) const {
+  std::ofstream(PathOf(name), std::ios::binary) << text;
+  return In(name);
+}
+
+std::vector<std::string> KelcamTest::Files() const {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(m_folder))
+    names.push_back(Utf8(entry.path().filename()));
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+Process KelcamTest::Start(const Arguments& arguments) const {
+  return Process(ProgramFile("kelcam"), arguments, m_environment);
+}
+
+nlohmann::json KelcamTest::Document(const Arguments& arguments) const {
+  Arguments with_json{"--json"};
+  with_json.insert(with_json.end(), arguments.begin(), arguments.end());
+  return nlohmann::json::parse(Kelcam(with_json).out);
+}
+
+ScriptedKelcamTest::ScriptedKelcamTest() : profile(Write("camera.ini", "API = Vimba\n")) {}
+
+KelcamTest::Arguments ScriptedKelcamTest::With(const std::string& command, const Arguments& more) const {
+  Arguments arguments{"--module", Utf8(ProgramFile("kelcam").parent_path() / "kelcam-scripted-module.module"), "--log",
+                      In("log.txt"), command};
+  if (command != "list") arguments.insert(arguments.end(), {"--profile", profile});
+  arguments.insert(arguments.end(), more.begin(), more.end());
+  return arguments;
+}
+
+std::vector<std::string> ScriptedKelcamTest::Operations() const {
+  std::vector<std::string> operations;
+  std::istringstream log(Text("log.txt"));
+  for (std::string line; std::getline(log, line);) {
+    if (line != "=== LogMessage" || !std::getline(log, line)) continue;
+    if (line.rfind("Create ", 0) != 0 && line != "Release") operations.push_back(line);
+  }
+  return operations;
+}

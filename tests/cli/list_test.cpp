@@ -1,0 +1,47 @@
+// list_test.cpp
+// kelcam list.
+#include "kelcam_test.h"
+
+namespace {
+
+class List : public ScriptedKelcamTest {};
+
+TEST_F(List, PrintsOneIdentifierALine) {
+  const ProcessResult result = Kelcam(With("list"));
+
+  EXPECT_EQ(result.out, "Vimba_Scripted-\u00e4_1\nVimba_Scripted-\u00e4_2\n");
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(result.exit_code, 0);
+}
+
+TEST_F(List, PrintsOneDocument) {
+  const auto document = Document(With("list"));
+
+  EXPECT_EQ(document, nlohmann::json({{"cameras", {"Vimba_Scripted-\u00e4_1", "Vimba_Scripted-\u00e4_2"}}}));
+}
+
+TEST_F(List, WithoutCamerasIsEmptyAndSaysSo) {
+  Script("cameras=0");
+
+  const ProcessResult result = Kelcam(With("list"));
+
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err, "notice: no camera found\n");
+  EXPECT_EQ(result.exit_code, 0);
+}
+
+TEST_F(List, ASystemThatDoesNotStartIsAnErrorWithItsReasons) {
+  Script("cameras=-1");
+
+  const ProcessResult result = Kelcam(With("list"));
+
+  EXPECT_EQ(result.err,
+            "error: the camera system cannot be started; the driver's last messages were:\n"
+            "  Vimba start-up\n"
+            "     1 : no transport layer\n"
+            "  End\n"
+            "(every message: -v shows them, --log FILE keeps them)\n");
+  EXPECT_EQ(result.exit_code, 1);
+}
+
+}  // namespace

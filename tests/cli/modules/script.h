@@ -1,0 +1,27 @@
+// script.h
+// What a test wants the scripted module to do: words of the form KEY=VALUE[,VALUE]... in the variable
+// KELCAM_TEST_SCRIPT.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+class Script {
+ public:
+  Script();
+
+  bool Has(const std::string& key) const { return m_values.count(key) != 0; }
+  // The values one after the other, the last again and again; the default where the script has no such key.
+  std::string Next(const std::string& key, const std::string& default_value);
+  int Next(const std::string& key, int default_value) { return std::stoi(Next(key, std::to_string(default_value))); }
+
+ private:
+  struct Values {
+    std::vector<std::string> list;
+    std::size_t next = 0;
+  };
+  std::map<std::string, Values> m_values;
+};
+
+Script& TheScript();

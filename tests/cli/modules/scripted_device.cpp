@@ -1,0 +1,119 @@
+// scripted_device.cpp
+// A device without a camera: it does what the script says and logs every operation that it is asked for.
+#include "scripted_device.h"
+
+#include <cmath>
+
+#include "bbaseaoi.h"
+#include "imagingdevice.h"
+#include "script.h"
+#include "scripted_picture.h"
+
+void Log(const std::string& operation) { ImagingDevice::LogMessage(ToWString(operation.c_str()), false); }
+
+ScriptedControl::ScriptedControl(std::string name, NBoard::CONTROLTYPE type, int value, int min, int max)
+    : BImagingDeviceControl(type), m_name(std::move(name)), m_value(value), m_min(min), m_max(max) {}
+
+bool ScriptedControl::SetValue(int value) {
+  Log(m_name + ".SetValue(" + std::to_string(value) + ")");
+  m_value = value;
+  return TheScript().Next("refuse", "nothing") != m_name;
+}
+
+bool ScriptedControl::GetRange(int& min, int& max) {
+  min = m_min;
+  max = m_max;
+  return true;
+}
+
+WString ScriptedControl::UnitString() const {
+  return Type() == NBoard::eGain ? L"[x]" : Type() == NBoard::eShutter ? L"[ms]" : L"";
+}
+
+double ScriptedControl::ToRealValue(int value) const {
+  return Type() == NBoard::eGain ? std::pow(10.0, value / 20.0) : value / 10.0;
+}
+
+int ScriptedControl::FromRealValue(double value) const {
+  return static_cast<int>(Type() == NBoard::eGain ? 20.0 * std::log10(value) : value * 10.0);
+}
+
+void ScriptedTrigger::SetExternal(bool external) {
+  Log("SetExternal(" + std::to_string(external) + ")");
+  m_external = external;
+}
+
+void ScriptedTrigger::SetOff() {
+  Log("SetOff");
+  m_external = false;
+}
+
+bool ScriptedTrigger::SetActivation(int edge) {
+  Log("SetActivation(" + std::to_string(edge) + ")");
+  return true;
+}
+
+bool ScriptedTrigger::SetSource(int source) {
+  Log("SetSource(" + std::to_string(source) + ")");
+  return TheScript().Next("source", 1) != 0;
+}
+
+ScriptedDevice::ScriptedDevice()
+    : m_color(TheScript().Next("color", 0) != 0),
+      m_has_trigger(TheScript().Next("trigger", 1) != 0),
+      m_has_exposure(TheScript().Next("exposure", 1) != 0),
+      m_gain("gain", NBoard::eGain, 20, 0, 30),
+      m_exposure("exposure", NBoard::eShutter, 100, 1, 20000),
+      m_temperature("temperature", NBoard::eTemperatureSensor, 300, 0, 0) {}
+
+BSize ScriptedDevice::ImageSize(bool& rotated) const {
+  rotated = TheScript().Next("rotated", 0) != 0;
+  return {ScriptedPicture::kWidth, ScriptedPicture::kHeight};
+}
+
+bool ScriptedDevice::FramesPerSecond(double& frames_per_second) {
+  frames_per_second = 30.5;
+  return TheScript().Next("fast", 1) != 0;
+}
+
+bool ScriptedDevice::SetColorMode(bool on) {
+  Log("SetColorMode(" + std::to_string(on) + ")");
+  return TheScript().Next("colormode", 1) != 0;
+}
+
+bool ScriptedDevice::SetWhiteBalanceBlue(int value, bool color) {
+  Log("SetWhiteBalanceBlue(" + std::to_string(value) + ", " + std::to_string(color) + ")");
+  return TheScript().Next("refuse", "nothing") != "wbblue";
+}
+
+bool ScriptedDevice::SetWhiteBalanceRed(int value, bool color) {
+  Log("SetWhiteBalanceRed(" + std::to_string(value) + ", " + std::to_string(color) + ")");
+  return TheScript().Next("refuse", "nothing") != "wbred";
+}
+
+bool ScriptedDevice::WhiteBalanceRange(int& min, int& max) {
+  min = 80;
+  max = 400;
+  return m_color;
+}
+
+void ScriptedDevice::StartSnap(bool one_shot) {
+  Log("StartSnap(" + std::to_string(one_shot) + ")");
+  if (const int code = TheScript().Next("start", 0)) throw BError(code, L"AcquisitionStart failed");
+}
+
+BError ScriptedDevice::Snap(BBaseAoi* aoi, std::uint32_t timeout_ms) {
+  Log("Snap(" + std::to_string(aoi->ImageKind()) + ", " + ToBString(aoi->Text()).Str() + ", " +
+      std::to_string(timeout_ms) + ")");
+  const std::string outcome = TheScript().Next("snap", "0");
+  if (outcome == "wrongkind") throw NBoard::Exception::eWrongImageKind;
+  if (outcome == "nopicture") return BError();
+  if (outcome != "0") return BError(std::stoi(outcome));
+  ScriptedPicture(++m_pictures).Fill(*aoi);
+  return BError();
+}
+
+void ScriptedDevice::StopSnap() {
+  Log("StopSnap");
+  if (const int code = TheScript().Next("stop", 0)) throw BError(code, L"AcquisitionStop failed");
+}

@@ -1,0 +1,118 @@
+// simulated_camera_test.cpp
+// kelcam through the real module: commands, triggers, faults and the messages that it logs.
+#include <regex>
+#include <set>
+
+#include "simulated_kelcam_test.h"
+
+namespace {
+
+class SimulatedCameras : public SimulatedKelcamTest {
+ protected:
+  SimulatedCameras() { Simulate(); }
+};
+
+class BuiltInCameras : public SimulatedKelcamTest {};
+
+std::size_t Count(const std::string& text, const std::string& part) {
+  std::size_t count = 0;
+  for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; at += part.size()) ++count;
+  return count;
+}
+
+TEST_F(BuiltInCameras, ThreeAreListed) {
+  const nlohmann::json cameras = Document({"list"})["cameras"];
+
+  ASSERT_EQ(cameras.size(), 3u);
+  for (const std::string camera : cameras) EXPECT_EQ(camera.rfind("Vimba_", 0), 0u) << camera;
+}
+
+TEST_F(BuiltInCameras, EachExampleProfileOpensOneOfThem) {
+  const nlohmann::json cameras = Document({"list"})["cameras"];
+  std::set<std::string> opened;
+
+  for (const char* profile : {"mono", "colour", "yuv"}) opened.insert(Info(Profile(profile))["name"]);
+
+  EXPECT_EQ(opened, std::set<std::string>(cameras.begin(), cameras.end()));
+}
+
+TEST_F(SimulatedCameras, InfoTellsControlsAndRates) {
+  const nlohmann::json info = Info(Profile("colour"));
+
+  std::vector<std::string> controls;
+  for (const auto& control : info["controls"]) controls.push_back(control["name"]);
+  EXPECT_EQ(controls, (std::vector<std::string>{"gain", "exposure", "sensor temperature", "board temperature"}));
+  EXPECT_EQ(info["color"], true);
+  EXPECT_EQ(info["trigger"], nlohmann::json({{"external", false}}));
+  EXPECT_LT(info["whiteBalance"]["min"], info["whiteBalance"]["max"]);
+  EXPECT_GT(info["streamBytesPerSecond"], 0);
+  EXPECT_GT(info["framesPerSecond"], 0.0);
+}
+
+TEST_F(SimulatedCameras, AContinuousRunTakesItsImagesWithOneStart) {
+  const ProcessResult result = Run("snap", Profile("mono"), {"-n", "3", "--mode", "continuous", "-o", In("%d.pgm")});
+
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(Count(Text("log.txt"), " : Command AcquisitionStart -> 0\n"), 1u);
+  EXPECT_EQ(Count(Text("log.txt"), " : Frame error code = 0\n"), 3u);
+  EXPECT_NE(Text("1.pgm"), Text("3.pgm"));  // the chart moves
+}
+
+TEST_F(SimulatedCameras, FreeRunTakesSingleImagesToo) {
+  EXPECT_EQ(Run("snap", Profile("mono"), {"--trigger", "free", "-o", In("x.pgm")}).exit_code, 0);
+}
+
+TEST_F(SimulatedCameras, SoftwareTriggerTakesContinuousImagesToo) {
+  const ProcessResult result =
+      Run("snap", Profile("mono"), {"-n", "3", "--mode", "continuous", "--trigger", "software", "-o", In("%d.pgm")});
+
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+}
+
+TEST_F(SimulatedCameras, ALineThatDoesNotMoveTimesOut) {
+  const ProcessResult result =
+      Run("snap", Profile("mono"), {"--trigger", "line", "--timeout", "200", "-o", In("x.pgm")});
+
+  EXPECT_EQ(result.err, "error 12106: no image arrived in time\n0 of 1 image taken\n");
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_NE(Text("log.txt").find(" : Trigger is on: 1\n"), std::string::npos);
+}
+
+TEST_F(SimulatedCameras, LiveCountsFramesForASecond) {
+  const nlohmann::json live = Document({"live", "--profile", Profile("mono"), "--seconds", "1"});
+
+  EXPECT_GE(live["frames"], 2);
+  EXPECT_EQ(live["failures"], 0) << live;
+  EXPECT_GE(live["seconds"], 1.0);
+  EXPECT_GT(live["streamBytesPerSecond"], 0);
+}
+
+TEST_F(SimulatedCameras, TheDriverWritesTheIdentifierIntoTheProfile) {
+  const std::string name = Info(Profile("mono"))["name"];
+
+  EXPECT_NE(Text("mono.ini").find(name), std::string::npos) << Text("mono.ini");
+}
+
+TEST_F(SimulatedCameras, ARotationThatTheDriverDoesNotHaveIsAnError) {
+  const ProcessResult result = Run("info", Profile("mono", "\nRotateBy90Degree = 2\n"));
+
+  EXPECT_EQ(result.err.rfind("error 8420: ", 0), 0u) << result.err;
+  EXPECT_NE(result.err.find("RotateBy90Degree = 2"), std::string::npos) << result.err;
+  EXPECT_EQ(result.exit_code, 1);
+}
+
+TEST_F(SimulatedCameras, ACameraThatIsNotThereIsAnErrorWithItsReasons) {
+  const std::string profile = Write("none.ini", "API = Vimba\nInit.Method = IP\nIP = 192.0.2.77\n");
+
+  const ProcessResult result = Run("info", profile);
+
+  EXPECT_EQ(result.err, "error: the camera of the profile " + profile +
+                            " cannot be opened; the driver's last messages were:\n"
+                            "  Initialize \n"
+                            "  InitMethod: IP ()\n"
+                            "  Camera (IP: 192.0.2.77): - InitByAddr failed\n"
+                            "(every message: -v shows them, --log FILE keeps them)\n");
+  EXPECT_EQ(result.exit_code, 1);
+}
+
+}  // namespace

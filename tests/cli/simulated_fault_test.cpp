@@ -1,0 +1,108 @@
+// simulated_fault_test.cpp
+// What kelcam tells and does when a simulated camera fails.
+#include <regex>
+
+#include "simulated_kelcam_test.h"
+
+namespace {
+
+using nlohmann::json;
+
+class SimulatedFaults : public SimulatedKelcamTest {
+ protected:
+  void Fault(const json& fault) { Simulate({{"faults", json::array({fault})}}); }
+};
+
+TEST_F(SimulatedFaults, AFailingAcquisitionStartIsNotFollowedBySnap) {
+  Fault({{"call", "VmbFeatureCommandRun"}, {"feature", "AcquisitionStart"}, {"error", -12}});
+
+  const ProcessResult result = Run("snap", Profile("mono"), {"-n", "2", "-o", In("%d.pgm")});
+
+  EXPECT_EQ(result.err, "error 12103: acquisition failed: AcquisitionStart failed (image 1)\n1 of 2 images taken\n");
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_FALSE(std::filesystem::exists(PathOf("1.pgm")));
+  EXPECT_TRUE(std::filesystem::exists(PathOf("2.pgm")));
+}
+
+TEST_F(SimulatedFaults, AFailingAcquisitionStopFailsItsImage) {
+  Fault({{"call", "VmbFeatureCommandRun"}, {"feature", "AcquisitionStop"}, {"error", -12}});
+
+  const ProcessResult result = Run("snap", Profile("mono"), {"-o", In("x.pgm")});
+
+  EXPECT_EQ(result.err, "error 12103: acquisition failed: AcquisitionStop failed\n0 of 1 image taken\n");
+  EXPECT_EQ(result.exit_code, 1);
+}
+
+TEST_F(SimulatedFaults, AnIncompleteFrameFailsItsImageOnly) {
+  Fault({{"frame", 1}, {"status", -1}});
+
+  const ProcessResult result = Run("snap", Profile("mono"), {"-n", "3", "-o", In("%d.pgm")});
+
+  EXPECT_EQ(result.err, "error 12103: acquisition failed (image 2)\n2 of 3 images taken\n");
+  EXPECT_EQ(result.exit_code, 1);
+}
+
+TEST_F(SimulatedFaults, ARefusedPixelFormatIsAmongTheReasons) {
+  Fault({{"call", "VmbFeatureEnumSet"}, {"feature", "PixelFormat"}, {"error", -11}});
+
+  const ProcessResult result = Run("info", Profile("mono"));
+
+  EXPECT_NE(result.err.find("\n  ColorCodeMono failed\n"), std::string::npos) << result.err;
+  EXPECT_EQ(result.exit_code, 1);
+}
+
+TEST_F(SimulatedFaults, ASystemThatDoesNotStartIsAnErrorWithItsReasons) {
+  Simulate({{"system", {{"geVTLIsPresent", false}}}});
+
+  const ProcessResult result = Kelcam({"list"});
+
+  EXPECT_TRUE(std::regex_match(
+      result.err, std::regex("error: the camera system cannot be started; the driver's last messages were:\n"
+                             "  Vimba Initialization\n"
+                             "     1 : .* : Vimba Startup ok\n"
+                             "     2 : .* : GeVTLIsPresent = false\n"
+                             "     3 : .* : End\n"
+                             "\\(every message: -v shows them, --log FILE keeps them\\)\n")))
+      << result.err;
+  EXPECT_EQ(result.exit_code, 1);
+}
+
+TEST_F(SimulatedFaults, TheCodeOfAFailedStartUpIsAmongTheReasons) {
+  Fault({{"call", "VmbStartup"}, {"error", -19}});
+
+  const ProcessResult result = Run("info", Profile("mono"));
+
+  EXPECT_NE(result.err.find(" : Vimba Startup fails : -19\n"), std::string::npos) << result.err;
+  EXPECT_EQ(result.exit_code, 1);
+}
+
+TEST_F(SimulatedFaults, ALinkWithoutCamerasIsEmpty) {
+  Simulate({{"cameras", json::array()}});
+
+  const ProcessResult result = Kelcam({"list"});
+
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err, "notice: no camera found\n");
+  EXPECT_EQ(result.exit_code, 0);
+}
+
+TEST_F(SimulatedFaults, AnUnpluggedCameraEndsALiveRunWithFailures) {
+  Fault({{"unplugAtFrame", 3}});
+
+  const ProcessResult result = Run("live", Profile("mono"), {"--seconds", "1", "--timeout", "300"});
+
+  EXPECT_NE(result.err.find("error 12106: no image arrived in time\n"), std::string::npos) << result.err;
+  EXPECT_EQ(result.exit_code, 1);
+}
+
+TEST_F(SimulatedFaults, AControlThatTheCameraRefusesIsTold) {
+  const std::string profile = Profile("mono");
+  Fault({{"call", "VmbFeatureFloatSet"}, {"feature", "Gain"}, {"error", -12}, {"count", 0}});
+
+  const ProcessResult result = Run("snap", profile, {"--set", "gain=7", "-o", In("x.pgm")});
+
+  EXPECT_EQ(result.err, "error: the camera does not take gain=7\n");
+  EXPECT_EQ(result.exit_code, 1);
+}
+
+}  // namespace

@@ -1,0 +1,212 @@
+// frames_test.cpp
+// What becomes of a delivered frame: queued copy, refused as too old, or an error that wakes the snap.
+#include <chrono>
+#include <thread>
+
+#include "driver/opened_camera.h"
+
+namespace {
+
+using nlohmann::json;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::uint32_t kDeadline = 5000;
+
+struct Frames : OpenedCamera {
+  // A continuous acquisition that waits for software triggers: nothing arrives but what the test delivers.
+  void StartWaiting(const SimulatedCamera& camera = SimulatedCamera()) {
+    ASSERT_TRUE(Open(camera));
+    Device().StartSnap(false);
+    Forget();
+  }
+  std::uint64_t ScanStart() const {
+    return std::stoull(cameras->State()["features"]["GevTimestampValue"].get<std::string>());
+  }
+  void WaitForFullRing() const {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kDeadline);
+    while (cameras->State()["queued"] != 10) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+  }
+  Texts CallbackMessage() {
+    EXPECT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, kDeadline));
+    return Message(L"OnFrameExt()");
+  }
+};
+
+TEST_F(Frames, AGoodFrameIsCopiedAndHandedBack) {
+  StartWaiting();
+  cameras->Deliver({{"timestamp", 77'000'000'000'000}, {"frameID", 5}});
+  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError());
+  EXPECT_THAT(
+      CallbackMessage(),
+      ElementsAre(L"OnFrameExt()", L"Start",
+                  L"Frame context id = 0 FrameStatusComplete FrameDimension = 64x48 FrameOffset = 0x0 FrameID = "
+                  L"5 Timestamp = 77000000000000",
+                  L"process_frame_lambda started", L"End"));
+}
+
+TEST_F(Frames, AFrameAsOldAsTheScanStartIsAccepted) {
+  StartWaiting();
+  const std::uint64_t start = ScanStart();
+  cameras->Deliver({{"timestamp", start}});
+  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError());
+}
+
+TEST_F(Frames, AnOlderFrameIsHandedBackAndTheSnapGoesOnWaiting) {
+  StartWaiting();
+  const std::uint64_t start = ScanStart();
+  cameras->Deliver({{"timestamp", start - 1}, {"flags", 0}});
+  EXPECT_EQ(Device().Snap(nullptr, 50), BError(12106));
+  EXPECT_THAT(CallbackMessage(), ElementsAre(L"OnFrameExt()", L"Start", L"Frame context id = 0 FrameStatusComplete",
+                                             L"VmbCaptureFrameQueue ok",
+                                             L"Invalid timestamp " + std::to_wstring(start - 1) + L" < " +
+                                                 std::to_wstring(start) + L" (StartScan)",
+                                             L"End"));
+}
+
+struct ReceiveFailure {
+  int status;
+  int code;
+  const wchar_t* described;
+};
+
+struct ReceiveFailures : Frames, testing::WithParamInterface<ReceiveFailure> {};
+
+TEST_P(ReceiveFailures, WakeTheSnapWithTheirCode) {
+  StartWaiting();
+  cameras->Deliver({{"status", GetParam().status}, {"flags", 0}});
+  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError(GetParam().code));
+  EXPECT_THAT(
+      CallbackMessage(),
+      ElementsAre(L"OnFrameExt()", L"Start", std::wstring(L"Frame context id = 0") + GetParam().described,
+                  L"VmbCaptureFrameQueue ok", L"ReceiveStatus failure " + std::to_wstring(GetParam().status), L"End"));
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryStatus, ReceiveFailures,
+                         testing::Values(ReceiveFailure{-1, 12103, L" FrameStatusInComplete"},
+                                         ReceiveFailure{-2, 12108, L" FrameStatusTooSmall"},
+                                         ReceiveFailure{-3, 12110, L" FrameStatusInvalid"},
+                                         ReceiveFailure{-9, 12110, L"unknown FrameStatus"},
+                                         ReceiveFailure{3, 12110, L"unknown FrameStatus"}));
+
+TEST_F(Frames, ABadFrameThatCannotBeHandedBackFailsTwice) {
+  StartWaiting();
+  cameras->FailCall("VmbCaptureFrameQueue", "", -13, 1);
+  cameras->Deliver({{"status", -3}, {"flags", 0}});
+  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError(12103, L" ReQueueFrame failed"));
+  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError(12110));
+  EXPECT_THAT(CallbackMessage(), Contains(L"VmbCaptureFrameQueue failed"));
+}
+
+TEST_F(Frames, AGoodFrameThatCannotBeHandedBackIsFollowedByAFailure) {
+  StartWaiting();
+  cameras->FailCall("VmbCaptureFrameQueue", "", -13, 1);
+  cameras->Deliver();
+  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError());
+  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError(12103, L" ReQueueFrame failed"));
+  EXPECT_EQ(cameras->State()["queued"], 9);
+}
+
+TEST_F(Frames, HandedBackFramesGetTheNextIds) {
+  StartWaiting();
+  for (int i = 0; i < 25; ++i) {
+    cameras->Deliver();
+    ASSERT_EQ(Device().Snap(nullptr, kDeadline), BError());
+    WaitForFullRing();  // two workers may hand their frames back in either order
+  }
+  Device().StopSnap();
+  const Texts lines = LinesOf(output.Diagnostics(L"StopSnap").at(0));
+  EXPECT_THAT(lines,
+              Contains(L"Received 25 Frames [0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, "
+                       L"20, 21, 22, 23, 24]"));
+}
+
+TEST_F(Frames, ACameraWithoutALatchRefusesEveryFrame) {
+  for (const char* feature : {"GevTimestampControlLatch", "GevTimestampValue"}) {
+    StartWaiting(SimulatedCamera().Missing(feature));
+    cameras->Deliver({{"timestamp", 9}, {"flags", 0}});
+    EXPECT_EQ(Device().Snap(nullptr, 30), BError(12106));
+    EXPECT_THAT(CallbackMessage(), Contains(L"Invalid timestamp 9 < 18446744073709551615 (StartScan)"));
+    device.reset();
+  }
+}
+
+TEST_F(Frames, AFrameOfAnEarlierAcquisitionIsNotPopped) {
+  StartWaiting();
+  cameras->Deliver();
+  ASSERT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, kDeadline));
+  Device().StopSnap();
+  Device().StartSnap(false);
+  EXPECT_EQ(Device().Snap(nullptr, 30), BError(12106));
+}
+
+TEST_F(Frames, AFailedFrameAbortsTheSnapsOfPartners) {
+  cameras.emplace(std::vector{SimulatedCamera(1), SimulatedCamera(2)});
+  ASSERT_TRUE(Reopen());
+  ProfileFile other_profile;
+  other_profile.Key("Camera_Identifier", "DEV_000F31000002");
+  OpenDevice other(other_profile.Open());
+  ASSERT_TRUE(other);
+  ASSERT_TRUE(Device().AddBandwidthPartner(other.Get()));
+  Device().StartSnap(false);
+  other->StartSnap(false);
+  cameras->Deliver({{"status", -2}});
+  EXPECT_EQ(other->Snap(nullptr, kDeadline), BError(12109));
+  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError(12108));
+  cameras->Deliver({{"status", -2}}, 2);
+  EXPECT_EQ(other->Snap(nullptr, kDeadline), BError(12108));
+  EXPECT_EQ(Device().Snap(nullptr, 0), BError(12106)) << "partnership is one-way";
+}
+
+TEST_F(Frames, ADestroyedPartnerIsReachedByNobody) {
+  cameras.emplace(std::vector{SimulatedCamera(1), SimulatedCamera(2)});
+  ASSERT_TRUE(Reopen());
+  ProfileFile other_profile;
+  other_profile.Key("Camera_Identifier", "DEV_000F31000002");
+  {
+    OpenDevice other(other_profile.Open());
+    ASSERT_TRUE(Device().AddBandwidthPartner(other.Get()));
+  }
+  Device().StartSnap(false);
+  cameras->Deliver({{"status", -1}});
+  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError(12103));
+  Device().StopSnap();
+}
+
+TEST_F(Frames, WorkersThatStillCopyAreLetFinishBeforeTheirDeviceGoes) {
+  for (int round = 0; round < 20; ++round) {
+    ASSERT_TRUE(Open(SimulatedCamera().Sensor(1280, 1024).With("scene", "none")));
+    Device().StartSnap(false);
+    for (int frame = 0; frame < 8; ++frame) cameras->Deliver();
+    device.reset();
+  }
+}
+
+TEST_F(Frames, AHostThatTakesNoneHoldsTheRingBackUntilItTakesThemOrLetsGo) {
+  ASSERT_TRUE(Open(SimulatedCamera().Sensor(4096, 3000).With("scene", "none")));
+  Device().Trigger()->SetSource(BImagingDeviceTrigger::eFreeRun);
+  Device().StartSnap(false);
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+  while (cameras->State()["queued"] != 0) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+  for (int i = 0; i < 60; ++i) ASSERT_EQ(Device().Snap(nullptr, kDeadline), BError());
+  while (cameras->State()["queued"] != 0) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+  device.reset();
+}
+
+TEST_F(Frames, MessagesOfCallbacksCountOnTheClockOfTheSnap) {
+  StartWaiting();
+  std::this_thread::sleep_for(std::chrono::milliseconds(30));
+  cameras->Deliver();
+  ASSERT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, kDeadline));
+  double start_time = 0.0;
+  for (const std::wstring& message : output.WithCaption(L"")) {
+    if (message.find(L"OnFrameExt()") != std::wstring::npos) {
+      const std::wstring line = message.substr(message.find(L'\n') + 1);
+      start_time = std::stod(line.substr(line.find(L" : ") + 3));
+    }
+  }
+  EXPECT_GE(start_time, 30.0);
+}
+
+}  // namespace

@@ -1,0 +1,261 @@
+// process.cpp
+// Programs as processes of their own: started with arguments, an environment and caught output.
+#include "support/process.h"
+
+#include <array>
+#include <condition_variable>
+#include <mutex>
+#include <stdexcept>
+#include <thread>
+
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstring>
+extern char** environ;  // NOLINT(readability-redundant-declaration): some headers leave it out
+#endif
+
+namespace {
+
+#ifdef _WIN32
+using Pipe = HANDLE;
+using Child = HANDLE;
+
+std::wstring WideText(const std::string& utf8) {
+  std::wstring wide(utf8.size(), L'\0');
+  wide.resize(static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()),
+                                                           wide.data(), static_cast<int>(wide.size()))));
+  return wide;
+}
+
+// As the C runtime and CommandLineToArgvW take it apart again.
+std::wstring Quoted(const std::wstring& argument) {
+  std::wstring quoted = L"\"";
+  std::size_t backslashes = 0;
+  for (const wchar_t c : argument) {
+    if (c == L'"') quoted.append(backslashes + 1, L'\\');
+    backslashes = c == L'\\' ? backslashes + 1 : 0;
+    quoted += c;
+  }
+  return quoted.append(backslashes, L'\\') + L'"';
+}
+
+std::wstring EnvironmentBlock(const std::map<std::string, std::string>& added) {
+  std::map<std::wstring, std::wstring> variables;
+  wchar_t* own = GetEnvironmentStringsW();
+  for (const wchar_t* entry = own; *entry; entry += std::wcslen(entry) + 1) {
+    const std::wstring text = entry;
+    const std::size_t equals = text.find(L'=', 1);
+    variables[text.substr(0, equals)] = text.substr(equals + 1);
+  }
+  FreeEnvironmentStringsW(own);
+  for (const auto& [name, value] : added) variables[WideText(name)] = WideText(value);
+  std::wstring block;
+  for (const auto& [name, value] : variables) block += name + L"=" + value + L'\0';
+  return block + L'\0';
+}
+
+void MakePipe(Pipe& read_end, Pipe& write_end) {
+  SECURITY_ATTRIBUTES inherited{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
+  if (!CreatePipe(&read_end, &write_end, &inherited, 0)) throw std::runtime_error("no pipe");
+  SetHandleInformation(read_end, HANDLE_FLAG_INHERIT, 0);
+}
+
+std::size_t ReadSome(Pipe pipe, char* buffer, std::size_t size) {
+  DWORD count = 0;
+  return ReadFile(pipe, buffer, static_cast<DWORD>(size), &count, nullptr) ? count : 0;
+}
+
+void Close(Pipe pipe) { CloseHandle(pipe); }
+
+// Its C runtime ends a line of text by two characters.
+std::string TextOf(const std::string& output) {
+  std::string text;
+  for (std::size_t i = 0; i < output.size(); ++i) {
+    if (output.compare(i, 2, "\r\n") != 0) text += output[i];
+  }
+  return text;
+}
+
+Child Start(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+            const std::map<std::string, std::string>& environment, Pipe out, Pipe err) {
+  std::wstring line = Quoted(program.wstring());
+  for (const std::string& argument : arguments) line += L" " + Quoted(WideText(argument));
+  std::wstring block = EnvironmentBlock(environment);
+  STARTUPINFOW start{};
+  start.cb = sizeof start;
+  start.dwFlags = STARTF_USESTDHANDLES;
+  start.hStdOutput = out;
+  start.hStdError = err;
+  PROCESS_INFORMATION process{};
+  if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT, block.data(),
+                      nullptr, &start, &process)) {
+    throw std::runtime_error("cannot start " + program.string());
+  }
+  CloseHandle(process.hThread);
+  return process.hProcess;
+}
+
+bool SendInterrupt(Child) { return false; }
+void Kill(Child child) { TerminateProcess(child, 1); }
+
+int ExitCodeOf(Child child) {
+  WaitForSingleObject(child, INFINITE);
+  DWORD code = 0;
+  GetExitCodeProcess(child, &code);
+  CloseHandle(child);
+  return static_cast<int>(code);
+}
+
+constexpr const char* kProgramEnding = ".exe";
+
+std::filesystem::path OwnFile() {
+  std::wstring file(32768, L'\0');
+  file.resize(GetModuleFileNameW(nullptr, file.data(), static_cast<DWORD>(file.size())));
+  return file;
+}
+
+#else
+using Pipe = int;
+using Child = pid_t;
+
+void MakePipe(Pipe& read_end, Pipe& write_end) {
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+  read_end = ends[0];
+  write_end = ends[1];
+}
+
+std::size_t ReadSome(Pipe pipe, char* buffer, std::size_t size) {
+  const ssize_t count = read(pipe, buffer, size);
+  return count > 0 ? static_cast<std::size_t>(count) : 0;
+}
+
+void Close(Pipe pipe) { close(pipe); }
+
+std::string TextOf(const std::string& output) { return output; }
+
+std::vector<std::string> EnvironmentWith(const std::map<std::string, std::string>& added) {
+  std::vector<std::string> variables;
+  for (char** entry = environ; *entry; ++entry) {
+    const std::string text = *entry;
+    if (!added.count(text.substr(0, text.find('=')))) variables.push_back(text);
+  }
+  for (const auto& [name, value] : added) variables.push_back(std::string(name).append("=").append(value));
+  return variables;
+}
+
+std::vector<char*> Pointers(std::vector<std::string>& texts) {
+  std::vector<char*> pointers;
+  pointers.reserve(texts.size() + 1);
+  for (std::string& text : texts) pointers.push_back(text.data());
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+Child Start(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+            const std::map<std::string, std::string>& environment, Pipe out, Pipe err) {
+  std::vector<std::string> words{program.string()};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  std::vector<std::string> variables = EnvironmentWith(environment);
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  posix_spawn_file_actions_adddup2(&actions, out, STDOUT_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, err, STDERR_FILENO);
+  Child child = 0;
+  const int error =
+      posix_spawn(&child, program.c_str(), &actions, nullptr, Pointers(words).data(), Pointers(variables).data());
+  posix_spawn_file_actions_destroy(&actions);
+  if (error) throw std::runtime_error("cannot start " + program.string() + ": " + std::strerror(error));
+  return child;
+}
+
+bool SendInterrupt(Child child) { return kill(child, SIGINT) == 0; }
+void Kill(Child child) { kill(child, SIGKILL); }
+
+// As a shell tells it: 128 and the signal's number for a process that a signal ended.
+int ExitCodeOf(Child child) {
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+constexpr const char* kProgramEnding = "";
+
+std::filesystem::path OwnFile() { return std::filesystem::read_symlink("/proc/self/exe"); }
+
+#endif
+
+}  // namespace
+
+// Each output is read by a thread of its own until the process has closed it.
+struct Process::State {
+  Child child{};
+  bool waited = false;
+  std::mutex mutex;
+  std::condition_variable changed;
+  std::array<std::string, 2> outputs;
+  int open_outputs = 2;
+  std::array<std::thread, 2> readers;
+
+  void Read(Pipe pipe, std::size_t index) {
+    std::array<char, 4096> buffer;
+    while (const std::size_t count = ReadSome(pipe, buffer.data(), buffer.size())) {
+      const std::lock_guard lock(mutex);
+      outputs[index].append(buffer.data(), count);
+      changed.notify_all();
+    }
+    Close(pipe);
+    const std::lock_guard lock(mutex);
+    --open_outputs;
+    changed.notify_all();
+  }
+};
+
+Process::Process(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+                 const std::map<std::string, std::string>& environment)
+    : m_state(std::make_unique<State>()) {
+  std::array<Pipe, 2> read_ends{};
+  std::array<Pipe, 2> write_ends{};
+  for (std::size_t i = 0; i < 2; ++i) MakePipe(read_ends[i], write_ends[i]);
+  m_state->child = Start(program, arguments, environment, write_ends[0], write_ends[1]);
+  for (std::size_t i = 0; i < 2; ++i) {
+    Close(write_ends[i]);
+    m_state->readers[i] = std::thread(&State::Read, m_state.get(), read_ends[i], i);
+  }
+}
+
+Process::~Process() {
+  if (m_state && !m_state->waited) Wait(std::chrono::milliseconds(0));
+}
+
+bool Process::WaitForError(const std::string& text, std::chrono::milliseconds deadline) {
+  std::unique_lock lock(m_state->mutex);
+  const auto found = [&] { return m_state->outputs[1].find(text) != std::string::npos; };
+  m_state->changed.wait_for(lock, deadline, [&] { return found() || m_state->open_outputs == 0; });
+  return found();
+}
+
+bool Process::Interrupt() { return SendInterrupt(m_state->child); }
+
+ProcessResult Process::Wait(std::chrono::milliseconds deadline) {
+  bool ended = false;
+  {
+    std::unique_lock lock(m_state->mutex);
+    ended = m_state->changed.wait_for(lock, deadline, [&] { return m_state->open_outputs == 0; });
+  }
+  if (!ended) Kill(m_state->child);
+  const int exit_code = ExitCodeOf(m_state->child);
+  for (std::thread& reader : m_state->readers) reader.join();
+  m_state->waited = true;
+  return {ended ? exit_code : -1, TextOf(m_state->outputs[0]), TextOf(m_state->outputs[1])};
+}
+
+std::filesystem::path ProgramFile(const std::string& name) { return OwnFile().parent_path() / (name + kProgramEnding); }

@@ -1,0 +1,40 @@
+// process.h
+// Programs as processes of their own: started with arguments, an environment and caught output.
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+struct ProcessResult {
+  int exit_code = -1;  // -1: it had to be ended
+  std::string out, err;
+};
+
+// A started program. Texts are UTF-8; its standard input is empty. The destructor ends it if it still runs.
+class Process {
+ public:
+  static constexpr std::chrono::seconds kDeadline{60};
+
+  // environment: added to this process's own.
+  Process(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+          const std::map<std::string, std::string>& environment = {});
+  ~Process();
+
+  // Waits until its standard error holds the text; false when the deadline passes or it ends without.
+  bool WaitForError(const std::string& text, std::chrono::milliseconds deadline = kDeadline);
+  // What Ctrl-C does; false where the system has no such thing for a process without a console.
+  bool Interrupt();
+  // Waits for its end, or ends it when the deadline has passed.
+  ProcessResult Wait(std::chrono::milliseconds deadline = kDeadline);
+
+ private:
+  struct State;
+  std::unique_ptr<State> m_state;
+};
+
+// The file of a program that was built beside the running one.
+std::filesystem::path ProgramFile(const std::string& name);

@@ -1,0 +1,91 @@
+// frame_copy_area_test.cpp
+// When an area is reset, and which frames leave its pixels alone.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <vector>
+
+#include "unit/acquisition/frame_copy_cases.h"
+
+namespace {
+
+using namespace frame_copy;
+
+TEST(FrameCopy, TheHostsConversionsOfThePictureCanBeToldApart) {
+  const BSmartRef<BFrame> frame = RandomFrame(VmbPixelFormatBayerRG8);
+  std::vector<Bytes> made;
+  for (const ToRgb conversion : {kGoodRgb, kFastRgb, kYuvRgb, kGreyRgb}) made.push_back(Expected(conversion, *frame));
+  for (const ToMono conversion : {kGoodMono, kPlainMono, kFastMono, kStretchedMono, kRowsMono}) {
+    made.push_back(Expected(conversion, *frame));
+  }
+  for (std::size_t i = 0; i < made.size(); ++i) EXPECT_EQ(1, std::count(made.begin(), made.end(), made[i])) << i;
+}
+
+// The three reasons to reset an area, each alone.
+void Shrink(BBaseAoi& area) { area.Reset({kSize.width - 1, kSize.height}); }
+void Move(BBaseAoi& area) { area.SetOffset({0, 1}); }
+void Zoom(BBaseAoi& area) { area.SetPlain(false); }
+
+TEST(FrameCopyReset, AnAreaOfAnotherSizePlaceOrStateIsReset) {
+  for (const auto spoil : {Shrink, Move, Zoom}) {
+    MonoArea mono;
+    RgbArea rgb;
+    for (BBaseAoi* area : {static_cast<BBaseAoi*>(&mono), static_cast<BBaseAoi*>(&rgb)}) spoil(*area);
+
+    CopyFrameToMonoAoi(*RandomFrame(VmbPixelFormatMono8), MonoCamera(), mono);
+    CopyFrameToRgbAoi(*RandomFrame(VmbPixelFormatMono8), MonoCamera(), rgb);
+
+    for (BBaseAoi* area : {static_cast<BBaseAoi*>(&mono), static_cast<BBaseAoi*>(&rgb)}) {
+      EXPECT_EQ(kSize, area->ImageSize());
+      EXPECT_EQ(BPoint(), area->Offset());
+      EXPECT_TRUE(area->IsPlain());
+    }
+    EXPECT_EQ(Expected(kRowsMono, *RandomFrame(VmbPixelFormatMono8)), mono.Pixels());
+    EXPECT_EQ(Expected(kGreyRgb, *RandomFrame(VmbPixelFormatMono8)), rgb.Pixels());
+  }
+}
+
+TEST(FrameCopyReset, AnAreaIsResetEvenWhenItsPixelsAreNotCopied) {
+  MonoArea area(L"[p]");
+  area.SetOffset({-3, 8});
+
+  CopyFrameToMonoAoi(*RandomFrame(0x02180014), MonoCamera(), area);
+
+  EXPECT_EQ(BPoint(), area.Offset());
+  EXPECT_EQ(L"[p]", area.Text().Str());
+  EXPECT_EQ(UntouchedMono(), area.Pixels());
+}
+
+TEST(FrameCopyPayload, AFrameThatNeedsMoreBytesThanItHoldsIsNotCopied) {
+  struct Row {
+    std::uint32_t format;
+    std::int64_t needed;
+  };
+  const Row rows[] = {{VmbPixelFormatMono8, kPixels},    {VmbPixelFormatBayerGR8, kPixels},
+                      {VmbPixelFormatBayerRG8, kPixels}, {VmbPixelFormatBayerGB8, kPixels},
+                      {VmbPixelFormatBayerBG8, kPixels}, {VmbPixelFormatYuv422, 2 * kPixels}};
+  for (const Row& row : rows) {
+    FrameLayout layout = ColorCamera();
+    layout.payload_size = row.needed - 1;
+    RgbArea too_small;
+    CopyFrameToRgbAoi(*RandomFrame(row.format), layout, too_small);
+    EXPECT_EQ(UntouchedRgb(), too_small.Pixels()) << std::hex << row.format;
+
+    layout.payload_size = row.needed;
+    RgbArea enough;
+    CopyFrameToRgbAoi(*RandomFrame(row.format), layout, enough);
+    EXPECT_NE(UntouchedRgb(), enough.Pixels()) << std::hex << row.format;
+  }
+}
+
+TEST(FrameCopyPayload, AMonoAreaIsLeftAloneByAFrameThatIsTooSmallForTheImage) {
+  for (FrameLayout layout : {ColorCamera(), MonoCamera(), MonoCamera(1)}) {
+    layout.payload_size = kPixels - 1;
+    MonoArea area;
+    CopyFrameToMonoAoi(*RandomFrame(VmbPixelFormatMono8), layout, area);
+    EXPECT_EQ(UntouchedMono(), area.Pixels());
+  }
+}
+
+}  // namespace

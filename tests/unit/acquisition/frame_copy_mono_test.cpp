@@ -1,0 +1,158 @@
+// frame_copy_mono_test.cpp
+// From a captured frame into the host's grey image: which conversion for which camera, and turning.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+
+#include "nboard.h"
+#include "unit/acquisition/frame_copy_cases.h"
+
+namespace {
+
+using namespace frame_copy;
+
+TEST(FrameCopyToMono, ConvertsRawFramesOfAColourCameraAsTheAreasTextAsks) {
+  struct Row {
+    const wchar_t* text;
+    ToMono conversion;
+  };
+  const Row rows[] = {{L"", kGoodMono},      {L"[l]", kFastMono},  {L"[L]", kFastMono},  {L"[p]", kPlainMono},
+                      {L"[P]", kPlainMono},  {L"[p] ", kGoodMono}, {L"p", kGoodMono},    {L"[lp]", kGoodMono},
+                      {L"Aoi 1", kGoodMono}, {L"[ l]", kGoodMono}, {L"[l] ", kGoodMono}, {L"x[l]", kGoodMono}};
+  for (const std::uint32_t format : kBayerFormats) {
+    const BSmartRef<BFrame> frame = RandomFrame(format);
+    for (const Row& row : rows) {
+      MonoArea area(row.text);
+      CopyFrameToMonoAoi(*frame, ColorCamera(), area);
+      EXPECT_EQ(Expected(row.conversion, *frame), area.Pixels())
+          << std::hex << format << testing::PrintToString(row.text);
+    }
+  }
+}
+
+TEST(FrameCopyToMono, StretchesAMonoFrameOfAColourCameraWhereTheProfileAsksForIt) {
+  const BSmartRef<BFrame> frame = RandomFrame(VmbPixelFormatMono8);
+  FrameLayout layout = ColorCamera();
+  MonoArea plain;
+  CopyFrameToMonoAoi(*frame, layout, plain);
+  EXPECT_EQ(Expected(kRowsMono, *frame), plain.Pixels());
+
+  layout.yuv_stretch = true;
+  MonoArea stretched;
+  CopyFrameToMonoAoi(*frame, layout, stretched);
+
+  EXPECT_EQ(Expected(kStretchedMono, *frame), stretched.Pixels());
+}
+
+TEST(FrameCopyToMono, NeverStretchesTheFramesOfAMonochromeCamera) {
+  const BSmartRef<BFrame> frame = RandomFrame(VmbPixelFormatMono8);
+  FrameLayout layout = MonoCamera();
+  layout.yuv_stretch = true;
+  MonoArea area;
+
+  CopyFrameToMonoAoi(*frame, layout, area);
+
+  EXPECT_EQ(Expected(kRowsMono, *frame), area.Pixels());
+}
+
+TEST(FrameCopyToMono, CopiesAMonochromeCamerasRowsWhateverTheText) {
+  const BSmartRef<BFrame> frame = RandomFrame(VmbPixelFormatMono8);
+  for (const wchar_t* text : {L"", L"[l]", L"[p]"}) {
+    MonoArea area(text);
+    CopyFrameToMonoAoi(*frame, MonoCamera(), area);
+    EXPECT_EQ(Expected(kRowsMono, *frame), area.Pixels());
+  }
+}
+
+TEST(FrameCopyToMono, LeavesTheAreaAloneForAFormatThatIsNotListed) {
+  for (const FrameLayout& layout : {ColorCamera(), MonoCamera()}) {
+    for (const std::uint32_t format : kUnlistedFormats) {
+      MonoArea area;
+      CopyFrameToMonoAoi(*RandomFrame(format), layout, area);
+      EXPECT_EQ(UntouchedMono(), area.Pixels()) << std::hex << format;
+    }
+  }
+}
+
+TEST(FrameCopyToMono, LeavesTheAreaAloneForAYuvFrame) {
+  for (FrameLayout layout : {ColorCamera(), MonoCamera()}) {
+    layout.payload_size = 2 * kPixels;
+    MonoArea area;
+    CopyFrameToMonoAoi(*RandomFrame(VmbPixelFormatYuv422), layout, area);
+    EXPECT_EQ(UntouchedMono(), area.Pixels());
+  }
+}
+
+TEST(FrameCopyToMono, LeavesTheAreaAloneForARawFrameWithoutAConverter) {
+  FrameLayout layout = ColorCamera();
+  layout.converter = nullptr;
+  MonoArea area;
+
+  CopyFrameToMonoAoi(*RandomFrame(VmbPixelFormatBayerBG8), layout, area);
+
+  EXPECT_EQ(UntouchedMono(), area.Pixels());
+}
+
+TEST(FrameCopyToMono, RefusesAnAreaOfAnotherKind) {
+  for (const BBaseAoi::Kind kind : {BBaseAoi::eNone, BBaseAoi::eRgb, BBaseAoi::eMono16}) {
+    BBaseAoi area(kind);
+    try {
+      CopyFrameToMonoAoi(*RandomFrame(VmbPixelFormatMono8), MonoCamera(), area);
+      ADD_FAILURE() << "copied into an area of kind " << kind;
+    } catch (NBoard::Exception exception) {
+      EXPECT_EQ(1, static_cast<int>(exception));
+    }
+  }
+}
+
+constexpr BSize kTurnedSize{4, 6};
+
+Bytes Turned(const BFrame& frame, bool clockwise) {
+  Bytes pixels;
+  for (int y = 0; y < kTurnedSize.height; ++y) {
+    for (int x = 0; x < kTurnedSize.width; ++x) {
+      const int source_x = clockwise ? y : kSize.width - 1 - y;
+      const int source_y = clockwise ? kSize.height - 1 - x : x;
+      pixels.push_back(frame.Data()[source_y * kSize.width + source_x]);
+    }
+  }
+  return pixels;
+}
+
+TEST(FrameCopyRotation, TurnsAMonochromePictureIntoAnAreaOfTheTurnedSize) {
+  const BSmartRef<BFrame> frame = RandomFrame(VmbPixelFormatMono8);
+  for (const int rotation : {-1, 1, 2}) {
+    BBaseAoi area(BBaseAoi::eMono8);
+    for (int snap = 0; snap < 2; ++snap) {  // into a new area, and into one that holds a turned picture already
+      CopyFrameToMonoAoi(*frame, MonoCamera(rotation), area);
+      EXPECT_EQ(kTurnedSize, area.ImageSize());
+      EXPECT_EQ(Turned(*frame, rotation >= 1), PixelsOf(*area.Mono())) << rotation;
+    }
+  }
+}
+
+// The turned size is no reason to leave an area as it is, the camera's own is.
+TEST(FrameCopyRotation, AnAreaOfTheCamerasOwnSizeStaysThatSize) {
+  const BSmartRef<BFrame> frame = RandomFrame(VmbPixelFormatMono8);
+  MonoArea area;
+
+  CopyFrameToMonoAoi(*frame, MonoCamera(1), area);
+
+  EXPECT_EQ(kSize, area.ImageSize());
+  EXPECT_EQ(frame->Data()[std::size_t{3} * kSize.width], area.Mono()->Row(0)[0]);
+}
+
+TEST(FrameCopyRotation, AColourCamerasPictureIsNotTurned) {
+  FrameLayout layout = ColorCamera();
+  layout.rotation = 1;
+  const BSmartRef<BFrame> frame = RandomFrame(VmbPixelFormatBayerGR8);
+  BBaseAoi area(BBaseAoi::eMono8);
+
+  CopyFrameToMonoAoi(*frame, layout, area);
+
+  BImage8u expected(kTurnedSize);
+  kGoodMono(frame->Data(), expected);
+  EXPECT_EQ(PixelsOf(expected), PixelsOf(*area.Mono()));
+}
+
+}  // namespace

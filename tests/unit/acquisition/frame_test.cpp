@@ -1,0 +1,180 @@
+// frame_test.cpp
+// A frame's private copy, and the memory that such copies are made in.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "acquisition/frame_blocks.h"
+#include "acquisition/frame_queue.h"
+
+namespace {
+
+using BFrame = BFrameQueue::BFrame;
+
+constexpr std::size_t kMebibyte = 1U << 20U;
+
+TEST(Frame, CarriesWhatItWasMadeFrom) {
+  constexpr std::uint64_t kId = std::numeric_limits<std::uint64_t>::max();
+  BFrame frame(5, 0x01080009, kId, L"DEV_000F31");
+  for (std::uint8_t i = 0; i < 5; ++i) frame.Data()[i] = i;
+
+  EXPECT_EQ(0x01080009U, frame.PixelFormat());
+  EXPECT_EQ(kId, frame.Id());
+  EXPECT_EQ(L"DEV_000F31", frame.Text().Str());
+  EXPECT_EQ((std::vector<std::uint8_t>{0, 1, 2, 3, 4}), std::vector<std::uint8_t>(frame.Data(), frame.Data() + 5));
+}
+
+TEST(Frame, ItsPixelFormatCanBeChanged) {
+  BFrame frame(1, 0x01080001, 0, L"");
+
+  frame.SetPixelFormat(0x0210001F);
+
+  EXPECT_EQ(0x0210001FU, frame.PixelFormat());
+}
+
+TEST(Frame, OfNoBytesCanBeMade) {
+  const BFrame frame(0, 0x01080001, 3, L"DEV");
+  EXPECT_EQ(3U, frame.Id());
+}
+
+TEST(Frame, EverythingButItsDestructorIsTheHosts) {
+  const BFrame frame(16, 0x01080001, 0, L"DEV");
+  const BSmartObj plain;
+
+  EXPECT_EQ(plain.AllocatedMemory(), frame.AllocatedMemory());
+  EXPECT_EQ(plain.ArchiveName().Str(), frame.ArchiveName().Str());
+  EXPECT_EQ(plain.Properties().Str(), frame.Properties().Str());
+  EXPECT_EQ(plain.Version(), frame.Version());
+  EXPECT_TRUE(frame.VerifyObj());
+}
+
+TEST(Frame, GivesItsBlockBackWhenItGoes) {
+  const auto blocks = std::make_shared<FrameBlocks>();
+  const std::uint8_t* first = nullptr;
+  {
+    const BFrame frame(100, 0, 0, L"", blocks);
+    first = frame.Data();
+    EXPECT_EQ(0U, blocks->IdleBytes());
+  }
+  EXPECT_EQ(100U, blocks->IdleBytes());
+
+  EXPECT_EQ(first, BFrame(100, 0, 0, L"", blocks).Data());
+}
+
+TEST(Frame, MayOutliveEveryOtherOwnerOfItsMemory) {
+  auto blocks = std::make_shared<FrameBlocks>();
+  const std::weak_ptr<FrameBlocks> watch = blocks;
+  BSmartRef<BFrame> frame(new BFrame(64, 0, 0, L"", blocks));
+  blocks.reset();
+
+  frame->Data()[63] = 1;
+  EXPECT_FALSE(watch.expired());
+  frame = nullptr;
+
+  EXPECT_TRUE(watch.expired());
+}
+
+// Takes and gives back this many blocks of a size.
+void Circulate(FrameBlocks& blocks, std::size_t count, std::size_t size) {
+  std::vector<FrameBlocks::Block> taken;
+  for (std::size_t i = 0; i < count; ++i) taken.push_back(blocks.Take(size));
+  for (FrameBlocks::Block& block : taken) blocks.Return(std::move(block), size);
+}
+
+TEST(FrameBlocks, KeepTenIdleBlocksAtMostWhileAnAcquisitionRuns) {
+  FrameBlocks blocks;
+  blocks.SetRunning(true);
+
+  Circulate(blocks, 12, kMebibyte);
+
+  EXPECT_EQ(10 * kMebibyte, blocks.IdleBytes());
+}
+
+TEST(FrameBlocks, KeepSixMebibytesAtMostBetweenAcquisitions) {
+  const std::pair<std::size_t, std::size_t> kept_of_size[] = {
+      {1, 10}, {kMebibyte, 6}, {2 * kMebibyte, 3}, {4 * kMebibyte, 1}, {6 * kMebibyte, 1}, {6 * kMebibyte + 1, 0}};
+  for (const auto& [size, kept] : kept_of_size) {
+    FrameBlocks blocks;
+    Circulate(blocks, 12, size);
+    EXPECT_EQ(kept * size, blocks.IdleBytes()) << size;
+  }
+}
+
+TEST(FrameBlocks, AreGivenUpWhenAnAcquisitionEnds) {
+  FrameBlocks blocks;
+  blocks.SetRunning(true);
+  Circulate(blocks, 10, 2 * kMebibyte);
+
+  blocks.SetRunning(false);
+
+  EXPECT_EQ(6 * kMebibyte, blocks.IdleBytes());
+}
+
+TEST(FrameBlocks, AreUsedAgain) {
+  FrameBlocks blocks;
+  FrameBlocks::Block block = blocks.Take(32);
+  const std::uint8_t* const first = block.get();
+  blocks.Return(std::move(block), 32);
+
+  EXPECT_EQ(first, blocks.Take(32).get());
+  EXPECT_EQ(0U, blocks.IdleBytes());
+}
+
+TEST(FrameBlocks, OfAnotherSizeAreNotKept) {
+  FrameBlocks blocks;
+  FrameBlocks::Block small = blocks.Take(32);
+  Circulate(blocks, 2, 32);
+  EXPECT_EQ(64U, blocks.IdleBytes());
+
+  FrameBlocks::Block large = blocks.Take(1000);
+  EXPECT_EQ(0U, blocks.IdleBytes());
+  blocks.Return(std::move(small), 32);
+  EXPECT_EQ(0U, blocks.IdleBytes());
+  blocks.Return(std::move(large), 1000);
+
+  EXPECT_EQ(1000U, blocks.IdleBytes());
+}
+
+TEST(FrameBlocks, MakeATakerWaitOnceAsManyAreInUseAsMayBe) {
+  constexpr std::size_t kSize = FrameBlocks::kUsedBytes / FrameBlocks::kLeastUsedBlocks + 1;
+  FrameBlocks blocks;
+  std::vector<FrameBlocks::Block> taken;
+  for (std::size_t i = 0; i < FrameBlocks::kLeastUsedBlocks; ++i) taken.push_back(blocks.Take(kSize));
+  std::atomic<bool> returned{false};
+  bool waited = false;
+  std::thread taker([&] {
+    blocks.Return(blocks.Take(kSize), kSize);
+    waited = returned;
+  });
+  returned = true;
+  blocks.Return(std::move(taken.back()), kSize);
+  taker.join();
+  EXPECT_TRUE(waited);
+}
+
+TEST(FrameBlocks, MayBeTakenAndGivenBackByManyThreads) {
+  FrameBlocks blocks;
+  blocks.SetRunning(true);
+  std::vector<std::thread> threads;
+  for (std::uint8_t mark = 1; mark <= 8; ++mark) {
+    threads.emplace_back([&blocks, mark] {
+      for (int i = 0; i < 500; ++i) {
+        FrameBlocks::Block block = blocks.Take(64);
+        block[0] = mark;
+        EXPECT_EQ(mark, block[0]);
+        blocks.Return(std::move(block), 64);
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+
+  EXPECT_GE(10U * 64U, blocks.IdleBytes());
+}
+
+}  // namespace

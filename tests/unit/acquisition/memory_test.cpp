@@ -1,0 +1,59 @@
+// memory_test.cpp
+// Threads that the library or the module runs, when there is no memory for what they make: nothing may leave them.
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <new>
+#include <thread>
+
+#include "unit/acquisition/opened_implementation.h"
+
+namespace {
+
+// Arrays of this many bytes cannot be had.
+std::atomic<std::size_t> refused_size{0};
+
+}  // namespace
+
+void* operator new[](std::size_t size) {
+  void* memory = size != 0 && size == refused_size ? nullptr : std::malloc(size == 0 ? 1 : size);
+  if (!memory) throw std::bad_alloc();
+  return memory;
+}
+void* operator new[](std::size_t size, const std::nothrow_t& /*no_throw*/) noexcept {
+  return std::malloc(size == 0 ? 1 : size);
+}
+void operator delete[](void* memory) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
+
+namespace {
+
+struct OutOfMemory : OpenedImplementation {
+  ~OutOfMemory() override { refused_size = 0; }
+
+  bool AllFramesComeBack() const {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (QueuedFrames() != 10 && std::chrono::steady_clock::now() < deadline) std::this_thread::yield();
+    return QueuedFrames() == 10;
+  }
+};
+
+TEST_F(OutOfMemory, AWorkerReportsAFailedAcquisitionAndHandsTheFrameBack) {
+  refused_size = SimulatedCamera::kWidth * SimulatedCamera::kHeight;
+  cameras.Deliver();
+  EXPECT_EQ(BError(12103, L"out of memory"), Snap());
+  EXPECT_TRUE(AllFramesComeBack());
+  refused_size = 0;
+  cameras.Deliver();
+  EXPECT_EQ(BError(), Snap());
+}
+
+TEST_F(OutOfMemory, ADiscoveryIsNotReportedAndNothingElseHappens) {
+  VmbUint32_t longest = 0;
+  ASSERT_EQ(0, VmbFeatureStringMaxlengthQuery(gVimbaHandle, "DiscoveryCameraIdent", &longest));
+  refused_size = longest;
+  EXPECT_NO_THROW(CameraDiscoveryCallback(gVimbaHandle, "DiscoveryCameraEvent", nullptr));
+  EXPECT_EQ(std::vector<std::wstring>{L"End"}, Lines(L"CameraDiscoveryCallback"));
+}
+
+}  // namespace

@@ -1,0 +1,42 @@
+// opened_implementation.h
+// A camera's implementation object on a simulated camera, without the device around it.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "camera/vimba_imaging_device_impl.h"
+#include "support/host_output.h"
+#include "support/profile_file.h"
+#include "support/simulated_cameras.h"
+#include "vimba/vimba_initialization.h"
+
+// In a continuous acquisition that nothing triggers: what comes is what a test delivers.
+struct OpenedImplementation : testing::Test {
+  HostOutput output;
+  SimulatedCameras cameras{SimulatedCamera()};
+  ProfileFile profile;
+  BSmartRef<VimbaInitialization> system = VimbaInitialization::Open(nullptr);
+  BVimbaImagingDeviceImpl implementation;
+
+  void SetUp() override {
+    profile.Key("Camera_Identifier", SimulatedCamera::kId);
+    ASSERT_TRUE(implementation.Initialize(profile.Open()));
+    implementation.StartSnap(false);
+    output.Clear();
+    cameras.ClearCalls();
+  }
+
+  BError Snap(std::uint32_t timeout_ms = 30'000) { return implementation.Snap(nullptr, timeout_ms, 0); }
+  int QueuedFrames() const { return cameras.State()["queued"].get<int>(); }
+  // The lines of the one message with this title's end, the title itself left away.
+  std::vector<std::wstring> Lines(const std::wstring& title_end) const {
+    const std::vector<std::wstring> messages = output.Diagnostics(title_end);
+    if (messages.size() != 1) return {std::to_wstring(messages.size()) + L" messages"};
+    std::vector<std::wstring> lines = LinesOf(messages.front());
+    lines.erase(lines.begin());
+    return lines;
+  }
+};

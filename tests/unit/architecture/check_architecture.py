@@ -1,0 +1,173 @@
+#!/usr/bin/env python3
+"""check_architecture: the tree is the architecture, and this keeps it so.
+
+Looks at the sources as they lie there and at the list of what one build compiles. Every complaint is one line; exit 1 when
+there is any.
+"""
+import argparse
+import json
+import os
+import pathlib
+import re
+import sys
+
+# What a folder of the module may include, itself aside: driver -> camera -> acquisition, stream, controls -> vimba, diagnostics.
+ARROWS = {
+    "diagnostics": set(),
+    "vimba": {"diagnostics"},
+    "acquisition": {"vimba", "diagnostics"},
+    "stream": {"vimba", "diagnostics"},
+    "controls": {"vimba", "diagnostics"},
+    "camera": {"acquisition", "stream", "controls", "vimba", "diagnostics"},
+    "driver": {"camera", "acquisition", "stream", "controls", "vimba", "diagnostics"},
+}
+# What a program knows of the module.
+EXPORTS_HEADER = "driver/kel_camera_vimba.h"
+# The one file that speaks to the operating system.
+PLATFORM_FILE = pathlib.PurePosixPath("diagnostics/platform.cpp")
+# Sources here belong to some program of every build that compiles any file of their folder.
+BUILT_FOLDERS = ("src", "host", "simulator", "apps", "tests", "examples", "benchmarks", "bridge")
+ALWAYS_BUILT = ("src", "host", "simulator", "apps", "tests")
+# Endings of the names of files of which one build compiles one.
+SYSTEMS = ("posix", "windows")
+# Folders whose content is made.
+MADE_FOLDERS = {"build", ".git", "__pycache__"}
+
+INCLUDE = re.compile(r'^\s*#\s*include\s*(["<])([^">]+)[">]', re.MULTILINE)
+# References into documents that readers of the sources do not have.
+NUMBERED_REFERENCE = re.compile(r"\bParts? [0-9]+\.[0-9]+")
+
+
+def includes_of(file):
+    """(kind of bracket, name) of every include directive."""
+    return INCLUDE.findall(file.read_text(encoding="utf-8"))
+
+
+def members_of_the_implementation(source):
+    """The sources that stand in the folder of their subsystem but are built with, and look at, the folder camera/."""
+    text = (source / "src" / "CMakeLists.txt").read_text(encoding="utf-8")
+    listed = re.search(r"kel_module_folder\(camera\s+SOURCES(.*?)LINKS", text, re.DOTALL)
+    if not listed:
+        sys.exit("src/CMakeLists.txt names no sources of the folder camera")
+    return {name for name in listed.group(1).split() if not name.startswith("camera/")}
+
+
+def layer_of(file, members):
+    """The folder whose arrows hold for a file of src/."""
+    return "camera" if file.as_posix() in members else file.parts[0]
+
+
+def wrong_includes(source):
+    """Includes of src/ that point against the arrows, or out of what the module may know."""
+    public = {header.name for folder in ("host", "vimbac") for header in (source / folder).rglob("*.h")}
+    members = members_of_the_implementation(source)
+    for path in sorted((source / "src").rglob("*")):
+        if path.suffix not in (".h", ".cpp"):
+            continue
+        file = pathlib.PurePosixPath(path.relative_to(source / "src").as_posix())
+        layer = layer_of(file, members)
+        allowed = ARROWS.get(layer, set()) | {layer}
+        for bracket, name in includes_of(path):
+            folder = pathlib.PurePosixPath(name).parts[0] if "/" in name else None
+            if bracket == "<":
+                if not re.fullmatch(r"[a-z_]+", name) and file != PLATFORM_FILE:
+                    yield f"src/{file} includes <{name}>, which is not of the C++ standard library"
+            elif folder is None and name not in public:
+                yield f"src/{file} includes {name}, which is no header of host/ or vimbac/"
+            elif folder is not None and folder not in allowed:
+                yield f"src/{file} includes {name}, but {layer} may only include {', '.join(sorted(allowed))}"
+            elif folder is not None and not (source / "src" / name).is_file():
+                yield f"src/{file} includes {name}, which is not in src/"
+
+
+def wrong_members(source):
+    """Sources that are built with the folder camera without need, or lie in a folder that has no members."""
+    for name in sorted(members_of_the_implementation(source)):
+        if not name.startswith(("acquisition/", "stream/")):
+            yield f"src/CMakeLists.txt builds {name} with the folder camera, where only acquisition/ and stream/ have members"
+        elif not any(include.startswith("camera/") for _, include in includes_of(source / "src" / name)):
+            yield f"src/CMakeLists.txt builds {name} with the folder camera, of which it includes nothing"
+
+
+def unknown_folders(source):
+    """Folders of src/ that the arrows do not know."""
+    for folder in sorted((source / "src").iterdir()):
+        if folder.is_dir() and folder.name not in ARROWS:
+            yield f"src/{folder.name} has no place among the arrows"
+
+
+def programs_that_know_too_much(source):
+    """Includes of apps/ into the module's inside or into one of the libraries that may stand for VimbaC."""
+    hidden = {header.name for folder in ("simulator", "vimbac", "tests") for header in (source / folder).rglob("*.h")}
+    for path in sorted((source / "apps").rglob("*")):
+        if path.suffix not in (".h", ".cpp"):
+            continue
+        own = {header.name for header in path.parent.glob("*.h")}
+        for _, name in includes_of(path):
+            inside = pathlib.PurePosixPath(name).parts[0] in ARROWS and name != EXPORTS_HEADER
+            if inside or pathlib.PurePosixPath(name).name in hidden - own:
+                yield f"{path.relative_to(source).as_posix()} includes {name}, but programs know the module by {EXPORTS_HEADER}"
+
+
+def other_systems_files(file):
+    """The files that take the place of one that is for one operating system only."""
+    stem, _, system = file.stem.rpartition("_")
+    return {file.with_stem(f"{stem}_{other}") for other in SYSTEMS if system in SYSTEMS and other != system}
+
+
+def unbuilt_sources(source, build):
+    """Sources that no program or library of this build compiles."""
+    commands = json.loads((build / "compile_commands.json").read_text(encoding="utf-8"))
+    compiled = {pathlib.Path(command["directory"], command["file"]).resolve() for command in commands}
+    for folder in BUILT_FOLDERS:
+        files = sorted(file.resolve() for file in (source / folder).rglob("*") if file.suffix in (".c", ".cpp"))
+        if folder not in ALWAYS_BUILT and compiled.isdisjoint(files):
+            continue
+        if not files:
+            yield f"{folder}/ holds no sources"
+        for file in files:
+            if file not in compiled and compiled.isdisjoint(other_systems_files(file)):
+                yield f"{file.relative_to(source)} is not built"
+
+
+def texts_of(source):
+    """Every text file of the tree and its lines."""
+    for folder, folders, names in os.walk(source):
+        folders[:] = sorted(set(folders) - MADE_FOLDERS)
+        for file in sorted(pathlib.Path(folder, name) for name in names):
+            try:
+                yield file, file.read_text(encoding="utf-8").splitlines()
+            except (UnicodeDecodeError, FileNotFoundError):
+                continue  # a picture, a temporary file that has gone, a link to nowhere
+
+
+def numbered_references(source):
+    """Texts of the tree that speak of numbered parts of something else."""
+    for file, lines in texts_of(source):
+        for number, line in enumerate(lines, start=1):
+            if NUMBERED_REFERENCE.search(line):
+                yield f"{file.relative_to(source)}:{number} refers to a numbered part of a document: {line.strip()}"
+
+
+def complaints_about(source, build):
+    yield from unknown_folders(source)
+    yield from wrong_includes(source)
+    yield from wrong_members(source)
+    yield from programs_that_know_too_much(source)
+    yield from unbuilt_sources(source, build)
+    yield from numbered_references(source)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--source", type=pathlib.Path, required=True, help="the top of the tree")
+    parser.add_argument("--build", type=pathlib.Path, required=True, help="a build folder with compile_commands.json")
+    arguments = parser.parse_args()
+    complaints = list(complaints_about(arguments.source.resolve(), arguments.build))
+    for complaint in complaints:
+        print(complaint)
+    sys.exit(1 if complaints else 0)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,419 @@
+// vimba_control_test.cpp
+// One control of an opened camera: what it asks of the camera, what it believes, what it writes.
+#include "controls/vimba_control.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "bstopwatch.h"
+#include "support/opened_camera.h"
+
+namespace {
+
+using Calls = std::vector<std::string>;
+
+constexpr NBoard::CONTROLTYPE kWhiteBalances[] = {NBoard::eWhiteBalanceRed, NBoard::eWhiteBalanceBlue};
+constexpr NBoard::CONTROLTYPE kTemperatures[] = {NBoard::eTemperatureSensor, NBoard::eTemperatureMain};
+constexpr std::uint32_t kPause = 20;  // milliseconds
+
+SimulatedCamera WholeRanges() {
+  return SimulatedCamera()
+      .Colour()
+      .Range("Gain", 0.0, 26.0)
+      .Range("ExposureTimeAbs", 25.0, 60e6)
+      .Range("BalanceRatioAbs", 0.8, 3.0)
+      .Feature("Gain", 5.0)
+      .Feature("ExposureTimeAbs", 15000.0);
+}
+
+std::pair<int, int> RangeOf(BVimbaControl& control) {
+  std::pair<int, int> range;
+  control.GetRange(range.first, range.second);
+  return range;
+}
+
+TEST(ControlCreation, AsksTheCameraInAFixedOrder) {
+  struct Row {
+    NBoard::CONTROLTYPE type;
+    Calls calls;
+  };
+  const Row rows[] = {
+      {NBoard::eGain,
+       {R"(VmbFeatureEnumSet("GainAuto", "Off"))", R"(VmbFeatureFloatRangeQuery("Gain"))",
+        R"(VmbFeatureFloatGet("Gain"))"}},
+      {NBoard::eShutter,
+       {R"(VmbFeatureEnumSet("ExposureMode", "Timed"))", R"(VmbFeatureFloatRangeQuery("ExposureTimeAbs"))",
+        R"(VmbFeatureFloatGet("ExposureTimeAbs"))"}},
+      {NBoard::eWhiteBalanceRed,
+       {R"(VmbFeatureEnumSet("BalanceWhiteAuto", "Off"))", R"(VmbFeatureEnumSet("BalanceRatioSelector", "Red"))",
+        R"(VmbFeatureFloatRangeQuery("BalanceRatioAbs"))", R"(VmbFeatureFloatGet("BalanceRatioAbs"))"}},
+      {NBoard::eWhiteBalanceBlue,
+       {R"(VmbFeatureEnumSet("BalanceWhiteAuto", "Off"))", R"(VmbFeatureEnumSet("BalanceRatioSelector", "Blue"))",
+        R"(VmbFeatureFloatRangeQuery("BalanceRatioAbs"))", R"(VmbFeatureFloatGet("BalanceRatioAbs"))"}},
+      {NBoard::eTemperatureSensor,
+       {R"(VmbFeatureEnumSet("DeviceTemperatureSelector", "Sensor"))", R"(VmbFeatureFloatGet("DeviceTemperature"))"}},
+      {NBoard::eTemperatureMain,
+       {R"(VmbFeatureEnumSet("DeviceTemperatureSelector", "Main"))", R"(VmbFeatureFloatGet("DeviceTemperature"))"}},
+      {NBoard::eBrightness, {}}};
+  OpenedCamera camera(WholeRanges());
+  for (const Row& row : rows) {
+    camera->ClearCalls();
+    const BVimbaControl control(row.type, camera.Handle());
+    EXPECT_EQ(row.calls, camera->Calls());
+    EXPECT_EQ(row.type != NBoard::eBrightness, control.IsAvailable()) << row.type;
+    EXPECT_EQ(row.type, control.Type());
+  }
+}
+
+TEST(ControlCreation, TakesRangeAndValueFromTheCamera) {
+  OpenedCamera camera(WholeRanges());
+  BVimbaControl gain(NBoard::eGain, camera.Handle());
+  BVimbaControl shutter(NBoard::eShutter, camera.Handle());
+  BVimbaControl red(NBoard::eWhiteBalanceRed, camera.Handle());
+
+  EXPECT_EQ(std::make_pair(0, 26), RangeOf(gain));
+  EXPECT_EQ(5, gain.Value());
+  EXPECT_EQ(std::make_pair(0, 20'000), RangeOf(shutter));  // 25 us; two seconds, whatever the camera allows
+  EXPECT_EQ(150, shutter.Value());
+  EXPECT_EQ(std::make_pair(80, 300), RangeOf(red));
+}
+
+TEST(ControlCreation, GainAndExposureServeAlsoACameraThatTellsNothing) {
+  struct Row {
+    NBoard::CONTROLTYPE type;
+    std::string automatic, feature;
+    std::pair<int, int> range;
+    int value;
+  };
+  const Row rows[] = {{NBoard::eGain, "GainAuto", "Gain", {0, 10}, 0},
+                      {NBoard::eShutter, "ExposureMode", "ExposureTimeAbs", {0, 20'000}, 100}};
+  for (const Row& row : rows) {
+    OpenedCamera camera(SimulatedCamera().Missing(row.automatic).Missing(row.feature));
+    BVimbaControl control(row.type, camera.Handle());
+    EXPECT_TRUE(control.IsAvailable()) << row.feature;
+    EXPECT_EQ(row.range, RangeOf(control)) << row.feature;
+    EXPECT_EQ(row.value, control.Value()) << row.feature;
+    EXPECT_EQ(3U, camera->Calls().size()) << row.feature;
+  }
+}
+
+TEST(ControlCreation, AGainWithoutARangeStillTakesTheCamerasValue) {
+  OpenedCamera camera(WholeRanges());
+  camera->FailCall("VmbFeatureFloatRangeQuery", "Gain", VmbErrorNotSupported);
+
+  BVimbaControl gain(NBoard::eGain, camera.Handle());
+
+  EXPECT_EQ(std::make_pair(0, 10), RangeOf(gain));
+  EXPECT_EQ(5, gain.Value());
+}
+
+TEST(ControlCreation, AnExposureWithoutAValueStillTakesTheCamerasRange) {
+  OpenedCamera camera(WholeRanges().Range("ExposureTimeAbs", 1000.0, 500'000.0));
+  camera->FailCall("VmbFeatureFloatGet", "ExposureTimeAbs", VmbErrorIO);
+
+  BVimbaControl shutter(NBoard::eShutter, camera.Handle());
+
+  EXPECT_TRUE(shutter.IsAvailable());
+  EXPECT_EQ(std::make_pair(10, 5'000), RangeOf(shutter));
+  EXPECT_EQ(100, shutter.Value());
+}
+
+TEST(ControlCreation, AWhiteBalanceNeedsSelectorRangeAndValue) {
+  struct Row {
+    const char *call, *feature;
+    std::size_t calls;  // the first failure ends the sequence
+  };
+  const Row rows[] = {{"VmbFeatureEnumSet", "BalanceRatioSelector", 2},
+                      {"VmbFeatureFloatRangeQuery", "BalanceRatioAbs", 3},
+                      {"VmbFeatureFloatGet", "BalanceRatioAbs", 4}};
+  for (const NBoard::CONTROLTYPE type : kWhiteBalances) {
+    for (const Row& row : rows) {
+      OpenedCamera camera(WholeRanges());
+      camera->FailCall(row.call, row.feature, VmbErrorInvalidAccess);
+      BVimbaControl control(type, camera.Handle());
+      EXPECT_FALSE(control.IsAvailable()) << row.call;
+      EXPECT_EQ(row.calls, camera->Calls().size()) << row.call;
+      EXPECT_EQ(100, control.Value()) << row.call;
+    }
+  }
+}
+
+TEST(ControlCreation, AWhiteBalanceThatCannotBeSwitchedToManualIsStillAvailable) {
+  OpenedCamera camera(WholeRanges().Missing("BalanceWhiteAuto"));
+  const BVimbaControl red(NBoard::eWhiteBalanceRed, camera.Handle());
+
+  EXPECT_TRUE(red.IsAvailable());
+}
+
+TEST(ControlCreation, AWhiteBalanceThatTheCameraRefusesStaysAtOne) {
+  OpenedCamera camera(WholeRanges());
+  camera->FailCall("VmbFeatureEnumSet", "BalanceRatioSelector", VmbErrorInvalidValue);
+
+  BVimbaControl blue(NBoard::eWhiteBalanceBlue, camera.Handle());
+
+  EXPECT_EQ(std::make_pair(100, 100), RangeOf(blue));
+}
+
+TEST(Temperature, IsReadLiveWithItsSourceSelectedAgain) {
+  OpenedCamera camera(SimulatedCamera().With("temperature", {{"sensor", 36.65}, {"main", 51.0}}));
+  BVimbaControl sensor(NBoard::eTemperatureSensor, camera.Handle());
+  BVimbaControl board(NBoard::eTemperatureMain, camera.Handle());
+  camera->ClearCalls();
+
+  EXPECT_EQ(366, sensor.Value());
+  EXPECT_EQ(510, board.Value());
+
+  EXPECT_EQ(
+      (Calls{R"(VmbFeatureEnumSet("DeviceTemperatureSelector", "Sensor"))",
+             R"(VmbFeatureFloatGet("DeviceTemperature"))", R"(VmbFeatureEnumSet("DeviceTemperatureSelector", "Main"))",
+             R"(VmbFeatureFloatGet("DeviceTemperature"))"}),
+      camera->Calls());
+}
+
+TEST(Temperature, ThatCannotBeSelectedOrReadIsUnavailableAndZero) {
+  const std::pair<const char*, const char*> failures[] = {{"VmbFeatureEnumSet", "DeviceTemperatureSelector"},
+                                                          {"VmbFeatureFloatGet", "DeviceTemperature"}};
+  for (const NBoard::CONTROLTYPE type : kTemperatures) {
+    for (const auto& [call, feature] : failures) {
+      OpenedCamera camera;
+      camera->FailCall(call, feature, VmbErrorNotFound);
+      BVimbaControl control(type, camera.Handle());
+      camera->ClearFaults();
+      camera->ClearCalls();
+      EXPECT_FALSE(control.IsAvailable()) << call;
+      EXPECT_EQ(0, control.Value()) << call;
+      EXPECT_EQ(Calls{}, camera->Calls()) << call;
+    }
+  }
+}
+
+TEST(Temperature, ThatFailsLaterReadsAsZero) {
+  const std::pair<const char*, const char*> failures[] = {{"VmbFeatureEnumSet", "DeviceTemperatureSelector"},
+                                                          {"VmbFeatureFloatGet", "DeviceTemperature"}};
+  for (const auto& [call, feature] : failures) {
+    OpenedCamera camera;
+    BVimbaControl sensor(NBoard::eTemperatureSensor, camera.Handle());
+    camera->FailCall(call, feature, VmbErrorIO);
+    EXPECT_EQ(0, sensor.Value()) << call;
+    EXPECT_TRUE(sensor.IsAvailable()) << call;
+  }
+}
+
+TEST(Temperature, IsNeverWritten) {
+  OpenedCamera camera;
+  BVimbaControl sensor(NBoard::eTemperatureSensor, camera.Handle());
+  camera->ClearCalls();
+  const BStopWatch watch;
+
+  EXPECT_FALSE(sensor.SetValue(100));
+
+  EXPECT_LE(kPause, watch.Period());
+  EXPECT_EQ(Calls{}, camera->Calls());
+}
+
+TEST(ControlValue, IsKnownWithoutAskingTheCamera) {
+  OpenedCamera camera(WholeRanges());
+  BVimbaControl gain(NBoard::eGain, camera.Handle());
+  BVimbaControl red(NBoard::eWhiteBalanceRed, camera.Handle());
+  camera->ClearCalls();
+
+  gain.Value();
+  red.Value();
+  RangeOf(gain);
+  gain.IsAvailable();
+
+  EXPECT_EQ(Calls{}, camera->Calls());
+}
+
+TEST(ControlValue, IsWrittenInTheCamerasUnitAndFollowedByAPause) {
+  struct Row {
+    NBoard::CONTROLTYPE type;
+    int value;
+    Calls calls;
+  };
+  const Row rows[] = {
+      {NBoard::eGain, 12, {R"(VmbFeatureFloatSet("Gain", 12))"}},
+      {NBoard::eShutter, 101, {R"(VmbFeatureFloatSet("ExposureTimeAbs", 10100))"}},
+      {NBoard::eWhiteBalanceRed,
+       125,
+       {R"(VmbFeatureEnumSet("BalanceRatioSelector", "Red"))", R"(VmbFeatureFloatSet("BalanceRatioAbs", 1.25))"}},
+      {NBoard::eWhiteBalanceBlue,
+       250,
+       {R"(VmbFeatureEnumSet("BalanceRatioSelector", "Blue"))", R"(VmbFeatureFloatSet("BalanceRatioAbs", 2.5))"}}};
+  OpenedCamera camera(WholeRanges());
+  for (const Row& row : rows) {
+    BVimbaControl control(row.type, camera.Handle());
+    camera->ClearCalls();
+    const BStopWatch watch;
+    EXPECT_TRUE(control.SetValue(row.value));
+    EXPECT_LE(kPause, watch.Period());
+    EXPECT_EQ(row.calls, camera->Calls());
+    EXPECT_EQ(row.value, control.Value());
+  }
+}
+
+TEST(ControlValue, IsClampedToTheRange) {
+  struct Row {
+    NBoard::CONTROLTYPE type;
+    int value;
+    std::string written;
+  };
+  const Row rows[] = {{NBoard::eGain, 27, "VmbFeatureFloatSet(\"Gain\", 26)"},
+                      {NBoard::eGain, -1, "VmbFeatureFloatSet(\"Gain\", 0)"},
+                      {NBoard::eShutter, 0, "VmbFeatureFloatSet(\"ExposureTimeAbs\", 25)"},
+                      {NBoard::eShutter, 20'001, "VmbFeatureFloatSet(\"ExposureTimeAbs\", 2e+06)"},
+                      {NBoard::eShutter, 2147483647, "VmbFeatureFloatSet(\"ExposureTimeAbs\", 2e+06)"},
+                      {NBoard::eShutter, -2147483647 - 1, "VmbFeatureFloatSet(\"ExposureTimeAbs\", 25)"},
+                      {NBoard::eWhiteBalanceBlue, 79, "VmbFeatureFloatSet(\"BalanceRatioAbs\", 0.8)"},
+                      {NBoard::eWhiteBalanceBlue, 301, "VmbFeatureFloatSet(\"BalanceRatioAbs\", 3)"}};
+  for (const Row& row : rows) {
+    OpenedCamera camera(WholeRanges());
+    BVimbaControl control(row.type, camera.Handle());
+    EXPECT_TRUE(control.SetValue(row.value));
+    EXPECT_EQ(row.written, camera->Calls().back());
+  }
+}
+
+// With a pause each, these would take two seconds.
+TEST(ControlValue, ThatTheCameraHasAlreadyIsNeitherWrittenNorFollowedByAPause) {
+  OpenedCamera camera(WholeRanges());
+  BVimbaControl gain(NBoard::eGain, camera.Handle());
+  camera->ClearCalls();
+  const BStopWatch watch;
+
+  for (int i = 0; i < 100; ++i) EXPECT_TRUE(gain.SetValue(5));
+
+  EXPECT_GT(1'000U, watch.Period());
+  EXPECT_EQ(Calls{}, camera->Calls());
+}
+
+TEST(ControlValue, ThatTheCameraRefusesLeavesTheOldOneAndPausesAllTheSame) {
+  OpenedCamera camera(WholeRanges());
+  BVimbaControl gain(NBoard::eGain, camera.Handle());
+  camera->FailCall("VmbFeatureFloatSet", "Gain", VmbErrorInvalidAccess);
+  const BStopWatch watch;
+
+  EXPECT_FALSE(gain.SetValue(7));
+
+  EXPECT_LE(kPause, watch.Period());
+  EXPECT_EQ(5, gain.Value());
+}
+
+TEST(ControlValue, WithoutItsSelectorIsNotWritten) {
+  OpenedCamera camera(WholeRanges());
+  BVimbaControl red(NBoard::eWhiteBalanceRed, camera.Handle());
+  const int before = red.Value();
+  camera->FailCall("VmbFeatureEnumSet", "BalanceRatioSelector", VmbErrorInvalidAccess);
+  camera->ClearCalls();
+  const BStopWatch watch;
+
+  EXPECT_FALSE(red.SetValue(200));
+
+  EXPECT_LE(kPause, watch.Period());
+  EXPECT_EQ(Calls{R"(VmbFeatureEnumSet("BalanceRatioSelector", "Red"))"}, camera->Calls());
+  EXPECT_EQ(before, red.Value());
+}
+
+TEST(ControlValue, OfAnUnavailableControlIsNotWritten) {
+  OpenedCamera camera(WholeRanges());
+  camera->FailCall("VmbFeatureFloatGet", "BalanceRatioAbs", VmbErrorIO);
+  BVimbaControl red(NBoard::eWhiteBalanceRed, camera.Handle());
+  camera->ClearCalls();
+
+  EXPECT_FALSE(red.SetValue(200));
+  EXPECT_FALSE(red.SetToDefault());
+
+  EXPECT_EQ(Calls{}, camera->Calls());
+}
+
+TEST(ControlRange, CanOnlyBeNarrowed) {
+  OpenedCamera camera(WholeRanges());
+  BVimbaControl gain(NBoard::eGain, camera.Handle());
+
+  for (const int outside : {-1, 27}) {
+    gain.SetMinValue(outside);
+    gain.SetMaxValue(outside);
+    EXPECT_EQ(std::make_pair(0, 26), RangeOf(gain));
+  }
+  gain.SetMinValue(3);
+  gain.SetMaxValue(20);
+  EXPECT_EQ(std::make_pair(3, 20), RangeOf(gain));
+  gain.SetMinValue(2);
+  gain.SetMaxValue(21);
+  EXPECT_EQ(std::make_pair(3, 20), RangeOf(gain));
+}
+
+TEST(ControlRange, BothEndsCountAsInside) {
+  OpenedCamera camera(WholeRanges());
+  BVimbaControl gain(NBoard::eGain, camera.Handle());
+
+  gain.SetMinValue(26);
+  EXPECT_EQ(std::make_pair(26, 26), RangeOf(gain));
+  gain.SetMaxValue(26);
+  EXPECT_EQ(std::make_pair(26, 26), RangeOf(gain));
+
+  BVimbaControl another(NBoard::eGain, camera.Handle());
+  another.SetMaxValue(0);
+  EXPECT_EQ(std::make_pair(0, 0), RangeOf(another));
+}
+
+TEST(ControlRange, IsToldWithWhetherTheControlIsAvailable) {
+  OpenedCamera camera(WholeRanges());
+  camera->FailCall("VmbFeatureEnumSet", "BalanceRatioSelector", VmbErrorNotFound);
+  int min = 0;
+  int max = 0;
+
+  EXPECT_TRUE(BVimbaControl(NBoard::eGain, camera.Handle()).GetRange(min, max));
+  EXPECT_FALSE(BVimbaControl(NBoard::eWhiteBalanceRed, camera.Handle()).GetRange(min, max));
+}
+
+TEST(ControlDefault, IsWhatSetToDefaultWrites) {
+  OpenedCamera camera(WholeRanges());
+  BVimbaControl gain(NBoard::eGain, camera.Handle());
+  BVimbaControl shutter(NBoard::eShutter, camera.Handle());
+
+  EXPECT_TRUE(gain.SetToDefault());
+  EXPECT_EQ(0, gain.Value());
+  EXPECT_TRUE(shutter.SetToDefault());
+  EXPECT_EQ(100, shutter.Value());
+
+  shutter.SetDefaultValue(333);
+  EXPECT_TRUE(shutter.SetToDefault());
+  EXPECT_EQ("VmbFeatureFloatSet(\"ExposureTimeAbs\", 33300)", camera->Calls().back());
+}
+
+TEST(ControlDefault, OutsideTheRangeIsIgnored) {
+  OpenedCamera camera(WholeRanges());
+  BVimbaControl shutter(NBoard::eShutter, camera.Handle());
+
+  shutter.SetDefaultValue(20'001);
+  shutter.SetDefaultValue(-5);
+  shutter.SetToDefault();
+
+  EXPECT_EQ(100, shutter.Value());
+}
+
+TEST(ControlInRealUnits, IsReadAndSetInWhatAPersonReads) {
+  OpenedCamera camera(WholeRanges());
+  BVimbaControl shutter(NBoard::eShutter, camera.Handle());
+  BVimbaControl gain(NBoard::eGain, camera.Handle());
+  double min = 0.0;
+  double max = 0.0;
+
+  EXPECT_EQ(L"[ms]", shutter.UnitString().Str());
+  EXPECT_EQ(15.0, shutter.GetRealValue());
+  EXPECT_TRUE(shutter.SetRealValue(12.5));
+  EXPECT_EQ("VmbFeatureFloatSet(\"ExposureTimeAbs\", 12500)", camera->Calls().back());
+  EXPECT_TRUE(shutter.GetRealRange(min, max));
+  EXPECT_EQ(2000.0, max);
+  EXPECT_EQ(L"[x]", gain.UnitString().Str());
+  EXPECT_TRUE(gain.SetRealValue(10.0));
+  EXPECT_EQ(20, gain.Value());
+  EXPECT_EQ(20'000, shutter.MaxValue());
+  EXPECT_EQ(0, shutter.MinValue());
+}
+
+}  // namespace

@@ -1,0 +1,226 @@
+// vimba_trigger_test.cpp
+// The frame-start trigger of an opened camera.
+#include "controls/vimba_trigger.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "support/opened_camera.h"
+
+namespace {
+
+using Calls = std::vector<std::string>;
+
+const std::string kModeOn = R"(VmbFeatureEnumSet("TriggerMode", "On"))";
+const std::string kFrameStart = R"(VmbFeatureEnumSet("TriggerSelector", "FrameStart"))";
+const std::string kSoftware = R"(VmbFeatureEnumSet("TriggerSource", "Software"))";
+const std::string kLine2 = R"(VmbFeatureEnumSet("TriggerSource", "Line2"))";
+const std::string kFreerun = R"(VmbFeatureEnumSet("TriggerSource", "Freerun"))";
+const std::string kRun = R"(VmbFeatureCommandRun("TriggerSoftware"))";
+const std::string kIsDone = R"(VmbFeatureCommandIsDone("TriggerSoftware"))";
+
+// A trigger of an opened camera whose calls so far are forgotten.
+struct TriggerOfCamera {
+  explicit TriggerOfCamera(const SimulatedCamera& configuration = SimulatedCamera())
+      : camera(configuration), trigger(camera.Handle()) {
+    camera->ClearCalls();
+  }
+  Calls Sent() {
+    Calls calls = camera->Calls();
+    camera->ClearCalls();
+    return calls;
+  }
+  OpenedCamera camera;
+  BVimbaTrigger trigger;
+};
+
+TEST(TriggerCreation, TriesTheLineAndLeavesTheCameraWaitingForSoftwareTriggers) {
+  OpenedCamera camera;
+  const BVimbaTrigger trigger(camera.Handle());
+
+  EXPECT_TRUE(trigger.IsAvailable());
+  EXPECT_FALSE(trigger.IsExternal());
+  EXPECT_EQ((Calls{kModeOn, kFrameStart, kLine2, kModeOn, kFrameStart, kSoftware}), camera->Calls());
+}
+
+TEST(TriggerCreation, TheFirstRefusalEndsItWithoutATrigger) {
+  const Calls steps{kModeOn, kFrameStart, kLine2};
+  const char* const features[] = {"TriggerMode", "TriggerSelector", "TriggerSource"};
+  for (std::size_t step = 0; step < steps.size(); ++step) {
+    OpenedCamera camera;
+    camera->FailCall("VmbFeatureEnumSet", features[step], VmbErrorInvalidValue);
+    const BVimbaTrigger trigger(camera.Handle());
+    EXPECT_FALSE(trigger.IsAvailable());
+    EXPECT_EQ(Calls(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(step) + 1), camera->Calls());
+  }
+}
+
+TEST(TriggerCreation, ACameraWithoutASelectorHasNoTriggerAndIsNeverExternal) {
+  TriggerOfCamera of(SimulatedCamera().Missing("TriggerSelector"));
+
+  of.trigger.SetExternal(true);
+
+  EXPECT_FALSE(of.trigger.IsAvailable());
+  EXPECT_FALSE(of.trigger.IsExternal());
+}
+
+TEST(TriggerCreation, ASoftwareSourceThatIsRefusedDoesNotMakeItUnavailable) {
+  OpenedCamera camera;
+  camera->FailCall("VmbFeatureEnumSet", "TriggerSource", VmbErrorInvalidValue, 2);
+
+  EXPECT_TRUE(BVimbaTrigger(camera.Handle()).IsAvailable());
+}
+
+TEST(TriggerSource, EachNumberSelectsItsEntryAndOthersNone) {
+  struct Row {
+    int source;
+    Calls calls;
+  };
+  const Row rows[] = {{0, {kModeOn, kFrameStart, kSoftware}},
+                      {1, {kModeOn, kFrameStart, kLine2}},
+                      {2, {kModeOn, kFrameStart, kFreerun}},
+                      {3, {kModeOn, kFrameStart}},
+                      {5, {kModeOn, kFrameStart}},
+                      {-1, {kModeOn, kFrameStart}},
+                      {2147483647, {kModeOn, kFrameStart}},
+                      {-2147483647 - 1, {kModeOn, kFrameStart}}};
+  TriggerOfCamera of;
+  for (const Row& row : rows) {
+    EXPECT_TRUE(of.trigger.SetSource(row.source)) << row.source;
+    EXPECT_EQ(row.calls, of.Sent()) << row.source;
+  }
+}
+
+TEST(TriggerSource, TheFirstRefusalEndsTheSelection) {
+  const Calls steps{kModeOn, kFrameStart, kSoftware};
+  const char* const features[] = {"TriggerMode", "TriggerSelector", "TriggerSource"};
+  for (std::size_t step = 0; step < steps.size(); ++step) {
+    TriggerOfCamera of;
+    of.camera->FailCall("VmbFeatureEnumSet", features[step], VmbErrorInvalidAccess);
+    EXPECT_FALSE(of.trigger.SetSource(BVimbaTrigger::eSoftware));
+    EXPECT_EQ(Calls(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(step) + 1), of.Sent());
+  }
+}
+
+TEST(TriggerSource, AnExternalTriggerIsNotLetRunFree) {
+  TriggerOfCamera of;
+  of.trigger.SetExternal(true);
+
+  EXPECT_TRUE(of.trigger.SetSource(BVimbaTrigger::eFreeRun));
+  EXPECT_EQ(Calls{}, of.Sent());
+
+  EXPECT_TRUE(of.trigger.SetSource(BVimbaTrigger::eLine));
+  EXPECT_EQ((Calls{kModeOn, kFrameStart, kLine2}), of.Sent());
+}
+
+TEST(TriggerSwitch, OnSelectsTheSoftwareSource) {
+  TriggerOfCamera of;
+
+  of.trigger.SetOn();
+
+  EXPECT_EQ((Calls{kModeOn, kFrameStart, kSoftware}), of.Sent());
+}
+
+TEST(TriggerSwitch, OffEndsBeingExternalAndSendsNothing) {
+  TriggerOfCamera of;
+  of.trigger.SetExternal(true);
+  ASSERT_TRUE(of.trigger.IsExternal());
+
+  of.trigger.SetOff();
+
+  EXPECT_FALSE(of.trigger.IsExternal());
+  EXPECT_EQ(Calls{}, of.Sent());
+}
+
+TEST(TriggerSwitch, BeingExternalIsOnlyRemembered) {
+  TriggerOfCamera of;
+
+  of.trigger.SetExternal(true);
+  EXPECT_TRUE(of.trigger.IsExternal());
+  of.trigger.SetExternal(false);
+  EXPECT_FALSE(of.trigger.IsExternal());
+
+  EXPECT_EQ(Calls{}, of.Sent());
+}
+
+TEST(TriggerActivation, ZeroIsTheRisingEdgeAndAnyOtherTheFallingOne) {
+  struct Row {
+    int edge;
+    std::string call;
+  };
+  const Row rows[] = {{0, R"(VmbFeatureEnumSet("TriggerActivation", "RisingEdge"))"},
+                      {1, R"(VmbFeatureEnumSet("TriggerActivation", "FallingEdge"))"},
+                      {7, R"(VmbFeatureEnumSet("TriggerActivation", "FallingEdge"))"},
+                      {-1, R"(VmbFeatureEnumSet("TriggerActivation", "FallingEdge"))"}};
+  TriggerOfCamera of;
+  for (const Row& row : rows) {
+    EXPECT_TRUE(of.trigger.SetActivation(row.edge)) << row.edge;
+    EXPECT_EQ(Calls{row.call}, of.Sent()) << row.edge;
+  }
+}
+
+TEST(TriggerActivation, AlwaysReportsSuccess) {
+  TriggerOfCamera refusing;
+  refusing.camera->FailCall("VmbFeatureEnumSet", "TriggerActivation", VmbErrorInvalidAccess);
+  EXPECT_TRUE(refusing.trigger.SetActivation(1));
+  EXPECT_EQ(1U, refusing.Sent().size());
+}
+
+TEST(TriggerActivation, OfAnUnavailableTriggerSendsNothing) {
+  TriggerOfCamera of(SimulatedCamera().Missing("TriggerMode"));
+
+  EXPECT_TRUE(of.trigger.SetActivation(1));
+
+  EXPECT_EQ(Calls{}, of.Sent());
+}
+
+TEST(TriggerFire, RunsTheCommandAndAsksUntilItIsDone) {
+  TriggerOfCamera of;
+  of.camera->Fault(
+      {{"call", "VmbFeatureCommandIsDone"}, {"feature", "TriggerSoftware"}, {"count", 3}, {"done", false}});
+
+  of.trigger.Fire();
+
+  EXPECT_EQ((Calls{kRun, kIsDone, kIsDone, kIsDone, kIsDone}), of.Sent());
+}
+
+TEST(TriggerFire, EndsWhenTheCommandFails) {
+  TriggerOfCamera of;
+  of.camera->FailCall("VmbFeatureCommandRun", "TriggerSoftware", VmbErrorInvalidAccess);
+
+  of.trigger.Fire();
+
+  EXPECT_EQ(Calls{kRun}, of.Sent());
+}
+
+TEST(TriggerFire, EndsWhenTheQueryFails) {
+  TriggerOfCamera of;
+  of.camera->FailCall("VmbFeatureCommandIsDone", "TriggerSoftware", VmbErrorIO);
+
+  of.trigger.Fire();
+
+  EXPECT_EQ((Calls{kRun, kIsDone}), of.Sent());
+}
+
+TEST(TriggerFire, SendsNothingWhileTheTriggerIsExternal) {
+  TriggerOfCamera of;
+  of.trigger.SetExternal(true);
+
+  of.trigger.Fire();
+
+  EXPECT_EQ(Calls{}, of.Sent());
+}
+
+TEST(TriggerFire, AnUnavailableTriggerFiresEvenWhenItWasToBeExternal) {
+  TriggerOfCamera of(SimulatedCamera().Missing("TriggerSelector"));
+  of.trigger.SetExternal(true);
+
+  of.trigger.Fire();
+
+  EXPECT_EQ(kRun, of.Sent().front());
+}
+
+}  // namespace

@@ -1,0 +1,160 @@
+// saving_test.cpp
+// When and how a profile reaches its file.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "biniprofile.h"
+#include "ini_file.h"
+#include "refusing_disk.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::wstring ReadString(const BIniProfile& profile, const wchar_t* key) {
+  WString value;
+  return profile.ReadString(key, value, L"<none>") ? value.Str() : L"no " + value.Str();
+}
+
+std::vector<std::wstring> Complaints(const BIniProfile& profile) {
+  std::vector<std::wstring> texts;
+  texts.reserve(profile.Complaints().size());
+  for (const WString& complaint : profile.Complaints()) texts.push_back(complaint.Str());
+  return texts;
+}
+
+using Names = std::vector<std::string>;
+
+TEST(ProfileSaving, LeavesNothingButTheFile) {
+  const IniFile file("A=1\n");
+  BIniProfile profile(file.Name());
+
+  EXPECT_TRUE(profile.Write(L"A", L"2"));
+  EXPECT_TRUE(profile.Write(L"B", L"3"));
+
+  EXPECT_EQ("A=2\nB=3\n", file.Bytes());
+  EXPECT_EQ((Names{"camera.ini"}), file.Neighbours());
+}
+
+TEST(ProfileSaving, DoesNotTouchTheFileForAnUnchangedValue) {
+  const IniFile file("A = 1 \n");
+  const auto long_ago = fs::last_write_time(file.Path()) - std::chrono::hours(1000);
+  fs::last_write_time(file.Path(), long_ago);
+  BIniProfile profile(file.Name());
+
+  EXPECT_TRUE(profile.Write(L"A", L"1"));
+
+  EXPECT_EQ(long_ago, fs::last_write_time(file.Path()));
+  EXPECT_EQ("A = 1 \n", file.Bytes());
+}
+
+TEST(ProfileSaving, KeepsWhatOthersChangedMeanwhile) {
+  const IniFile file("A=1\nB=1\n");
+  BIniProfile profile(file.Name());
+  file.Write("; edited\nB=2\nA=1\nC=3\n");
+
+  EXPECT_TRUE(profile.Write(L"A", L"5"));
+
+  EXPECT_EQ("; edited\nB=2\nA=5\nC=3\n", file.Bytes());
+  EXPECT_EQ(L"2", ReadString(profile, L"B"));
+  EXPECT_EQ(L"3", ReadString(profile, L"C"));
+}
+
+TEST(ProfileSaving, LetsTwoProfilesOfOneFileWriteInTurns) {
+  const IniFile file("A=1\nB=1\n");
+  BIniProfile first(file.Name());
+  BIniProfile second(file.Name());
+
+  EXPECT_TRUE(first.Write(L"A", L"2"));
+  EXPECT_TRUE(second.Write(L"B", L"3"));
+  EXPECT_TRUE(first.Write(L"A", L"4"));
+
+  EXPECT_EQ("A=4\nB=3\n", file.Bytes());
+}
+
+TEST(ProfileSaving, KeepsTheOldFileAndTheNewValueWhenTheDiskRefuses) {
+  const IniFile file("A=1\nB=1\n");
+  BIniProfile profile(file.Name());
+  const RefusingDisk disk(file.Path());
+
+  EXPECT_FALSE(profile.Write(L"A", L"2"));
+
+  EXPECT_EQ("A=1\nB=1\n", file.Bytes());
+  EXPECT_EQ((Names{"camera.ini"}), file.Neighbours());
+  EXPECT_EQ(L"2", ReadString(profile, L"A"));
+  EXPECT_EQ((std::vector<std::wstring>{file.Name().Str() + L": A = 2 is not saved: " + disk.Reason()}),
+            Complaints(profile));
+}
+
+TEST(ProfileSaving, SavesWithTheNextWriteWhatCouldNotBeSaved) {
+  const IniFile file("A=1\nB=1\n");
+  BIniProfile profile(file.Name());
+  {
+    const RefusingDisk disk(file.Path());
+    EXPECT_FALSE(profile.Write(L"A", L"2"));
+    EXPECT_FALSE(profile.Write(L"A", L"3"));
+    EXPECT_FALSE(profile.Write(L"C", L"4"));
+  }
+  EXPECT_TRUE(profile.Write(L"B", L"5"));
+
+  EXPECT_EQ("A=3\nB=5\nC=4\n", file.Bytes());
+}
+
+TEST(ProfileSaving, TriesAgainWhenTheSameValueIsWritten) {
+  const IniFile file("A=1\n");
+  BIniProfile profile(file.Name());
+  {
+    const RefusingDisk disk(file.Path());
+    EXPECT_FALSE(profile.Write(L"A", L"2"));
+  }
+  EXPECT_TRUE(profile.Write(L"A", L"2"));
+
+  EXPECT_EQ("A=2\n", file.Bytes());
+}
+
+TEST(ProfileSaving, FailsWhenTheFileHasGone) {
+  const IniFile file("A=1\n");
+  BIniProfile profile(file.Name());
+  fs::remove(file.Path());
+
+  EXPECT_FALSE(profile.Write(L"A", L"2"));
+
+  EXPECT_EQ((Names{}), file.Neighbours());
+  EXPECT_EQ(L"2", ReadString(profile, L"A"));
+  EXPECT_EQ(1u, profile.Complaints().size());
+}
+
+TEST(ProfileSaving, FailsWhenAFolderHasTakenTheFilesPlace) {
+  const IniFile file("A=1\n");
+  BIniProfile profile(file.Name());
+  fs::remove(file.Path());
+  fs::create_directory(file.Path());
+
+  EXPECT_FALSE(profile.Write(L"A", L"2"));
+
+  EXPECT_TRUE(fs::is_directory(file.Path()));
+  EXPECT_EQ((Names{"camera.ini"}), file.Neighbours());
+  EXPECT_EQ(1u, profile.Complaints().size());
+}
+
+TEST(ProfileSaving, LeavesAFileAloneThatOthersMadeMalformed) {
+  const IniFile file("A=1\n");
+  BIniProfile profile(file.Name());
+  file.Write("A=1\nhalf a li");
+
+  EXPECT_FALSE(profile.Write(L"A", L"2"));
+
+  const std::wstring name = file.Name().Str();
+  EXPECT_EQ("A=1\nhalf a li", file.Bytes());
+  EXPECT_EQ(L"2", ReadString(profile, L"A"));
+  EXPECT_EQ((std::vector<std::wstring>{name + L": A = 2 is not saved: the profile " + name +
+                                       L" is malformed, line 2: this is neither a comment, nor a section, nor "
+                                       L"key=value"}),
+            Complaints(profile));
+}
+
+}  // namespace

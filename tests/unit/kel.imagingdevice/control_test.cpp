@@ -1,0 +1,123 @@
+// control_test.cpp
+// What a control's operations make of one another.
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <utility>
+
+#include "../table_place.h"
+#include "bimagingdevicecontrol.h"
+
+namespace {
+
+// 0.5 real units to the integer, or minus that.
+class HalfSteps : public BImagingDeviceControl {
+ public:
+  explicit HalfSteps(double step = 0.5) : BImagingDeviceControl(NBoard::eShutter), m_step(step) {}
+
+  int Value() override { return m_value; }
+  bool SetValue(int value) override {
+    m_value = value;
+    return m_holds;
+  }
+  void SetMinValue(int) override {}
+  void SetMaxValue(int) override {}
+  void SetDefaultValue(int) override {}
+  bool GetRange(int& min, int& max) override {
+    min = -20;
+    max = 100;
+    return m_has_range;
+  }
+  bool SetToDefault() override { return SetValue(0); }
+  bool IsAvailable() const override { return true; }
+  WString UnitString() const override { return L"[ms]"; }
+  double ToRealValue(int value) const override { return value * m_step; }
+  int FromRealValue(double value) const override { return static_cast<int>(value / m_step); }
+
+  bool m_holds = true;
+  bool m_has_range = true;
+
+ private:
+  double m_step;
+  int m_value = 7;
+};
+
+TEST(Control, KnowsItsType) { EXPECT_EQ(NBoard::eShutter, HalfSteps().Type()); }
+
+TEST(Control, TakesItsEndsFromItsRange) {
+  HalfSteps control;
+
+  EXPECT_EQ(-20, control.MinValue());
+  EXPECT_EQ(100, control.MaxValue());
+}
+
+TEST(Control, HasItsEndsAtZeroWithoutARange) {
+  HalfSteps control;
+  control.m_has_range = false;
+
+  EXPECT_EQ(0, control.MinValue());
+  EXPECT_EQ(0, control.MaxValue());
+}
+
+TEST(Control, ConvertsItsValue) {
+  HalfSteps control;
+  EXPECT_EQ(3.5, control.GetRealValue());
+
+  EXPECT_TRUE(control.SetRealValue(12.5));
+
+  EXPECT_EQ(25, control.Value());
+  EXPECT_EQ(12.5, control.GetRealValue());
+}
+
+TEST(Control, TellsWhenTheCameraDoesNotHoldARealValue) {
+  HalfSteps control;
+  control.m_holds = false;
+
+  EXPECT_FALSE(control.SetRealValue(1.0));
+}
+
+TEST(Control, RefusesWhatIsNoFiniteNumber) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  for (const double value : {kInfinity, -kInfinity, std::numeric_limits<double>::quiet_NaN()}) {
+    HalfSteps control;
+
+    EXPECT_FALSE(control.SetRealValue(value));
+
+    EXPECT_EQ(7, control.Value());
+  }
+}
+
+std::pair<double, double> RealRange(HalfSteps&& control) {
+  double min = -1, max = -1;
+  const bool there = control.GetRealRange(min, max);
+  EXPECT_EQ(control.m_has_range, there);
+  return {min, max};
+}
+
+TEST(Control, ConvertsItsRange) { EXPECT_EQ((std::pair{-10.0, 50.0}), RealRange(HalfSteps())); }
+
+TEST(Control, PutsTheSmallerEndFirstWhenTheRealUnitRunsBackwards) {
+  EXPECT_EQ((std::pair{-50.0, 10.0}), RealRange(HalfSteps(-0.5)));
+}
+
+TEST(Control, LeavesTheArgumentsAloneWithoutARange) {
+  HalfSteps control;
+  control.m_has_range = false;
+
+  EXPECT_EQ((std::pair{-1.0, -1.0}), RealRange(std::move(control)));
+}
+
+TEST(Control, KeepsItsOperationsInTableOrder) {
+  using Control = BImagingDeviceControl;
+  const std::vector<std::size_t> places = {
+      TablePlace(&Control::Value),         TablePlace(&Control::SetValue),        TablePlace(&Control::SetMinValue),
+      TablePlace(&Control::SetMaxValue),   TablePlace(&Control::SetDefaultValue), TablePlace(&Control::MinValue),
+      TablePlace(&Control::MaxValue),      TablePlace(&Control::GetRange),        TablePlace(&Control::SetToDefault),
+      TablePlace(&Control::IsAvailable),   TablePlace(&Control::UnitString),      TablePlace(&Control::ToRealValue),
+      TablePlace(&Control::FromRealValue), TablePlace(&Control::GetRealValue),    TablePlace(&Control::SetRealValue),
+      TablePlace(&Control::GetRealRange)};
+
+  EXPECT_EQ((std::vector<std::size_t>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}), places);
+}
+
+}  // namespace

@@ -1,0 +1,21 @@
+// device_test.cpp
+// What a device answers that knows no better.
+#include <gtest/gtest.h>
+
+#include "support/plain_device.h"
+
+namespace {
+
+TEST(Device, HasNoSnapTimeAtFirst) { EXPECT_EQ(0.0, PlainDevice().LastSnapTime()); }
+
+TEST(Device, TellsTheSnapTimeThatItsDriverNoted) {
+  PlainDevice device;
+
+  device.NoteSnapTime(12.5);
+
+  EXPECT_EQ(12.5, device.LastSnapTime());
+}
+
+TEST(Device, CannotFocus) { EXPECT_FALSE(PlainDevice().AutoFocusOnce()); }
+
+}  // namespace

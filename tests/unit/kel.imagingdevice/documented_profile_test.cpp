@@ -1,0 +1,101 @@
+// documented_profile_test.cpp
+// What the profile's document shows and lists.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <regex>
+#include <set>
+#include <string>
+
+#include "../kel.core/ini_file.h"
+#include "bcamprofile.h"
+#include "bcamprofilekeys.h"
+#include "camera/profile_keys.h"
+#include "nboard.h"
+
+namespace {
+
+// The keys in the first column of the document's tables.
+std::set<std::string> DocumentedKeys() {
+  const std::string document = BytesOf(std::filesystem::path(PROFILE_DOCUMENT));
+  const std::regex row("(^|\n)\\| (`[^|]*)\\|");
+  const std::regex name("`([^`]+)`");
+  std::set<std::string> keys;
+  for (std::sregex_iterator it(document.begin(), document.end(), row), end; it != end; ++it) {
+    const std::string cell = (*it)[2];
+    for (std::sregex_iterator key(cell.begin(), cell.end(), name); key != end; ++key) keys.insert((*key)[1]);
+  }
+  return keys;
+}
+
+std::set<std::string> KeysInUse() {
+  std::set<std::string> keys;
+  const auto add = [&](const WString& key) {
+    if (!key.IsEmpty()) keys.insert(ToBString(key).Str());
+  };
+  for (int number = 0; number < NBoard::kControlTypes; ++number) {
+    add(NBoard::ControlTypeString(number));
+    add(NBoard::WBValueString(number));
+    add(NBoard::CamAOIValueString(number));
+  }
+  using namespace ProfileKey;
+  for (const wchar_t* key : {CamProfileKey::kApi,
+                             CamProfileKey::kSerialNumber,
+                             CamProfileKey::kMaxShutterForFast,
+                             CamProfileKey::kIdent,
+                             CamProfileKey::kMIIdent,
+                             kInitMethod,
+                             kCameraIdentifier,
+                             kIp,
+                             kBayerType,
+                             kColorCodeColor,
+                             kYuvStretch,
+                             kBinning,
+                             kMinGain,
+                             kMaxGain,
+                             kMinShutter,
+                             kMaxShutter,
+                             kRotateBy90Degree,
+                             kCameraFrequency,
+                             kTriggerPolarity,
+                             kMinBytePerSecond,
+                             kBytePerSecond}) {
+    add(key);
+  }
+  return keys;
+}
+
+TEST(ProfileDocument, ListsEveryKeyAndNoOther) { EXPECT_EQ(KeysInUse(), DocumentedKeys()); }
+
+std::string Example() {
+  const std::string document = BytesOf(std::filesystem::path(PROFILE_DOCUMENT));
+  const std::string fence = "```ini\n";
+  const std::size_t begin = document.find(fence) + fence.size();
+  return document.substr(begin, document.find("```", begin) - begin);
+}
+
+TEST(ProfileDocument, ShowsAProfileOfKeysThatItLists) {
+  const std::set<std::string> documented = DocumentedKeys();
+  const std::string example = Example();
+  const std::regex line("(^|\n)([^;=\n]+)=");
+  int keys = 0;
+
+  for (std::sregex_iterator it(example.begin(), example.end(), line), end; it != end; ++it, ++keys) {
+    EXPECT_EQ(1u, documented.count((*it)[2])) << (*it)[2];
+  }
+  EXPECT_LT(10, keys);
+}
+
+TEST(ProfileDocument, ShowsAProfileThatIsForThisDriver) {
+  const IniFile file(Example());
+  const BCamProfile profile(file.Name());
+  WString serial_number;
+  int width = 0;
+
+  EXPECT_TRUE(profile.IsApi(L"Vimba"));
+  EXPECT_TRUE(profile.ReadSerialNumber(serial_number));
+  EXPECT_TRUE(profile.ReadInt(NBoard::CamAOIValueString(NBoard::eAoiWidth), width, 0, 1, 10000));
+  EXPECT_TRUE(profile.Complaints().empty());
+}
+
+}  // namespace

@@ -1,0 +1,64 @@
+// locked_pages_test.cpp
+// Whether locked memory is locked, as the kernel tells it.
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "support/plain_device.h"
+
+namespace {
+
+constexpr std::size_t kBytes = std::size_t{64} * 1024;
+
+long LockedKilobytes() {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.rfind("VmLck:", 0) == 0) return std::stol(line.substr(6));
+  }
+  return -1;
+}
+
+// What the system makes of a lock, asked without the code under test: some let a process lock nothing, and the
+// sanitizers make the call do nothing.
+bool SystemLocksPages() {
+  std::vector<char> pages(4 * kBytes);
+  const long before = LockedKilobytes();
+  const bool locked = ::mlock(pages.data(), pages.size()) == 0 && LockedKilobytes() > before;
+  ::munlock(pages.data(), pages.size());
+  return locked;
+}
+
+TEST(LockedMemory, IsLockedWhereTheSystemLocksPages) {
+  const long expected_kilobytes = SystemLocksPages() ? kBytes / 1024 : 0;
+  PlainImplementation implementation;
+  const long before = LockedKilobytes();
+
+  void* memory = implementation.AllocateLockedMemory(kBytes);
+  const long gained = LockedKilobytes() - before;
+  implementation.FreeLockedMemory(memory, kBytes);
+
+  EXPECT_EQ(expected_kilobytes, gained);
+  EXPECT_EQ(before, LockedKilobytes());
+}
+
+TEST(LockedMemory, IsOrdinaryMemoryBeyondTheLimit) {
+  rlimit before{};
+  ASSERT_EQ(0, ::getrlimit(RLIMIT_MEMLOCK, &before));
+  const rlimit nothing{0, before.rlim_max};
+  ASSERT_EQ(0, ::setrlimit(RLIMIT_MEMLOCK, &nothing));
+  PlainImplementation implementation;
+
+  auto* memory = static_cast<char*>(implementation.AllocateLockedMemory(kBytes));
+
+  ASSERT_EQ(0, ::setrlimit(RLIMIT_MEMLOCK, &before));
+  ASSERT_NE(nullptr, memory);
+  memory[kBytes - 1] = 'x';
+  EXPECT_EQ('x', memory[kBytes - 1]);
+  implementation.FreeLockedMemory(memory, kBytes);
+}
+
+}  // namespace

@@ -1,0 +1,153 @@
+// output_test.cpp
+// Where drivers report to.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "imagingdevice.h"
+
+namespace {
+
+using Calls = std::vector<std::wstring>;
+
+// Notes its calls; unguarded on purpose, since it is called once at a time.
+class NotingSink : public ImagingDevice::BSink {
+ public:
+  void OnShowInfo(const wchar_t* text, const wchar_t* caption) override {
+    m_calls.push_back(L"show " + std::wstring(text) + L", " + (caption ? caption : L"<null>"));
+  }
+  void OnLogMessage(const WString& text, bool important) override {
+    m_calls.push_back((important ? L"log! " : L"log ") + text.Str());
+  }
+
+  Calls m_calls;
+};
+
+class Output : public testing::Test {
+ protected:
+  ~Output() override { ImagingDevice::InstallSink(nullptr); }
+
+  NotingSink m_sink;
+};
+
+TEST_F(Output, IsDroppedWithoutASink) {
+  ImagingDevice::ShowInfo(L"a", L"!");
+  ImagingDevice::LogMessage(L"a", true);
+
+  EXPECT_EQ(nullptr, ImagingDevice::InstallSink(&m_sink));
+  EXPECT_EQ((Calls{}), m_sink.m_calls);
+}
+
+TEST_F(Output, ReachesTheSinkAsItIs) {
+  ImagingDevice::InstallSink(&m_sink);
+
+  ImagingDevice::ShowInfo(L"100%s\n", L"!");
+  ImagingDevice::ShowInfo(L"notice");
+  ImagingDevice::ShowInfo(nullptr, L"");
+  ImagingDevice::LogMessage(L"line", false);
+  ImagingDevice::LogMessage(L"line", true);
+
+  EXPECT_EQ((Calls{L"show 100%s\n, !", L"show notice, <null>", L"show , ", L"log line", L"log! line"}), m_sink.m_calls);
+}
+
+TEST_F(Output, GoesToTheSinkThatWasInstalledLast) {
+  NotingSink other;
+  EXPECT_EQ(nullptr, ImagingDevice::InstallSink(&m_sink));
+  EXPECT_EQ(&m_sink, ImagingDevice::InstallSink(&other));
+
+  ImagingDevice::LogMessage(L"a", false);
+
+  EXPECT_EQ((Calls{}), m_sink.m_calls);
+  EXPECT_EQ((Calls{L"log a"}), other.m_calls);
+  EXPECT_EQ(&other, ImagingDevice::InstallSink(nullptr));
+}
+
+TEST_F(Output, ReachesTheSinkOneCallAtATime) {
+  constexpr int kCalls = 500;
+  ImagingDevice::InstallSink(&m_sink);
+  std::vector<std::thread> threads;
+  threads.reserve(4);
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([] {
+      for (int call = 0; call < kCalls; ++call) {
+        ImagingDevice::ShowInfo(L"a");
+        ImagingDevice::LogMessage(L"b", false);
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+
+  EXPECT_EQ(4u * 2u * kCalls, m_sink.m_calls.size());
+}
+
+// Stays in a call until it is let go.
+class SlowSink : public ImagingDevice::BSink {
+ public:
+  void OnShowInfo(const wchar_t*, const wchar_t*) override {
+    m_entered.set_value();
+    m_release.get_future().wait();
+  }
+  void OnLogMessage(const WString&, bool) override {}
+
+  std::promise<void> m_entered;
+  std::promise<void> m_release;
+};
+
+TEST_F(Output, LeavesTheOldSinkBeforeInstallingReturns) {
+  SlowSink slow;
+  ImagingDevice::InstallSink(&slow);
+  auto report = std::async(std::launch::async, [] { ImagingDevice::ShowInfo(L"a"); });
+  slow.m_entered.get_future().wait();
+  auto install = std::async(std::launch::async, [] { ImagingDevice::InstallSink(nullptr); });
+
+  const auto while_at_work = install.wait_for(std::chrono::milliseconds(100));
+  slow.m_release.set_value();
+
+  EXPECT_EQ(std::future_status::timeout, while_at_work) << "installing returned while the old sink was at work";
+  EXPECT_EQ(std::future_status::ready, install.wait_for(std::chrono::seconds(30)));
+}
+
+TEST_F(Output, NeverReachesASinkThatIsGone) {
+  std::atomic<bool> done{false};
+  std::vector<std::thread> threads;
+  threads.reserve(2);
+  for (int i = 0; i < 2; ++i) {
+    threads.emplace_back([&] {
+      while (!done) ImagingDevice::LogMessage(L"a", false);
+    });
+  }
+  for (int round = 0; round < 500; ++round) {
+    const auto sink = std::make_unique<NotingSink>();
+    ImagingDevice::InstallSink(sink.get());
+    ImagingDevice::InstallSink(nullptr);
+  }
+  done = true;
+  for (std::thread& thread : threads) thread.join();
+}
+
+class ThrowingSink : public ImagingDevice::BSink {
+ public:
+  void OnShowInfo(const wchar_t*, const wchar_t*) override { throw std::runtime_error("no window"); }
+  void OnLogMessage(const WString&, bool) override { throw 1; }
+};
+
+TEST_F(Output, KeepsASinksExceptionsFromDrivers) {
+  ThrowingSink throwing;
+  ImagingDevice::InstallSink(&throwing);
+
+  EXPECT_NO_THROW(ImagingDevice::ShowInfo(L"a"));
+  EXPECT_NO_THROW(ImagingDevice::LogMessage(L"a", false));
+
+  ImagingDevice::InstallSink(&m_sink);
+  ImagingDevice::ShowInfo(L"b");
+  EXPECT_EQ((Calls{L"show b, <null>"}), m_sink.m_calls);
+}
+
+}  // namespace

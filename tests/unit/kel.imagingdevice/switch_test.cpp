@@ -1,0 +1,59 @@
+// switch_test.cpp
+// Switches and triggers.
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "../table_place.h"
+#include "bimagingdevicetrigger.h"
+
+namespace {
+
+class Trigger : public BImagingDeviceTrigger {
+ public:
+  void SetOn() override { ++m_on; }
+  bool IsAvailable() const override { return true; }
+  bool IsExternal() const override { return m_external; }
+  void SetExternal(bool external) override { m_external = external; }
+  bool SetActivation(int) override { return true; }
+  bool SetSource(int) override {
+    ++m_sources;
+    return true;
+  }
+  void Fire() override {}
+
+  bool m_external = true;
+  int m_on = 0;
+  int m_sources = 0;
+};
+
+TEST(Switch, IsNoLongerExternalWhenOffAndTouchesNothingElse) {
+  Trigger trigger;
+
+  trigger.SetOff();
+
+  EXPECT_FALSE(trigger.IsExternal());
+  EXPECT_EQ(0, trigger.m_on);
+  EXPECT_EQ(0, trigger.m_sources);
+}
+
+TEST(Trigger, HasTheNumbersThatHostsAndDriversAgreeOn) {
+  EXPECT_EQ((std::vector<int>{0, 1, 2}), (std::vector<int>{Trigger::eSoftware, Trigger::eLine, Trigger::eFreeRun}));
+  EXPECT_EQ((std::vector<int>{0, 1}), (std::vector<int>{Trigger::eRising, Trigger::eFalling}));
+}
+
+TEST(Trigger, ContinuesTheSwitchInTableOrder) {
+  using Switch = BImagingDeviceSwitch;
+  const std::vector<std::size_t> places = {TablePlace(&Switch::SetOn), TablePlace(&Switch::IsAvailable),
+                                           TablePlace(&Switch::IsExternal), TablePlace(&Switch::SetExternal),
+                                           TablePlace(&Switch::SetOff)};
+  EXPECT_EQ((std::vector<std::size_t>{0, 1, 2, 3, 4}), places);
+
+  // The destructor takes the places 5 and 6.
+  const std::vector<std::size_t> own_places = {TablePlace(&BImagingDeviceTrigger::SetActivation),
+                                               TablePlace(&BImagingDeviceTrigger::SetSource),
+                                               TablePlace(&BImagingDeviceTrigger::Fire)};
+  EXPECT_EQ((std::vector<std::size_t>{7, 8, 9}), own_places);
+}
+
+}  // namespace

@@ -1,0 +1,109 @@
+// bsmartref_test.cpp
+// The smart reference.
+#include <gtest/gtest.h>
+
+#include <utility>
+
+#include "bsmartref.h"
+
+namespace {
+
+class Base : public BSmartObj {
+ public:
+  explicit Base(int& deletions) : m_deletions(deletions) {}
+  ~Base() override { ++m_deletions; }
+
+ private:
+  int& m_deletions;
+};
+class Derived : public Base {
+ public:
+  using Base::Base;
+};
+
+class SmartRef : public testing::Test {
+ protected:
+  int m_deletions = 0;
+};
+
+TEST_F(SmartRef, IsNullUnlessMadeOfAnObject) {
+  const BSmartRef<Base> made_of_nothing;
+  const BSmartRef<Base> made_of_null(nullptr);
+  const BSmartRef<Base> made_of_a_null_pointer(static_cast<Base*>(nullptr));
+
+  for (const auto& reference : {made_of_nothing, made_of_null, made_of_a_null_pointer}) {
+    EXPECT_FALSE(reference);
+    EXPECT_EQ(nullptr, reference.Get());
+  }
+}
+
+TEST_F(SmartRef, HoldsOneReference) {
+  {
+    const BSmartRef<Base> reference(new Base(m_deletions));
+    EXPECT_EQ(1, reference->References());
+    EXPECT_EQ(reference.Get(), &*reference);
+  }
+  EXPECT_EQ(1, m_deletions);
+}
+
+TEST_F(SmartRef, TakesAnotherReferenceWhenCopied) {
+  BSmartRef<Base> first(new Base(m_deletions));
+  const BSmartRef<Base> second(first);
+  EXPECT_EQ(2, first->References());
+
+  first = nullptr;
+  EXPECT_EQ(1, second->References());
+  EXPECT_EQ(0, m_deletions);
+}
+
+TEST_F(SmartRef, PassesItsReferenceOnWhenMoved) {
+  BSmartRef<Base> first(new Base(m_deletions));
+  const BSmartRef<Base> second(std::move(first));
+
+  EXPECT_FALSE(first);  // NOLINT(bugprone-use-after-move): null is what it promises to be
+  EXPECT_EQ(1, second->References());
+}
+
+TEST_F(SmartRef, DropsTheOldObjectWhenAssigned) {
+  int other_deletions = 0;
+  BSmartRef<Base> reference(new Base(m_deletions));
+
+  reference = BSmartRef<Base>(new Base(other_deletions));
+
+  EXPECT_EQ(1, m_deletions);
+  EXPECT_EQ(0, other_deletions);
+  EXPECT_EQ(1, reference->References());
+}
+
+TEST_F(SmartRef, SurvivesBeingAssignedToItself) {
+  BSmartRef<Base> reference(new Base(m_deletions));
+  const BSmartRef<Base>& same = reference;
+
+  reference = same;
+
+  EXPECT_EQ(0, m_deletions);
+  EXPECT_EQ(1, reference->References());
+}
+
+TEST_F(SmartRef, ConvertsToAReferenceToTheBase) {
+  const BSmartRef<Derived> derived(new Derived(m_deletions));
+  const BSmartRef<Base> base(derived);
+
+  EXPECT_EQ(2, base->References());
+  EXPECT_EQ(derived.Get(), base.Get());
+}
+
+TEST_F(SmartRef, EqualsAReferenceToTheSameObject) {
+  const BSmartRef<Base> first(new Base(m_deletions));
+  const BSmartRef<Base> second(first.Get());
+  const BSmartRef<Base> other(new Base(m_deletions));
+
+  EXPECT_TRUE(first == second);
+  EXPECT_TRUE(first != other);
+  EXPECT_TRUE(first != nullptr);
+  EXPECT_TRUE(BSmartRef<Base>() == nullptr);
+}
+
+TEST_F(SmartRef, IsOnePointer) { EXPECT_EQ(sizeof(void*), sizeof(BSmartRef<Base>)); }
+
+}  // namespace

@@ -1,0 +1,163 @@
+// dlist_test.cpp
+// The doubly linked list.
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <vector>
+
+#include "../table_place.h"
+#include "dlist.h"
+#include "wstring.h"
+
+namespace {
+
+using Numbers = std::vector<int>;
+
+DList<int> ListOf(const Numbers& numbers) {
+  DList<int> list;
+  for (const int number : numbers) list.Append(number);
+  return list;
+}
+
+Numbers Forward(const DList<int>& list) { return Numbers(list.begin(), list.end()); }
+
+Numbers Backward(const DList<int>& list) {
+  Numbers numbers;
+  for (const auto* node = list.Tail(); node; node = node->previous) numbers.push_back(node->value);
+  return numbers;
+}
+
+TEST(List, IsEmptyAtFirst) {
+  const DList<WString> list;
+
+  EXPECT_TRUE(list.IsEmpty());
+  EXPECT_EQ(0u, list.Count());
+  EXPECT_EQ(nullptr, list.Head());
+  EXPECT_EQ(nullptr, list.Tail());
+  EXPECT_TRUE(list.begin() == list.end());
+}
+
+TEST(List, AppendsAtTheTail) {
+  const DList<int> list = ListOf({1, 2, 3});
+
+  EXPECT_EQ((Numbers{1, 2, 3}), Forward(list));
+  EXPECT_EQ((Numbers{3, 2, 1}), Backward(list));
+  EXPECT_EQ(3u, list.Count());
+}
+
+TEST(List, InsertsAtTheHead) {
+  DList<int> list;
+
+  list.Insert(2);
+  list.Insert(1);
+  list.Append(3);
+
+  EXPECT_EQ((Numbers{1, 2, 3}), Forward(list));
+  EXPECT_EQ((Numbers{3, 2, 1}), Backward(list));
+}
+
+TEST(List, AppendsAnotherList) {
+  DList<int> list = ListOf({1});
+
+  list.Append(ListOf({2, 3}));
+  list.Append(DList<int>());
+
+  EXPECT_EQ((Numbers{1, 2, 3}), Forward(list));
+}
+
+TEST(List, AppendsItself) {
+  DList<int> list = ListOf({1, 2});
+
+  list.Append(list);
+
+  EXPECT_EQ((Numbers{1, 2, 1, 2}), Forward(list));
+  EXPECT_EQ(4u, list.Count());
+}
+
+TEST(List, AppendsItsOwnElement) {
+  DList<int> list = ListOf({1, 2});
+
+  list.Append(list.Head()->value);
+
+  EXPECT_EQ((Numbers{1, 2, 1}), Forward(list));
+}
+
+TEST(List, IsCopiedElementByElement) {
+  DList<int> original = ListOf({1, 2});
+  DList<int> copy(original);
+  DList<int> assigned = ListOf({7});
+  assigned = original;
+  original.Clear();
+
+  EXPECT_EQ((Numbers{1, 2}), Forward(copy));
+  EXPECT_EQ((Numbers{2, 1}), Backward(assigned));
+  EXPECT_TRUE(original.IsEmpty());
+}
+
+TEST(List, SurvivesBeingAssignedToItself) {
+  DList<int> list = ListOf({1, 2});
+  const DList<int>& same = list;
+
+  list = same;
+
+  EXPECT_EQ((Numbers{1, 2}), Forward(list));
+}
+
+TEST(List, CanBeFilledAgainAfterClearing) {
+  DList<int> list = ListOf({1, 2});
+
+  list.Clear();
+  list.Append(3);
+
+  EXPECT_EQ((Numbers{3}), Forward(list));
+  EXPECT_EQ((Numbers{3}), Backward(list));
+  EXPECT_EQ(1u, list.Count());
+}
+
+// A value whose copies run out.
+struct Scarce {
+  static inline int left = 0;
+  static inline int alive = 0;
+  Scarce() { ++alive; }
+  Scarce(const Scarce&) {
+    if (left-- == 0) throw std::runtime_error("no more copies");
+    ++alive;
+  }
+  Scarce& operator=(const Scarce&) = delete;
+  ~Scarce() { --alive; }
+};
+
+TEST(List, LosesNothingWhenACopyFails) {
+  {
+    Scarce::left = 3;
+    DList<Scarce> list;
+    list.Append(Scarce());
+    list.Append(Scarce());
+    EXPECT_THROW(DList<Scarce>{list}, std::runtime_error);
+    EXPECT_EQ(2u, list.Count());
+  }
+  EXPECT_EQ(0, Scarce::alive);
+}
+
+TEST(List, KeepsItsFieldsAndOperationsInOrder) {
+  struct Fields {
+    void* table;
+    const void* head;
+    const void* tail;
+    std::uint32_t count;
+  } fields;
+  DList<int> list = ListOf({1, 2});
+  static_assert(sizeof fields == sizeof list);
+  std::memcpy(static_cast<void*>(&fields), static_cast<const void*>(&list), sizeof fields);
+  using AppendList = void (DList<int>::*)(const DList<int>&);
+  using AppendValue = void (DList<int>::*)(const int&);
+
+  EXPECT_EQ(list.Head(), fields.head);
+  EXPECT_EQ(list.Tail(), fields.tail);
+  EXPECT_EQ(2u, fields.count);
+  EXPECT_EQ(2u, TablePlace(static_cast<AppendList>(&DList<int>::Append)));
+  EXPECT_EQ(3u, TablePlace(static_cast<AppendValue>(&DList<int>::Append)));
+  EXPECT_EQ(4u, TablePlace(&DList<int>::Insert));
+}
+
+}  // namespace

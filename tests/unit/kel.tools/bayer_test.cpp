@@ -1,0 +1,203 @@
+// bayer_test.cpp
+// Every Bayer conversion against the definitions, in every vector unit's way of doing it.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "bayer_reference.h"
+#include "bcolorconverter.h"
+#include "pictures.h"
+
+namespace {
+
+using bayer_reference::Colour;
+using pictures::Bytes;
+using pictures::Frame;
+
+constexpr int kOrders = 4;
+constexpr unsigned kSeed = 20170;
+
+struct Conversion {
+  std::string name;
+  std::function<Bytes(const BColorConverter&, const Frame&)> convert;
+  std::function<Bytes(const Frame&, int)> expected;
+};
+
+Bytes ToRgb(const Frame& frame, const std::function<void(BImageRgb&)>& convert) {
+  auto target = pictures::GuardedImage<BImageRgb>(frame.size);
+  convert(target);
+  EXPECT_EQ(0, pictures::TouchedGuards(target));
+  return pictures::PixelsOf(target);
+}
+
+Bytes ToMono(const Frame& frame, const std::function<void(BImage8u&)>& convert) {
+  auto target = pictures::GuardedImage<BImage8u>(frame.size);
+  convert(target);
+  EXPECT_EQ(0, pictures::TouchedGuards(target));
+  return pictures::PixelsOf(target);
+}
+
+template <class Pixel>
+std::function<Bytes(const Frame&, int)> By(Pixel pixel) {
+  return [pixel](const Frame& frame, int order) { return bayer_reference::Image(frame, order, frame.size, pixel); };
+}
+
+Conversion Rgb(bool good) {
+  const auto convert = [good](const BColorConverter& converter, const Frame& frame) {
+    return ToRgb(frame, [&](BImageRgb& target) {
+      good ? converter.ConvertRawToRGB(frame.bytes.data(), target)
+           : converter.ConvertFastRawToRGB(frame.bytes.data(), target);
+    });
+  };
+  return {good ? "good RGB" : "fast RGB", convert,
+          good ? By(bayer_reference::Corrected) : By(bayer_reference::Bilinear)};
+}
+
+template <class Pixel>
+Conversion Mono(bool good, int flag, Pixel pixel) {
+  const auto convert = [good, flag](const BColorConverter& converter, const Frame& frame) {
+    return ToMono(frame, [&](BImage8u& target) {
+      good ? converter.ConvertRawToMono(frame.bytes.data(), target, flag)
+           : converter.ConvertFastRawToMono(frame.bytes.data(), target, flag);
+    });
+  };
+  return {(good ? "good mono " : "fast mono ") + std::to_string(flag), convert, By(pixel)};
+}
+
+std::vector<Conversion> Conversions() {
+  using namespace bayer_reference;
+  const auto luma = [](auto interpolation) {
+    return [=](const Frame& frame, int order, int x, int y) { return Luma(interpolation(frame, order, x, y)); };
+  };
+  const auto weighted = [](const Frame& frame, int order, int x, int y) {
+    return WeightedMean(Corrected(frame, order, x, y));
+  };
+  return {Rgb(true),
+          Rgb(false),
+          Mono(true, 0, luma(Corrected)),
+          Mono(true, 1, weighted),
+          Mono(false, 0, luma(Bilinear)),
+          Mono(false, 1, Binomial)};
+}
+
+class Bayer : public testing::TestWithParam<std::string> {
+ protected:
+  void SetUp() override { ASSERT_TRUE(rows::UseKernels(GetParam().c_str())); }
+  void TearDown() override { rows::UseKernels(rows::KernelNames()[0]); }
+};
+
+void ExpectDefinition(const BSize& size, int padding) {
+  const unsigned seed = kSeed + static_cast<unsigned>(size.width * 1000 + size.height);
+  const Frame frame = pictures::RandomFrame(size, padding, seed);
+  for (const Conversion& conversion : Conversions()) {
+    for (int order = 0; order < kOrders; ++order) {
+      const Bytes made = conversion.convert(BColorConverter(size, order, padding), frame);
+      ASSERT_EQ(conversion.expected(frame, order), made)
+          << conversion.name << ", order " << order << ", " << pictures::Named(size) << ", seed " << seed;
+    }
+  }
+}
+
+TEST_P(Bayer, EveryPixelOfEverySmallSizeMeetsTheDefinition) {
+  for (int height = 1; height <= 16; ++height) {
+    for (int width = 1; width <= 16; ++width) {
+      ExpectDefinition({width, height}, 0);
+      if (HasFailure()) return;
+    }
+  }
+}
+
+TEST_P(Bayer, EveryPixelOfEveryWidthMeetsTheDefinition) {
+  for (int width = 17; width <= 280; ++width) {
+    ExpectDefinition({width, 3}, width % 7);
+    if (HasFailure()) return;
+  }
+}
+
+TEST_P(Bayer, LargeOddSizesMeetTheDefinition) {
+  for (const BSize size : {BSize{643, 17}, BSize{1293, 5}, BSize{2465, 3}, BSize{63, 129}}) {
+    ExpectDefinition(size, 5);
+    if (HasFailure()) return;
+  }
+}
+
+// Extremes of both signs: no sum may leave the width of the numbers that it is made in.
+TEST_P(Bayer, HardEdgesMeetTheDefinition) {
+  Frame frame = pictures::RandomFrame({301, 9}, 0, kSeed);
+  for (std::uint8_t& byte : frame.bytes) byte = byte < 128 ? 0 : 255;
+  for (const Conversion& conversion : Conversions()) {
+    for (int order = 0; order < kOrders; ++order) {
+      ASSERT_EQ(conversion.expected(frame, order), conversion.convert(BColorConverter(frame.size, order), frame))
+          << conversion.name << ", order " << order;
+    }
+  }
+}
+
+Frame FlatMosaic(const BSize& size, int order, const Colour& colour) {
+  Frame frame = pictures::RandomFrame(size, 0, kSeed);
+  for (int y = 0; y < size.height; ++y) {
+    for (int x = 0; x < size.width; ++x) {
+      const char site = bayer_reference::ColourAt(order, x, y);
+      const double value = site == 'R' ? colour.red : site == 'G' ? colour.green : colour.blue;
+      frame.bytes[static_cast<std::size_t>(y * size.width + x)] = static_cast<std::uint8_t>(value);
+    }
+  }
+  return frame;
+}
+
+TEST_P(Bayer, AFlatMosaicGivesBackItsColour) {
+  const Colour colour{200, 31, 255};
+  const Bytes rgb = {200, 31, 255};
+  const std::vector<Bytes> expected = {rgb, rgb, {107}, {129}, {107}, {129}};
+  for (int order = 0; order < kOrders; ++order) {
+    for (const BSize size : {BSize{2, 2}, BSize{3, 2}, BSize{75, 5}}) {
+      const Frame frame = FlatMosaic(size, order, colour);
+      for (std::size_t i = 0; i < expected.size(); ++i) {
+        const Bytes made = Conversions()[i].convert(BColorConverter(size, order), frame);
+        for (std::size_t k = 0; k < made.size(); ++k) {
+          ASSERT_EQ(expected[i][k % expected[i].size()], made[k]) << Conversions()[i].name << ", order " << order;
+        }
+      }
+    }
+  }
+}
+
+TEST_P(Bayer, AnUnknownOrderIsGrbg) {
+  const Frame frame = pictures::RandomFrame({20, 6}, 0, kSeed);
+  const Conversion good = Rgb(true);
+  for (int order : {-1, 4, 77}) {
+    EXPECT_EQ(good.expected(frame, BColorConverter::eGRBG), good.convert(BColorConverter(frame.size, order), frame));
+  }
+}
+
+TEST_P(Bayer, WhatLiesInTheLinePaddingDoesNotMatter) {
+  Frame frame = pictures::RandomFrame({97, 6}, 9, kSeed);
+  const BColorConverter converter(frame.size, 1, frame.padding);
+  for (const Conversion& conversion : Conversions()) {
+    const Bytes before = conversion.convert(converter, frame);
+    for (std::size_t i = 0; i < frame.bytes.size(); ++i) {
+      if (i % frame.LineLength() >= static_cast<std::size_t>(frame.size.width)) frame.bytes[i] ^= 0xFF;
+    }
+    EXPECT_EQ(before, conversion.convert(converter, frame)) << conversion.name;
+  }
+}
+
+TEST(BayerLuma, IsTheRec601LumaWithinOneStep) {
+  for (int red = 0; red < 256; red += 5) {
+    for (int green = 0; green < 256; green += 3) {
+      for (int blue = 0; blue < 256; blue += 5) {
+        const Colour colour{double(red), double(green), double(blue)};
+        const double rounded = bayer_reference::Rounded(0.299 * red + 0.587 * green + 0.114 * blue);
+        ASSERT_NEAR(rounded, bayer_reference::Luma(colour), 1) << red << ' ' << green << ' ' << blue;
+      }
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kernels, Bayer, testing::ValuesIn(pictures::KernelNames()),
+                         [](const auto& kernels) { return kernels.param; });
+
+}  // namespace

@@ -1,0 +1,97 @@
+// image_rgb_test.cpp
+// Grey pictures taken into a colour image.
+#include "bimagergb.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "bimage8u.h"
+#include "pictures.h"
+
+namespace {
+
+using pictures::Bytes;
+using pictures::Frame;
+using pictures::kGuard;
+
+constexpr unsigned kSeed = 33;
+
+// `part` of the frame's top left at `at` in a target of guards.
+Bytes Expected(const Frame& frame, const BSize& part, const BSize& target, const BPoint& at) {
+  Bytes bytes;
+  for (int y = 0; y < target.height; ++y) {
+    for (int x = 0; x < target.width; ++x) {
+      const bool inside = x >= at.x && x < at.x + part.width && y >= at.y && y < at.y + part.height;
+      bytes.insert(bytes.end(), 3, inside ? static_cast<std::uint8_t>(frame.At(x - at.x, y - at.y)) : kGuard);
+    }
+  }
+  return bytes;
+}
+
+BImage8u ImageOf(const Frame& frame) {
+  BImage8u image(frame.size);
+  image.CopyRows(frame.bytes.data(), frame.LineLength(), frame.size);
+  return image;
+}
+
+class Grey : public testing::TestWithParam<std::string> {
+ protected:
+  void SetUp() override { ASSERT_TRUE(rows::UseKernels(GetParam().c_str())); }
+  void TearDown() override { rows::UseKernels(rows::KernelNames()[0]); }
+};
+
+TEST_P(Grey, EveryWidthIsTaken) {
+  for (int width = 1; width <= 280; ++width) {
+    const Frame frame = pictures::RandomFrame({width, 2}, width % 3, kSeed);
+    auto target = pictures::GuardedImage<BImageRgb>(frame.size);
+    target.TakeGrey(frame.bytes.data(), frame.LineLength(), frame.size);
+    ASSERT_EQ(Expected(frame, frame.size, frame.size, {}), pictures::PixelsOf(target)) << "width " << width;
+    ASSERT_EQ(0, pictures::TouchedGuards(target));
+  }
+}
+
+TEST_P(Grey, WhatFallsOutsideIsLeftAway) {
+  const Frame frame = pictures::RandomFrame({70, 5}, 0, kSeed);
+  const BSize target_size{75, 7};
+  for (int y = -6; y <= 8; ++y) {
+    for (int x = -75; x <= 80; x += 5) {
+      auto target = pictures::GuardedImage<BImageRgb>(target_size);
+      target.TakeGrey(ImageOf(frame), {-1, -1}, {x, y});
+      ASSERT_EQ(Expected(frame, frame.size, target_size, {x, y}), pictures::PixelsOf(target)) << x << ", " << y;
+      ASSERT_EQ(0, pictures::TouchedGuards(target));
+    }
+  }
+}
+
+TEST_P(Grey, TheTopLeftPartOfTheWantedSizeIsTaken) {
+  const Frame frame = pictures::RandomFrame({9, 8}, 0, kSeed);
+  const BSize target_size{12, 10};
+  struct Case {
+    BSize wanted;
+    BSize taken;
+  };
+  for (const Case& c : {Case{{4, 3}, {4, 3}}, Case{{-1, 3}, {9, 3}}, Case{{4, -1}, {4, 8}}, Case{{99, 99}, {9, 8}},
+                        Case{{0, 3}, {0, 0}}, Case{{-1, 0}, {0, 0}}}) {
+    auto target = pictures::GuardedImage<BImageRgb>(target_size);
+    target.TakeGrey(ImageOf(frame), c.wanted, {1, 1});
+    EXPECT_EQ(Expected(frame, c.taken, target_size, {1, 1}), pictures::PixelsOf(target)) << pictures::Named(c.wanted);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kernels, Grey, testing::ValuesIn(pictures::KernelNames()),
+                         [](const auto& kernels) { return kernels.param; });
+
+TEST(ImageRgb, AnEmptyGreyImageChangesNothing) {
+  auto target = pictures::GuardedImage<BImageRgb>({2, 2});
+
+  target.TakeGrey(BImage8u());
+  target.TakeGrey(nullptr, 0, {0, 4});
+  target.TakeGrey(nullptr, 0, {-1, -1});
+
+  EXPECT_EQ(Bytes(12, kGuard), pictures::PixelsOf(target));
+}
+
+TEST(ImageRgb, IsBlackAtFirst) { EXPECT_EQ(Bytes(3 * 5 * 4, 0), pictures::PixelsOf(BImageRgb({5, 4}))); }
+
+}  // namespace

@@ -1,0 +1,57 @@
+// scene/shots.cpp
+// Shots of scenes and questions about the pictures they give.
+#include "unit/scene/shots.h"
+
+#include <cmath>
+
+namespace scene_test {
+
+simulator::Shot WholeShot(std::uint32_t pixel_format, int width, int height) {
+  simulator::Shot shot;
+  shot.pixel_format = pixel_format;
+  shot.width = width;
+  shot.height = height;
+  shot.noise = false;
+  return shot;
+}
+
+Bytes Take(const simulator::Scene& scene, const simulator::Shot& shot) {
+  // Bits 16 to 23 of a format are the bits of a pixel.
+  const std::size_t bytes_per_pixel = (shot.pixel_format >> 16 & 0xFF) / 8;
+  Bytes bytes(static_cast<std::size_t>(shot.width) * static_cast<std::size_t>(shot.height) * bytes_per_pixel);
+  scene.Render(shot, bytes.data());
+  return bytes;
+}
+
+std::shared_ptr<const simulator::Scene> ColourChart(int width, int height) {
+  return simulator::MakeChartScene(width, height, true, 1);
+}
+
+std::shared_ptr<const simulator::Scene> MonoChart(int width, int height) {
+  return simulator::MakeChartScene(width, height, false, 1);
+}
+
+Rgb PixelAt(const Bytes& rgb, const simulator::Shot& shot, int x, int y) {
+  const std::size_t at =
+      3 * (static_cast<std::size_t>(y) * static_cast<std::size_t>(shot.width) + static_cast<std::size_t>(x));
+  return {rgb[at], rgb[at + 1], rgb[at + 2]};
+}
+
+Rgb PatchAt(const Bytes& rgb, const simulator::Shot& shot, int index) {
+  const simulator::PatchArea area = simulator::ChartPatchArea(shot.width, shot.height, index);
+  return PixelAt(rgb, shot, static_cast<int>((area.left + area.right) / 2),
+                 static_cast<int>((area.top + area.bottom) / 2));
+}
+
+double Linear(int code) {
+  const double value = code / 255.0;
+  return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+}
+
+std::uint64_t Checksum(const Bytes& bytes) {
+  std::uint64_t sum = 14695981039346656037u;
+  for (const std::uint8_t byte : bytes) sum = (sum ^ byte) * 1099511628211u;
+  return sum;
+}
+
+}  // namespace scene_test

@@ -1,0 +1,90 @@
+// automatics_test.cpp
+// Automatic exposure, gain and white balance.
+#include <cstdlib>
+#include <numeric>
+
+#include "frame_ring.h"
+
+namespace {
+
+// Frames by software trigger, one after another.
+struct Automatics : testing::TestWithParam<const char*> {
+  StartedCameras world{SimulatedCamera().Colour("RGGB").Sensor(320, 240)};
+  OpenedHandle camera;
+  FrameRing ring{camera, 1, 320 * 240 * 3};
+  std::size_t taken = 0;
+
+  Automatics() {
+    TriggerBy(camera, "Software");
+    ring.on_frame = [&](VmbFrame_t& frame) { ring.Queue(frame); };
+    ring.Start();
+  }
+  void Take(int frames) {
+    RunCommand(camera, "AcquisitionStart");
+    for (int i = 0; i < frames; ++i) {
+      RunCommand(camera, "TriggerSoftware");
+      ring.WaitFor(++taken);
+      WaitIdle();
+    }
+    RunCommand(camera, "AcquisitionStop");
+  }
+  // Channel 0 is red.
+  double MeanOfRgb(std::size_t channel) {
+    SetEnum(camera, "PixelFormat", "RGB8Packed");
+    Take(1);
+    double sum = 0.0;
+    for (std::size_t i = channel; i < ring.Buffer(0).size(); i += 3) sum += ring.Buffer(0)[i];
+    return sum / (320 * 240);
+  }
+};
+
+TEST_P(Automatics, OnceBringsExposureToTheSameBrightnessFromBelowAndAbove) {
+  SetEnum(camera, "PixelFormat", GetParam());
+  std::vector<double> exposures;
+  for (const double start : {100.0, 200'000.0}) {
+    SetFloat(camera, "ExposureTimeAbs", start);
+    SetEnum(camera, "ExposureAuto", "Once");
+    Take(20);
+    EXPECT_EQ(EnumOf(camera, "ExposureAuto"), "Off");
+    exposures.push_back(FloatOf(camera, "ExposureTimeAbs"));
+  }
+
+  EXPECT_NEAR(exposures[0] / exposures[1], 1.0, 0.1);
+  EXPECT_GT(exposures[0], 1000.0);
+  EXPECT_LT(exposures[0], 50'000.0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Automatics, Automatics, testing::Values("BayerRG8", "Mono8", "YUV422Packed", "RGB8Packed"));
+
+TEST_F(Automatics, GainMakesUpForAShortExposure) {
+  SetFloat(camera, "ExposureTimeAbs", 500.0);
+  SetEnum(camera, "GainAuto", "Continuous");
+
+  Take(20);
+
+  EXPECT_EQ(EnumOf(camera, "GainAuto"), "Continuous");
+  EXPECT_GT(FloatOf(camera, "Gain"), 15.0);
+}
+
+TEST_F(Automatics, WhiteBalanceTakesAColourCastAway) {
+  SetEnum(camera, "BalanceRatioSelector", "Red");
+  SetFloat(camera, "BalanceRatioAbs", 2.5);
+  const double cast = MeanOfRgb(0) - MeanOfRgb(1);
+  SetEnum(camera, "BalanceWhiteAuto", "Once");
+  Take(20);
+
+  EXPECT_EQ(EnumOf(camera, "BalanceWhiteAuto"), "Off");
+  EXPECT_LT(FloatOf(camera, "BalanceRatioAbs"), 2.0);
+  EXPECT_LT(std::abs(MeanOfRgb(0) - MeanOfRgb(1)), cast / 2.0);
+}
+
+TEST_F(Automatics, OffChangesNothing) {
+  SetFloat(camera, "ExposureTimeAbs", 500.0);
+
+  Take(3);
+
+  EXPECT_EQ(FloatOf(camera, "ExposureTimeAbs"), 500.0);
+  EXPECT_EQ(FloatOf(camera, "Gain"), 0.0);
+}
+
+}  // namespace

@@ -1,0 +1,259 @@
+// configuration_test.cpp
+// Configurations by text and by file, the built-in cameras, and what a wrong configuration is told.
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "frame_ring.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+std::string TextOf(VmbHandle_t camera, const char* feature) {
+  char text[64] = "";
+  EXPECT_EQ(VmbFeatureStringGet(camera, feature, text, sizeof text, nullptr), VmbErrorSuccess) << feature;
+  return text;
+}
+
+struct Expected {
+  const char* id;
+  const char* name;
+  const char* model;
+  const char* sensor;
+  std::int64_t width;
+  std::int64_t height;
+  std::int64_t payload;
+  std::vector<std::string> formats;
+};
+
+void PrintTo(const Expected& expected, std::ostream* out) { *out << expected.id; }
+
+class BuiltIn : public testing::TestWithParam<Expected> {
+ protected:
+  BuiltIn() { EXPECT_EQ(VimbaSimConfigure(nullptr), 0); }
+};
+
+TEST_P(BuiltIn, CameraIsWhatTheManualSays) {
+  const StartedApi api;
+  VmbCameraInfo_t info{};
+  EXPECT_EQ(VmbCameraInfoQuery(GetParam().id, &info, sizeof info), VmbErrorSuccess);
+  const OpenedHandle camera(GetParam().id);
+
+  EXPECT_THAT((std::vector<std::string>{info.cameraName, info.modelName, TextOf(camera, "DeviceModelName"),
+                                        EnumOf(camera, "SensorType")}),
+              ElementsAre(GetParam().name, GetParam().model, GetParam().model, GetParam().sensor));
+  EXPECT_THAT((std::vector{IntOf(camera, "WidthMax"), IntOf(camera, "HeightMax"), IntOf(camera, "PayloadSize")}),
+              ElementsAre(GetParam().width, GetParam().height, GetParam().payload));
+  for (const char* format : {"Mono8", "BayerRG8", "BayerGR8", "BayerGB8", "BayerBG8", "YUV422Packed", "RGB8Packed"}) {
+    const bool offered = testing::Value(GetParam().formats, testing::Contains(format));
+    EXPECT_EQ(VmbFeatureEnumSet(camera, "PixelFormat", format) == VmbErrorSuccess, offered) << format;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Configuration, BuiltIn,
+                         testing::Values(Expected{"DEV_000F31034C65",
+                                                  "Manta",
+                                                  "Manta G-507B (E0022705)",
+                                                  "Mono",
+                                                  2464,
+                                                  2056,
+                                                  std::int64_t{2464} * 2056,
+                                                  {"Mono8"}},
+                                         Expected{"DEV_000F31034C66",
+                                                  "Manta",
+                                                  "Manta G-507C (E0022706)",
+                                                  "Bayer",
+                                                  2464,
+                                                  2056,
+                                                  std::int64_t{2464} * 2056,
+                                                  {"BayerRG8", "Mono8", "YUV422Packed", "RGB8Packed"}},
+                                         Expected{"DEV_000F310199B8",
+                                                  "GC1290C",
+                                                  "GC1290C",
+                                                  "Bayer",
+                                                  1292,
+                                                  964,
+                                                  std::int64_t{3} * 1292 * 964,
+                                                  {"BayerRG8", "Mono8", "YUV422Packed", "RGB8Packed"}}));
+
+TEST(Configuration, GivesACameraAllItsMembers) {
+  const StartedCameras world{SimulatedCamera()
+                                 .With("vendor", "V")
+                                 .With("firmware", "F")
+                                 .With("deviceId", "D")
+                                 .With("interface", "I")
+                                 .With("mac", "01:02:03:04:05:06")
+                                 .With("tickFrequency", 1000)
+                                 .With("binning", 4)};
+  const OpenedHandle camera;
+  VmbCameraInfo_t info{};
+  EXPECT_EQ(VmbCameraInfoQuery("010203040506", &info, sizeof info), VmbErrorSuccess);
+
+  EXPECT_THAT((std::vector{TextOf(camera, "DeviceVendorName"), TextOf(camera, "DeviceFirmwareVersion"),
+                           TextOf(camera, "DeviceID"), TextOf(camera, "GevCurrentIPAddress"),
+                           TextOf(camera, "GevDeviceMACAddress"), std::string(info.interfaceIdString)}),
+              ElementsAre("V", "F", "D", "169.254.10.1", "01:02:03:04:05:06", "I"));
+  EXPECT_EQ(IntOf(camera, "GevTimestampTickFrequency"), 1000);
+  EXPECT_EQ(VmbFeatureIntSet(camera, "BinningVertical", 5), VmbErrorInvalidValue);
+}
+
+TEST(Configuration, ChangesRangesAndStartValues) {
+  const StartedCameras world{SimulatedCamera()
+                                 .Range("StreamBytesPerSecond", 10'000'000, 125'000'000)
+                                 .Range("Gain", 1.5, 24)
+                                 .With("ranges", {{"Width", {{"min", 16}, {"max", 48}, {"step", 16}}},
+                                                  {"StreamBytesPerSecond", {{"max", 125'000'000}}},
+                                                  {"Gain", {{"min", 1.5}}}})
+                                 .Feature("StreamBytesPerSecond", 125'000'000)
+                                 .Feature("TriggerMode", "On")
+                                 .Feature("ExposureTimeAbs", 123.5)};
+  const OpenedHandle camera;
+
+  EXPECT_EQ(IntOf(camera, "Width"), 48);
+  EXPECT_EQ(VmbFeatureIntSet(camera, "Width", 40), VmbErrorInvalidValue);
+  EXPECT_EQ(FloatOf(camera, "Gain"), 1.5);
+  EXPECT_EQ(IntOf(camera, "StreamBytesPerSecond"), 125'000'000);
+  EXPECT_EQ(EnumOf(camera, "TriggerMode"), "On");
+  EXPECT_EQ(FloatOf(camera, "ExposureTimeAbs"), 123.5);
+}
+
+TEST(Configuration, StartsFromABuiltInCamera) {
+  EXPECT_EQ(VimbaSimConfigure(R"({"cameras":[{"like":"DEV_000F310199B8","serial":"S"}]})"), 0) << VimbaSimLastError();
+  const StartedApi api;
+  const OpenedHandle camera("S");
+
+  EXPECT_EQ(TextOf(camera, "DeviceModelName"), "GC1290C");
+}
+
+TEST(Configuration, MayBeALinkWithoutCameras) {
+  EXPECT_EQ(VimbaSimConfigure(R"({"cameras":[]})"), 0);
+  const StartedApi api;
+  VmbUint32_t found = 7;
+
+  EXPECT_EQ(VmbCamerasList(nullptr, 0, &found, sizeof(VmbCameraInfo_t)), VmbErrorSuccess);
+
+  EXPECT_EQ(found, 0u);
+}
+
+TEST(Configuration, IsRefusedWhileTheApiIsStarted) {
+  const StartedCameras world;
+
+  EXPECT_EQ(VimbaSimConfigure(nullptr), 1);
+
+  EXPECT_STREQ(VimbaSimLastError(), "the API is started; cameras can be configured after VmbShutdown only");
+}
+
+struct Refused {
+  const char* json;
+  const char* why;
+};
+
+class RefusedConfiguration : public testing::TestWithParam<Refused> {};
+
+TEST_P(RefusedConfiguration, IsToldWithMemberAndValueAndChangesNothing) {
+  const SimulatedCameras cameras{SimulatedCamera()};
+
+  EXPECT_EQ(VimbaSimConfigure(GetParam().json), 1);
+
+  EXPECT_STREQ(VimbaSimLastError(), GetParam().why);
+  EXPECT_EQ(cameras.State()["plugged"], true);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Configuration, RefusedConfiguration,
+    testing::Values(
+        Refused{"", "no JSON at byte 1"}, Refused{"[]", "the text: is no object"},
+        Refused{R"({"camera":[]})", "camera: there is no such member"},
+        Refused{R"({"cameras":{}})", "cameras: {} is no array"},
+        Refused{R"({"cameras":[{},{}]})", "cameras[1].id: \"DEV_000F31034C65\" is taken already"},
+        Refused{R"({"cameras":[{"id":""}]})", "cameras[0].id: \"\" is empty"},
+        Refused{R"({"cameras":[{"name":5}]})", "cameras[0].name: 5 is no text"},
+        Refused{R"({"cameras":[{"sensor":{"width":0}}]})",
+                "cameras[0].sensor.width: 0 is no whole number from 8 to 32768"},
+        Refused{R"({"cameras":[{"sensor":{"type":"RGBG"}}]})",
+                "cameras[0].sensor.type: \"RGBG\" is none of BGGR, RGGB, GBRG, GRBG, mono"},
+        Refused{R"({"cameras":[{"formats":["Mono12"]}]})",
+                "cameras[0].formats: [\"Mono12\"] holds the unknown format Mono12"},
+        Refused{R"({"cameras":[{"formats":["RGB8Packed"]}]})",
+                "cameras[0].formats: [\"RGB8Packed\"] holds RGB8Packed, which needs a colour sensor"},
+        Refused{R"({"cameras":[{"formats":[]}]})", "cameras[0].formats: [] holds no format"},
+        Refused{R"({"cameras":[{"packetLoss":1.5}]})", "cameras[0].packetLoss: 1.5 is no number from 0 to 1"},
+        Refused{R"({"cameras":[{"missing":["Wdth"]}]})", "cameras[0].missing: there is no feature Wdth"},
+        Refused{R"({"cameras":[{"ranges":{"Gain":{"min":50}}}]})",
+                "cameras[0].ranges.Gain: the minimum is above the maximum"},
+        Refused{R"({"cameras":[{"ranges":{"PixelFormat":{"min":5}}}]})",
+                "cameras[0].ranges.PixelFormat: the feature has no range"},
+        Refused{R"({"cameras":[{"features":{"Gain":100}}]})",
+                "cameras[0].features.Gain: the camera refuses the value with error -11"},
+        Refused{R"({"cameras":[{"features":{"Gain":true}}]})",
+                "cameras[0].features.Gain: true is neither text nor number"},
+        Refused{R"({"cameras":[{"scene":{}}]})", "cameras[0].scene.picture: is missing"},
+        Refused{R"({"cameras":[{"scene":"moon"}]})", "cameras[0].scene: \"moon\" is none of chart, none"},
+        Refused{R"({"timing":"slow"})", "timing: \"slow\" is none of real, instant"},
+        Refused{R"({"link":{"capacity":0}})", "link.capacity: 0 is no number from 1 to 1e+12"},
+        Refused{R"({"system":{"geVTLIsPresent":1}})", "system.geVTLIsPresent: 1 is neither true nor false"},
+        Refused{R"({"system":{"discoveryStatus":"On"}})", "system.discoveryStatus: \"On\" is none of Off, Automatic"},
+        Refused{R"({"faults":[{}]})", "faults[0].call: a fault needs one of call, frame and unplugAtFrame"}));
+
+TEST(Configuration, OfAPictureThatIsNotThereNamesTheFile) {
+  EXPECT_EQ(VimbaSimConfigure(R"({"cameras":[{"scene":{"picture":"no such picture.png"}}]})"), 1);
+
+  EXPECT_THAT(VimbaSimLastError(), testing::HasSubstr("no such picture.png"));
+}
+
+class ConfigurationFile : public testing::Test {
+ protected:
+  ConfigurationFile()
+      : m_path(std::filesystem::temp_directory_path() /
+               ("vimba_sim_" + std::to_string(testing::UnitTest::GetInstance()->random_seed()) + "_" +
+                testing::UnitTest::GetInstance()->current_test_info()->name() + ".json")) {}
+  ~ConfigurationFile() override {
+    SetVariable("");
+    std::filesystem::remove(m_path);
+    VimbaSimConfigure(nullptr);
+  }
+  void Write(const char* text) {
+    std::ofstream(m_path) << text;
+    SetVariable(m_path.string());
+  }
+  static void SetVariable(const std::string& value) {
+#ifdef _WIN32
+    _putenv_s("VIMBA_SIM_CONFIG", value.c_str());
+#else
+    setenv("VIMBA_SIM_CONFIG", value.c_str(), 1);
+#endif
+  }
+  const std::filesystem::path m_path;
+};
+
+TEST_F(ConfigurationFile, DescribesTheCamerasOfTheEnvironment) {
+  Write(R"({"cameras":[{"id":"DEV_X","name":"Außen"}]})");
+  EXPECT_EQ(VimbaSimConfigure(nullptr), 0) << VimbaSimLastError();
+  const StartedApi api;
+  VmbCameraInfo_t info{};
+
+  EXPECT_EQ(VmbCameraInfoQuery("DEV_X", &info, sizeof info), VmbErrorSuccess);
+
+  EXPECT_STREQ(info.cameraName, "Außen");
+}
+
+TEST_F(ConfigurationFile, ThatIsWrongIsNamed) {
+  Write(R"({"cameras":1})");
+
+  EXPECT_EQ(VimbaSimConfigure(nullptr), 1);
+
+  EXPECT_EQ(VimbaSimLastError(), m_path.string() + ": cameras: 1 is no array");
+}
+
+TEST_F(ConfigurationFile, ThatIsNotThereIsNamed) {
+  SetVariable("no such file.json");
+
+  EXPECT_EQ(VimbaSimConfigure(nullptr), 1);
+
+  EXPECT_STREQ(VimbaSimLastError(), "no such file.json: cannot be read");
+}
+
+}  // namespace

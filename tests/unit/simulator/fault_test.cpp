@@ -1,0 +1,214 @@
+// fault_test.cpp
+// Faults on calls and on frames.
+#include <gmock/gmock.h>
+
+#include "frame_ring.h"
+
+namespace {
+
+using nlohmann::json;
+using testing::ElementsAre;
+
+struct Faults : testing::Test {
+  StartedCameras world{SimulatedCamera().Colour("RGGB")};
+  OpenedHandle camera;
+
+  std::vector<VmbError_t> SetFormats(const std::vector<const char*>& formats) const {
+    std::vector<VmbError_t> answers;
+    for (const char* format : formats) answers.push_back(VmbFeatureEnumSet(camera, "PixelFormat", format));
+    return answers;
+  }
+};
+
+TEST_F(Faults, HitOneCallAndItTakesNoEffect) {
+  world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"feature", "PixelFormat"}, {"error", -14}});
+
+  EXPECT_THAT(SetFormats({"Mono8"}), ElementsAre(-14));
+
+  EXPECT_EQ(EnumOf(camera, "PixelFormat"), "BayerRG8");
+  EXPECT_THAT(SetFormats({"Mono8"}), ElementsAre(0));
+}
+
+TEST_F(Faults, HitAsManyCallsAsTheyAskForFromTheirOccurrenceOn) {
+  world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"occurrence", 2}, {"count", 2}, {"error", -13}});
+
+  EXPECT_THAT(SetFormats({"Mono8", "Mono8", "Mono8", "Mono8"}), ElementsAre(0, -13, -13, 0));
+}
+
+TEST_F(Faults, OfCountZeroHitForEverUntilTheyAreCleared) {
+  world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"count", 0}, {"error", -13}});
+  EXPECT_THAT(SetFormats({"Mono8", "Mono8", "Mono8"}), ElementsAre(-13, -13, -13));
+
+  world.cameras.ClearFaults();
+
+  EXPECT_THAT(SetFormats({"Mono8"}), ElementsAre(0));
+}
+
+TEST_F(Faults, HitOnlyTheirFeatureAndValue) {
+  world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"value", "Mono8"}, {"count", 0}, {"error", -13}});
+  world.cameras.Fault({{"call", "VmbFeatureIntSet"}, {"feature", "Width"}, {"value", 32}, {"count", 0}, {"error", -5}});
+  world.cameras.Fault({{"call", "VmbFeatureFloatSet"}, {"value", 2.5}, {"count", 0}, {"error", -6}});
+
+  EXPECT_THAT(SetFormats({"RGB8Packed", "Mono8"}), ElementsAre(0, -13));
+  EXPECT_EQ(VmbFeatureIntSet(camera, "Height", 32), 0);
+  EXPECT_EQ(VmbFeatureIntSet(camera, "Width", 32), -5);
+  EXPECT_EQ(VmbFeatureFloatSet(camera, "Gain", 2.5), -6);
+}
+
+TEST(FaultsOfTwoCameras, HitOnlyTheirCamera) {
+  const StartedCameras world{std::vector{SimulatedCamera(1), SimulatedCamera(2)}};
+  VimbaSimAddFaults(R"([{"call":"VmbCaptureStart","camera":"DEV_000F31000002","error":-13},
+                        {"frame":0,"camera":"DEV_000F31000002","status":-3}])");
+  const OpenedHandle first("DEV_000F31000001");
+  const OpenedHandle second("DEV_000F31000002");
+  FrameRing first_ring(first, 1);
+  FrameRing second_ring(second, 1);
+
+  EXPECT_EQ(VmbCaptureStart(second), VmbErrorOther);
+  first_ring.Start();
+  second_ring.Start();
+  RunCommand(first, "AcquisitionStart");
+  RunCommand(second, "AcquisitionStart");
+
+  EXPECT_EQ(first_ring.WaitFor(1).front().receiveStatus, VmbFrameStatusComplete);
+  EXPECT_EQ(second_ring.WaitFor(1).front().receiveStatus, VmbFrameStatusInvalid);
+}
+
+TEST_F(Faults, DelayACallThatThenTakesEffect) {
+  world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"delay_ms", 40}});
+  const auto begin = std::chrono::steady_clock::now();
+
+  EXPECT_THAT(SetFormats({"Mono8"}), ElementsAre(0));
+
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(40));
+  EXPECT_EQ(EnumOf(camera, "PixelFormat"), "Mono8");
+}
+
+TEST_F(Faults, KeepACommandFromReportingDone) {
+  world.cameras.Fault(
+      {{"call", "VmbFeatureCommandIsDone"}, {"feature", "GVSPAdjustPacketSize"}, {"done", false}, {"count", 3}});
+  RunCommand(camera, "GVSPAdjustPacketSize");
+  std::vector<int> polls;
+  for (int i = 0; i < 5; ++i) {
+    VmbBool_t done = 0;
+    EXPECT_EQ(VmbFeatureCommandIsDone(camera, "GVSPAdjustPacketSize", &done), VmbErrorSuccess);
+    polls.push_back(done);
+  }
+
+  EXPECT_THAT(polls, ElementsAre(0, 0, 0, 1, 1));
+}
+
+TEST_F(Faults, HitCallsOfTheSystem) {
+  world.cameras.Fault(
+      {{"call", "VmbFeatureInvalidationRegister"}, {"feature", "DiscoveryCameraEvent"}, {"error", -20}});
+  const auto callback = [](VmbHandle_t, const char*, void*) {};
+
+  EXPECT_EQ(VmbFeatureInvalidationRegister(gVimbaHandle, "DiscoveryCameraEvent", callback, nullptr), VmbErrorIO);
+  EXPECT_EQ(VmbFeatureInvalidationRegister(gVimbaHandle, "DiscoveryCameraEvent", callback, nullptr), VmbErrorSuccess);
+}
+
+TEST(FaultsBeforeStartUp, HitTheStartUp) {
+  const SimulatedCameras cameras{SimulatedCamera()};
+  EXPECT_EQ(VimbaSimAddFaults(R"({"call":"VmbStartup","error":-16})"), 0);
+  EXPECT_EQ(VmbStartup(), VmbErrorNoTL);
+
+  VmbUint32_t found = 0;
+  EXPECT_EQ(VmbCamerasList(nullptr, 0, &found, sizeof(VmbCameraInfo_t)), VmbErrorApiNotStarted);
+  const StartedApi api;
+}
+
+TEST_F(Faults, ChangeFramesByNumber) {
+  FrameRing ring(camera, 4);
+  world.cameras.Fault({{"frame", 1}, {"status", -1}, {"imageSize", 10}, {"pixelFormat", 6}, {"timestamp", 3}});
+  world.cameras.Fault({{"frame", 2}, {"count", 2}, {"status", -2}});
+  ring.Start();
+  RunCommand(camera, "AcquisitionStart");
+
+  const auto frames = ring.WaitFor(4);
+
+  std::vector<int> statuses;
+  for (const VmbFrame_t& frame : frames) statuses.push_back(frame.receiveStatus);
+  EXPECT_THAT(statuses, ElementsAre(0, -1, -2, -2));
+  EXPECT_EQ(frames[1].imageSize, 10u);
+  EXPECT_EQ(frames[1].pixelFormat, 6u);
+  EXPECT_EQ(frames[1].timestamp, 3u);
+  EXPECT_EQ(frames[1].frameID, 1u);
+}
+
+TEST_F(Faults, CountFramesFromTheMomentInWhichTheyAreAdded) {
+  FrameRing ring(camera, 3);
+  TriggerBy(camera, "Software");
+  ring.Start();
+  RunCommand(camera, "AcquisitionStart");
+  RunCommand(camera, "TriggerSoftware");
+  ring.WaitFor(1);
+
+  world.cameras.Fault({{"frame", 1}, {"status", -3}});
+  RunCommand(camera, "TriggerSoftware");
+  RunCommand(camera, "TriggerSoftware");
+
+  const auto frames = ring.WaitFor(3);
+  EXPECT_EQ(frames[1].receiveStatus, VmbFrameStatusComplete);
+  EXPECT_EQ(frames[2].receiveStatus, VmbFrameStatusInvalid);
+}
+
+TEST_F(Faults, DropAFrame) {
+  FrameRing ring(camera, 2);
+  world.cameras.Fault({{"frame", 0}, {"drop", true}});
+  ring.Start();
+  RunCommand(camera, "AcquisitionStart");
+
+  EXPECT_EQ(ring.WaitFor(2).front().frameID, 1u);
+}
+
+TEST_F(Faults, DelayAFrame) {
+  FrameRing ring(camera, 1);
+  world.cameras.Fault({{"frame", 0}, {"delay_ms", 50}});
+  ring.Start();
+  const auto begin = std::chrono::steady_clock::now();
+  RunCommand(camera, "AcquisitionStart");
+  ring.WaitFor(1);
+
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(50));
+}
+
+TEST_F(Faults, UnplugTheCameraAtAFrame) {
+  FrameRing ring(camera, 4);
+  world.cameras.Fault({{"unplugAtFrame", 2}});
+  ring.Start();
+  RunCommand(camera, "AcquisitionStart");
+  ring.WaitFor(2);
+  WaitIdle();
+
+  EXPECT_EQ(ring.Arrived(), 2u);
+  EXPECT_EQ(world.cameras.State()["plugged"], false);
+  VmbInt64_t value = 0;
+  EXPECT_EQ(VmbFeatureIntGet(camera, "Width", &value), VmbErrorDeviceNotOpen);
+}
+
+struct Refused {
+  const char* json;
+  const char* why;
+};
+class RefusedFault : public testing::TestWithParam<Refused> {};
+
+TEST_P(RefusedFault, IsToldWithItsMemberAndValue) {
+  EXPECT_EQ(VimbaSimAddFaults(GetParam().json), 1);
+
+  EXPECT_STREQ(VimbaSimLastError(), GetParam().why);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Faults, RefusedFault,
+    testing::Values(
+        Refused{R"({"call":"VmbFeatureGet"})", R"(faults[0].call: "VmbFeatureGet" is no call that can fail)"},
+        Refused{R"([{"frame":0},{"call":"VmbStartup","when":1}])", "faults[1].when: there is no such member"},
+        Refused{R"({"frame":-1})", "faults[0].frame: -1 is no whole number from 0 to 9223372036854775807"},
+        Refused{R"({"frame":0,"width":4294967296})",
+                "faults[0].width: 4294967296 is no whole number from 0 to 4294967295"},
+        Refused{R"({"error":-1})", "faults[0].call: a fault needs one of call, frame and unplugAtFrame"},
+        Refused{R"({"call":"VmbStartup","value":true})", "faults[0].value: true is neither text nor number"},
+        Refused{"[1]", "faults[0]: is no object"}, Refused{"{", "no JSON at byte 2"},
+        Refused{nullptr, "the text is null"}));
+
+}  // namespace

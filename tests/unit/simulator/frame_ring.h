@@ -1,0 +1,101 @@
+// frame_ring.h
+// A camera as a program uses it: opened, frames announced, every frame that came back kept.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "VimbaC.h"
+#include "support/simulated_cameras.h"
+#include "vimba_simulator.h"
+
+inline constexpr std::chrono::seconds kDeadline{20};
+
+// The API is up while it lives.
+struct StartedApi {
+  StartedApi() { EXPECT_EQ(VmbStartup(), VmbErrorSuccess); }
+  ~StartedApi() { VmbShutdown(); }
+  StartedApi(const StartedApi&) = delete;
+  StartedApi& operator=(const StartedApi&) = delete;
+};
+
+// Simulated cameras with the API up.
+struct StartedCameras {
+  SimulatedCameras cameras;
+  StartedApi api;
+
+  explicit StartedCameras(const SimulatedCamera& camera = SimulatedCamera()) : cameras(camera) {}
+  explicit StartedCameras(const std::vector<SimulatedCamera>& all, const nlohmann::json& system = nullptr)
+      : cameras(all, system) {}
+};
+
+// Opened with full access; closed with the object unless it is closed already.
+class OpenedHandle {
+ public:
+  explicit OpenedHandle(const std::string& id = SimulatedCamera::kId, VmbAccessMode_t access = VmbAccessModeFull);
+  ~OpenedHandle();
+  OpenedHandle(const OpenedHandle&) = delete;
+  OpenedHandle& operator=(const OpenedHandle&) = delete;
+  operator VmbHandle_t() const { return m_handle; }
+
+ private:
+  VmbHandle_t m_handle = nullptr;
+};
+
+// Frames of one camera. A callback keeps a copy of each record; then the ring's own function runs, by default none.
+class FrameRing {
+ public:
+  // No size: the camera's payload.
+  FrameRing(VmbHandle_t camera, std::size_t count, std::optional<std::uint32_t> buffer_size = std::nullopt);
+  // Ends capture and takes the frames back.
+  ~FrameRing();
+  FrameRing(const FrameRing&) = delete;
+  FrameRing& operator=(const FrameRing&) = delete;
+
+  // Set before capture starts; runs on the callback thread.
+  std::function<void(VmbFrame_t&)> on_frame;
+
+  // Starts capture and queues every frame.
+  void Start();
+  VmbError_t Queue(std::size_t index);
+  VmbError_t Queue(VmbFrame_t& frame);
+  VmbFrame_t& Frame(std::size_t index) { return m_frames[index]; }
+  std::vector<unsigned char>& Buffer(std::size_t index) { return m_buffers[index]; }
+
+  // All arrivals so far, once there are this many; a failure of the test when they do not come in time.
+  std::vector<VmbFrame_t> WaitFor(std::size_t count);
+  std::size_t Arrived();
+
+ private:
+  static void OnFrame(VmbHandle_t camera, VmbFrame_t* frame);
+
+  const VmbHandle_t m_camera;
+  std::vector<std::vector<unsigned char>> m_buffers;
+  std::vector<VmbFrame_t> m_frames;
+  std::mutex m_mutex;
+  std::condition_variable m_arrived;
+  std::vector<VmbFrame_t> m_arrivals;
+};
+
+std::int64_t IntOf(VmbHandle_t camera, const char* feature);
+double FloatOf(VmbHandle_t camera, const char* feature);
+std::string EnumOf(VmbHandle_t camera, const char* feature);
+// Failures of the test when the camera refuses.
+void SetInt(VmbHandle_t camera, const char* feature, std::int64_t value);
+void SetFloat(VmbHandle_t camera, const char* feature, double value);
+void SetEnum(VmbHandle_t camera, const char* feature, const char* value);
+void RunCommand(VmbHandle_t camera, const char* command);
+// Trigger mode on with this source.
+void TriggerBy(VmbHandle_t camera, const char* source);
+// Nothing runs and nothing is due at once.
+void WaitIdle();
+std::string RecordedCalls();

@@ -1,0 +1,118 @@
+// packet_size_test.cpp
+// The stream packet size: negotiated by the camera, capped by the driver, reported either way.
+#include "stream/packet_size.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "diagnostics/log_collector.h"
+#include "support/host_output.h"
+#include "support/opened_camera.h"
+
+namespace {
+
+using Calls = std::vector<std::string>;
+using Lines = std::vector<std::wstring>;
+
+const std::string kRun = R"(VmbFeatureCommandRun("GVSPAdjustPacketSize"))";
+const std::string kIsDone = R"(VmbFeatureCommandIsDone("GVSPAdjustPacketSize"))";
+const std::string kGet = R"(VmbFeatureIntGet("GVSPPacketSize"))";
+const std::string kSet = R"(VmbFeatureIntSet("GVSPPacketSize", 8228))";
+
+SimulatedCamera Negotiating(int packet_size) {
+  return SimulatedCamera().With("packetSize", {{"negotiated", packet_size}});
+}
+
+// The message's lines between title and end.
+Lines Adjust(const OpenedCamera& camera) {
+  const HostOutput output;
+  {
+    BLogCollector log(L"Title");
+    GVSPAdjustPacketSize(log, camera.Handle());
+  }
+  Lines lines = LinesOf(output.WithCaption(L"").at(0));
+  EXPECT_EQ(L"Title", lines.front());
+  EXPECT_EQ(L"End", lines.back());
+  return Lines(lines.begin() + 1, lines.end() - 1);
+}
+
+TEST(PacketSize, ALargerOneIsLoggedAndLowered) {
+  OpenedCamera camera(Negotiating(9000));
+
+  EXPECT_EQ((Lines{L"GVSPAdjustPacketSize --> 9000", L"GVSPPacketSize = 8228"}), Adjust(camera));
+
+  EXPECT_EQ((Calls{kRun, kIsDone, kGet, kSet, kGet}), camera->Calls());
+}
+
+TEST(PacketSize, TheCapItselfAndWhatIsBelowIsLeftAlone) {
+  for (const int size : {8228, 8224, 1500}) {
+    OpenedCamera camera(Negotiating(size));
+    EXPECT_EQ(Lines{L"GVSPPacketSize = " + std::to_wstring(size)}, Adjust(camera));
+    EXPECT_EQ((Calls{kRun, kIsDone, kGet, kGet}), camera->Calls());
+  }
+}
+
+TEST(PacketSize, TheNextStepAboveTheCapIsLowered) {
+  OpenedCamera camera(Negotiating(8232));
+  EXPECT_EQ((Lines{L"GVSPAdjustPacketSize --> 8232", L"GVSPPacketSize = 8228"}), Adjust(camera));
+}
+
+TEST(PacketSize, ACameraThatDoesNotNegotiateIsNotWaitedFor) {
+  OpenedCamera camera(SimulatedCamera().Missing("GVSPAdjustPacketSize"));
+
+  EXPECT_EQ(Lines{L"GVSPPacketSize = 1500"}, Adjust(camera));
+
+  EXPECT_EQ((Calls{kRun, kGet, kGet}), camera->Calls());
+}
+
+TEST(PacketSize, ACameraWithoutAPacketSizeIsOnlyReported) {
+  OpenedCamera camera(SimulatedCamera().Missing("GVSPAdjustPacketSize").Missing("GVSPPacketSize"));
+
+  EXPECT_EQ(Lines{L"VmbFeatureIntGet GVSPPacketSize failed"}, Adjust(camera));
+
+  EXPECT_EQ((Calls{kRun, kGet, kGet}), camera->Calls());
+}
+
+TEST(PacketSize, TheNegotiationIsAskedForUntilItIsDone) {
+  OpenedCamera camera(Negotiating(8228));
+  camera->Fault(
+      {{"call", "VmbFeatureCommandIsDone"}, {"feature", "GVSPAdjustPacketSize"}, {"count", 2}, {"done", false}});
+
+  Adjust(camera);
+
+  EXPECT_EQ((Calls{kRun, kIsDone, kIsDone, kIsDone, kGet, kGet}), camera->Calls());
+}
+
+TEST(PacketSize, AFailingQueryEndsTheWait) {
+  OpenedCamera camera(Negotiating(9000));
+  camera->FailCall("VmbFeatureCommandIsDone", "GVSPAdjustPacketSize", VmbErrorIO);
+
+  EXPECT_EQ((Lines{L"GVSPAdjustPacketSize --> 9000", L"GVSPPacketSize = 8228"}), Adjust(camera));
+
+  EXPECT_EQ((Calls{kRun, kIsDone, kGet, kSet, kGet}), camera->Calls());
+}
+
+TEST(PacketSize, ACameraThatRefusesTheCapKeepsItsOwn) {
+  OpenedCamera camera(Negotiating(9000));
+  camera->FailCall("VmbFeatureIntSet", "GVSPPacketSize", VmbErrorInvalidAccess);
+
+  EXPECT_EQ((Lines{L"GVSPAdjustPacketSize --> 9000", L"GVSPPacketSize = 9000"}), Adjust(camera));
+}
+
+TEST(PacketSize, AFirstReadThatFailsLeavesTheCapOut) {
+  OpenedCamera camera(Negotiating(9000));
+  camera->FailCall("VmbFeatureIntGet", "GVSPPacketSize", VmbErrorIO, 1);
+  EXPECT_EQ(Lines{L"GVSPPacketSize = 9000"}, Adjust(camera));
+  EXPECT_EQ((Calls{kRun, kIsDone, kGet, kGet}), camera->Calls());
+}
+
+TEST(PacketSize, ASecondReadThatFailsIsReportedAfterTheCap) {
+  OpenedCamera camera(Negotiating(9000));
+  camera->FailCall("VmbFeatureIntGet", "GVSPPacketSize", VmbErrorIO, 2);
+
+  EXPECT_EQ((Lines{L"GVSPAdjustPacketSize --> 9000", L"VmbFeatureIntGet GVSPPacketSize failed"}), Adjust(camera));
+}
+
+}  // namespace
