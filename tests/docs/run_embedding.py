@@ -1,6 +1,9 @@
 #!/usr/bin/env python3
 """run_embedding: runs the embedding example against the simulated cameras and looks at the pictures that it writes.
 
+The cameras are the built-in ones with small sensors: the example waits as long as a picture takes on a user's machine, not
+under a sanitizer on a busy one.
+
 With --program it runs that one; with --build it installs the SDK out of a build folder, builds the example alone against
 what was installed, and runs the result.
 """
@@ -67,7 +70,7 @@ def main():
     arguments = parser.parse_args()
 
     program, module = arguments.program, arguments.module
-    environment = {}
+    environment = {"VIMBA_SIM_CONFIG": pathlib.Path(__file__).resolve().with_name("small_cameras.json")}
     if arguments.build:
         # An installed module finds no VimbaC beside itself: the loader is shown the simulated one, and nothing else.
         environment["LD_LIBRARY_PATH"] = arguments.work / "vimbac"

@@ -2,7 +2,7 @@
 // Threads that the library or the module runs, when there is no memory for what they make: nothing may leave them.
 #include <atomic>
 #include <chrono>
-#include <cstdlib>
+#include <cstddef>
 #include <new>
 #include <thread>
 
@@ -15,16 +15,12 @@ std::atomic<std::size_t> refused_size{0};
 
 }  // namespace
 
-void* operator new[](std::size_t size) {
-  void* memory = size != 0 && size == refused_size ? nullptr : std::malloc(size == 0 ? 1 : size);
-  if (!memory) throw std::bad_alloc();
-  return memory;
+// What `new` of an array calls, and what the linker makes it call instead.
+extern "C" void* NEW_ARRAY(std::size_t size);
+extern "C" void* REPLACED_NEW_ARRAY(std::size_t size) {
+  if (size != 0 && size == refused_size) throw std::bad_alloc();
+  return NEW_ARRAY(size);
 }
-void* operator new[](std::size_t size, const std::nothrow_t& /*no_throw*/) noexcept {
-  return std::malloc(size == 0 ? 1 : size);
-}
-void operator delete[](void* memory) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
 
 namespace {
 

@@ -23,6 +23,7 @@ struct Capture : testing::Test {
 
 std::vector<std::uint64_t> IdsOf(const std::vector<VmbFrame_t>& frames) {
   std::vector<std::uint64_t> ids;
+  ids.reserve(frames.size());
   for (const VmbFrame_t& frame : frames) ids.push_back(frame.frameID);
   return ids;
 }
