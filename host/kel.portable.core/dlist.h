@@ -47,6 +47,7 @@ class DList {
   DList() = default;
   DList(const DList& other) : DList() { DList::Append(other); }
   DList& operator=(const DList& other) {
+    if (this == &other) return *this;
     DList copy(other);
     std::swap(m_head, copy.m_head);
     std::swap(m_tail, copy.m_tail);

@@ -13,7 +13,7 @@ DecodedPicture Decoded(const std::string& file) {
   stbi_uc* pixels = stbi_load_from_memory(reinterpret_cast<const stbi_uc*>(file.data()), static_cast<int>(file.size()),
                                           &picture.width, &picture.height, &picture.channels, 0);
   if (!pixels) return {};
-  picture.pixels.assign(pixels, pixels + picture.width * picture.height * picture.channels);
+  picture.pixels.assign(pixels, pixels + std::ptrdiff_t{picture.width} * picture.height * picture.channels);
   stbi_image_free(pixels);
   return picture;
 }

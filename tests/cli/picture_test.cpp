@@ -1,5 +1,7 @@
 // picture_test.cpp
 // The files that kelcam snap writes.
+#include <algorithm>
+
 #include "picture_file.h"
 
 #include "kelcam_test.h"
@@ -77,8 +79,9 @@ TEST_F(Pictures, EveryNumberMarkBecomesTheNumberAndNothingElseIsSpecial) {
   EXPECT_EQ(Files(), (std::vector<std::string>{"1 of %s%n%05d 1.png", "2 of %s%n%05d 2.png", "3 of %s%n%05d 3.png",
                                                "camera.ini", "log.txt"}));
   for (int number = 1; number <= 3; ++number) {
-    const std::string digit = std::to_string(number);
-    ExpectPicture(digit + " of %s%n%05d " + digit + ".png", number, 1);
+    std::string name = "# of %s%n%05d #.png";
+    std::replace(name.begin(), name.end(), '#', static_cast<char>('0' + number));
+    ExpectPicture(name, number, 1);
   }
   EXPECT_EQ(result.exit_code, 0);
 }

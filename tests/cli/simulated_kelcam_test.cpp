@@ -49,7 +49,7 @@ double Mean(const DecodedPicture& picture, int channel, double left, double top,
   int count = 0;
   for (int y = static_cast<int>(std::ceil(top)); y + 1 <= bottom; ++y) {
     for (int x = static_cast<int>(std::ceil(left)); x + 1 <= right; ++x, ++count) {
-      sum += picture.pixels[static_cast<std::size_t>((y * picture.width + x) * picture.channels + channel)];
+      sum += picture.pixels.begin()[(std::ptrdiff_t{y} * picture.width + x) * picture.channels + channel];
     }
   }
   return count ? sum / count : -1.0;

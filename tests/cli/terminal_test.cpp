@@ -24,7 +24,7 @@ TEST_F(Terminal, LiveShowsItsProgressThere) {
 
   const ProcessResult result = Process("/usr/bin/script", {"-qec", line, "/dev/null"}).Wait();
 
-  EXPECT_TRUE(result.out.find(" frames in ") != std::string::npos && result.out.find("\r") != std::string::npos)
+  EXPECT_TRUE(result.out.find(" frames in ") != std::string::npos && result.out.find('\r') != std::string::npos)
       << result.out;
   EXPECT_EQ(result.exit_code, 0);
 }

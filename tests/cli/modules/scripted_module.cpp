@@ -1,10 +1,13 @@
 // scripted_module.cpp
 // The six exports over the scripted device. Built a second time without one of them.
+#include <utility>
+
 #include "driver/kel_camera_vimba.h"
 #include "imagingdevice.h"
 #include "script.h"
 #include "scripted_device.h"
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the export takes a reference of its own
 BImagingDevice* CreateImagingDevice(BSmartRef<BCamProfile> profile) {
   Log("Create " + ToBString(profile->Name()).Str());
   ImagingDevice::ShowInfo(L"Initialize camera \u00fc", nullptr);
@@ -40,7 +43,7 @@ void ObjectIdentifierList(DList<WString>& list) {
   for (int i = 1; i <= cameras; ++i) list.Append(WString::Format(L"Vimba_Scripted-\u00e4_%d", i));
 }
 
-BImagingDevice* Vimba_CreateImagingDevice(BSmartRef<BCamProfile> profile) { return CreateImagingDevice(profile); }
+BImagingDevice* Vimba_CreateImagingDevice(BSmartRef<BCamProfile> profile) { return CreateImagingDevice(std::move(profile)); }
 #ifndef LACKS_VIMBA_RELEASE
 bool Vimba_ReleaseImagingDevice(BImagingDevice** device) { return ReleaseImagingDevice(device); }
 #endif

@@ -14,7 +14,7 @@ namespace {
 
 // The system's list of all handles, as it has always been but is not declared. Wine's own count of a process's handles
 // is always 0.
-constexpr auto kHandleList = static_cast<SYSTEM_INFORMATION_CLASS>(64);
+constexpr int kHandleList = 64;
 constexpr auto kTooSmall = static_cast<NTSTATUS>(0xC0000004);
 struct HandleEntry {
   void* object;
@@ -30,7 +30,7 @@ struct HandleListHead {
 };
 
 std::size_t Handles() {
-  using Query = NTSTATUS(NTAPI*)(SYSTEM_INFORMATION_CLASS, void*, ULONG, ULONG*);
+  using Query = NTSTATUS(NTAPI*)(int, void*, ULONG, ULONG*);
   static const auto query = reinterpret_cast<Query>(
       reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("ntdll.dll"), "NtQuerySystemInformation")));
   std::vector<char> list(1 << 20);

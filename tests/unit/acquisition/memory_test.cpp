@@ -35,7 +35,7 @@ struct OutOfMemory : OpenedImplementation {
 };
 
 TEST_F(OutOfMemory, AWorkerReportsAFailedAcquisitionAndHandsTheFrameBack) {
-  refused_size = SimulatedCamera::kWidth * SimulatedCamera::kHeight;
+  refused_size = std::size_t{SimulatedCamera::kWidth} * SimulatedCamera::kHeight;
   cameras.Deliver();
   EXPECT_EQ(BError(12103, L"out of memory"), Snap());
   EXPECT_TRUE(AllFramesComeBack());

@@ -64,7 +64,7 @@ inline double Filtered(const Frame& frame, int x, int y, const Kernel& kernel) {
   double sum = 0;
   for (int dy = -2; dy <= 2; ++dy) {
     for (int dx = -2; dx <= 2; ++dx) {
-      sum += kernel[static_cast<std::size_t>(dy + 2)][static_cast<std::size_t>(dx + 2)] * Sample(frame, x + dx, y + dy);
+      sum += kernel.begin()[dy + 2].begin()[dx + 2] * Sample(frame, x + dx, y + dy);
     }
   }
   return sum / 8;

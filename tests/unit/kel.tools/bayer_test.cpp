@@ -142,7 +142,7 @@ Frame FlatMosaic(const BSize& size, int order, const Colour& colour) {
     for (int x = 0; x < size.width; ++x) {
       const char site = bayer_reference::ColourAt(order, x, y);
       const double value = site == 'R' ? colour.red : site == 'G' ? colour.green : colour.blue;
-      frame.bytes[static_cast<std::size_t>(y * size.width + x)] = static_cast<std::uint8_t>(value);
+      frame.bytes.begin()[std::ptrdiff_t{y} * size.width + x] = static_cast<std::uint8_t>(value);
     }
   }
   return frame;

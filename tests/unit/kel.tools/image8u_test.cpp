@@ -152,7 +152,7 @@ TEST(Image8u, CopiesNothingToPlacesAtTheEndsOfTheNumbers) {
        {BPoint{kLeast, 0}, BPoint{kMost, 0}, BPoint{0, kLeast}, BPoint{0, kMost}, BPoint{kMost, kMost}}) {
     auto target = pictures::GuardedImage<BImage8u>({12, 9});
     target.CopyRows(frame.bytes.data(), frame.LineLength(), frame.size, at);
-    EXPECT_EQ(Bytes(12 * 9, kGuard), pictures::PixelsOf(target));
+    EXPECT_EQ(Bytes(std::size_t{12} * 9, kGuard), pictures::PixelsOf(target));
   }
 }
 

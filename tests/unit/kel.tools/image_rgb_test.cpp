@@ -92,6 +92,6 @@ TEST(ImageRgb, AnEmptyGreyImageChangesNothing) {
   EXPECT_EQ(Bytes(12, kGuard), pictures::PixelsOf(target));
 }
 
-TEST(ImageRgb, IsBlackAtFirst) { EXPECT_EQ(Bytes(3 * 5 * 4, 0), pictures::PixelsOf(BImageRgb({5, 4}))); }
+TEST(ImageRgb, IsBlackAtFirst) { EXPECT_EQ(Bytes(std::size_t{3} * 5 * 4, 0), pictures::PixelsOf(BImageRgb({5, 4}))); }
 
 }  // namespace

@@ -76,7 +76,7 @@ template <class Image>
 int TouchedGuards(const Image& image) {
   int touched = 0;
   for (int y = 0; y < image.Size().height; ++y) {
-    const auto used = static_cast<std::size_t>(image.Size().width * kChannels<Image>);
+    const auto used = static_cast<std::size_t>(image.Size().width) * kChannels<Image>;
     for (std::size_t i = used; i < image.LineLength(); ++i) touched += image.Row(y)[i] != kGuard;
   }
   return touched;

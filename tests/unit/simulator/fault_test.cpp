@@ -15,6 +15,7 @@ struct Faults : testing::Test {
 
   std::vector<VmbError_t> SetFormats(const std::vector<const char*>& formats) const {
     std::vector<VmbError_t> answers;
+    answers.reserve(formats.size());
     for (const char* format : formats) answers.push_back(VmbFeatureEnumSet(camera, "PixelFormat", format));
     return answers;
   }
@@ -127,6 +128,7 @@ TEST_F(Faults, ChangeFramesByNumber) {
   const auto frames = ring.WaitFor(4);
 
   std::vector<int> statuses;
+  statuses.reserve(frames.size());
   for (const VmbFrame_t& frame : frames) statuses.push_back(frame.receiveStatus);
   EXPECT_THAT(statuses, ElementsAre(0, -1, -2, -2));
   EXPECT_EQ(frames[1].imageSize, 10u);
