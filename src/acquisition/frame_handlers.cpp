@@ -2,7 +2,6 @@
 // What happens to a frame between the library's callback and the frame queue.
 #include <cstring>
 #include <new>
-#include <thread>
 
 #include "acquisition/frame_description.h"
 #include "acquisition/thread_exits.h"
@@ -71,11 +70,9 @@ void BVimbaImagingDeviceImpl::OnFrameExt(VmbFrame_t* frame) {
 
 // The ticket is taken here and given back by the worker as its last act.
 void BVimbaImagingDeviceImpl::StartWorker(VmbFrame_t* frame, BFrameQueue::Acquisition acquisition) {
-  ThreadExits::ExpectOne();
-  std::thread([frame, device = this, acquisition, ticket = m_workers.Enter()] {
+  ThreadExits::Start([frame, device = this, acquisition, ticket = m_workers.Enter()] {
     process_frame_lambda(frame, device, acquisition);
-    ThreadExits::AnnounceThisThreads();
-  }).detach();
+  });
 }
 
 void BVimbaImagingDeviceImpl::process_frame_lambda(VmbFrame_t* frame, BVimbaImagingDeviceImpl* device,

@@ -43,7 +43,9 @@ void ObjectIdentifierList(DList<WString>& list) {
   for (int i = 1; i <= cameras; ++i) list.Append(WString::Format(L"Vimba_Scripted-\u00e4_%d", i));
 }
 
-BImagingDevice* Vimba_CreateImagingDevice(BSmartRef<BCamProfile> profile) { return CreateImagingDevice(std::move(profile)); }
+BImagingDevice* Vimba_CreateImagingDevice(BSmartRef<BCamProfile> profile) {
+  return CreateImagingDevice(std::move(profile));
+}
 #ifndef LACKS_VIMBA_RELEASE
 bool Vimba_ReleaseImagingDevice(BImagingDevice** device) { return ReleaseImagingDevice(device); }
 #endif

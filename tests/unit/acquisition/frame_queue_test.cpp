@@ -5,10 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <barrier>
 #include <chrono>
+#include <condition_variable>
 #include <future>
 #include <map>
+#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -317,28 +318,52 @@ TEST(FrameQueue, ManyProducersLoseNothingAndEachKeepsItsOrder) {
   EXPECT_EQ(12106, queue.Pop(frame, 0).ErrorCode());
 }
 
+// Threads that go on together. std::barrier loses wake-ups in MinGW-w64's g++ 12.
+class Meeting {
+ public:
+  explicit Meeting(int threads) : m_threads(threads) {}
+
+  void Attend() {
+    std::unique_lock lock(m_lock);
+    const int meeting = m_meeting;
+    if (++m_present == m_threads) {
+      m_present = 0;
+      ++m_meeting;
+      m_all_present.notify_all();
+    }
+    m_all_present.wait(lock, [&] { return m_meeting != meeting; });
+  }
+
+ private:
+  std::mutex m_lock;
+  std::condition_variable m_all_present;
+  const int m_threads;
+  int m_present = 0;
+  int m_meeting = 0;
+};
+
 TEST(FrameQueue, WhateverTheMomentOfAClearNoLateFramePassesIt) {
   constexpr int kRounds = 100;
   constexpr int kWorkers = 4;
   BFrameQueue queue;
-  std::barrier in_step(kWorkers + 1);
+  Meeting in_step(kWorkers + 1);
   std::vector<std::thread> workers(kWorkers);
   for (std::thread& worker : workers) {
     worker = std::thread([&] {
       for (int round = 0; round < kRounds; ++round) {
         const BFrameQueue::Acquisition acquisition = queue.CurrentAcquisition();
-        in_step.arrive_and_wait();
+        in_step.Attend();
         for (int frame = 0; frame < 20; ++frame) queue.PushUnlessOver(acquisition, MakeFrame(0));
-        in_step.arrive_and_wait();
+        in_step.Attend();
       }
     });
   }
   BSmartRef<BFrame> frame;
   int late = 0;
   for (int round = 0; round < kRounds; ++round) {
-    in_step.arrive_and_wait();
+    in_step.Attend();
     queue.Clear();
-    in_step.arrive_and_wait();
+    in_step.Attend();
     if (!queue.Pop(frame, 0).IsError()) ++late;
   }
   for (std::thread& worker : workers) worker.join();

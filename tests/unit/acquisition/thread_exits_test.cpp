@@ -34,8 +34,7 @@ TEST(ThreadExits, TheWaitLastsUntilTheDestructorsOfEveryThreadHaveRun) {
   for (int round = 0; round < 20; ++round) {
     std::atomic<int> destroyed{0};
     for (int i = 0; i < kThreads; ++i) {
-      ThreadExits::ExpectOne();
-      std::thread([late = LateDestruction(destroyed)] { ThreadExits::AnnounceThisThreads(); }).detach();
+      ThreadExits::Start([late = LateDestruction(destroyed)] {});
     }
 
     ThreadExits::WaitForAll();

@@ -11,6 +11,8 @@
 #include <thread>
 #include <utility>
 
+#include "acquisition/thread_exits.h"
+
 namespace {
 
 constexpr std::chrono::seconds kDeadline{30};
@@ -19,7 +21,7 @@ constexpr std::chrono::seconds kDeadline{30};
 bool WaitEnds(WorkersInFlight& workers) {
   std::packaged_task<void()> wait([&workers] { workers.WaitUntilNone(); });
   std::future<void> over = wait.get_future();
-  std::thread(std::move(wait)).detach();
+  ThreadExits::Start(std::move(wait));
   return over.wait_for(kDeadline) == std::future_status::ready;
 }
 
@@ -42,10 +44,10 @@ TEST(WorkersInFlight, TheWaitLastsUntilTheLastWorkerHasFinished) {
     WorkersInFlight workers;
     std::atomic<int> finished{0};
     for (int i = 0; i < kWorkers; ++i) {
-      std::thread([&finished, i, ticket = workers.Enter()] {
+      ThreadExits::Start([&finished, i, ticket = workers.Enter()] {
         for (int pause = 0; pause < 20 * i; ++pause) std::this_thread::yield();
         ++finished;
-      }).detach();
+      });
     }
 
     workers.WaitUntilNone();
