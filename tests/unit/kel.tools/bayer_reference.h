@@ -7,7 +7,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
-#include <string>
+#include <string_view>
 
 #include "pictures.h"
 
@@ -23,7 +23,7 @@ struct Colour {
   double blue = 0;
 };
 
-inline std::string Tile(int order) { return order == 0 ? "BGGR" : order == 1 ? "RGGB" : order == 2 ? "GBRG" : "GRBG"; }
+inline std::string_view Tile(int order) { return order == 0 ? "BGGR" : order == 1 ? "RGGB" : order == 2 ? "GBRG" : "GRBG"; }
 
 // The colour of any column and row, also of those outside the frame.
 inline char ColourAt(int order, int x, int y) {
@@ -33,6 +33,7 @@ inline char ColourAt(int order, int x, int y) {
 
 inline int Reflected(int i, int size) {
   if (size == 1) return 0;
+  if (i >= 0 && i < size) return i;
   const int period = 2 * (size - 1);
   const int within = ((i % period) + period) % period;
   return within < size ? within : period - within;
@@ -64,7 +65,8 @@ inline double Filtered(const Frame& frame, int x, int y, const Kernel& kernel) {
   double sum = 0;
   for (int dy = -2; dy <= 2; ++dy) {
     for (int dx = -2; dx <= 2; ++dx) {
-      sum += kernel.begin()[dy + 2].begin()[dx + 2] * Sample(frame, x + dx, y + dy);
+      const double weight = kernel.begin()[dy + 2].begin()[dx + 2];
+      if (weight != 0) sum += weight * Sample(frame, x + dx, y + dy);
     }
   }
   return sum / 8;
