@@ -38,7 +38,7 @@ struct CameraConfiguration {
   std::string serial;
   std::string ip;
   std::string mac;
-  std::string vendor = "Allied Vision Technologies";
+  std::string vendor = "Simulated";
   std::string firmware = "00.01.54.21000";
   std::string device_id;
   std::string interface_id = "SimulatedLink";
