@@ -64,7 +64,7 @@ bool NoFrameIsLost(double seconds) {
                                     {"ranges", {{"StreamBytesPerSecond", {{"min", 1e6}, {"max", 1.25e9}}}}},
                                     {"features", {{"ExposureTimeAbs", 1000.0}}}}));
   VimbaSimRecordCalls(0);
-  session.Device().SetBandwidth(1'220'000'000);
+  session.Device().SetBandwidth(1'250'000'000);
   session.Device().Trigger()->SetSource(BImagingDeviceTrigger::eFreeRun);
   BBaseAoi aoi(BBaseAoi::eRgb, L"[l]");
   session.Device().StartSnap(false);

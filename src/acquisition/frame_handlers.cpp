@@ -54,7 +54,7 @@ void BVimbaImagingDeviceImpl::OnFrameExt(VmbFrame_t* frame) {
     return;
   }
   if (ReQueueFrame(frame) != VmbErrorSuccess) {
-    PushFailure(kRequeueFailed);
+    PushFailure(acquisition, kRequeueFailed);
     log << L"VmbCaptureFrameQueue failed" << L'\n';
   } else {
     log << L"VmbCaptureFrameQueue ok" << L'\n';
@@ -80,9 +80,9 @@ void BVimbaImagingDeviceImpl::process_frame_lambda(VmbFrame_t* frame, BVimbaImag
   try {
     device->m_frame_queue.PushUnlessOver(acquisition, device->CopyOf(*frame));
   } catch (const std::bad_alloc&) {
-    device->PushFailure(L"out of memory");
+    device->PushFailure(acquisition, L"out of memory");
   }
-  if (device->ReQueueFrame(frame) != VmbErrorSuccess) device->PushFailure(kRequeueFailed);
+  if (device->ReQueueFrame(frame) != VmbErrorSuccess) device->PushFailure(acquisition, kRequeueFailed);
 }
 
 BSmartRef<BFrameQueue::BFrame> BVimbaImagingDeviceImpl::CopyOf(const VmbFrame_t& frame) {
@@ -93,9 +93,9 @@ BSmartRef<BFrameQueue::BFrame> BVimbaImagingDeviceImpl::CopyOf(const VmbFrame_t&
 }
 
 // Without memory even for this entry, a snap that waits runs into its time-out instead.
-void BVimbaImagingDeviceImpl::PushFailure(const wchar_t* text) {
+void BVimbaImagingDeviceImpl::PushFailure(BFrameQueue::Acquisition acquisition, const wchar_t* text) {
   try {
-    m_frame_queue.Push(nullptr, BError(BError::eAcquisitionFailed, text));
+    m_frame_queue.PushUnlessOver(acquisition, nullptr, BError(BError::eAcquisitionFailed, text));
   } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch)
   }
 }
@@ -116,7 +116,7 @@ void BVimbaImagingDeviceImpl::OnFrame(VmbFrame_t* frame) {
     log << L"m_frame_queue.Push" << L'\n';
   }
   if (ReQueueFrame(frame) != VmbErrorSuccess) {
-    PushFailure(kRequeueFailed);
+    PushFailure(m_frame_queue.CurrentAcquisition(), kRequeueFailed);
     log << L"VmbCaptureFrameQueue error" << L'\n';
   } else {
     log << L"VmbCaptureFrameQueue ok" << L'\n';

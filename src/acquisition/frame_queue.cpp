@@ -40,10 +40,10 @@ void BFrameQueue::Push(BSmartRef<BFrame> frame, BError error) {
   Append({std::move(error), std::move(frame)});
 }
 
-bool BFrameQueue::PushUnlessOver(Acquisition acquisition, BSmartRef<BFrame> frame) {
+bool BFrameQueue::PushUnlessOver(Acquisition acquisition, BSmartRef<BFrame> frame, BError error) {
   const BAutoLockW lock(*this);
   if (acquisition != m_acquisition) return false;
-  Append({BError(), std::move(frame)});
+  Append({std::move(error), std::move(frame)});
   return true;
 }
 

@@ -51,8 +51,8 @@ class BFrameQueue : public BSyncableSmartObj {
   BFrameQueue& operator=(const BFrameQueue&) = delete;
 
   void Push(BSmartRef<BFrame> frame, BError error);  // [any thread]
-  // Pushes a good frame unless the queue has been cleared since `acquisition`; then the frame is dropped. [any thread]
-  bool PushUnlessOver(Acquisition acquisition, BSmartRef<BFrame> frame);
+  // Pushes unless the queue has been cleared since `acquisition`; then the entry is dropped. [any thread]
+  bool PushUnlessOver(Acquisition acquisition, BSmartRef<BFrame> frame, BError error = BError());
   void PushAbort();  // wakes a waiting Pop with the error "aborted" [any thread]
 
   // Takes the oldest entry, waiting up to timeout_ms for one in steps of 10 ms. `frame` gets the entry's frame, maybe

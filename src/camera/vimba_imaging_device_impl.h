@@ -131,7 +131,7 @@ class BVimbaImagingDeviceImpl final : public BImagingDeviceImpl {
                                    BFrameQueue::Acquisition acquisition);
   void StartWorker(VmbFrame_t* frame, BFrameQueue::Acquisition acquisition);
   BSmartRef<BFrameQueue::BFrame> CopyOf(const VmbFrame_t& frame);
-  void PushFailure(const wchar_t* text);
+  void PushFailure(BFrameQueue::Acquisition acquisition, const wchar_t* text);
 
   // acquisition/snap_cycle.cpp
   void SetAcquisitionMode(bool one_shot, BLogCollector& log);

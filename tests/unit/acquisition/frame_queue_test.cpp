@@ -210,6 +210,19 @@ TEST(FrameQueue, ALateFrameOfAnEarlierAcquisitionIsDropped) {
   EXPECT_EQ(12106, queue.Pop(frame, 0).ErrorCode());
 }
 
+TEST(FrameQueue, AFailureIsTakenOrDroppedLikeAFrame) {
+  BFrameQueue queue;
+  const BFrameQueue::Acquisition earlier = queue.CurrentAcquisition();
+  queue.Clear();
+
+  EXPECT_FALSE(queue.PushUnlessOver(earlier, nullptr, BError(12103, L"late")));
+  EXPECT_TRUE(queue.PushUnlessOver(queue.CurrentAcquisition(), nullptr, BError(12103, L"in time")));
+
+  BSmartRef<BFrame> frame;
+  EXPECT_EQ(BError(12103, L"in time"), queue.Pop(frame, 0));
+  EXPECT_EQ(12106, queue.Pop(frame, 0).ErrorCode());
+}
+
 TEST(FrameQueue, OnlyClearingBeginsAnotherAcquisition) {
   BFrameQueue queue;
   const BFrameQueue::Acquisition first = queue.CurrentAcquisition();

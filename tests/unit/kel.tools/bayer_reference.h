@@ -23,7 +23,9 @@ struct Colour {
   double blue = 0;
 };
 
-inline std::string_view Tile(int order) { return order == 0 ? "BGGR" : order == 1 ? "RGGB" : order == 2 ? "GBRG" : "GRBG"; }
+inline std::string_view Tile(int order) {
+  return order == 0 ? "BGGR" : order == 1 ? "RGGB" : order == 2 ? "GBRG" : "GRBG";
+}
 
 // The colour of any column and row, also of those outside the frame.
 inline char ColourAt(int order, int x, int y) {
