@@ -61,10 +61,10 @@ bool NoFrameIsLost(double seconds) {
   BenchSession session(kWidth, kHeight,
                        BayerCamera({{"timing", "real"},
                                     {"lineTime_us", 1.9},
-                                    {"ranges", {{"StreamBytesPerSecond", {{"min", 1e6}, {"max", 1.25e9}}}}},
+                                    {"ranges", {{"StreamBytesPerSecond", {{"min", 1e6}, {"max", 1.3e9}}}}},
                                     {"features", {{"ExposureTimeAbs", 1000.0}}}}));
   VimbaSimRecordCalls(0);
-  session.Device().SetBandwidth(1'250'000'000);
+  session.Device().SetBandwidth(1'265'000'000);
   session.Device().Trigger()->SetSource(BImagingDeviceTrigger::eFreeRun);
   BBaseAoi aoi(BBaseAoi::eRgb, L"[l]");
   session.Device().StartSnap(false);
@@ -77,7 +77,8 @@ bool NoFrameIsLost(double seconds) {
   std::printf("%.1f s at %.1f frames/s: exposed %lld, delivered %lld, dropped %lld, converted by the host %lld\n",
               elapsed, static_cast<double>(received) / elapsed, state["exposed"].get<long long>(),
               state["delivered"].get<long long>(), state["dropped"].get<long long>(), static_cast<long long>(received));
-  return state["dropped"] == 0;
+  // What came in after the last snap is in the queue, no more than the driver's ring holds.
+  return state["dropped"] == 0 && state["delivered"].get<std::int64_t>() - received <= 10;
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 // main.cpp
 // Measures the image conversions beside those of OpenCV and libyuv, on one core.
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <filesystem>
@@ -38,10 +40,10 @@ int main(int argc, char** argv) {
     for (const Work& work : WorksOn(size)) {
       if (work.name.find(only) == std::string::npos) continue;
       results.push_back(Measure(work, size, budget_ms));
-      std::fprintf(stderr, "\r%zu rows", results.size());
+      if (isatty(STDERR_FILENO)) std::fprintf(stderr, "\r%zu rows", results.size());
     }
   }
-  std::fprintf(stderr, "\r");
+  if (isatty(STDERR_FILENO)) std::fprintf(stderr, "\r");
   std::printf("%s", TableOf(results).c_str());
   if (json_file.empty()) return 0;
   std::error_code ignored;  // what cannot be made is told below
