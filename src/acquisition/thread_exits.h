@@ -16,7 +16,7 @@ void AnnounceThisThreads();  // as its last act but for what its destructors do 
 void WaitForAll();           // once no new thread can start [host thread]
 
 // Does the work on a thread of its own, which nobody joins and WaitForAll waits for [any thread]. The thread does not
-// end before it is detached: MinGW-w64's threads library would free twice what describes a thread that ends meanwhile.
+// end before it is detached: with MinGW-w64's threads library one that ends meanwhile breaks the process's memory.
 // Nearly always it has been detached long before, so nothing is waited for.
 template <class Work>
 void Start(Work work) {
