@@ -4,7 +4,7 @@
 #include <new>
 
 #include "acquisition/frame_description.h"
-#include "acquisition/thread_exits.h"
+#include "acquisition/module_threads.h"
 #include "camera/vimba_imaging_device_impl.h"
 #include "diagnostics/log_collector.h"
 #include "imagingdevice.h"
@@ -70,7 +70,7 @@ void BVimbaImagingDeviceImpl::OnFrameExt(VmbFrame_t* frame) {
 
 // The ticket is taken here and given back by the worker as its last act.
 void BVimbaImagingDeviceImpl::StartWorker(VmbFrame_t* frame, BFrameQueue::Acquisition acquisition) {
-  ThreadExits::Start([frame, device = this, acquisition, ticket = m_workers.Enter()] {
+  ModuleThreads().Start([frame, device = this, acquisition, ticket = m_workers.Enter()] {
     process_frame_lambda(frame, device, acquisition);
   });
 }

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "acquisition/thread_exits.h"
+#include "acquisition/module_threads.h"
 #include "vimba/vimba_initialization.h"
 
 namespace {
@@ -34,5 +34,5 @@ void Module::DropSystemUnlessInUse() {
 void Module::CountCreatedDevice() { ++live_devices; }
 
 void Module::CountReleasedDevice() {
-  if (--live_devices == 0) ThreadExits::WaitForAll();
+  if (--live_devices == 0) ModuleThreads().WaitForAll();
 }

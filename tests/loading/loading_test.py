@@ -17,8 +17,8 @@ DEADLINE_S = 240
 ROUNDS = 100
 # Until then caches of the system and of the runtime fill.
 SETTLED = 20
-# The one lock that the module leaves behind each time (ThreadExits), as the heap counts it.
-LEFT_BEHIND_BYTES = 256
+# The system itself holds one handle more or less at a given moment, so a few rounds are looked at together.
+FEW = 10
 
 options = argparse.Namespace()
 
@@ -57,7 +57,9 @@ def resources_of_rounds():
     camera = {"like": "DEV_000F31034C65", "sensor": {"width": 64, "height": 48}}
     (options.work / "cameras.json").write_text(json.dumps({"timing": "instant", "cameras": [camera]}))
     (options.work / "camera.ini").write_text("API=Vimba\nInit.Method=Serial\nSerial.Number=50-0536953957\n")
-    environment = {"VIMBA_SIM_CONFIG": "cameras.json", "LD_LIBRARY_PATH": str(simulator)}
+    # glibc counts the freed blocks that a thread keeps for itself as in use.
+    environment = {"VIMBA_SIM_CONFIG": "cameras.json", "LD_LIBRARY_PATH": str(simulator),
+                   "GLIBC_TUNABLES": "glibc.malloc.tcache_count=0:glibc.malloc.mxfast=0"}  # fmt: skip
     if options.launcher:
         environment["WINEPATH"] = ";".join("Z:" + str(path).replace("/", "\\") for path in (module.parent, simulator))
         module = "Z:" + str(module).replace("/", "\\")
@@ -70,21 +72,23 @@ class Loading(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.rounds = resources_of_rounds()
-        cls.before, cls.after = cls.rounds[SETTLED], cls.rounds[-1]
 
     def test_ModuleIsLoadedUsedAndUnloadedManyTimes(self):
         self.assertEqual(ROUNDS, len(self.rounds))
 
+    def assert_not_grown(self, held):
+        self.assertLessEqual(min(held[-FEW:]), max(held[SETTLED : SETTLED + FEW]))
+
     def test_NoHandleIsLeft(self):
-        self.assertGreater(self.before[0], 0)
-        self.assertLessEqual(self.after[0], self.before[0])
+        handles = [handles for handles, _, _ in self.rounds]
+        self.assertGreater(min(handles), 0)
+        self.assert_not_grown(handles)
 
     def test_NoThreadIsLeft(self):
         self.assertEqual([1] * ROUNDS, [threads for _, threads, _ in self.rounds])
 
-    def test_NoMemoryIsLeftButTheOneLock(self):
-        grown = self.after[2] - self.before[2]
-        self.assertLessEqual(grown / (ROUNDS - 1 - SETTLED), LEFT_BEHIND_BYTES)
+    def test_NoMemoryIsLeft(self):
+        self.assert_not_grown([heap_bytes for _, _, heap_bytes in self.rounds])
 
 
 if __name__ == "__main__":

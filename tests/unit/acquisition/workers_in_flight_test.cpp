@@ -11,7 +11,7 @@
 #include <thread>
 #include <utility>
 
-#include "acquisition/thread_exits.h"
+#include "acquisition/module_threads.h"
 
 namespace {
 
@@ -21,7 +21,7 @@ constexpr std::chrono::seconds kDeadline{30};
 bool WaitEnds(WorkersInFlight& workers) {
   std::packaged_task<void()> wait([&workers] { workers.WaitUntilNone(); });
   std::future<void> over = wait.get_future();
-  ThreadExits::Start(std::move(wait));
+  ModuleThreads().Start(std::move(wait));
   return over.wait_for(kDeadline) == std::future_status::ready;
 }
 
@@ -44,7 +44,7 @@ TEST(WorkersInFlight, TheWaitLastsUntilTheLastWorkerHasFinished) {
     WorkersInFlight workers;
     std::atomic<int> finished{0};
     for (int i = 0; i < kWorkers; ++i) {
-      ThreadExits::Start([&finished, i, ticket = workers.Enter()] {
+      ModuleThreads().Start([&finished, i, ticket = workers.Enter()] {
         for (int pause = 0; pause < 20 * i; ++pause) std::this_thread::yield();
         ++finished;
       });

@@ -1,0 +1,67 @@
+// bdetachedthreads_test.cpp
+// The wait that lets a module be unloaded.
+#include "bdetachedthreads.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <future>
+#include <thread>
+
+namespace {
+
+// What a thread destroys on its way out, after its last act.
+class LateDestruction {
+ public:
+  explicit LateDestruction(std::atomic<int>& destroyed) : m_destroyed(&destroyed) {}
+  LateDestruction(LateDestruction&& other) noexcept : m_destroyed(other.m_destroyed) { other.m_destroyed = nullptr; }
+  LateDestruction(const LateDestruction&) = delete;
+  LateDestruction& operator=(const LateDestruction&) = delete;
+  LateDestruction& operator=(LateDestruction&&) = delete;
+  ~LateDestruction() {
+    if (!m_destroyed) return;
+    for (int pause = 0; pause < 200; ++pause) std::this_thread::yield();
+    ++*m_destroyed;
+  }
+
+ private:
+  std::atomic<int>* m_destroyed;
+};
+
+TEST(BDetachedThreads, NothingIsWaitedForWithoutAThread) {
+  BDetachedThreads threads;
+  threads.WaitForAll();
+}
+
+TEST(BDetachedThreads, TheWaitLastsUntilTheDestructorsOfEveryThreadHaveRun) {
+  constexpr int kThreads = 10;
+  BDetachedThreads& threads = BDetachedThreads::Of("a module");
+  for (int round = 0; round < 20; ++round) {
+    std::atomic<int> destroyed{0};
+    for (int i = 0; i < kThreads; ++i) {
+      threads.Start([late = LateDestruction(destroyed)] {});
+    }
+
+    threads.WaitForAll();
+
+    EXPECT_EQ(kThreads, destroyed);
+  }
+}
+
+TEST(BDetachedThreads, OneModulesThreadsAreNotWaitedForWithAnothers) {
+  std::promise<void> end;
+  BDetachedThreads& busy = BDetachedThreads::Of("a busy module");
+  busy.Start([ended = end.get_future()] { ended.wait(); });
+
+  BDetachedThreads::Of("another module").WaitForAll();
+
+  end.set_value();
+  busy.WaitForAll();
+}
+
+TEST(BDetachedThreads, AModuleThatIsLoadedAgainFindsItsOwnAgain) {
+  EXPECT_EQ(&BDetachedThreads::Of("a module"), &BDetachedThreads::Of("a module"));
+  EXPECT_NE(&BDetachedThreads::Of("a module"), &BDetachedThreads::Of("another module"));
+}
+
+}  // namespace
