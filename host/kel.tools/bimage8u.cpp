@@ -50,7 +50,13 @@ void BImage8u::CopyRows(const std::uint8_t* pixels, std::size_t line_length, con
     std::memcpy(to, from, width * height);  // rows without gaps on either side are one block
     return;
   }
-  for (std::size_t y = 0; y < height; ++y) std::memcpy(to + y * LineLength(), from + y * line_length, width);
+  // memcpy's way for a few kilobytes takes a quarter longer, row by row, than for the whole.
+  for (std::size_t y = 0; y < height; ++y) {
+    const std::uint8_t* const source = from + y * line_length;
+    std::uint8_t* const target = to + y * LineLength();
+    const auto made = static_cast<std::size_t>(rows::Kernels().copy(source, 0, clip.size.width, target));
+    std::memcpy(target + made, source + made, width - made);
+  }
 }
 
 void BImage8u::CopyRotated(const std::uint8_t* pixels, std::size_t line_length, const BSize& size, bool clockwise) {

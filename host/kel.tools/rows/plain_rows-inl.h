@@ -95,6 +95,12 @@ struct GreyStep {
   }
 };
 
+struct CopyStep {
+  const std::uint8_t* source;
+  std::uint8_t* target;
+  HWY_INLINE void operator()(int x) const { hn::StoreU(hn::LoadU(D8(), source + x), D8(), target + x); }
+};
+
 template <class Step, int kGrain>
 int RowSweep(const std::uint8_t* source, int x, int end, std::uint8_t* target) {
   return Sweep(x, end, kGrain, Step{source, target});

@@ -35,6 +35,7 @@ struct RowKernels {
   RowKernel yuv_rgb;  // x is even
   RowKernel stretch;
   RowKernel grey_rgb;
+  RowKernel copy;
   int tile_side;  // kNoTiles: there is no kernel for tiles
   TileKernel transpose_tile;
 };

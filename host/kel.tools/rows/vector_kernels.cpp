@@ -47,6 +47,7 @@ const RowKernels* Table() {
     RowSweep<YuvStep, 2>,
     RowSweep<StretchStep, 1>,
     RowSweep<GreyStep, 1>,
+    RowSweep<CopyStep, 1>,
     kTileSide,
     TransposeTile,
   };

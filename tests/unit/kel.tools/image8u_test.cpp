@@ -60,11 +60,14 @@ void ExpectTurned(const Frame& frame, const BSize& target_size) {
   }
 }
 
-class Rotation : public testing::TestWithParam<std::string> {
+class EveryKernel : public testing::TestWithParam<std::string> {
  protected:
   void SetUp() override { ASSERT_TRUE(rows::UseKernels(GetParam().c_str())); }
   void TearDown() override { rows::UseKernels(rows::KernelNames()[0]); }
 };
+
+class Rotation : public EveryKernel {};
+class Copy : public EveryKernel {};
 
 TEST_P(Rotation, TurnsEverySmallSizeWithPadding) {
   for (int height = 1; height <= 20; ++height) {
@@ -119,6 +122,21 @@ TEST_P(Rotation, ASourceWithoutPixelsChangesNothing) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Kernels, Rotation, testing::ValuesIn(pictures::KernelNames()),
+                         [](const auto& kernels) { return kernels.param; });
+
+TEST_P(Copy, CopiesRowsOfEveryWidthToAnyColumn) {
+  for (int width = 1; width <= 200; ++width) {
+    const Frame frame = pictures::RandomFrame({width, 3}, width % 5, kSeed);
+    const BPoint at{width % 7, 1};
+    const BSize target_size{width + 9, 5};
+    auto target = pictures::GuardedImage<BImage8u>(target_size);
+    target.CopyRows(frame.bytes.data(), frame.LineLength(), frame.size, at);
+    ASSERT_EQ(ExpectedCopy(frame, target_size, at), pictures::PixelsOf(target)) << width;
+    ASSERT_EQ(0, pictures::TouchedGuards(target));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kernels, Copy, testing::ValuesIn(pictures::KernelNames()),
                          [](const auto& kernels) { return kernels.param; });
 
 TEST(Image8u, CopiesRowsAnywhereAndLeavesAwayWhatFallsOutside) {
