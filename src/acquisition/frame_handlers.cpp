@@ -2,6 +2,7 @@
 // What happens to a frame between the library's callback and the frame queue.
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "acquisition/frame_description.h"
 #include "acquisition/module_threads.h"
@@ -12,6 +13,7 @@
 namespace {
 
 constexpr wchar_t kRequeueFailed[] = L" ReQueueFrame failed";
+constexpr wchar_t kOutOfMemory[] = L"out of memory";
 
 BError ErrorOfStatus(VmbFrameStatus_t status) {
   switch (status) {
@@ -39,21 +41,55 @@ const wchar_t* FailureText(VmbFrameStatus_t status) {
 
 }  // namespace
 
+// A frame that has arrived and that nobody else answers for yet. Where memory runs out first, it is given back to the
+// library, or the ring would be short of it for good, and the acquisition fails.
+class BVimbaImagingDeviceImpl::FrameInHand {
+ public:
+  FrameInHand(BVimbaImagingDeviceImpl& device, VmbFrame_t* frame, BFrameQueue::Acquisition acquisition)
+      : m_device(device), m_frame(frame), m_acquisition(acquisition) {}
+  ~FrameInHand() {
+    if (!m_frame) return;
+    m_device.ReQueueFrame(m_frame);
+    m_device.PushFailure(m_acquisition, kOutOfMemory);
+  }
+  FrameInHand(const FrameInHand&) = delete;
+  FrameInHand& operator=(const FrameInHand&) = delete;
+
+  void StartWorker() {
+    m_device.StartWorker(m_frame, m_acquisition);
+    m_frame = nullptr;
+  }
+  VmbError_t GiveBack() { return m_device.ReQueueFrame(std::exchange(m_frame, nullptr)); }
+
+ private:
+  BVimbaImagingDeviceImpl& m_device;
+  VmbFrame_t* m_frame;
+  BFrameQueue::Acquisition m_acquisition;
+};
+
 void BVimbaImagingDeviceImpl::OnFrameExt(VmbFrame_t* frame) {
+  // In this order: StartSnap makes the scan start unreachable before it begins a new acquisition, so that a frame that
+  // passes with the old scan start also carries the old acquisition.
+  const BFrameQueue::Acquisition acquisition = m_frame_queue.CurrentAcquisition();
+  try {
+    HandleFrame(frame, acquisition);
+  } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the frame in hand has seen to the rest
+  }
+}
+
+void BVimbaImagingDeviceImpl::HandleFrame(VmbFrame_t* frame, BFrameQueue::Acquisition acquisition) {
+  FrameInHand in_hand(*this, frame, acquisition);
   BLogCollector log(Prefix() + L"OnFrameExt()", m_snap_stop_watch);
   log << DescribeFrame(*frame).c_str() << L'\n';
-  // In this order: StartSnap makes the scan start unreachable before it begins a new acquisition, so that a frame that
-  // passes here with the old scan start also carries the old acquisition.
-  const BFrameQueue::Acquisition acquisition = m_frame_queue.CurrentAcquisition();
   const std::uint64_t start = m_start_scan_timestamp;
   const VmbFrameStatus_t status = frame->receiveStatus;
   const std::uint64_t timestamp = frame->timestamp;
   if (status == VmbFrameStatusComplete && timestamp >= start && start != kNoTimestamp) {
-    StartWorker(frame, acquisition);
+    in_hand.StartWorker();
     log << L"process_frame_lambda started" << L'\n';
     return;
   }
-  if (ReQueueFrame(frame) != VmbErrorSuccess) {
+  if (in_hand.GiveBack() != VmbErrorSuccess) {
     PushFailure(acquisition, kRequeueFailed);
     log << L"VmbCaptureFrameQueue failed" << L'\n';
   } else {
@@ -80,7 +116,7 @@ void BVimbaImagingDeviceImpl::process_frame_lambda(VmbFrame_t* frame, BVimbaImag
   try {
     device->m_frame_queue.PushUnlessOver(acquisition, device->CopyOf(*frame));
   } catch (const std::bad_alloc&) {
-    device->PushFailure(acquisition, L"out of memory");
+    device->PushFailure(acquisition, kOutOfMemory);
   }
   if (device->ReQueueFrame(frame) != VmbErrorSuccess) device->PushFailure(acquisition, kRequeueFailed);
 }

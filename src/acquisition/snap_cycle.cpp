@@ -36,7 +36,9 @@ void BVimbaImagingDeviceImpl::StartSnap(bool one_shot) {
   m_frame_blocks->SetRunning(true);
   const VmbError_t code = Vimba::RunCommand(m_camera, Feature::kAcquisitionStart);
   log << L"Command AcquisitionStart -> " << code << L'\n';
-  if (code != VmbErrorSuccess) Fail(L"AcquisitionStart failed");
+  if (code == VmbErrorSuccess) return;
+  m_frame_blocks->SetRunning(false);
+  Fail(L"AcquisitionStart failed");
 }
 
 void BVimbaImagingDeviceImpl::SetAcquisitionMode(bool one_shot, BLogCollector& log) {
@@ -106,9 +108,9 @@ void BVimbaImagingDeviceImpl::StopSnap() {
   }
   const VmbError_t code = Vimba::RunCommand(m_camera, Feature::kAcquisitionStop);
   log << L"VmbFeatureCommandRun AcquisitionStop returns " << code << L'\n';
+  m_frame_blocks->SetRunning(false);
   if (code != VmbErrorSuccess) Fail(L"AcquisitionStop failed");
   m_continuous_mode = false;
-  m_frame_blocks->SetRunning(false);
   LogReceivedFrames(log);
   AfterSnap(log);
 }

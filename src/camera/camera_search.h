@@ -12,7 +12,6 @@ using CameraRecords = std::vector<VmbCameraInfo_t>;
 // The records of the cameras attached now; none when the list cannot be read as a whole. [host thread]
 std::unique_ptr<CameraRecords> FetchCameraRecords();
 
-// Gives up a pass's records without freeing them: only the list of the pass that ends a search is released, because
-// openings that still fail may refer to the texts of earlier ones. The one place where memory is left behind on
-// purpose.
+// Gives up a pass's records without freeing them: only the list of the pass that ends a search is released. The one
+// place where memory is left behind on purpose, a few hundred bytes for each search that had to try again.
 void LeaveUnreleased(std::unique_ptr<CameraRecords> records);

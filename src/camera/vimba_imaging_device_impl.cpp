@@ -25,7 +25,11 @@ BVimbaImagingDeviceImpl::BVimbaImagingDeviceImpl() { JoinPartners(); }
 BVimbaImagingDeviceImpl::~BVimbaImagingDeviceImpl() {
   LeavePartners();
   Vimba::RunCommand(m_camera, Feature::kAcquisitionStop);
-  SaveWhiteBalance();
+  // Without memory for it the profile keeps what it had; the camera is closed all the same.
+  try {
+    SaveWhiteBalance();
+  } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch)
+  }
   DeleteControls();
   m_trigger.reset();
   CloseCamera();

@@ -129,6 +129,8 @@ class BVimbaImagingDeviceImpl final : public BImagingDeviceImpl {
   // acquisition/frame_handlers.cpp [Vimba thread, worker]
   static void process_frame_lambda(VmbFrame_t* frame, BVimbaImagingDeviceImpl* device,
                                    BFrameQueue::Acquisition acquisition);
+  class FrameInHand;
+  void HandleFrame(VmbFrame_t* frame, BFrameQueue::Acquisition acquisition);
   void StartWorker(VmbFrame_t* frame, BFrameQueue::Acquisition acquisition);
   BSmartRef<BFrameQueue::BFrame> CopyOf(const VmbFrame_t& frame);
   void PushFailure(BFrameQueue::Acquisition acquisition, const wchar_t* text);
@@ -148,6 +150,7 @@ class BVimbaImagingDeviceImpl final : public BImagingDeviceImpl {
   void AbortPartners();  // [Vimba thread]
   void JoinPartners();
   void LeavePartners();
+  bool Unlist(BVimbaImagingDeviceImpl* other);  // the partner mutex is held
 
   // Written while opening and configuring, before the first callback; constant afterwards.
   VmbHandle_t m_camera = nullptr;
@@ -187,6 +190,7 @@ class BVimbaImagingDeviceImpl final : public BImagingDeviceImpl {
   std::vector<std::uint64_t> m_received_frame_ids;                  // under m_snap_mutex
   std::atomic<std::uint64_t> m_start_scan_timestamp{kNoTimestamp};  // frames older than this are refused
   std::set<BVimbaImagingDeviceImpl*> m_bandwidth_partners;          // under the process-wide partner mutex
+  std::atomic<bool> m_has_partners{false};                          // written under that mutex, read without
   std::recursive_mutex m_snap_mutex;
   WorkersInFlight m_workers;
 };

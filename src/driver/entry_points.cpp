@@ -45,7 +45,8 @@ BImagingDevice* Vimba_CreateImagingDevice(BSmartRef<BCamProfile> profile) {
 
 bool ReleaseImagingDevice(BImagingDevice** device) {
   if (!device || !*device) return false;
-  delete std::exchange(*device, nullptr);
+  delete *device;
+  *device = nullptr;
   Module::CountReleasedDevice();
   Module::DropSystemUnlessInUse();
   return true;

@@ -118,16 +118,26 @@ void BVimbaImagingDeviceImpl::SynchBandwidth(BLogCollector& log) {
 
 bool BVimbaImagingDeviceImpl::AddBandwidthPartner(BVimbaImagingDeviceImpl* other) {
   const std::lock_guard lock(partner_mutex);
-  return other && m_bandwidth_partners.insert(other).second;
+  if (!other) return false;
+  m_has_partners = true;
+  return m_bandwidth_partners.insert(other).second;
 }
 
 bool BVimbaImagingDeviceImpl::RemoveBandwidthPartner(BVimbaImagingDeviceImpl* other) {
   const std::lock_guard lock(partner_mutex);
-  return m_bandwidth_partners.erase(other) != 0;
+  return Unlist(other);
 }
 
-// A failed frame here most likely cost the others some of theirs: they stop waiting for them.
+bool BVimbaImagingDeviceImpl::Unlist(BVimbaImagingDeviceImpl* other) {
+  const bool listed = m_bandwidth_partners.erase(other) != 0;
+  m_has_partners = !m_bandwidth_partners.empty();
+  return listed;
+}
+
+// A failed frame here most likely cost the others some of theirs: they stop waiting for them. Without partners the
+// mutex is left alone: a device that compares rates holds it while cameras answer.
 void BVimbaImagingDeviceImpl::AbortPartners() {
+  if (!m_has_partners) return;
   const std::lock_guard lock(partner_mutex);
   for (BVimbaImagingDeviceImpl* partner : m_bandwidth_partners) partner->m_frame_queue.PushAbort();
 }
@@ -141,5 +151,5 @@ void BVimbaImagingDeviceImpl::JoinPartners() {
 void BVimbaImagingDeviceImpl::LeavePartners() {
   const std::lock_guard lock(partner_mutex);
   live_devices.erase(this);
-  for (BVimbaImagingDeviceImpl* device : live_devices) device->m_bandwidth_partners.erase(this);
+  for (BVimbaImagingDeviceImpl* device : live_devices) device->Unlist(this);
 }

@@ -73,18 +73,22 @@ void ReportCamera(VmbHandle_t handle) {
 BSmartRef<VimbaInitialization> VimbaInitialization::Open(VimbaInitialization* open_system) {
   BLogCollector log(L"Vimba Initialization");
   if (open_system) return open_system;
+  // Made first: without memory for it nothing has been started.
+  BSmartRef<VimbaInitialization> system(new VimbaInitialization);
   const VmbError_t code = VmbStartup();
   if (code != VmbErrorSuccess) {
     log << L"Vimba Startup fails : " << code << L'\n';
     return nullptr;
   }
+  system->m_started = true;
   log << L"Vimba Startup ok" << L'\n';
-  BSmartRef<VimbaInitialization> system(new VimbaInitialization);
   if (!TransportLayerIsPresent(log) || !DiscoverCameras(log) || !SetUpDiscovery(log)) return nullptr;
   return system;
 }
 
-VimbaInitialization::~VimbaInitialization() { VmbShutdown(); }
+VimbaInitialization::~VimbaInitialization() {
+  if (m_started) VmbShutdown();
+}
 
 // Without memory the report stays short. Nothing may leave a callback: the library could not catch it.
 void CameraDiscoveryCallback(VmbHandle_t handle, const char* /*name*/, void* /*user_context*/) noexcept {

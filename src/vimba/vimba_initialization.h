@@ -18,7 +18,9 @@ class VimbaInitialization : public BSmartObj {
   VimbaInitialization& operator=(const VimbaInitialization&) = delete;
 
  private:
-  VimbaInitialization() = default;  // only for a system that has just been started
+  VimbaInitialization() = default;
+
+  bool m_started = false;
 };
 
 // Reports which camera came or went, and why; changes nothing. [Vimba thread]

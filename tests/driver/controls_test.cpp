@@ -54,6 +54,13 @@ TEST_F(Controls, StartValuesAreAppliedInTheOrderOfTheTypes) {
                                 "VmbFeatureFloatSet(\"ExposureTimeAbs\", 5000)"));
 }
 
+TEST_F(Controls, AStartValueOutsideTheLimitsGivesTheControlsOwnDefault) {
+  profile.Key("SHUTTER", "30000").Key("GAIN", "30");
+  ASSERT_TRUE(Open(SimulatedCamera().Range("Gain", 0, 24).Feature("Gain", 3).Feature("ExposureTimeAbs", 7000)));
+  EXPECT_EQ(Device().GainControl()->Value(), 0);
+  EXPECT_EQ(Device().ShutterControl()->Value(), 100);
+}
+
 TEST_F(Controls, ASetValueIsClampedAndWritten) {
   ASSERT_TRUE(Open(SimulatedCamera().Range("Gain", 0, 24)));
   Forget();

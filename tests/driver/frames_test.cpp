@@ -1,6 +1,7 @@
 // frames_test.cpp
 // What becomes of a delivered frame: queued copy, refused as too old, or an error that wakes the snap.
 #include <chrono>
+#include <future>
 #include <thread>
 
 #include "driver/opened_camera.h"
@@ -157,6 +158,28 @@ TEST_F(Frames, AFailedFrameAbortsTheSnapsOfPartners) {
   cameras->Deliver({{"status", -2}}, 2);
   EXPECT_EQ(other->Snap(nullptr, kDeadline), BError(12108));
   EXPECT_EQ(Device().Snap(nullptr, 0), BError(12106)) << "partnership is one-way";
+}
+
+TEST_F(Frames, AFailedFrameDoesNotWaitForADeviceThatComparesRates) {
+  cameras.emplace(std::vector{SimulatedCamera(1), SimulatedCamera(2)});
+  ASSERT_TRUE(Reopen());
+  ProfileFile other_profile;
+  other_profile.Key("Camera_Identifier", "DEV_000F31000002");
+  OpenDevice other(other_profile.Open());
+  ASSERT_TRUE(Device().AddBandwidthPartner(other.Get()));
+  other->StartSnap(false);
+  cameras->ClearCalls();
+  cameras->Fault({{"call", "VmbFeatureIntGet"},
+                  {"feature", "StreamBytesPerSecond"},
+                  {"camera", "DEV_000F31000002"},
+                  {"delay_ms", 2000}});
+  const std::future<void> comparing = std::async(std::launch::async, [this] { Device().StartSnap(false); });
+  while (cameras->CallsOf("VmbFeatureIntGet").empty()) std::this_thread::yield();
+
+  cameras->Deliver({{"status", -1}}, 2);
+
+  EXPECT_NE(std::future_status::ready, comparing.wait_for(std::chrono::seconds(0)));
+  EXPECT_EQ(other->Snap(nullptr, kDeadline), BError(12103));
 }
 
 TEST_F(Frames, ADestroyedPartnerIsReachedByNobody) {

@@ -12,20 +12,35 @@ namespace {
 
 // Arrays of this many bytes cannot be had.
 std::atomic<std::size_t> refused_size{0};
+// Nor can single objects, by the module's own code on other threads than this one.
+std::atomic<std::thread::id> privileged_thread{};
+
+bool IsRefused() {
+  const std::thread::id privileged = privileged_thread;
+  return privileged != std::thread::id() && privileged != std::this_thread::get_id();
+}
 
 }  // namespace
 
-// What `new` of an array calls, and what the linker makes it call instead.
+// What `new` of an array and of an object call, and what the linker makes them call instead.
 extern "C" void* NEW_ARRAY(std::size_t size);
 extern "C" void* REPLACED_NEW_ARRAY(std::size_t size) {
   if (size != 0 && size == refused_size) throw std::bad_alloc();
   return NEW_ARRAY(size);
 }
+extern "C" void* NEW_OBJECT(std::size_t size);
+extern "C" void* REPLACED_NEW_OBJECT(std::size_t size) {
+  if (IsRefused()) throw std::bad_alloc();
+  return NEW_OBJECT(size);
+}
 
 namespace {
 
 struct OutOfMemory : OpenedImplementation {
-  ~OutOfMemory() override { refused_size = 0; }
+  ~OutOfMemory() override {
+    refused_size = 0;
+    privileged_thread = std::thread::id();
+  }
 
   bool AllFramesComeBack() const {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
@@ -40,6 +55,15 @@ TEST_F(OutOfMemory, AWorkerReportsAFailedAcquisitionAndHandsTheFrameBack) {
   EXPECT_EQ(BError(12103, L"out of memory"), Snap());
   EXPECT_TRUE(AllFramesComeBack());
   refused_size = 0;
+  cameras.Deliver();
+  EXPECT_EQ(BError(), Snap());
+}
+
+TEST_F(OutOfMemory, AFrameForWhichNoWorkerCanBeMadeIsHandedBack) {
+  privileged_thread = std::this_thread::get_id();
+  cameras.Deliver();
+  EXPECT_TRUE(AllFramesComeBack());
+  privileged_thread = std::thread::id();
   cameras.Deliver();
   EXPECT_EQ(BError(), Snap());
 }
