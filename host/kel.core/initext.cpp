@@ -3,7 +3,9 @@
 #include "initext.h"
 
 #include <algorithm>
+#include <map>
 #include <optional>
+#include <utility>
 
 // The library's text is UTF-8 in and out, and its functions are compiled here, as its package leaves them to be.
 #define SI_NO_CONVERSION
@@ -17,6 +19,14 @@ namespace {
 constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
 
 bool SameName(const std::string& a, const std::string& b) { return BString(a).IEquals(BString(b)); }
+
+// Alike for names that are the same.
+std::string Folded(std::string name) {
+  for (char& letter : name) {
+    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
+  }
+  return name;
+}
 
 bool IsUtf8(const std::string& text) { return ToBString(ToWString(BString(text))).Str() == text; }
 
@@ -81,13 +91,14 @@ void IniText::ReadLine(Line& line) const {
 }
 
 void IniText::RefuseRepeatedKeys() const {
+  std::map<std::pair<std::string, std::string>, const Line*> seen;
   std::string section;
   for (const Line& line : m_lines) {
-    if (line.kind == Line::eSection) section = line.name;
+    if (line.kind == Line::eSection) section = Folded(line.name);
     if (line.kind != Line::eKey) continue;
-    const Line& first = *Find(section, line.name);
-    if (&first == &line) continue;
-    throw Malformed{NumberOf(line), line.name + " already stands in line " + std::to_string(NumberOf(first))};
+    const auto [first, is_new] = seen.try_emplace({section, Folded(line.name)}, &line);
+    if (is_new) continue;
+    throw Malformed{NumberOf(line), line.name + " already stands in line " + std::to_string(NumberOf(*first->second))};
   }
 }
 

@@ -99,6 +99,7 @@ std::error_code ReadWholeFile(const WString& file_name, std::string& bytes) {
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) return LastError();
     bytes.append(buffer, static_cast<std::size_t>(count));
+    if (bytes.size() > kLargestWholeFile) return std::make_error_code(std::errc::file_too_large);
   }
 }
 

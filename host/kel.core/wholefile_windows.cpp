@@ -77,6 +77,7 @@ std::error_code ReadWholeFile(const WString& file_name, std::string& bytes) {
     if (!::ReadFile(file.Get(), buffer, sizeof buffer, &count, nullptr)) return LastError();
     if (count == 0) return {};
     bytes.append(buffer, count);
+    if (bytes.size() > kLargestWholeFile) return std::make_error_code(std::errc::file_too_large);
   }
 }
 

@@ -254,4 +254,16 @@ TEST(ProfileReading, IsDoneThroughTheInterfaceToo) {
   EXPECT_EQ(1, value);
 }
 
+TEST(ProfileReading, AFileThatIsTooLargeForAProfileIsNotRead) {
+  const IniFile file(";" + std::string(std::size_t{16} << 20, 'x'));
+  const std::wstring reason = ToWString(std::make_error_code(std::errc::file_too_large).message().c_str()).Str();
+
+  EXPECT_THROW(BIniProfile profile(file.Name()), BError);
+  try {
+    const BIniProfile profile(file.Name());
+  } catch (const BError& error) {
+    EXPECT_EQ(L"the profile " + file.Name().Str() + L" cannot be read: " + reason, error.Message().Str());
+  }
+}
+
 }  // namespace
