@@ -95,7 +95,6 @@ ExitCode RunLive(const Options& options, const Module& module, const MessageLog&
   } else {
     std::cout << report.Line() << "\n";
   }
-  if (Interrupted()) return eInterrupted;
   return report.failures ? eFailed : eDone;
 }
 

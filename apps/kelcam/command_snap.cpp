@@ -149,7 +149,6 @@ ExitCode RunSnap(const Options& options, const Module& module, const MessageLog&
   if (options.images > 1 || run.HasFailed()) {
     std::cerr << run.Taken() << " of " << Counted(static_cast<std::uint64_t>(options.images), "image") << " taken\n";
   }
-  if (Interrupted()) return eInterrupted;
   return run.HasFailed() ? eFailed : eDone;
 }
 

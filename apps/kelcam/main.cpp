@@ -32,7 +32,7 @@ static ExitCode RunCommand(const Options& options) {
   }
   log.CheckWritten();
   if (!std::cout.flush()) throw Failure("the result could not be written to standard output");
-  return result;
+  return Interrupted() ? eInterrupted : result;
 }
 
 static int Run(int argc, char** argv) {

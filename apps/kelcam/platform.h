@@ -30,8 +30,7 @@ class Utf8Console {
   [[maybe_unused]] unsigned m_before;
 };
 
-// A loaded library. It stays loaded to the end of the process: a driver's detached threads may still be on their way
-// out of its code when its last device is gone.
+// A loaded library. It stays loaded to the end of the process, which has no use for the room.
 class SharedLibrary {
  public:
   explicit SharedLibrary(const std::filesystem::path& file);  // throws Failure with the system's reason

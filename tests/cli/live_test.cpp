@@ -13,6 +13,15 @@ class PatientSnap : public SimulatedKelcamTest {
   PatientSnap() { Simulate(); }
 };
 
+// The camera takes its time to be opened.
+class PatientInfo : public SimulatedKelcamTest {
+ protected:
+  PatientInfo() {
+    const nlohmann::json slow_opening{{"call", "VmbCameraOpen"}, {"delay_ms", 1000}};
+    Simulate({{"faults", nlohmann::json::array({slow_opening})}});
+  }
+};
+
 TEST_F(Live, RunsContinuouslyWithTheFastConversionAndEndsWithAStop) {
   Kelcam(With("live", {"--seconds", "0.05"}));
 
@@ -126,6 +135,17 @@ TEST_F(PatientSnap, ASecondCtrlCDoesNotWaitForTheImage) {
 
   EXPECT_EQ(result.exit_code, 130);
   EXPECT_EQ(result.err.find("of 1 image taken"), std::string::npos);
+}
+
+TEST_F(PatientInfo, CtrlCLetsTheCameraBeClosed) {
+  Process info = Start({"-v", "info", "--profile", Profile("mono")});
+  ASSERT_TRUE(info.WaitForError("Initialize Object by Ini file"));
+  ASSERT_TRUE(info.Interrupt());
+
+  const ProcessResult result = info.Wait();
+
+  EXPECT_EQ(result.exit_code, 130);
+  EXPECT_NE(result.out.find("gain"), std::string::npos) << result.out;
 }
 #endif
 
