@@ -9,8 +9,8 @@
 
 // Owns its elements. Fields and virtual operations stand in the host's order (head, tail, count; destructor, append a
 // list, append a value, insert a value): the list crosses the module boundary by reference and is filled through its
-// virtual operations, so that nodes are made and freed on the side that owns the list. An element that cannot be made
-// leaves the list as it was before that element.
+// virtual operations. Whoever clears it frees its nodes: both sides share one C++ runtime and its allocator. An element
+// that cannot be made leaves the list as it was before that element.
 template <class Value>
 class DList {
  public:
