@@ -47,11 +47,12 @@ VIMBA_SIM_CALL int VimbaSimWaitIdle(uint32_t timeout_ms);
 
 /* The record of API calls since start, configuration or clearing: one line a call, in the order in which they began:
  *   VmbFeatureEnumSet(DEV_000F31034C65, "AcquisitionMode", "Continuous") = 0
+ * The newest 100,000 lines are kept.
  * Handles print as the camera's id, `system`, `null` or `unknown`. Returns the size the text needs with its terminating
  * zero; copies what fits. */
 VIMBA_SIM_CALL size_t VimbaSimCalls(char* buffer, size_t size);
 VIMBA_SIM_CALL void VimbaSimClearCalls(void);
-/* Recording costs memory; a long run may switch it off (1: on, the start). The count goes on. */
+/* Recording costs time and memory; a long run may switch it off (1: on, the start). The count goes on. */
 VIMBA_SIM_CALL void VimbaSimRecordCalls(int on);
 VIMBA_SIM_CALL uint64_t VimbaSimCallCount(void);
 

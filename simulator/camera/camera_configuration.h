@@ -13,6 +13,13 @@
 
 namespace simulator {
 
+// Pixels of a sensor's side.
+inline constexpr int kMinSensor = 8;
+inline constexpr int kMaxSensor = 32768;
+// Leaves the smallest sensor a pixel.
+inline constexpr int kMaxBinning = kMinSensor;
+inline constexpr std::int64_t kMaxPacketSize = 65535;
+
 // Replaces single ends of a feature's range.
 struct RangeOverride {
   std::optional<double> min;
@@ -54,7 +61,7 @@ struct CameraConfiguration {
   // PayloadSize is that of the widest format, whichever is set.
   bool payload_widest = false;
   // Largest binning in each direction; 0: the camera has no binning features.
-  int max_binning = 8;
+  int max_binning = kMaxBinning;
 
   std::map<std::string, RangeOverride> ranges;
   std::vector<std::string> missing;

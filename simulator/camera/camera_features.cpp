@@ -12,9 +12,6 @@
 namespace simulator {
 namespace {
 
-// Ethernet, IP, UDP and stream headers in each packet.
-constexpr std::int64_t kPacketHeaderBytes = 36;
-
 struct SourceRow {
   const char* entry;
   FrameStart start;

@@ -15,6 +15,9 @@
 
 namespace simulator {
 
+// Ethernet, IP, UDP and stream headers in each packet.
+inline constexpr std::int64_t kPacketHeaderBytes = 36;
+
 // What the acquisition commands do; all may run while the features are locked.
 struct AcquisitionCommands {
   std::function<void()> start;
@@ -53,6 +56,7 @@ class CameraFeatures {
   std::vector<Feature> StatisticRows() const;
 
   void ApplyConfiguration();
+  void ApplyRange(const std::string& name, const RangeOverride& change);
   void ApplySetting(const std::string& name, const FeatureSetting& setting);
   void ShrinkToSensor();
   void AdjustPacketSize();

@@ -1,11 +1,13 @@
 // camera/transport_features.cpp
 // Feature rows of a camera: clock, stream, statistics; and what the configuration changes in all rows.
 #include <algorithm>
+#include <iterator>
 #include <stdexcept>
 #include <utility>
 
 #include "camera/camera_features.h"
 #include "camera/feature_names.h"
+#include "camera/value_text.h"
 
 namespace simulator {
 
@@ -63,6 +65,43 @@ std::vector<Feature> CameraFeatures::StatisticRows() const {
 
 namespace {
 
+// As far as a configuration may widen the range of a feature that the simulator calculates with. Of the others, some
+// are only told to the caller, and ranges that depend on other features can only be narrowed.
+struct WidestRange {
+  const char* feature;
+  double min;
+  double max;
+};
+constexpr double kHour_us = 3.6e9;
+constexpr WidestRange kWidestRanges[] = {
+    // 0 would mean an acquisition without end.
+    {feature::kAcquisitionFrameCount, 1.0, 1e9},
+    {feature::kBalanceRatioAbs, 0.01, 100.0},
+    {feature::kBinningHorizontal, 1.0, kMaxBinning},
+    {feature::kBinningVertical, 1.0, kMaxBinning},
+    // Not shorter: the limit of the frame rate stays within its own range.
+    {feature::kExposureTimeAbs, 1.0, kHour_us},
+    // Room for a byte of the image.
+    {feature::kGVSPPacketSize, static_cast<double>(kPacketHeaderBytes + 1), static_cast<double>(kMaxPacketSize)},
+    // More would amplify the noise beyond all numbers.
+    {feature::kGain, -100.0, 100.0},
+    // The largest image then takes some weeks, which still is a time in nanoseconds.
+    {feature::kStreamBytesPerSecond, 1e3, 1e12},
+    {feature::kTriggerDelayAbs, 0.0, kHour_us}};
+
+void CheckBounds(const std::string& name, const RangeOverride& change) {
+  const auto* const widest = std::find_if(std::begin(kWidestRanges), std::end(kWidestRanges),
+                                          [&](const WidestRange& row) { return name == row.feature; });
+  if (widest == std::end(kWidestRanges)) return;
+  const auto check = [&](const char* bound, const std::optional<double>& value) {
+    if (!value || (*value >= widest->min && *value <= widest->max)) return;
+    throw std::invalid_argument("ranges." + name + "." + bound + ": " + ValueText(*value) + " is no number from " +
+                                ValueText(widest->min) + " to " + ValueText(widest->max));
+  };
+  check("min", change.min);
+  check("max", change.max);
+}
+
 std::int64_t Whole(const std::optional<double>& value, std::int64_t otherwise) {
   return value ? static_cast<std::int64_t>(*value) : otherwise;
 }
@@ -93,46 +132,61 @@ void Change(FloatNode& node, const RangeOverride& change) {
   }
 }
 
+template <class Range>
+Range Filled(const Range& range) {
+  if (range.min <= range.max) return range;
+  throw std::invalid_argument("the minimum " + ValueText(range.min) + " is above the maximum " + ValueText(range.max));
+}
+
 // Power-up values follow a changed range.
 void Settle(IntegerNode& node) {
-  const IntegerRange range = node.range ? node.range() : node.fixed;
-  if (range.max < range.min) throw std::invalid_argument("the minimum is above the maximum");
+  const IntegerRange range = Filled(node.range ? node.range() : node.fixed);
   node.value = std::clamp(node.value, range.min, range.max);
   node.value -= (node.value - range.min) % range.step;
 }
 
 void Settle(FloatNode& node) {
-  const FloatRange range = node.range ? node.range() : node.fixed;
-  if (range.max < range.min) throw std::invalid_argument("the minimum is above the maximum");
+  const FloatRange range = Filled(node.range ? node.range() : node.fixed);
   for (double& value : node.values) value = std::clamp(value, range.min, range.max);
+}
+
+std::string TextOf(const FeatureSetting& setting) {
+  if (const auto* text = std::get_if<std::string>(&setting)) return QuotedText(text->c_str());
+  if (const auto* integer = std::get_if<std::int64_t>(&setting)) return ValueText(*integer);
+  return ValueText(std::get<double>(setting));
 }
 
 }  // namespace
 
 void CameraFeatures::ApplyConfiguration() {
-  for (const auto& [name, change] : m_configuration.ranges) {
-    Feature* feature = m_map.Row(name);
-    if (!feature) throw std::invalid_argument("ranges." + name + ": there is no such feature");
-    try {
-      if (auto* integer = std::get_if<IntegerNode>(&feature->node)) {
-        Change(*integer, change);
-        Settle(*integer);
-      } else if (auto* number = std::get_if<FloatNode>(&feature->node)) {
-        Change(*number, change);
-        Settle(*number);
-      } else {
-        throw std::invalid_argument("the feature has no range");
-      }
-    } catch (const std::invalid_argument& error) {
-      throw std::invalid_argument("ranges." + name + ": " + error.what());
-    }
-  }
+  for (const auto& [name, change] : m_configuration.ranges) ApplyRange(name, change);
   for (const auto& [name, setting] : m_configuration.features) ApplySetting(name, setting);
   for (const std::string& name : m_configuration.missing) {
     Feature* feature = m_map.Row(name);
     if (!feature) throw std::invalid_argument("missing: there is no feature " + name);
     feature->missing = true;
   }
+}
+
+void CameraFeatures::ApplyRange(const std::string& name, const RangeOverride& change) {
+  Feature* feature = m_map.Row(name);
+  if (!feature) throw std::invalid_argument("ranges." + name + ": there is no such feature");
+  CheckBounds(name, change);
+  try {
+    if (auto* integer = std::get_if<IntegerNode>(&feature->node)) {
+      Change(*integer, change);
+      Settle(*integer);
+    } else if (auto* number = std::get_if<FloatNode>(&feature->node)) {
+      Change(*number, change);
+      Settle(*number);
+    } else {
+      throw std::invalid_argument("the feature has no range");
+    }
+  } catch (const std::invalid_argument& error) {
+    throw std::invalid_argument("ranges." + name + ": " + error.what());
+  }
+  // The settled value may be another: what depends on it follows, as after a write.
+  if (feature->written) feature->written();
 }
 
 void CameraFeatures::ApplySetting(const std::string& name, const FeatureSetting& setting) {
@@ -146,7 +200,7 @@ void CameraFeatures::ApplySetting(const std::string& name, const FeatureSetting&
     error = m_map.SetFloat(name, std::get<double>(setting));
   }
   if (error) {
-    throw std::invalid_argument("features." + name + ": the camera refuses the value with error " +
+    throw std::invalid_argument("features." + name + ": the camera refuses " + TextOf(setting) + " with error " +
                                 std::to_string(error));
   }
 }

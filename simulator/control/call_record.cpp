@@ -10,12 +10,16 @@ CallRecord::Line CallRecord::Begin(std::string call) {
   const Lock lock(m_mutex);
   if (!m_recording) return 0;
   m_entries.push_back({std::move(call), false, std::nullopt});
+  if (m_entries.size() > kMostLines) {
+    m_entries.pop_front();
+    ++m_first;
+  }
   return m_first + m_entries.size() - 1;
 }
 
 void CallRecord::End(Line line, std::optional<VmbError_t> result) {
   const Lock lock(m_mutex);
-  // Cleared while the call ran.
+  // Cleared, or gone for newer ones, while the call ran.
   if (line < m_first || line - m_first >= m_entries.size()) return;
   Entry& entry = m_entries[line - m_first];
   entry.ended = true;

@@ -4,24 +4,27 @@
 #define KEL_SIMULATOR_CONTROL_CALL_RECORD_H
 
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "VimbaC.h"
 #include "threads/mutex.h"
 
 namespace simulator {
 
-// Knows the names of handles and frames by itself: a call is recorded before it waits for any lock of a camera. [any
-// thread]
+// Knows the names of handles and frames by itself: a call is recorded before it waits for any lock of a camera. Keeps
+// the newest kMostLines lines, so that a program may run for weeks. [any thread]
 class CallRecord {
  public:
-  // A line without its result; 0 when recording is off.
+  static constexpr std::size_t kMostLines = 100'000;
+
+  // A line without its result; 0 when recording is off. Lines are numbered from 1 on and keep their numbers when older
+  // ones go.
   using Line = std::uint64_t;
   Line Begin(std::string call);
-  // No result for calls that return nothing.
+  // No result for calls that return nothing. A line that is gone is left alone.
   void End(Line line, std::optional<VmbError_t> result);
 
   // Counts a call, recorded or not.
@@ -31,7 +34,7 @@ class CallRecord {
   void SetRecording(bool on);
   bool Recording() const;
   void Clear();
-  // Calls that have not returned yet end in " = ...".
+  // The lines that are kept; calls that have not returned yet end in " = ...".
   std::string Text() const;
 
   void NameHandle(VmbHandle_t handle, std::string name);
@@ -60,7 +63,7 @@ class CallRecord {
   };
 
   mutable Mutex m_mutex;
-  std::vector<Entry> m_entries SIM_GUARDED_BY(m_mutex);
+  std::deque<Entry> m_entries SIM_GUARDED_BY(m_mutex);
   // The line number of the first entry.
   Line m_first SIM_GUARDED_BY(m_mutex) = 1;
   std::uint64_t m_total SIM_GUARDED_BY(m_mutex) = 0;

@@ -15,8 +15,6 @@
 namespace simulator {
 namespace {
 
-constexpr int kMaxSensor = 32768;
-
 std::vector<std::string> FormatsOf(const CameraConfiguration& camera) {
   if (!camera.colour) return {"Mono8"};
   constexpr std::string_view kBayerFormats[] = {"BayerBG8", "BayerRG8", "BayerGB8", "BayerGR8"};
@@ -24,8 +22,8 @@ std::vector<std::string> FormatsOf(const CameraConfiguration& camera) {
 }
 
 void ReadSensor(JsonMembers& sensor, CameraConfiguration& camera) {
-  sensor.Integer("width", camera.sensor_width, 8, kMaxSensor);
-  sensor.Integer("height", camera.sensor_height, 8, kMaxSensor);
+  sensor.Integer("width", camera.sensor_width, kMinSensor, kMaxSensor);
+  sensor.Integer("height", camera.sensor_height, kMinSensor, kMaxSensor);
   sensor.Integer("bits", camera.sensor_bits, 8, 16);
   std::vector<std::string_view> types(kBayerOrders.begin(), kBayerOrders.end());
   types.push_back("mono");
@@ -120,13 +118,13 @@ void ReadIdentity(JsonMembers& members, CameraConfiguration& camera) {
 void ReadBehaviour(JsonMembers& members, CameraConfiguration& camera) {
   int payload = 0;
   if (members.Choice("payload", {"format", "widest"}, payload)) camera.payload_widest = payload == 1;
-  members.Integer("binning", camera.max_binning, 0, 8);
+  members.Integer("binning", camera.max_binning, 0, kMaxBinning);
   members.Texts("missing", camera.missing);
   ReadTiming(members, camera.timing);
   members.Number("lineTime_us", camera.line_time_us, 0.0, 1e6);
   members.Integer("tickFrequency", camera.ticks_per_second, 1, 1'000'000'000);
   members.Object("packetSize", [&](JsonMembers& packet) {
-    packet.Integer("negotiated", camera.negotiated_packet_size, 1, 65535);
+    packet.Integer("negotiated", camera.negotiated_packet_size, 1, kMaxPacketSize);
     packet.Number("adjust_ms", camera.adjust_packet_size_ms, 0.0, 1e6);
   });
   members.Number("packetLoss", camera.packet_loss, 0.0, 1.0);
@@ -198,11 +196,10 @@ Configuration EnvironmentConfiguration() {
     configuration.cameras = BuiltInCameras();
     return configuration;
   }
-  try {
-    return ParseConfiguration(ReadTextFile(*file));
-  } catch (const std::invalid_argument& error) {
-    throw std::runtime_error(*file + ": " + error.what());
-  }
+  const std::string text = ReadTextFile(*file);
+  Configuration configuration = NamingFile(*file, [&] { return ParseConfiguration(text); });
+  configuration.file = *file;
+  return configuration;
 }
 
 }  // namespace simulator

@@ -4,6 +4,8 @@
 #define KEL_SIMULATOR_CONTROL_CONFIGURATION_H
 
 #include <array>
+#include <exception>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,7 +29,20 @@ struct Configuration {
   double link_bytes_per_s = 124'000'000.0;
   SystemConfiguration system;
   Faults::Set faults;
+  // What it was read from, UTF-8; empty: no file.
+  std::string file;
 };
+
+// Runs the body; what it throws gets the file's name put in front, if there is a file.
+template <class Body>
+auto NamingFile(const std::string& file, Body body) {
+  try {
+    return body();
+  } catch (const std::exception& error) {
+    if (file.empty()) throw;
+    throw std::runtime_error(file + ": " + error.what());
+  }
+}
 
 // The cameras without any configuration: a monochrome and a colour one, and a colour one of another family.
 std::vector<CameraConfiguration> BuiltInCameras();
@@ -38,8 +53,8 @@ Configuration ParseConfiguration(std::string_view json);
 Faults::Set ParseFaults(std::string_view json);
 FrameOverride ParseFrameOverride(std::string_view json);
 
-// Of the file that VIMBA_SIM_CONFIG names; the built-in cameras without it. Throws std::runtime_error for a file that
-// cannot be read.
+// Of the file that VIMBA_SIM_CONFIG names; the built-in cameras without it. Throws std::runtime_error that names the
+// file when it cannot be read or is wrong.
 Configuration EnvironmentConfiguration();
 
 }  // namespace simulator

@@ -2,11 +2,13 @@
 // The environment variable and the file that it names: where operating systems differ.
 #include "control/environment.h"
 
+#include <array>
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
+#include <system_error>
 
 namespace simulator {
 namespace {
@@ -14,6 +16,13 @@ namespace {
 std::filesystem::path PathOf(const std::string& utf8) {
   return std::filesystem::path(reinterpret_cast<const char8_t*>(utf8.c_str()));
 }
+
+[[noreturn]] void FailToRead(const std::string& utf8_path, const std::error_code& reason) {
+  throw std::runtime_error(utf8_path + ": cannot be read: " + reason.message());
+}
+
+// The streams tell no reason themselves; the calls beneath them leave it here, where the system makes them.
+std::error_code LastError() { return {errno != 0 ? errno : EIO, std::generic_category()}; }
 
 }  // namespace
 
@@ -31,9 +40,21 @@ std::optional<std::string> ConfigurationFile() {
 }
 
 std::string ReadTextFile(const std::string& utf8_path) {
-  std::ifstream file(PathOf(utf8_path), std::ios::binary);
-  std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  if (!file.is_open() || file.bad()) throw std::runtime_error(utf8_path + ": cannot be read");
+  const std::filesystem::path path = PathOf(utf8_path);
+  std::error_code ignored;
+  // Some systems open a folder as if it were a file, others call it one without permission.
+  if (std::filesystem::is_directory(path, ignored))
+    FailToRead(utf8_path, std::make_error_code(std::errc::is_a_directory));
+  errno = 0;
+  std::ifstream file(path, std::ios::binary);
+  if (!file) FailToRead(utf8_path, LastError());
+  std::string text;
+  std::array<char, 4096> part{};
+  do {
+    file.read(part.data(), part.size());
+    text.append(part.data(), static_cast<std::size_t>(file.gcount()));
+  } while (file);
+  if (file.bad()) FailToRead(utf8_path, LastError());
   return text;
 }
 

@@ -11,7 +11,7 @@ namespace simulator {
 // VIMBA_SIM_CONFIG as UTF-8; nothing when it is not set or empty.
 std::optional<std::string> ConfigurationFile();
 
-// Throws std::runtime_error with the file's name.
+// Throws std::runtime_error with the file's name and the system's reason.
 std::string ReadTextFile(const std::string& utf8_path);
 
 }  // namespace simulator

@@ -15,7 +15,8 @@ bool Fits(const CallPattern& pattern, const CallPattern& call) {
 }
 
 bool Due(std::int64_t seen, std::int64_t first, std::int64_t count) {
-  return seen >= first && (count == 0 || seen < first + count);
+  // The difference of two counts always fits; the sum of a first one and a large count would not.
+  return seen >= first && (count == 0 || seen - first < count);
 }
 
 }  // namespace

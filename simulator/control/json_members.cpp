@@ -8,12 +8,23 @@
 #include "camera/value_text.h"
 
 namespace simulator {
+namespace {
+
+// What stands between quotes in the message: the library tells the number in no other way.
+std::string Quoted(const std::string& message) {
+  const std::size_t begin = message.find('\'') + 1;
+  return message.substr(begin, message.rfind('\'') - begin);
+}
+
+}  // namespace
 
 Json ParseJson(std::string_view text) {
   try {
     return Json::parse(text);
   } catch (const Json::parse_error& error) {
     throw std::invalid_argument("no JSON at byte " + std::to_string(error.byte));
+  } catch (const Json::out_of_range& error) {
+    throw std::invalid_argument("the text: " + Quoted(error.what()) + " is too large a number");
   }
 }
 
@@ -50,7 +61,8 @@ std::optional<std::int64_t> JsonMembers::IntegerWithin(const char* name, std::in
 bool JsonMembers::Number(const char* name, double& target, double min, double max) {
   const Json* value = Any(name);
   if (!value) return false;
-  const double number = value->is_number() ? value->get<double>() : min - 1.0;
+  // What is no number at all must not become one, whatever the range.
+  const double number = value->is_number() ? value->get<double>() : std::numeric_limits<double>::quiet_NaN();
   if (!(number >= min && number <= max)) Refuse(name, "is no number from " + ValueText(min) + " to " + ValueText(max));
   target = number;
   return true;

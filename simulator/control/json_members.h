@@ -18,7 +18,7 @@ namespace simulator {
 // Order of members is kept: initial feature values are written in theirs.
 using Json = nlohmann::ordered_json;
 
-// Throws std::invalid_argument for text that is no JSON.
+// Throws std::invalid_argument for text that is no JSON or holds a number beyond those of a double.
 Json ParseJson(std::string_view text);
 
 // Every read of a member that is not there leaves its target alone and gives false. A wrong value throws

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 
 #include "VimbaC.h"
 
@@ -43,11 +44,14 @@ class Means {
   std::array<double, 3> m_count{};
 };
 
-// U Y V Y, BT.601, full range.
-void AddYuv(Means& means, const std::uint8_t* pair, int which) {
-  const double y = pair[1 + 2 * which];
-  const double u = pair[0] - 128.0;
-  const double v = pair[2] - 128.0;
+// U Y V Y, BT.601, full range. The last pixel of an odd row ends after its Y: what follows is the next row, or nothing.
+// It takes the V of the pair before; a row of that pixel alone has no colour.
+void AddYuv(Means& means, const std::uint8_t* pixel, int x, int width) {
+  const std::uint8_t* const pair = pixel - 2 * std::ptrdiff_t{x % 2};
+  const double y = pixel[1];
+  const bool whole = x % 2 == 1 || x + 1 < width;
+  const double u = width > 1 ? pair[0] - 128.0 : 0.0;
+  const double v = whole ? pair[2] - 128.0 : width > 1 ? pair[-2] - 128.0 : 0.0;
   means.Add(kRed, y + 1.402 * v);
   means.Add(kGreen, y - 0.344136 * u - 0.714136 * v);
   means.Add(kBlue, y + 1.772 * u);
@@ -64,7 +68,7 @@ void AddPixel(Means& means, const Shot& shot, const std::uint8_t* picture, int x
       for (const Channel channel : {kRed, kGreen, kBlue}) means.Add(channel, picture[3 * at + channel]);
       return;
     case VmbPixelFormatYuv422:
-      return AddYuv(means, picture + 2 * (at - static_cast<std::size_t>(x % 2)), x % 2);
+      return AddYuv(means, picture + 2 * at, x, shot.width);
     default:
       const int phase = 2 * ((shot.offset_y + y) % 2) + (shot.offset_x + x) % 2;
       means.Add(MosaicOf(shot.pixel_format)[static_cast<std::size_t>(phase)], picture[at]);

@@ -6,6 +6,7 @@
 #include <array>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <memory>
 #include <stdexcept>
 
@@ -20,6 +21,8 @@ namespace simulator {
 namespace {
 
 constexpr std::int64_t kMostPixels = 100'000'000;
+// What scales the picture counts the bytes of its result in int.
+constexpr std::int64_t kMostSensorPixels = std::numeric_limits<int>::max() / 3;
 constexpr std::uintmax_t kMostBytes = 512u << 20;
 
 struct FreePixels {
@@ -73,6 +76,10 @@ std::vector<std::uint8_t> Cover(const Pixels& pixels, int width, int height, int
 }
 
 std::vector<std::uint8_t> LoadPicture(const std::string& utf8_path, int sensor_width, int sensor_height) {
+  if (static_cast<std::int64_t>(sensor_width) * sensor_height > kMostSensorPixels) {
+    Fail(utf8_path, "cannot cover a sensor of " + std::to_string(sensor_width) + " x " + std::to_string(sensor_height) +
+                        " pixels, more than " + std::to_string(kMostSensorPixels));
+  }
   const std::vector<stbi_uc> bytes = ReadFile(utf8_path);
   const int size = static_cast<int>(bytes.size());
   int width = 0;

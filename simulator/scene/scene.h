@@ -65,7 +65,8 @@ std::shared_ptr<const Scene> MakeChartScene(int sensor_width, int sensor_height,
 
 // A PNG or JPEG picture, scaled to cover the sensor, its middle in the middle; the sRGB values of the file are met at
 // the default exposure. Throws std::runtime_error with the file's name and the reason when it cannot be read, is no
-// such picture, or has more than 100 million pixels; std::invalid_argument as above.
+// such picture, has more than 100 million pixels, or has to cover a sensor of more than 715 million;
+// std::invalid_argument as above.
 std::shared_ptr<const Scene> MakePictureScene(const std::string& utf8_path, int sensor_width, int sensor_height,
                                               bool colour, int bayer_order);
 

@@ -52,7 +52,7 @@ void VimbaSystem::SetWorld(const Configuration& configuration) {
   const Camera::Surroundings surroundings{
       [this](const Camera& camera) { return m_faults.ForExposure(camera.Configuration().id); },
       [this](const Camera& camera, bool plugged) { PresenceChanged(camera, plugged); }};
-  auto world = std::make_shared<World>(configuration, surroundings);
+  auto world = NamingFile(configuration.file, [&] { return std::make_shared<World>(configuration, surroundings); });
   m_faults.Clear();
   m_faults.Add(configuration.faults);
   const Lock lock(m_mutex);

@@ -21,7 +21,8 @@
 
 namespace simulator {
 
-// What one configuration describes. Built whole or not at all.
+// What one configuration describes. Built whole or not at all: throws as Camera does, a configured value's error with
+// the camera's place in front.
 struct World {
   World(const Configuration& configuration, const Camera::Surroundings& surroundings);
   Link link;
@@ -35,9 +36,11 @@ class VimbaSystem {
   // The one of this library.
   static VimbaSystem& Instance();
 
-  // Forgets faults and calls and replaces the cameras. Throws as World does, std::logic_error while the API is started.
+  // Forgets faults and calls and replaces the cameras. Throws as World does, for a configuration from a file
+  // std::runtime_error that names it; std::logic_error while the API is started.
   void Configure(const Configuration& configuration);
-  // The cameras of the environment's configuration, unless there are cameras already. Throws as World does.
+  // The cameras of the environment's configuration, unless there are cameras already. Throws as
+  // EnvironmentConfiguration and Configure do.
   void Prepare();
 
   // As Prepare; a failure is Other, and its reason is printed the first time.

@@ -86,9 +86,9 @@ void ExpectQuarters(const simulator::Scene& scene, int width, int height, int to
   }
 }
 
-std::string FailureOf(const std::string& path) {
+std::string FailureOf(const std::string& path, int sensor_width = 64, int sensor_height = 48) {
   try {
-    simulator::MakePictureScene(path, 64, 48, true, 1);
+    simulator::MakePictureScene(path, sensor_width, sensor_height, true, 1);
   } catch (const std::runtime_error& error) {
     return error.what();
   }
@@ -175,6 +175,13 @@ TEST(PictureScene, AbsurdDimensionsAreRefusedBeforeDecoding) {
   png[17] = png[21] = 0xFF;
   file.Write(png);
   EXPECT_EQ(FailureOf(file.Utf8Path()), "picture " + file.Utf8Path() + ": has a damaged head or absurd dimensions");
+}
+
+TEST(PictureScene, SensorTooLargeToCoverIsRefusedWithItsSize) {
+  const PictureFile file("small.png");
+  file.Write(Png(Bytes(3, 0), 1, 1, 3));
+  EXPECT_EQ(FailureOf(file.Utf8Path(), 32768, 21846),
+            "picture " + file.Utf8Path() + ": cannot cover a sensor of 32768 x 21846 pixels, more than 715827882");
 }
 
 }  // namespace

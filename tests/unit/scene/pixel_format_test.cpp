@@ -143,6 +143,26 @@ TEST(PixelFormats, Yuv422IsBt601OfTheRgbPicture) {
   }
 }
 
+TEST(PixelFormats, OddRowsOfYuv422EndAfterTheirLastLuma) {
+  const auto scene = ColourChart(kWidth, kHeight);
+  for (const int width : {1, 9}) {
+    simulator::Shot shot = ColouredShot();
+    shot.pixel_format = VmbPixelFormatYuv422;
+    shot.width = width;
+    Bytes whole = Take(*scene, shot);
+    // Each row at the end of a buffer: what lay behind it stays.
+    shot.height = 1;
+    for (int y = 0; y < kHeight; ++y) {
+      shot.offset_y = y;
+      Bytes row(2 * static_cast<std::size_t>(width) + 4, 77);
+      scene->Render(shot, row.data());
+      const auto begin = whole.begin() + std::ptrdiff_t{y} * 2 * width;
+      ASSERT_TRUE(std::equal(begin, begin + 2 * width, row.begin())) << width << ", " << y;
+      ASSERT_EQ(Bytes(row.end() - 4, row.end()), Bytes(4, 77)) << width << ", " << y;
+    }
+  }
+}
+
 TEST(PixelFormats, Mono8OfAColourSensorIsTheLumaOfItsRgbPicture) {
   const auto scene = ColourChart(kWidth, kHeight);
   simulator::Shot shot = ColouredShot();

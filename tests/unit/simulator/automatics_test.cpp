@@ -1,9 +1,11 @@
 // automatics_test.cpp
 // Automatic exposure, gain and white balance.
 #include <cstdlib>
+#include <filesystem>
 #include <numeric>
 
 #include "frame_ring.h"
+#include "support/picture_file.h"
 
 namespace {
 
@@ -76,6 +78,35 @@ TEST_F(Automatics, WhiteBalanceTakesAColourCastAway) {
   EXPECT_EQ(EnumOf(camera, "BalanceWhiteAuto"), "Off");
   EXPECT_LT(FloatOf(camera, "BalanceRatioAbs"), 2.0);
   EXPECT_LT(std::abs(MeanOfRgb(0) - MeanOfRgb(1)), cast / 2.0);
+}
+
+// A grey sheet that the white balance makes red, taken this wide.
+double ExposureOfARedSheet(std::int64_t width) {
+  const auto sheet = std::filesystem::temp_directory_path() /
+                     ("vimba_sim_sheet_" + std::to_string(testing::UnitTest::GetInstance()->random_seed()) + ".png");
+  WriteGreyPng(sheet, 1, 1, {120});
+  const StartedCameras world{SimulatedCamera()
+                                 .Colour("RGGB")
+                                 .With("noise", false)
+                                 .With("scene", {{"picture", sheet.generic_string()}})
+                                 .Feature("PixelFormat", "YUV422Packed")
+                                 .Feature("BalanceRatioAbs", 3.0)
+                                 .Feature("Width", width)
+                                 .Feature("ExposureAuto", "Continuous")};
+  std::filesystem::remove(sheet);
+  const OpenedHandle camera;
+  FrameRing ring(camera, 1);
+  TriggerBy(camera, "Software");
+  ring.Start();
+  RunCommand(camera, "AcquisitionStart");
+  RunCommand(camera, "TriggerSoftware");
+  ring.WaitFor(1);
+  WaitIdle();
+  return FloatOf(camera, "ExposureTimeAbs");
+}
+
+TEST(AutomaticExposure, TakesNoColourFromTheNextRowAtTheEndOfAnOddOne) {
+  EXPECT_NEAR(ExposureOfARedSheet(9) / ExposureOfARedSheet(8), 1.0, 1e-9);
 }
 
 TEST_F(Automatics, OffChangesNothing) {

@@ -112,6 +112,26 @@ TEST_F(Record, ShowsACallThatHasNotReturned) {
   EXPECT_EQ(RecordedCalls(), "VmbVersionQuery() = 0\n");
 }
 
+TEST_F(Record, KeepsTheNewestLines) {
+  constexpr int kKept = 100'000;
+  VimbaSimAddFaults(R"({"call":"VmbVersionQuery","delay_ms":300})");
+  VimbaSimClearCalls();
+  VmbVersionInfo_t version{};
+  VmbUint32_t found = 0;
+  // Its line is mostly gone by the time at which it returns.
+  std::thread caller([&] { VmbVersionQuery(&version, sizeof version); });
+  const auto deadline = std::chrono::steady_clock::now() + kDeadline;
+  while (RecordedCalls().empty() && std::chrono::steady_clock::now() < deadline) std::this_thread::yield();
+  for (int i = 1; i < kKept; ++i) VmbVersionQuery(&version, 0);
+  VmbCamerasList(nullptr, 0, &found, sizeof(VmbCameraInfo_t));
+  caller.join();
+
+  std::string expected;
+  for (int i = 1; i < kKept; ++i) expected += "VmbVersionQuery() = -8\n";
+  EXPECT_TRUE(RecordedCalls() == expected + "VmbCamerasList(0) = 0\n");
+  EXPECT_EQ(VimbaSimCallCount(), kKept + 1u);
+}
+
 TEST_F(Record, CountsOnWhileItIsOff) {
   VimbaSimClearCalls();
   VimbaSimRecordCalls(0);

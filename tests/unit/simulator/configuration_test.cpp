@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <system_error>
 
 #include "frame_ring.h"
 
@@ -183,20 +184,104 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{R"({"cameras":[{"packetLoss":1.5}]})", "cameras[0].packetLoss: 1.5 is no number from 0 to 1"},
         Refused{R"({"cameras":[{"missing":["Wdth"]}]})", "cameras[0].missing: there is no feature Wdth"},
         Refused{R"({"cameras":[{"ranges":{"Gain":{"min":50}}}]})",
-                "cameras[0].ranges.Gain: the minimum is above the maximum"},
+                "cameras[0].ranges.Gain: the minimum 50 is above the maximum 40"},
+        Refused{R"({"cameras":[{"ranges":{"GevHeartbeatTimeout":{"min":20000}}}]})",
+                "cameras[0].ranges.GevHeartbeatTimeout: the minimum 20000 is above the maximum 10000"},
+        Refused{R"({"cameras":[{"ranges":{"AcquisitionFrameRateAbs":{"max":0.001}}}]})",
+                "cameras[0].ranges.AcquisitionFrameRateAbs: the minimum 0.01 is above the maximum 0.001"},
         Refused{R"({"cameras":[{"ranges":{"PixelFormat":{"min":5}}}]})",
                 "cameras[0].ranges.PixelFormat: the feature has no range"},
         Refused{R"({"cameras":[{"features":{"Gain":100}}]})",
-                "cameras[0].features.Gain: the camera refuses the value with error -11"},
+                "cameras[0].features.Gain: the camera refuses 100 with error -11"},
+        Refused{R"({"cameras":[{"features":{"Gain":40.5}}]})",
+                "cameras[0].features.Gain: the camera refuses 40.5 with error -11"},
+        Refused{R"({"cameras":[{"features":{"TriggerMode":"Onn"}}]})",
+                "cameras[0].features.TriggerMode: the camera refuses \"Onn\" with error -11"},
         Refused{R"({"cameras":[{"features":{"Gain":true}}]})",
                 "cameras[0].features.Gain: true is neither text nor number"},
         Refused{R"({"cameras":[{"scene":{}}]})", "cameras[0].scene.picture: is missing"},
         Refused{R"({"cameras":[{"scene":"moon"}]})", "cameras[0].scene: \"moon\" is none of chart, none"},
         Refused{R"({"timing":"slow"})", "timing: \"slow\" is none of real, instant"},
         Refused{R"({"link":{"capacity":0}})", "link.capacity: 0 is no number from 1 to 1e+12"},
+        Refused{R"({"link":{"capacity":1e999}})", "the text: 1e999 is too large a number"},
         Refused{R"({"system":{"geVTLIsPresent":1}})", "system.geVTLIsPresent: 1 is neither true nor false"},
         Refused{R"({"system":{"discoveryStatus":"On"}})", "system.discoveryStatus: \"On\" is none of Off, Automatic"},
         Refused{R"({"faults":[{}]})", "faults[0].call: a fault needs one of call, frame and unplugAtFrame"}));
+
+INSTANTIATE_TEST_SUITE_P(ThatIsNoNumber, RefusedConfiguration,
+                         testing::Values(Refused{R"({"cameras":[{"ranges":{"Gain":{"min":"5"}}}]})",
+                                                 "cameras[0].ranges.Gain.min: \"5\" is no number from -1e+18 to 1e+18"},
+                                         Refused{R"({"cameras":[{"ranges":{"Gain":{"max":null}}}]})",
+                                                 "cameras[0].ranges.Gain.max: null is no number from -1e+18 to 1e+18"},
+                                         Refused{R"({"cameras":[{"ranges":{"Gain":{"max":true}}}]})",
+                                                 "cameras[0].ranges.Gain.max: true is no number from -1e+18 to 1e+18"},
+                                         Refused{R"({"cameras":[{"ranges":{"Width":{"step":[]}}}]})",
+                                                 "cameras[0].ranges.Width.step: [] is no number from -1e+18 to 1e+18"},
+                                         Refused{R"({"cameras":[{"packetLoss":"0"}]})",
+                                                 "cameras[0].packetLoss: \"0\" is no number from 0 to 1"}));
+
+// Ranges with which the camera would divide by zero, wait for ever or leave its clock's range.
+class RangeTooWide : public testing::TestWithParam<Refused> {};
+
+TEST_P(RangeTooWide, IsRefusedWithFeatureBoundAndValue) {
+  const std::string json = std::string(R"({"cameras":[{"ranges":{)") + GetParam().json + "}}]}";
+
+  EXPECT_EQ(VimbaSimConfigure(json.c_str()), 1);
+
+  EXPECT_EQ(VimbaSimLastError(), std::string("cameras[0].ranges.") + GetParam().why);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Configuration, RangeTooWide,
+    testing::Values(
+        Refused{R"("BinningHorizontal":{"min":0})", "BinningHorizontal.min: 0 is no number from 1 to 8"},
+        Refused{R"("BinningHorizontal":{"min":0.5})", "BinningHorizontal.min: 0.5 is no number from 1 to 8"},
+        Refused{R"("BinningVertical":{"max":4294967296})", "BinningVertical.max: 4294967296 is no number from 1 to 8"},
+        Refused{R"("GVSPPacketSize":{"min":36})", "GVSPPacketSize.min: 36 is no number from 37 to 65535"},
+        Refused{R"("GVSPPacketSize":{"max":65536})", "GVSPPacketSize.max: 65536 is no number from 37 to 65535"},
+        Refused{R"("StreamBytesPerSecond":{"min":0})", "StreamBytesPerSecond.min: 0 is no number from 1000 to 1e+12"},
+        Refused{R"("ExposureTimeAbs":{"min":0})", "ExposureTimeAbs.min: 0 is no number from 1 to 3.6e+09"},
+        Refused{R"("ExposureTimeAbs":{"max":1e18})", "ExposureTimeAbs.max: 1e+18 is no number from 1 to 3.6e+09"},
+        Refused{R"("TriggerDelayAbs":{"min":-1})", "TriggerDelayAbs.min: -1 is no number from 0 to 3.6e+09"},
+        Refused{R"("TriggerDelayAbs":{"max":1e18})", "TriggerDelayAbs.max: 1e+18 is no number from 0 to 3.6e+09"},
+        Refused{R"("Gain":{"max":1e5})", "Gain.max: 1e+05 is no number from -100 to 100"},
+        Refused{R"("BalanceRatioAbs":{"min":0})", "BalanceRatioAbs.min: 0 is no number from 0.01 to 100"},
+        Refused{R"("AcquisitionFrameCount":{"min":0})", "AcquisitionFrameCount.min: 0 is no number from 1 to 1e+09"}));
+
+TEST(Configuration, NarrowsRangesThatDependOnOthersAndNeverWidensThem) {
+  const StartedCameras world{
+      SimulatedCamera().Range("Width", 0, 1e18).Range("OffsetX", -5, 1e18).Range("AcquisitionFrameRateAbs", 0, 1e18)};
+  const OpenedHandle camera;
+  VmbInt64_t integers[4]{};
+  double floats[2]{};
+  EXPECT_EQ(VmbFeatureIntRangeQuery(camera, "Width", &integers[0], &integers[1]), VmbErrorSuccess);
+  EXPECT_EQ(VmbFeatureIntRangeQuery(camera, "OffsetX", &integers[2], &integers[3]), VmbErrorSuccess);
+  EXPECT_EQ(VmbFeatureFloatRangeQuery(camera, "AcquisitionFrameRateAbs", &floats[0], &floats[1]), VmbErrorSuccess);
+
+  EXPECT_THAT(integers, ElementsAre(8, 64, 0, 0));
+  EXPECT_THAT(floats, ElementsAre(0.01, FloatOf(camera, "AcquisitionFrameRateLimit")));
+}
+
+TEST(Configuration, OfTheSmallestPacketsStillDeliversFrames) {
+  StartedCameras world{SimulatedCamera().Range("GVSPPacketSize", 37, 9000).Feature("GVSPPacketSize", 37)};
+  const OpenedHandle camera;
+  FrameRing ring(camera, 1);
+  ring.Start();
+
+  world.cameras.Deliver();
+
+  EXPECT_EQ(ring.WaitFor(1).front().receiveStatus, VmbFrameStatusComplete);
+  EXPECT_EQ(IntOf(camera, "StatPacketReceived"), 64 * 48);
+}
+
+TEST(Configuration, OfALeastBinningShrinksThePictureAtPowerUp) {
+  const StartedCameras world{SimulatedCamera().Range("BinningHorizontal", 2, 4)};
+  const OpenedHandle camera;
+
+  EXPECT_EQ(IntOf(camera, "BinningHorizontal"), 2);
+  EXPECT_EQ(IntOf(camera, "Width"), 32);
+  EXPECT_EQ(IntOf(camera, "PayloadSize"), 32 * 48);
+}
 
 TEST(Configuration, OfAPictureThatIsNotThereNamesTheFile) {
   EXPECT_EQ(VimbaSimConfigure(R"({"cameras":[{"scene":{"picture":"no such picture.png"}}]})"), 1);
@@ -248,12 +333,47 @@ TEST_F(ConfigurationFile, ThatIsWrongIsNamed) {
   EXPECT_EQ(VimbaSimLastError(), m_path.string() + ": cameras: 1 is no array");
 }
 
-TEST_F(ConfigurationFile, ThatIsNotThereIsNamed) {
+TEST_F(ConfigurationFile, WithCamerasThatCannotBeBuiltIsNamed) {
+  const Refused cases[] = {{R"({"cameras":[{"ranges":{"Gain":{"min":50}}}]})",
+                            "cameras[0].ranges.Gain: the minimum 50 is above the maximum 40"},
+                           {R"({"cameras":[{},{"id":"DEV_2","features":{"Gain":100}}]})",
+                            "cameras[1].features.Gain: the camera refuses 100 with error -11"},
+                           {R"({"cameras":[{"missing":["Wdth"]}]})", "cameras[0].missing: there is no feature Wdth"},
+                           {R"({"link":{"capacity":1e999}})", "the text: 1e999 is too large a number"}};
+  for (const Refused& wrong : cases) {
+    Write(wrong.json);
+    EXPECT_EQ(VimbaSimConfigure(nullptr), 1);
+    EXPECT_EQ(VimbaSimLastError(), m_path.string() + ": " + wrong.why);
+  }
+}
+
+TEST_F(ConfigurationFile, WithAPictureThatIsNotThereIsNamedBesideThePicture) {
+  Write(R"({"cameras":[{"scene":{"picture":"no such picture.png"}}]})");
+
+  EXPECT_EQ(VimbaSimConfigure(nullptr), 1);
+
+  EXPECT_THAT(VimbaSimLastError(),
+              testing::StartsWith(m_path.string() + ": picture no such picture.png: cannot be read: "));
+}
+
+std::string ReasonOf(std::errc error) { return std::make_error_code(error).message(); }
+
+TEST_F(ConfigurationFile, ThatIsNotThereIsNamedWithTheReason) {
   SetVariable("no such file.json");
 
   EXPECT_EQ(VimbaSimConfigure(nullptr), 1);
 
-  EXPECT_STREQ(VimbaSimLastError(), "no such file.json: cannot be read");
+  EXPECT_EQ(VimbaSimLastError(),
+            "no such file.json: cannot be read: " + ReasonOf(std::errc::no_such_file_or_directory));
+}
+
+TEST_F(ConfigurationFile, ThatIsAFolderIsNamedWithTheReason) {
+  std::filesystem::create_directory(m_path);
+  SetVariable(m_path.string());
+
+  EXPECT_EQ(VimbaSimConfigure(nullptr), 1);
+
+  EXPECT_EQ(VimbaSimLastError(), m_path.string() + ": cannot be read: " + ReasonOf(std::errc::is_a_directory));
 }
 
 }  // namespace

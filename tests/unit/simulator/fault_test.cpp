@@ -2,6 +2,8 @@
 // Faults on calls and on frames.
 #include <gmock/gmock.h>
 
+#include <cstdint>
+
 #include "frame_ring.h"
 
 namespace {
@@ -43,6 +45,12 @@ TEST_F(Faults, OfCountZeroHitForEverUntilTheyAreCleared) {
   world.cameras.ClearFaults();
 
   EXPECT_THAT(SetFormats({"Mono8"}), ElementsAre(0));
+}
+
+TEST_F(Faults, OfTheLargestCountHitFromTheirOccurrenceOn) {
+  world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"occurrence", 2}, {"count", INT64_MAX}, {"error", -13}});
+
+  EXPECT_THAT(SetFormats({"Mono8", "Mono8", "Mono8"}), ElementsAre(0, -13, -13));
 }
 
 TEST_F(Faults, HitOnlyTheirFeatureAndValue) {
@@ -137,6 +145,18 @@ TEST_F(Faults, ChangeFramesByNumber) {
   EXPECT_EQ(frames[1].frameID, 1u);
 }
 
+TEST_F(Faults, OfTheLargestCountChangeFramesFromTheirNumberOn) {
+  FrameRing ring(camera, 3);
+  world.cameras.Fault({{"frame", 1}, {"count", INT64_MAX}, {"status", -2}});
+  ring.Start();
+  RunCommand(camera, "AcquisitionStart");
+
+  const auto frames = ring.WaitFor(3);
+
+  EXPECT_THAT((std::vector{frames[0].receiveStatus, frames[1].receiveStatus, frames[2].receiveStatus}),
+              ElementsAre(0, -2, -2));
+}
+
 TEST_F(Faults, CountFramesFromTheMomentInWhichTheyAreAdded) {
   FrameRing ring(camera, 3);
   TriggerBy(camera, "Software");
@@ -211,6 +231,7 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{R"({"error":-1})", "faults[0].call: a fault needs one of call, frame and unplugAtFrame"},
         Refused{R"({"call":"VmbStartup","value":true})", "faults[0].value: true is neither text nor number"},
         Refused{"[1]", "faults[0]: is no object"}, Refused{"{", "no JSON at byte 2"},
+        Refused{R"({"frame":-1e999})", "the text: -1e999 is too large a number"},
         Refused{nullptr, "the text is null"}));
 
 }  // namespace
