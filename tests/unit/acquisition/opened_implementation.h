@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "acquisition/module_threads.h"
 #include "camera/vimba_imaging_device_impl.h"
 #include "support/host_output.h"
 #include "support/profile_file.h"
@@ -15,6 +16,10 @@
 
 // In a continuous acquisition that nothing triggers: what comes is what a test delivers.
 struct OpenedImplementation : testing::Test {
+  // First, and so the last to go: a worker that the object no longer waits for still has to end.
+  struct AllThreadsEnd {
+    ~AllThreadsEnd() { ModuleThreads().WaitForAll(); }
+  } threads;
   HostOutput output;
   SimulatedCameras cameras{SimulatedCamera()};
   ProfileFile profile;

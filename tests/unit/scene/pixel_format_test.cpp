@@ -157,7 +157,7 @@ TEST(PixelFormats, OddRowsOfYuv422EndAfterTheirLastLuma) {
       Bytes row(2 * static_cast<std::size_t>(width) + 4, 77);
       scene->Render(shot, row.data());
       const auto begin = whole.begin() + std::ptrdiff_t{y} * 2 * width;
-      ASSERT_TRUE(std::equal(begin, begin + 2 * width, row.begin())) << width << ", " << y;
+      ASSERT_TRUE(std::equal(begin, begin + std::ptrdiff_t{2} * width, row.begin())) << width << ", " << y;
       ASSERT_EQ(Bytes(row.end() - 4, row.end()), Bytes(4, 77)) << width << ", " << y;
     }
   }
