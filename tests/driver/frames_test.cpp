@@ -142,32 +142,35 @@ TEST_F(Frames, AFrameOfAnEarlierAcquisitionIsNotPopped) {
   EXPECT_EQ(Device().Snap(nullptr, 30), BError(12106));
 }
 
-TEST_F(Frames, AFailedFrameAbortsTheSnapsOfPartners) {
-  cameras.emplace(std::vector{SimulatedCamera(1), SimulatedCamera(2)});
-  ASSERT_TRUE(Reopen());
+// The first device lists the second as its partner.
+struct PartnersFrames : Frames {
   ProfileFile other_profile;
-  other_profile.Key("Camera_Identifier", "DEV_000F31000002");
-  OpenDevice other(other_profile.Open());
-  ASSERT_TRUE(other);
-  ASSERT_TRUE(Device().AddBandwidthPartner(other.Get()));
+  std::optional<OpenDevice> other;
+
+  ~PartnersFrames() override { other.reset(); }
+  bool OpenPartners() {
+    cameras.emplace(std::vector{SimulatedCamera(1), SimulatedCamera(2)});
+    other_profile.Key("Camera_Identifier", "DEV_000F31000002");
+    other.emplace(other_profile.Open());
+    return Reopen() && *other && Device().AddBandwidthPartner(other->Get());
+  }
+};
+
+TEST_F(PartnersFrames, AFailedFrameAbortsTheSnapsOfPartners) {
+  ASSERT_TRUE(OpenPartners());
   Device().StartSnap(false);
-  other->StartSnap(false);
+  (*other)->StartSnap(false);
   cameras->Deliver({{"status", -2}});
-  EXPECT_EQ(other->Snap(nullptr, kDeadline), BError(12109));
+  EXPECT_EQ((*other)->Snap(nullptr, kDeadline), BError(12109));
   EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError(12108));
   cameras->Deliver({{"status", -2}}, 2);
-  EXPECT_EQ(other->Snap(nullptr, kDeadline), BError(12108));
+  EXPECT_EQ((*other)->Snap(nullptr, kDeadline), BError(12108));
   EXPECT_EQ(Device().Snap(nullptr, 0), BError(12106)) << "partnership is one-way";
 }
 
-TEST_F(Frames, AFailedFrameDoesNotWaitForADeviceThatComparesRates) {
-  cameras.emplace(std::vector{SimulatedCamera(1), SimulatedCamera(2)});
-  ASSERT_TRUE(Reopen());
-  ProfileFile other_profile;
-  other_profile.Key("Camera_Identifier", "DEV_000F31000002");
-  OpenDevice other(other_profile.Open());
-  ASSERT_TRUE(Device().AddBandwidthPartner(other.Get()));
-  other->StartSnap(false);
+TEST_F(PartnersFrames, AFailedFrameDoesNotWaitForADeviceThatComparesRates) {
+  ASSERT_TRUE(OpenPartners());
+  (*other)->StartSnap(false);
   cameras->ClearCalls();
   cameras->Fault({{"call", "VmbFeatureIntGet"},
                   {"feature", "StreamBytesPerSecond"},
@@ -179,18 +182,12 @@ TEST_F(Frames, AFailedFrameDoesNotWaitForADeviceThatComparesRates) {
   cameras->Deliver({{"status", -1}}, 2);
 
   EXPECT_NE(std::future_status::ready, comparing.wait_for(std::chrono::seconds(0)));
-  EXPECT_EQ(other->Snap(nullptr, kDeadline), BError(12103));
+  EXPECT_EQ((*other)->Snap(nullptr, kDeadline), BError(12103));
 }
 
-TEST_F(Frames, ADestroyedPartnerIsReachedByNobody) {
-  cameras.emplace(std::vector{SimulatedCamera(1), SimulatedCamera(2)});
-  ASSERT_TRUE(Reopen());
-  ProfileFile other_profile;
-  other_profile.Key("Camera_Identifier", "DEV_000F31000002");
-  {
-    OpenDevice other(other_profile.Open());
-    ASSERT_TRUE(Device().AddBandwidthPartner(other.Get()));
-  }
+TEST_F(PartnersFrames, ADestroyedPartnerIsReachedByNobody) {
+  ASSERT_TRUE(OpenPartners());
+  other.reset();
   Device().StartSnap(false);
   cameras->Deliver({{"status", -1}});
   EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError(12103));
