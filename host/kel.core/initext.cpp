@@ -18,8 +18,6 @@ namespace {
 
 constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
 
-bool SameName(const std::string& a, const std::string& b) { return BString(a).IEquals(BString(b)); }
-
 // Alike for names that are the same.
 std::string Folded(std::string name) {
   for (char& letter : name) {
@@ -27,6 +25,8 @@ std::string Folded(std::string name) {
   }
   return name;
 }
+
+bool SameName(const std::string& a, const std::string& b) { return Folded(a) == Folded(b); }
 
 bool IsUtf8(const std::string& text) { return ToBString(ToWString(BString(text))).Str() == text; }
 

@@ -2,6 +2,8 @@
 // The life of a camera's implementation object: what Initialize does, step by step, and how the destructor undoes it.
 #include "camera/vimba_imaging_device_impl.h"
 
+#include <new>
+
 #include "camera/profile_keys.h"
 #include "controls/vimba_control.h"
 #include "diagnostics/camera_prefix.h"

@@ -177,7 +177,8 @@ TEST_F(PartnersFrames, AFailedFrameDoesNotWaitForADeviceThatComparesRates) {
                   {"camera", "DEV_000F31000002"},
                   {"delay_ms", 2000}});
   const std::future<void> comparing = std::async(std::launch::async, [this] { Device().StartSnap(false); });
-  while (cameras->CallsOf("VmbFeatureIntGet").empty()) std::this_thread::yield();
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kDeadline);
+  while (cameras->CallsOf("VmbFeatureIntGet").empty()) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
 
   cameras->Deliver({{"status", -1}}, 2);
 

@@ -12,7 +12,7 @@ namespace {
 using Texts = std::vector<std::wstring>;
 using Implementation = BVimbaImagingDeviceImpl;
 
-// The ring and its flush are the object's own. An explicit instantiation may name them.
+// The ring, its flush and the frame memory are the object's own. An explicit instantiation may name them.
 struct Ring {
   using Type = std::array<VmbFrame_t, 10> Implementation::*;
   friend Type MemberOf(Ring);
@@ -21,11 +21,16 @@ struct Flush {
   using Type = bool (Implementation::*)(BLogCollector&);
   friend Type MemberOf(Flush);
 };
+struct Blocks {
+  using Type = std::shared_ptr<FrameBlocks> Implementation::*;
+  friend Type MemberOf(Blocks);
+};
 template <class Tag, typename Tag::Type kMember>
 struct Exposed {
   friend typename Tag::Type MemberOf(Tag) { return kMember; }
 };
 template struct Exposed<Ring, &Implementation::m_frames>;
+template struct Exposed<Blocks, &Implementation::m_frame_blocks>;
 template struct Exposed<Flush, &Implementation::RequeueFrames>;
 
 struct RequeueFrames : OpenedImplementation {
@@ -47,6 +52,40 @@ TEST_F(RequeueFrames, ThatFailsIsReported) {
   cameras.FailCall("VmbCaptureQueueFlush", "", -13);
   EXPECT_FALSE(Flushed());
   EXPECT_EQ((Texts{L"RequeueFrames", L"CaptureQueueClear failed", L"End"}), Lines(L"title"));
+}
+
+// Ten blocks for such frames are more than may lie idle between acquisitions.
+struct FrameMemory : OpenedImplementation {
+  static constexpr int kDelivered = 8;
+
+  FrameMemory() : OpenedImplementation(SimulatedCamera().Sensor(1280, 1024).With("scene", "none")) {}
+
+  std::size_t IdleBytes() const { return (implementation.*MemberOf(Blocks()))->IdleBytes(); }
+  void UseManyBlocksAtOnce() {
+    for (int i = 0; i < kDelivered; ++i) cameras.Deliver();
+    ASSERT_TRUE(AllFramesComeBack());  // so every copy is in the queue
+    for (int i = 0; i < kDelivered; ++i) ASSERT_EQ(BError(), Snap());
+  }
+};
+
+TEST_F(FrameMemory, IsKeptWhileAnAcquisitionRuns) {
+  UseManyBlocksAtOnce();
+  EXPECT_GT(IdleBytes(), FrameBlocks::kIdleBytes);
+}
+
+TEST_F(FrameMemory, IsGivenBackWhenTheStopFails) {
+  UseManyBlocksAtOnce();
+  cameras.FailCall("VmbFeatureCommandRun", "AcquisitionStop", -13);
+  EXPECT_THROW(implementation.StopSnap(), BError);
+  EXPECT_LE(IdleBytes(), FrameBlocks::kIdleBytes);
+}
+
+TEST_F(FrameMemory, IsGivenBackWhenTheStartFails) {
+  implementation.StopSnap();
+  cameras.FailCall("VmbFeatureCommandRun", "AcquisitionStart", -13);
+  EXPECT_THROW(implementation.StartSnap(false), BError);
+  UseManyBlocksAtOnce();
+  EXPECT_LE(IdleBytes(), FrameBlocks::kIdleBytes);
 }
 
 struct OnFrame : OpenedImplementation {

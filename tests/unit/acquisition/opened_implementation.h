@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "acquisition/module_threads.h"
@@ -21,10 +23,12 @@ struct OpenedImplementation : testing::Test {
     ~AllThreadsEnd() { ModuleThreads().WaitForAll(); }
   } threads;
   HostOutput output;
-  SimulatedCameras cameras{SimulatedCamera()};
+  SimulatedCameras cameras;
   ProfileFile profile;
   BSmartRef<VimbaInitialization> system = VimbaInitialization::Open(nullptr);
   BVimbaImagingDeviceImpl implementation;
+
+  explicit OpenedImplementation(const SimulatedCamera& camera = SimulatedCamera()) : cameras(camera) {}
 
   void SetUp() override {
     profile.Key("Camera_Identifier", SimulatedCamera::kId);
@@ -36,6 +40,11 @@ struct OpenedImplementation : testing::Test {
 
   BError Snap(std::uint32_t timeout_ms = 30'000) { return implementation.Snap(nullptr, timeout_ms, 0); }
   int QueuedFrames() const { return cameras.State()["queued"].get<int>(); }
+  bool AllFramesComeBack() const {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (QueuedFrames() != 10 && std::chrono::steady_clock::now() < deadline) std::this_thread::yield();
+    return QueuedFrames() == 10;
+  }
   // The lines of the one message with this title's end, the title itself left away.
   std::vector<std::wstring> Lines(const std::wstring& title_end) const {
     const std::vector<std::wstring> messages = output.Diagnostics(title_end);
