@@ -1,55 +1,134 @@
 // bmutex_test.cpp
-// The plain mutex.
+// Mutexes, their locks and the condition.
+#include "bmutex.h"
+
 #include <gtest/gtest.h>
 
 #include <future>
 #include <thread>
 #include <vector>
 
-#include "bmutex.h"
-
 namespace {
 
-bool OtherThreadMayLock(BMutex& mutex) {
-  return std::async(std::launch::async,
-                    [&mutex] {
-                      if (!mutex.try_lock()) return false;
-                      mutex.unlock();
-                      return true;
-                    })
-      .get();
-}
+constexpr std::chrono::seconds kDeadline{30};
 
-TEST(Mutex, IsHeldForTheScopeOfALock) {
-  BMutex mutex;
-  {
-    const BMutexLock lock(mutex);
-    EXPECT_FALSE(OtherThreadMayLock(mutex));
+// One value under a lock, counted up by many threads.
+template <class Mutex, class Lock>
+class Counter {
+ public:
+  void Add() {
+    const Lock lock(m_mutex);
+    const int before = m_value;
+    std::this_thread::yield();
+    m_value = before + 1;
   }
-  EXPECT_TRUE(OtherThreadMayLock(mutex));
-}
+  int Value() {
+    const Lock lock(m_mutex);
+    return m_value;
+  }
 
-struct Counter {
-  BMutex mutex;
-  int value KEL_GUARDED_BY(mutex) = 0;
+ private:
+  Mutex m_mutex;
+  int m_value KEL_GUARDED_BY(m_mutex) = 0;
 };
 
-TEST(Mutex, ServesOneThreadAtATime) {
-  Counter counter;
+template <class Tested>
+int CountedByFourThreads(int rounds) {
+  Tested counter;
   std::vector<std::thread> threads;
-  threads.reserve(4);
   for (int i = 0; i < 4; ++i) {
     threads.emplace_back([&] {
-      for (int round = 0; round < 5000; ++round) {
-        const BMutexLock lock(counter.mutex);
-        ++counter.value;
-      }
+      for (int round = 0; round < rounds; ++round) counter.Add();
     });
   }
   for (std::thread& thread : threads) thread.join();
+  return counter.Value();
+}
 
-  const BMutexLock lock(counter.mutex);
-  EXPECT_EQ(20000, counter.value);
+TEST(BMutex, ServesOneThreadAtATime) { EXPECT_EQ((CountedByFourThreads<Counter<BMutex, BMutexLock>>(1000)), 4000); }
+
+TEST(BRecursiveMutex, ServesOneThreadAtATime) {
+  EXPECT_EQ((CountedByFourThreads<Counter<BRecursiveMutex, BRecursiveMutexLock>>(1000)), 4000);
+}
+
+// A function that takes what its caller holds.
+class Nested {
+ public:
+  int Outer() {
+    const BRecursiveMutexLock lock(m_mutex);
+    return Inner() + 1;
+  }
+  int Inner() {
+    const BRecursiveMutexLock lock(m_mutex);
+    return ++m_calls;
+  }
+
+ private:
+  BRecursiveMutex m_mutex;
+  int m_calls KEL_GUARDED_BY(m_mutex) = 0;
+};
+
+TEST(BRecursiveMutex, MayBeTakenAgainByItsHolder) {
+  Nested nested;
+  EXPECT_EQ(nested.Outer(), 2);
+  EXPECT_EQ(std::async(std::launch::async, [&] { return nested.Inner(); }).get(), 2) << "it was given back";
+}
+
+// What one thread waits for and another one brings.
+class Message {
+ public:
+  void Bring() {
+    const BMutexLock lock(m_mutex);
+    m_is_there = true;
+    m_changed.NotifyAll();
+  }
+  void Await() {
+    BMutexLock lock(m_mutex);
+    while (!m_is_there) m_changed.Wait(lock);
+  }
+  bool IsThereBy(std::chrono::steady_clock::time_point deadline) {
+    BMutexLock lock(m_mutex);
+    while (!m_is_there && std::chrono::steady_clock::now() < deadline) m_changed.WaitUntil(lock, deadline);
+    return m_is_there;
+  }
+  // Waits for it without ever letting a second thread see the mutex taken.
+  void AwaitWithTheMutexFree() {
+    BMutexLock lock(m_mutex);
+    while (!m_is_there) {
+      const BMutexUnlock unlocked(m_mutex, lock);
+      std::this_thread::yield();
+    }
+  }
+
+ private:
+  BMutex m_mutex;
+  BCondition m_changed;
+  bool m_is_there KEL_GUARDED_BY(m_mutex) = false;
+};
+
+TEST(BCondition, WakesWhoeverWaits) {
+  Message message;
+  std::future<void> first = std::async(std::launch::async, [&] { message.Await(); });
+  std::future<void> second = std::async(std::launch::async, [&] { message.Await(); });
+  message.Bring();
+  EXPECT_EQ(first.wait_for(kDeadline), std::future_status::ready);
+  EXPECT_EQ(second.wait_for(kDeadline), std::future_status::ready);
+}
+
+TEST(BCondition, WaitsNoLongerThanItsDeadline) {
+  Message message;
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(20);
+  EXPECT_FALSE(message.IsThereBy(deadline));
+  EXPECT_GE(std::chrono::steady_clock::now(), deadline);
+  message.Bring();
+  EXPECT_TRUE(message.IsThereBy(deadline));
+}
+
+TEST(BMutexUnlock, LeavesTheMutexToOthersForItsScope) {
+  Message message;
+  std::future<void> waiting = std::async(std::launch::async, [&] { message.AwaitWithTheMutexFree(); });
+  message.Bring();
+  EXPECT_EQ(waiting.wait_for(kDeadline), std::future_status::ready);
 }
 
 }  // namespace
