@@ -42,6 +42,22 @@ function(kel_warnings target)
   kel_version_resource(${target})
 endfunction()
 
+# kel_stage(RESULT PATH): an include folder in which PATH, a folder or a file below this one, can be included by that path,
+# and nothing else: what a target is not given does not compile.
+function(kel_stage result path)
+  if(CMAKE_HOST_WIN32)
+    # Links need a privilege there. The check of the architecture is what holds then.
+    set(${result} ${CMAKE_CURRENT_SOURCE_DIR} PARENT_SCOPE)
+    return()
+  endif()
+  string(MAKE_C_IDENTIFIER ${path} name)
+  set(stage ${CMAKE_CURRENT_BINARY_DIR}/include/${name})
+  get_filename_component(folder ${stage}/${path} DIRECTORY)
+  file(MAKE_DIRECTORY ${folder})
+  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR}/${path} ${stage}/${path} SYMBOLIC)
+  set(${result} ${stage} PARENT_SCOPE)
+endfunction()
+
 # kel_host_library(NAME SOURCES ... LINKS ...): one shared library of the host SDK; headers lie beside its sources.
 function(kel_host_library name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS;PRIVATE_LINKS")

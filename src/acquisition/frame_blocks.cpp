@@ -8,11 +8,12 @@
 
 FrameBlocks::Block FrameBlocks::Take(std::size_t size) {
   {
-    std::unique_lock lock(m_lock);
+    BMutexLock lock(m_mutex);
     if (size != m_size) m_idle.clear();
     m_size = size;
-    m_idle.reserve(kRunningBlocks);  // so that giving back never needs memory
-    m_returned.wait(lock, [this] { return m_used < MostUsedBlocks(); });
+    // So that giving back never needs memory.
+    m_idle.reserve(kRunningBlocks);
+    while (m_used >= MostUsedBlocks()) m_returned.Wait(lock);
     ++m_used;
     if (Block block = TakeIdle()) return block;
   }
@@ -32,20 +33,20 @@ FrameBlocks::Block FrameBlocks::TakeIdle() {
 }
 
 void FrameBlocks::Return(Block block, std::size_t size) noexcept {
-  const std::lock_guard lock(m_lock);
+  const BMutexLock lock(m_mutex);
   if (block && size == m_size && m_idle.size() < KeptBlocks()) m_idle.push_back(std::move(block));
   --m_used;
-  m_returned.notify_one();
+  m_returned.NotifyOne();
 }
 
 void FrameBlocks::SetRunning(bool running) {
-  const std::lock_guard lock(m_lock);
+  const BMutexLock lock(m_mutex);
   m_running = running;
   while (m_idle.size() > KeptBlocks()) m_idle.pop_back();
 }
 
 std::size_t FrameBlocks::IdleBytes() const {
-  const std::lock_guard lock(m_lock);
+  const BMutexLock lock(m_mutex);
   return m_idle.size() * m_size;
 }
 

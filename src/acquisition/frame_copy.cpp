@@ -48,6 +48,20 @@ void CopyFromColorCamera(const BFrameQueue::BFrame& frame, const FrameLayout& la
 
 }  // namespace
 
+void CopyFrameToAoi(const BFrameQueue::BFrame& frame, const FrameLayout& layout, BBaseAoi& aoi) {
+  const BAoiLockRW lock(aoi);
+  switch (aoi.ImageKind()) {
+    case BBaseAoi::eMono8:
+      CopyFrameToMonoAoi(frame, layout, aoi);
+      break;
+    case BBaseAoi::eRgb:
+      CopyFrameToRgbAoi(frame, layout, aoi);
+      break;
+    default:
+      break;
+  }
+}
+
 void CopyFrameToRgbAoi(const BFrameQueue::BFrame& frame, const FrameLayout& layout, BBaseAoi& aoi) {
   if (aoi.ImageKind() != BBaseAoi::eRgb) throw NBoard::Exception::eWrongImageKind;
   ResetUnlessPlain(aoi, layout.size, layout.size);
@@ -56,14 +70,14 @@ void CopyFrameToRgbAoi(const BFrameQueue::BFrame& frame, const FrameLayout& layo
   BImageRgb& image = *aoi.Rgb();
   if (format == VmbPixelFormatMono8) {
     image.TakeGrey(frame.Data(), static_cast<std::size_t>(layout.size.width), layout.size);
-  } else if (!layout.converter) {
-    return;
-  } else if (format == VmbPixelFormatYuv422) {
+  } else if (layout.converter && format == VmbPixelFormatYuv422) {
     layout.converter->ConvertYUV422ToRGB(frame.Data(), image);
-  } else if (aoi.Text().IEquals(kFastConversion)) {
-    layout.converter->ConvertFastRawToRGB(frame.Data(), image);
-  } else {
-    layout.converter->ConvertRawToRGB(frame.Data(), image);
+  } else if (layout.converter && IsBayer8(format)) {
+    if (aoi.Text().IEquals(kFastConversion)) {
+      layout.converter->ConvertFastRawToRGB(frame.Data(), image);
+    } else {
+      layout.converter->ConvertRawToRGB(frame.Data(), image);
+    }
   }
 }
 

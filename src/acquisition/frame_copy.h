@@ -20,6 +20,9 @@ struct FrameLayout {
   const BColorConverter* converter = nullptr;  // of a colour camera
 };
 
+// Fills an area of either kind and holds it meanwhile. One that holds no such image is left alone. [host thread]
+void CopyFrameToAoi(const BFrameQueue::BFrame& frame, const FrameLayout& layout, BBaseAoi& aoi);
+
 // Both reset the area to the camera's image where it is not that already, and leave its pixels alone for a format that
 // is not copied or that needs more bytes than the frame holds. The caller holds the area. They throw
 // NBoard::Exception::eWrongImageKind for an area of the other kind. [host thread]

@@ -2,6 +2,7 @@
 // Hands captured frames from the threads that receive them to the host's thread that waits in a snap.
 #include "acquisition/frame_queue.h"
 
+#include <chrono>
 #include <utility>
 
 #include "bstopwatch.h"
@@ -9,17 +10,16 @@
 
 namespace {
 
-// Milliseconds.
-constexpr std::uint32_t kPollInterval = 10;
+constexpr std::chrono::milliseconds kPollInterval{10};
 
 }  // namespace
 
-BFrameQueue::BFrame::BFrame(std::uint64_t size, std::uint32_t pixel_format, std::uint64_t id, WString text,
+BFrameQueue::BFrame::BFrame(std::uint64_t size, std::uint32_t pixel_format, std::uint64_t id, WString camera_id,
                             std::shared_ptr<FrameBlocks> blocks)
     : m_data(blocks ? blocks->Take(size) : std::make_unique_for_overwrite<std::uint8_t[]>(size)),
       m_pixel_format(pixel_format),
       m_id(id),
-      m_text(std::move(text)),
+      m_camera_id(std::move(camera_id)),
       m_blocks(std::move(blocks)),
       m_block_size(size) {}
 
@@ -40,7 +40,7 @@ void BFrameQueue::Push(BSmartRef<BFrame> frame, BError error) {
   Append({std::move(error), std::move(frame)});
 }
 
-bool BFrameQueue::PushUnlessOver(Acquisition acquisition, BSmartRef<BFrame> frame, BError error) {
+bool BFrameQueue::PushUnlessOver(AcquisitionNumber acquisition, BSmartRef<BFrame> frame, BError error) {
   const BAutoLockW lock(*this);
   if (acquisition != m_acquisition) return false;
   Append({std::move(error), std::move(frame)});
@@ -56,7 +56,7 @@ BError BFrameQueue::Pop(BSmartRef<BFrame>& frame, std::uint32_t timeout_ms) {
   while (m_count == 0) {
     UnlockW();
     if (waiting.Period() >= timeout_ms) return BError(BError::eTimeout);
-    SleepMilliseconds(kPollInterval);
+    SleepFor(kPollInterval);
     LockW();
   }
   Entry entry = std::move(m_entries.front());
@@ -76,7 +76,7 @@ void BFrameQueue::Clear() {
   ++m_acquisition;
 }
 
-BFrameQueue::Acquisition BFrameQueue::CurrentAcquisition() const {
+BFrameQueue::AcquisitionNumber BFrameQueue::CurrentAcquisition() const {
   const BAutoLockW lock(*this);
   return m_acquisition;
 }

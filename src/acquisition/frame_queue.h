@@ -19,8 +19,8 @@ class BFrameQueue : public BSyncableSmartObj {
   class BFrame : public BSmartObj {
    public:
     // Memory for `size` bytes, from `blocks` where given. `id` is the context id under which the frame was queued,
-    // `text` the unique id of its camera. Throws std::bad_alloc.
-    BFrame(std::uint64_t size, std::uint32_t pixel_format, std::uint64_t id, WString text,
+    // `camera_id` the unique id of its camera. Throws std::bad_alloc.
+    BFrame(std::uint64_t size, std::uint32_t pixel_format, std::uint64_t id, WString camera_id,
            std::shared_ptr<FrameBlocks> blocks = nullptr);
     ~BFrame() override;
     BFrame(const BFrame&) = delete;
@@ -30,20 +30,20 @@ class BFrameQueue : public BSyncableSmartObj {
     std::uint32_t PixelFormat() const { return m_pixel_format; }
     void SetPixelFormat(std::uint32_t pixel_format) { m_pixel_format = pixel_format; }
     std::uint64_t Id() const { return m_id; }
-    WString Text() const { return m_text; }
+    WString CameraId() const { return m_camera_id; }
 
    private:
     FrameBlocks::Block m_data;
     std::uint32_t m_pixel_format;
     std::uint64_t m_id;
-    WString m_text;
+    WString m_camera_id;
     // Where the block goes back to, and the size it is known by there.
     std::shared_ptr<FrameBlocks> m_blocks;
     std::size_t m_block_size;
   };
 
   // Which acquisition an entry belongs to: the number of times that the queue has been cleared.
-  using Acquisition = std::uint64_t;
+  using AcquisitionNumber = std::uint64_t;
 
   BFrameQueue() = default;
   ~BFrameQueue() override;
@@ -52,15 +52,15 @@ class BFrameQueue : public BSyncableSmartObj {
 
   void Push(BSmartRef<BFrame> frame, BError error);  // [any thread]
   // Pushes unless the queue has been cleared since `acquisition`; then the entry is dropped. [any thread]
-  bool PushUnlessOver(Acquisition acquisition, BSmartRef<BFrame> frame, BError error = BError());
+  bool PushUnlessOver(AcquisitionNumber acquisition, BSmartRef<BFrame> frame, BError error = BError());
   void PushAbort();  // wakes a waiting Pop with the error "aborted" [any thread]
 
   // Takes the oldest entry, waiting up to timeout_ms for one in steps of 10 ms. `frame` gets the entry's frame, maybe
   // none; the result is the entry's error, or "time-out" with no frame. [host thread]
   BError Pop(BSmartRef<BFrame>& frame, std::uint32_t timeout_ms);
 
-  void Clear();                            // [host thread]
-  Acquisition CurrentAcquisition() const;  // [any thread]
+  void Clear();                                  // [host thread]
+  AcquisitionNumber CurrentAcquisition() const;  // [any thread]
 
  private:
   struct Entry {
@@ -68,10 +68,11 @@ class BFrameQueue : public BSyncableSmartObj {
     BSmartRef<BFrame> frame;
   };
 
-  void Append(Entry entry);  // the write lock is held
+  void Append(Entry entry) KEL_REQUIRES(this);
 
-  std::list<Entry> m_entries;
-  std::uint64_t m_count = 0;
-  std::uint64_t m_push_count = 0;
-  Acquisition m_acquisition = 0;
+  std::list<Entry> m_entries KEL_GUARDED_BY(this);
+  std::uint64_t m_count KEL_GUARDED_BY(this) = 0;
+  // Since the last clearing. Part of the queue's layout; nothing reads it.
+  std::uint64_t m_push_count KEL_GUARDED_BY(this) = 0;
+  AcquisitionNumber m_acquisition KEL_GUARDED_BY(this) = 0;
 };

@@ -2,9 +2,8 @@
 // Counts the detached workers of a device, so that the device can outlive them.
 #pragma once
 
-#include <condition_variable>
 #include <memory>
-#include <mutex>
+#include <utility>
 
 // No worker is owned or joined. Each carries a ticket; the count that tickets report to is shared with them, so that
 // the last one may finish reporting while its device is already going.

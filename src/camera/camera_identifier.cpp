@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <tuple>
 
 namespace {
 
@@ -25,12 +26,12 @@ WString IdentifierOf(const VmbCameraInfo_t& camera) {
   return WString::Format(L"Vimba_%s_%s", NameOf(camera), ToWString(camera.serialString));
 }
 
-std::unique_ptr<DList<WString>> ListIdentifiers() {
+DList<WString> ListIdentifiers() {
   std::array<VmbCameraInfo_t, kMaxListedCameras> cameras{};
   VmbUint32_t found = 0;
-  VmbCamerasList(cameras.data(), kMaxListedCameras, &found, sizeof(VmbCameraInfo_t));
-  auto identifiers = std::make_unique<DList<WString>>();
+  std::ignore = VmbCamerasList(cameras.data(), kMaxListedCameras, &found, sizeof(VmbCameraInfo_t));
+  DList<WString> identifiers;
   std::for_each_n(cameras.begin(), std::min(found, kMaxListedCameras),
-                  [&](const VmbCameraInfo_t& camera) { identifiers->Append(IdentifierOf(camera)); });
+                  [&](const VmbCameraInfo_t& camera) { identifiers.Append(IdentifierOf(camera)); });
   return identifiers;
 }

@@ -2,8 +2,6 @@
 // The texts by which cameras are known to the host.
 #pragma once
 
-#include <memory>
-
 #include "VimbaC.h"
 #include "dlist.h"
 #include "wstring.h"
@@ -12,4 +10,4 @@
 WString IdentifierOf(const VmbCameraInfo_t& camera);
 
 // The identifiers of all attached cameras, in the library's order. The Vimba system is started. [host thread]
-std::unique_ptr<DList<WString>> ListIdentifiers();
+DList<WString> ListIdentifiers();

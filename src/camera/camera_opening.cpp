@@ -1,123 +1,129 @@
 // camera_opening.cpp
-// Finding and opening the camera that the profile names: by serial number, by unique id or by address.
-#include <algorithm>
+// Finding and opening the camera that a profile names: by serial number, by unique id or by address.
+#include "camera/camera_opening.h"
 
+#include <algorithm>
+#include <chrono>
+#include <tuple>
+#include <utility>
+
+#include "bcamprofilekeys.h"
 #include "camera/camera_identifier.h"
 #include "camera/camera_search.h"
-#include "camera/profile_keys.h"
-#include "camera/vimba_imaging_device_impl.h"
 #include "diagnostics/platform.h"
 #include "imagingdevice.h"
+#include "iprofile.h"
 #include "vimba/feature_names.h"
+#include "vimba/vimba_camera.h"
 #include "vimba/vimba_features.h"
 
 namespace {
 
 constexpr int kAttempts = 10;
 constexpr int kAddressAttempts = 2;
-constexpr std::uint32_t kPauseAfterFailure = 200;  // milliseconds
-// Milliseconds until a camera whose host has died may be opened by another.
-constexpr std::int64_t kHeartbeatTimeout = 5000;
+constexpr std::chrono::milliseconds kPauseAfterFailure{200};
+// Until a camera whose host has died may be opened by another.
+constexpr std::chrono::milliseconds kHeartbeatTimeout{5000};
 
 void Show(const WString& text) { ImagingDevice::ShowInfo(text.c_str(), nullptr); }
 
 // Which of the ways to open a camera the profile asks for.
 struct InitMethod {
   WString method;
-  WString serial_number;  // not empty: search by serial number
-  WString unique_id;      // not empty: open by unique id
+  // Not empty: search by serial number.
+  WString serial_number;
+  // Not empty: open by unique id.
+  WString unique_id;
 
   explicit InitMethod(const IProfile& profile) {
-    profile.ReadString(ProfileKey::kInitMethod, method);
+    profile.ReadString(CamProfileKey::kInitMethod, method);
     if (method.IEquals(L"Serial")) {
-      profile.ReadString(ProfileKey::kSerialNumber, serial_number);
+      profile.ReadString(CamProfileKey::kSerialNumber, serial_number);
     } else if (!method.IEquals(L"IP")) {
-      profile.ReadString(ProfileKey::kCameraIdentifier, unique_id);
+      profile.ReadString(CamProfileKey::kCameraIdentifier, unique_id);
     }
   }
 };
 
-}  // namespace
-
-bool BVimbaImagingDeviceImpl::OpenCamera(const WString& text) {
-  Show(L"Initialize " + text);
-  const InitMethod init(*Profile());
-  const bool by_serial = !init.serial_number.IsEmpty();
-  Show(WString::Format(L"InitMethod: %s (%s)", init.method, by_serial ? init.serial_number : init.unique_id));
-  const bool open = (by_serial && OpenBySerial(init.serial_number)) ||
-                    (!init.unique_id.IsEmpty() && OpenByUniqueId(init.unique_id)) || OpenByAddress();
-  if (open) Vimba::SetInt(m_camera, Feature::kGevHeartbeatTimeout, kHeartbeatTimeout);
-  return open;
+// Tries the cameras whose serial number occurs in the wanted one, in their order, until one opens.
+bool OpenOneOf(const CameraRecords& records, const WString& serial_number, VimbaCamera& camera) {
+  return std::any_of(records.begin(), records.end(), [&](const VmbCameraInfo_t& record) {
+    if (!serial_number.IIncludes(ToWString(record.serialString))) return false;
+    const char* narrow_id = record.cameraIdString ? record.cameraIdString : "";
+    const WString id = ToWString(narrow_id);
+    VmbHandle_t handle = nullptr;
+    if (VmbCameraOpen(narrow_id, VmbAccessModeFull, &handle) == VmbErrorSuccess) {
+      camera.Adopt(handle, id, IdentifierOf(record));
+      Show(WString::Format(L"Camera (Uid: %s): InitBySerial success", id));
+      return true;
+    }
+    Show(WString::Format(L"Camera (UniqueId - %s): - InitBySerial failed (%s)", id, serial_number));
+    SleepFor(kPauseAfterFailure);
+    return false;
+  });
 }
 
-bool BVimbaImagingDeviceImpl::OpenBySerial(const WString& serial_number) {
+bool OpenBySerial(const WString& serial_number, VimbaCamera& camera) {
   for (int attempt = 1; attempt <= kAttempts; ++attempt) {
-    std::unique_ptr<CameraRecords> records = FetchCameraRecords();
-    if (OpenOneOf(*records, serial_number)) return true;
+    CameraRecords records = FetchCameraRecords();
+    if (OpenOneOf(records, serial_number, camera)) return true;
     if (attempt < kAttempts) LeaveUnreleased(std::move(records));
   }
   return false;
 }
 
-bool BVimbaImagingDeviceImpl::OpenOneOf(const std::vector<VmbCameraInfo_t>& cameras, const WString& serial_number) {
-  return std::any_of(cameras.begin(), cameras.end(), [&](const VmbCameraInfo_t& camera) {
-    if (!serial_number.IIncludes(ToWString(camera.serialString))) return false;
-    const char* narrow_id = camera.cameraIdString ? camera.cameraIdString : "";
-    const WString id = ToWString(narrow_id);
-    VmbHandle_t handle = nullptr;
-    if (VmbCameraOpen(narrow_id, VmbAccessModeFull, &handle) == VmbErrorSuccess) {
-      Adopt(handle, id, camera);
-      Show(WString::Format(L"Camera (Uid: %s): InitBySerial success", id));
-      return true;
-    }
-    Show(WString::Format(L"Camera (UniqueId - %s): - InitBySerial failed (%s)", id, serial_number));
-    SleepMilliseconds(kPauseAfterFailure);
-    return false;
-  });
+// A camera that can be opened but not identified is closed again: the next try opens it anew.
+VmbHandle_t OpenAndQuery(const WString& id, VmbCameraInfo_t& record) {
+  const BString narrow_id = ToBString(id);
+  VmbHandle_t handle = nullptr;
+  if (VmbCameraOpen(narrow_id.c_str(), VmbAccessModeFull, &handle) != VmbErrorSuccess) return nullptr;
+  if (VmbCameraInfoQuery(narrow_id.c_str(), &record, sizeof record) == VmbErrorSuccess) return handle;
+  std::ignore = VmbCameraClose(handle);
+  return nullptr;
 }
 
-bool BVimbaImagingDeviceImpl::OpenByUniqueId(const WString& unique_id) {
+bool OpenByUniqueId(const WString& unique_id, VimbaCamera& camera) {
   for (int attempt = 1; attempt <= kAttempts; ++attempt) {
-    VmbCameraInfo_t camera{};
-    if (const VmbHandle_t handle = OpenAndQuery(unique_id, camera)) {
-      Adopt(handle, unique_id, camera);
+    VmbCameraInfo_t record{};
+    if (const VmbHandle_t handle = OpenAndQuery(unique_id, record)) {
+      camera.Adopt(handle, unique_id, IdentifierOf(record));
       Show(WString::Format(L"Camera (Uid: %s): InitByUid success", unique_id));
       return true;
     }
     Show(WString::Format(L"Camera (UniqueId - %s): - InitByUid failed", unique_id));
-    SleepMilliseconds(kPauseAfterFailure);
+    SleepFor(kPauseAfterFailure);
   }
   return false;
 }
 
-bool BVimbaImagingDeviceImpl::OpenByAddress() {
+bool OpenByAddress(const IProfile& profile, VimbaCamera& camera) {
   WString address;
-  if (!Profile()->ReadString(ProfileKey::kIp, address)) return false;
+  if (!profile.ReadString(CamProfileKey::kIp, address)) return false;
   for (int attempt = 1; attempt <= kAddressAttempts; ++attempt) {
-    VmbCameraInfo_t camera{};
-    if (const VmbHandle_t handle = OpenAndQuery(address, camera)) {
-      Adopt(handle, ToWString(camera.cameraIdString), camera);
+    VmbCameraInfo_t record{};
+    if (const VmbHandle_t handle = OpenAndQuery(address, record)) {
+      camera.Adopt(handle, ToWString(record.cameraIdString), IdentifierOf(record));
       Show(WString::Format(L"Camera (IP: %s): InitByAddr success", address));
       return true;
     }
     Show(WString::Format(L"Camera (IP: %s): - InitByAddr failed", address));
-    SleepMilliseconds(kPauseAfterFailure);
+    SleepFor(kPauseAfterFailure);
   }
   return false;
 }
 
-// A camera that can be opened but not identified is closed again: the next try opens it anew.
-VmbHandle_t BVimbaImagingDeviceImpl::OpenAndQuery(const WString& id, VmbCameraInfo_t& camera) {
-  const BString narrow_id = ToBString(id);
-  VmbHandle_t handle = nullptr;
-  if (VmbCameraOpen(narrow_id.c_str(), VmbAccessModeFull, &handle) != VmbErrorSuccess) return nullptr;
-  if (VmbCameraInfoQuery(narrow_id.c_str(), &camera, sizeof camera) == VmbErrorSuccess) return handle;
-  VmbCameraClose(handle);
-  return nullptr;
-}
+}  // namespace
 
-void BVimbaImagingDeviceImpl::Adopt(VmbHandle_t handle, const WString& unique_id, const VmbCameraInfo_t& camera) {
-  m_camera = handle;
-  m_unique_id = unique_id;
-  m_identifier = IdentifierOf(camera);
+bool OpenCamera(const IProfile& profile, const WString& text, VimbaCamera& camera) {
+  Show(L"Initialize " + text);
+  const InitMethod init(profile);
+  const bool by_serial = !init.serial_number.IsEmpty();
+  Show(WString::Format(L"InitMethod: %s (%s)", init.method, by_serial ? init.serial_number : init.unique_id));
+  const bool open = (by_serial && OpenBySerial(init.serial_number, camera)) ||
+                    (!init.unique_id.IsEmpty() && OpenByUniqueId(init.unique_id, camera)) ||
+                    OpenByAddress(profile, camera);
+  if (open) {
+    std::ignore = Vimba::SetInt(camera.Handle(), Feature::kGevHeartbeatTimeout, kHeartbeatTimeout.count());
+  }
+  return open;
 }

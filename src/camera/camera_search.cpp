@@ -3,17 +3,19 @@
 #include "camera/camera_search.h"
 
 #include <algorithm>
+#include <tuple>
+#include <utility>
 
-std::unique_ptr<CameraRecords> FetchCameraRecords() {
+CameraRecords FetchCameraRecords() {
   VmbUint32_t count = 0;
-  VmbCamerasList(nullptr, 0, &count, sizeof(VmbCameraInfo_t));
-  auto records = std::make_unique<CameraRecords>(count);
+  std::ignore = VmbCamerasList(nullptr, 0, &count, sizeof(VmbCameraInfo_t));
+  CameraRecords records(count);
   VmbUint32_t found = 0;
-  if (VmbCamerasList(records->data(), count, &found, sizeof(VmbCameraInfo_t)) != VmbErrorSuccess) found = 0;
-  records->resize(std::min(found, count));
+  if (VmbCamerasList(records.data(), count, &found, sizeof(VmbCameraInfo_t)) != VmbErrorSuccess) found = 0;
+  records.resize(std::min(found, count));
   return records;
 }
 
-void LeaveUnreleased(std::unique_ptr<CameraRecords> records) {
-  static_cast<void>(records.release());  // NOLINT(bugprone-unused-return-value)
+void LeaveUnreleased(CameraRecords records) {
+  static_cast<void>(new CameraRecords(std::move(records)));  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
 }

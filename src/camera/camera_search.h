@@ -2,7 +2,6 @@
 // One look at the attached cameras, as the search by serial number takes it.
 #pragma once
 
-#include <memory>
 #include <vector>
 
 #include "VimbaC.h"
@@ -10,8 +9,8 @@
 using CameraRecords = std::vector<VmbCameraInfo_t>;
 
 // The records of the cameras attached now; none when the list cannot be read as a whole. [host thread]
-std::unique_ptr<CameraRecords> FetchCameraRecords();
+CameraRecords FetchCameraRecords();
 
 // Gives up a pass's records without freeing them: only the list of the pass that ends a search is released. The one
 // place where memory is left behind on purpose, a few hundred bytes for each search that had to try again.
-void LeaveUnreleased(std::unique_ptr<CameraRecords> records);
+void LeaveUnreleased(CameraRecords records);

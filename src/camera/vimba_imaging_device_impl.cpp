@@ -3,14 +3,21 @@
 #include "camera/vimba_imaging_device_impl.h"
 
 #include <new>
+#include <optional>
+#include <tuple>
+#include <utility>
 
-#include "camera/profile_keys.h"
+#include "acquisition/frame_copy.h"
+#include "bcamprofilekeys.h"
+#include "camera/camera_opening.h"
+#include "controls/control_types.h"
 #include "controls/vimba_control.h"
-#include "diagnostics/camera_prefix.h"
 #include "diagnostics/log_collector.h"
 #include "imagingdevice.h"
+#include "profile/profile_integer.h"
+#include "profile/profile_keys.h"
+#include "stream/packet_size.h"
 #include "vimba/feature_names.h"
-#include "vimba/pixel_formats.h"
 #include "vimba/vimba_features.h"
 #include "vimba/vimba_version.h"
 
@@ -20,57 +27,74 @@ constexpr wchar_t kApiName[] = L"Vimba";
 // Profiles that name the library's predecessor serve as they are.
 constexpr wchar_t kFormerApiName[] = L"PvAPI";
 
+// Registered with every queueing. Nothing may leave it: the library could not catch it.
+void FrameDoneCallback(VmbHandle_t /*camera*/, VmbFrame_t* frame) noexcept {
+  static_cast<BVimbaImagingDeviceImpl*>(frame->context[0])->OnFrameExt(frame);
+}
+
 }  // namespace
 
-BVimbaImagingDeviceImpl::BVimbaImagingDeviceImpl() { JoinPartners(); }
+BVimbaImagingDeviceImpl::BVimbaImagingDeviceImpl() : m_frame_ring(m_camera, this, FrameDoneCallback) {}
 
 BVimbaImagingDeviceImpl::~BVimbaImagingDeviceImpl() {
-  LeavePartners();
-  Vimba::RunCommand(m_camera, Feature::kAcquisitionStop);
-  // Without memory for it the profile keeps what it had; the camera is closed all the same.
-  try {
-    SaveWhiteBalance();
-  } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch)
-  }
+  m_partners.Leave();
+  // Also where no camera is open: the library answers for that.
+  std::ignore = Vimba::RunCommand(m_camera.Handle(), Feature::kAcquisitionStop);
+  SaveWhiteBalance();
   DeleteControls();
+  m_snap_cycle.SetTrigger(nullptr);
   m_trigger.reset();
   CloseCamera();
-  FreeFrames();
+  m_frame_ring.FreeFrames();
 }
 
 const wchar_t* BVimbaImagingDeviceImpl::ApiName() const { return kApiName; }
 
-const wchar_t* BVimbaImagingDeviceImpl::Identifier() const { return m_identifier.c_str(); }
+const wchar_t* BVimbaImagingDeviceImpl::Identifier() const { return m_camera.Identifier().c_str(); }
 
 BSize BVimbaImagingDeviceImpl::ImageSize(bool& rotated) const {
   rotated = m_rotation != 0;
-  return m_image_size;
+  return m_image_format.ImageSize();
 }
 
-bool BVimbaImagingDeviceImpl::IsColor() const { return m_is_color; }
+bool BVimbaImagingDeviceImpl::FramesPerSecond(double& frames_per_second) {
+  return m_frame_rate.FramesPerSecond(Control(NBoard::eShutter), frames_per_second);
+}
 
-bool BVimbaImagingDeviceImpl::IsOpen() const { return m_camera != nullptr; }
+bool BVimbaImagingDeviceImpl::IsColor() const { return m_image_format.IsColor(); }
+
+bool BVimbaImagingDeviceImpl::SetWhiteBalanceBlue(int value, bool color) {
+  return m_controls.SetWhiteBalanceBlue(value, color);
+}
+
+bool BVimbaImagingDeviceImpl::SetWhiteBalanceRed(int value, bool color) {
+  return m_controls.SetWhiteBalanceRed(value, color);
+}
+
+int BVimbaImagingDeviceImpl::ColorBlueBalance() const { return m_controls.ColorBlueBalance(); }
+
+int BVimbaImagingDeviceImpl::ColorRedBalance() const { return m_controls.ColorRedBalance(); }
+
+bool BVimbaImagingDeviceImpl::IsOpen() const { return m_camera.IsOpen(); }
 
 BImagingDeviceTrigger* BVimbaImagingDeviceImpl::Trigger() const {
   return m_trigger && m_trigger->IsAvailable() ? m_trigger.get() : nullptr;
 }
 
-WString BVimbaImagingDeviceImpl::Prefix() const { return CameraPrefix(m_identifier); }
-
 bool BVimbaImagingDeviceImpl::Initialize(BSmartRef<BCamProfile> profile) {
   if (!profile) return false;
-  BLogCollector log(Prefix() + L"Initialize by " + profile->Name());
+  BLogCollector log(m_camera.Prefix() + L"Initialize by " + profile->Name());
   SetProfile(std::move(profile));
   if (!HasOurApi() || !OpenByProfile(log)) return false;
-  ReadSensorType();
-  if (!InitPixelFormatAndGeometry(log) || !AnnounceFrames()) return false;
-  log << L"Camera initialized: " << m_identifier.c_str() << L'\n';
+  m_image_format.ReadSensorType();
+  if (!InitPixelFormatAndGeometry(log) || !m_frame_ring.AnnounceFrames()) return false;
+  log << L"Camera initialized: " << m_camera.Identifier().c_str() << L'\n';
   if (!StartCapture(log)) return false;
-  CreateColorConverter();
+  m_color_converter = m_image_format.MakeColorConverter();
   CreateControls();
   ApplyProfileLimits();
   ReadRotation();
-  Profile()->ReadDouble(ProfileKey::kCameraFrequency, m_camera_frequency, m_camera_frequency);
+  ReadCameraFrequency();
   ConfigureTrigger();
   return true;
 }
@@ -85,22 +109,31 @@ bool BVimbaImagingDeviceImpl::OpenByProfile(BLogCollector& log) {
   log << L"API = " << kApiName << L'\n';
   log << L"Serial.Number: " << serial_number.c_str() << L'\n';
   log << VimbaVersionText().c_str() << L'\n';
-  if (!OpenCamera(serial_number)) return false;
-  Profile()->WriteIdent(m_identifier);
-  Profile()->Write(ProfileKey::kCameraIdentifier, m_unique_id);
-  Profile()->WriteMIIdent(m_unique_id);
+  if (!OpenCamera(*Profile(), serial_number, m_camera)) return false;
+  Profile()->WriteIdent(m_camera.Identifier());
+  Profile()->Write(CamProfileKey::kCameraIdentifier, m_camera.UniqueId());
+  Profile()->WriteMIIdent(m_camera.UniqueId());
   return true;
 }
 
+bool BVimbaImagingDeviceImpl::InitPixelFormatAndGeometry(BLogCollector& log) {
+  const IProfile& profile = *Profile();
+  if (!m_image_format.SetPixelFormats(profile, log) || !m_image_format.SetBinning(profile)) return false;
+  m_stream_rate.InitializeBandwidthRange(profile, log);
+  GVSPAdjustPacketSize(log, m_camera.Handle());
+  return m_image_format.SetChipRectangle(profile);
+}
+
 bool BVimbaImagingDeviceImpl::StartCapture(BLogCollector& log) {
-  if (!m_trigger) m_trigger = std::make_unique<BVimbaTrigger>(m_camera);
-  Vimba::SetEnum(m_camera, Feature::kExposureAuto, "Off");
-  const VmbError_t code = VmbCaptureStart(m_camera);
+  if (!m_trigger) m_trigger = std::make_unique<BVimbaTrigger>(m_camera.Handle());
+  m_snap_cycle.SetTrigger(m_trigger.get());
+  std::ignore = Vimba::SetEnum(m_camera.Handle(), Feature::kExposureAuto, FeatureEntry::kOff);
+  const VmbError_t code = VmbCaptureStart(m_camera.Handle());
   if (code != VmbErrorSuccess) {
     log << L"VmbCaptureStart failed. Return value = " << code << L'\n';
     return false;
   }
-  if (Vimba::SetEnum(m_camera, Feature::kAcquisitionMode, "Continuous") != VmbErrorSuccess) {
+  if (Vimba::SetEnum(m_camera.Handle(), Feature::kAcquisitionMode, FeatureEntry::kContinuous) != VmbErrorSuccess) {
     ImagingDevice::ShowInfo(L"AcquisitionMode failed", L"!");
     return false;
   }
@@ -109,34 +142,36 @@ bool BVimbaImagingDeviceImpl::StartCapture(BLogCollector& log) {
     ImagingDevice::ShowInfo(L"SWTriggerMode failed", L"!");
     return false;
   }
-  return FrameQueueFill(log);
-}
-
-void BVimbaImagingDeviceImpl::CreateColorConverter() {
-  if (m_is_color) m_color_converter = new BColorConverter(m_image_size, BayerOrder(), 0);
+  return m_frame_ring.FrameQueueFill(log);
 }
 
 void BVimbaImagingDeviceImpl::CreateControls() {
-  const auto create = [this](NBoard::CONTROLTYPE type) { SetControl(std::make_unique<BVimbaControl>(type, m_camera)); };
-  create(NBoard::eGain);
-  create(NBoard::eShutter);
-  if (m_is_color) {
-    create(NBoard::eWhiteBalanceRed);
-    create(NBoard::eWhiteBalanceBlue);
+  for (const ControlType& type : CreatedControlTypes()) {
+    if (IsColor() || !type.color_only) SetControl(std::make_unique<BVimbaControl>(type.type, m_camera.Handle()));
   }
-  create(NBoard::eTemperatureSensor);
-  create(NBoard::eTemperatureMain);
+}
+
+void BVimbaImagingDeviceImpl::ApplyProfileLimits() {
+  m_controls.ApplyProfileLimits(*Profile());
+  m_frame_rate.SetMaxShutterForFast(m_controls.MaxShutterForFast(*Profile()));
 }
 
 // Three quarter turns to the left, -3, are one to the right; half turns are refused.
 void BVimbaImagingDeviceImpl::ReadRotation() {
   const WString key(ProfileKey::kRotateBy90Degree);
-  if (!ReadIntKey(key, m_rotation, 0)) return;
-  if (m_rotation < -1) m_rotation += 4;
+  const std::optional<int> turns = ReadInteger(*Profile(), key);
+  if (!turns) return;
+  m_rotation = *turns < -1 ? *turns + 4 : *turns;
   if (m_rotation >= -1 && m_rotation <= 1) return;
   WString value;
   Profile()->ReadString(key, value);
   throw BError(BError::eBadRotation, Profile()->FileName(), key, value);
+}
+
+void BVimbaImagingDeviceImpl::ReadCameraFrequency() {
+  double frames_per_second = 0.0;
+  if (!Profile()->ReadDouble(ProfileKey::kCameraFrequency, frames_per_second, 0.0)) return;
+  m_frame_rate.SetCameraFrequency(frames_per_second);
 }
 
 void BVimbaImagingDeviceImpl::ConfigureTrigger() {
@@ -148,32 +183,60 @@ void BVimbaImagingDeviceImpl::ConfigureTrigger() {
   trigger->SetActivation(polarity.IEquals(L"LOW") ? BVimbaTrigger::eFalling : BVimbaTrigger::eRising);
 }
 
+// Without memory for it the profile keeps what it had; the camera is closed all the same.
 void BVimbaImagingDeviceImpl::SaveWhiteBalance() {
-  if (!Profile() || !HasWhiteBalance()) return;
-  Profile()->GoToRoot();
-  const auto save = [this](int value_index, int value) {
-    const WString key = NBoard::WBValueString(value_index);
-    int saved = 0;
-    if (!ReadIntKey(key, saved, 0) || saved != value) Profile()->Write(key, WString::Format(L"%d", value));
-  };
-  save(NBoard::eColorBlue, m_color_balance.blue);
-  save(NBoard::eColorRed, m_color_balance.red);
+  if (!Profile()) return;
+  try {
+    m_controls.SaveWhiteBalance(*Profile());
+  } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch)
+  }
 }
 
 // Between the end of capture and the rest, the workers that still copy are let finish: no new one can start, and they
 // touch the frames and this object. Those that wait for a block get one of the frames that nobody will take any more.
 void BVimbaImagingDeviceImpl::CloseCamera() {
-  if (!m_camera) return;
-  Vimba::RunCommand(m_camera, Feature::kAcquisitionStop);
-  VmbCaptureEnd(m_camera);
+  if (!IsOpen()) return;
+  std::ignore = Vimba::RunCommand(m_camera.Handle(), Feature::kAcquisitionStop);
+  std::ignore = VmbCaptureEnd(m_camera.Handle());
   m_frame_queue.Clear();
-  m_workers.WaitUntilNone();
-  VmbCaptureQueueFlush(m_camera);
-  VmbFrameRevokeAll(m_camera);
-  VmbCameraClose(m_camera);
-  m_camera = nullptr;
+  m_receiver.WaitForWorkers();
+  std::ignore = VmbCaptureQueueFlush(m_camera.Handle());
+  std::ignore = VmbFrameRevokeAll(m_camera.Handle());
+  m_camera.Close();
 }
 
-bool BVimbaImagingDeviceImpl::ReadIntKey(const WString& key, int& value, int default_value) const {
-  return Profile()->ReadInt(key, value, default_value, ProfileKey::kLowestInteger, ProfileKey::kHighestInteger);
+bool BVimbaImagingDeviceImpl::SetColorMode(bool on) {
+  if (!IsColor() || m_snap_cycle.IsContinuous()) return true;
+  if (!m_image_format.SetColorMode(on)) return false;
+  m_controls.RestoreWhiteBalance(on);
+  return true;
+}
+
+BError BVimbaImagingDeviceImpl::Snap(BBaseAoi* aoi, std::uint32_t timeout_ms, std::int64_t /*unused*/) {
+  const FrameLayout layout{.size = m_image_format.ImageSize(),
+                           .payload_size = m_frame_ring.PayloadSize(),
+                           .rotation = m_rotation,
+                           .is_color = IsColor(),
+                           .yuv_stretch = m_image_format.YuvStretch(),
+                           .converter = m_color_converter.Get()};
+  return m_snap_cycle.Snap(aoi, timeout_ms, layout);
+}
+
+bool BVimbaImagingDeviceImpl::AddBandwidthPartner(BVimbaImagingDeviceImpl* other) {
+  return m_partners.AddBandwidthPartner(other ? &other->m_partners : nullptr);
+}
+
+bool BVimbaImagingDeviceImpl::RemoveBandwidthPartner(BVimbaImagingDeviceImpl* other) {
+  return m_partners.RemoveBandwidthPartner(other ? &other->m_partners : nullptr);
+}
+
+// A frame that is lost here most likely cost the partners some of theirs: they stop waiting for them.
+void BVimbaImagingDeviceImpl::OnLostFrame() { m_partners.AbortPartners(); }
+
+void BVimbaImagingDeviceImpl::OnPartnerLostFrame() { m_frame_queue.PushAbort(); }
+
+void BVimbaImagingDeviceImpl::BeforeAcquisition(BLogCollector& log) { m_partners.SynchBandwidth(log); }
+
+void BVimbaImagingDeviceImpl::AfterAcquisition(std::int32_t snap_error, BLogCollector& log) {
+  m_stream_rate.AfterSnap(snap_error, log);
 }

@@ -4,27 +4,75 @@
 
 #include <array>
 #include <cmath>
-#include <limits>
 
 #include "vimba/feature_names.h"
 
 namespace {
 
-constexpr double kNoCap = std::numeric_limits<double>::max();
+// Exposures beyond this are refused, whatever the camera allows.
+constexpr double kLongestExposureUs = 2'000'000.0;
 
-constexpr std::array<ControlType, 6> kControlTypes{{
-    {NBoard::eGain, Feature::kGain, nullptr, nullptr, Feature::kGainAuto, "Off", 0.0, 10.0, 0.0, kNoCap, L"[x]"},
-    {NBoard::eShutter, Feature::kExposureTimeAbs, nullptr, nullptr, Feature::kExposureMode, "Timed", 0.0, 2'000'000.0,
-     10'000.0, 2'000'000.0, L"[ms]"},
-    {NBoard::eWhiteBalanceRed, Feature::kBalanceRatioAbs, Feature::kBalanceRatioSelector, "Red",
-     Feature::kBalanceWhiteAuto, "Off", 1.0, 1.0, 1.0, kNoCap, L""},
-    {NBoard::eWhiteBalanceBlue, Feature::kBalanceRatioAbs, Feature::kBalanceRatioSelector, "Blue",
-     Feature::kBalanceWhiteAuto, "Off", 1.0, 1.0, 1.0, kNoCap, L""},
-    {NBoard::eTemperatureSensor, Feature::kDeviceTemperature, Feature::kDeviceTemperatureSelector, "Sensor", nullptr,
-     nullptr, 0.0, 0.0, 0.0, kNoCap, L""},
-    {NBoard::eTemperatureMain, Feature::kDeviceTemperature, Feature::kDeviceTemperatureSelector, "Main", nullptr,
-     nullptr, 0.0, 0.0, 0.0, kNoCap, L""},
+constexpr std::array<ControlType, 6> kCreated{{
+    {.type = NBoard::eGain,
+     .feature = Feature::kGain,
+     .automatic = Feature::kGainAuto,
+     .automatic_entry = FeatureEntry::kOff,
+     .fallback_max = 10.0,
+     .is_decibels = true,
+     .unit = L"[x]"},
+    {.type = NBoard::eShutter,
+     .feature = Feature::kExposureTimeAbs,
+     .automatic = Feature::kExposureMode,
+     .automatic_entry = FeatureEntry::kTimed,
+     .fallback_max = kLongestExposureUs,
+     .default_value = 10'000.0,
+     .max_cap = kLongestExposureUs,
+     .feature_to_integer = {.over = 100.0},
+     .real_to_integer = {.times = 10.0},
+     .unit = L"[ms]"},
+    {.type = NBoard::eWhiteBalanceRed,
+     .feature = Feature::kBalanceRatioAbs,
+     .selector = Feature::kBalanceRatioSelector,
+     .selector_entry = FeatureEntry::kRed,
+     .automatic = Feature::kBalanceWhiteAuto,
+     .automatic_entry = FeatureEntry::kOff,
+     .color_only = true,
+     .fallback_min = 1.0,
+     .fallback_max = 1.0,
+     .default_value = 1.0,
+     .feature_to_integer = {.times = 100.0},
+     .real_to_integer = {.times = 100.0}},
+    {.type = NBoard::eWhiteBalanceBlue,
+     .feature = Feature::kBalanceRatioAbs,
+     .selector = Feature::kBalanceRatioSelector,
+     .selector_entry = FeatureEntry::kBlue,
+     .automatic = Feature::kBalanceWhiteAuto,
+     .automatic_entry = FeatureEntry::kOff,
+     .color_only = true,
+     .fallback_min = 1.0,
+     .fallback_max = 1.0,
+     .default_value = 1.0,
+     .feature_to_integer = {.times = 100.0},
+     .real_to_integer = {.times = 100.0}},
+    {.type = NBoard::eTemperatureSensor,
+     .feature = Feature::kDeviceTemperature,
+     .selector = Feature::kDeviceTemperatureSelector,
+     .selector_entry = FeatureEntry::kSensor,
+     .feature_to_integer = {.times = 10.0},
+     .real_to_integer = {.times = 10.0},
+     .is_whole_units = true},
+    {.type = NBoard::eTemperatureMain,
+     .feature = Feature::kDeviceTemperature,
+     .selector = Feature::kDeviceTemperatureSelector,
+     .selector_entry = FeatureEntry::kMain,
+     .feature_to_integer = {.times = 10.0},
+     .real_to_integer = {.times = 10.0},
+     .is_whole_units = true},
 }};
+
+// A host may ask for its unit; no camera has it.
+constexpr ControlType kBrightness{.type = NBoard::eBrightness, .unit = L"[%]"};
+constexpr ControlType kNone{.type = NBoard::eOffset};
 
 int TruncatedToInt(double value) {
   if (std::isnan(value)) return 0;
@@ -35,67 +83,29 @@ int TruncatedToInt(double value) {
 
 }  // namespace
 
-const ControlType* FindControlType(int type) {
-  for (const ControlType& row : kControlTypes) {
-    if (row.type == type) return &row;
+std::span<const ControlType> CreatedControlTypes() { return kCreated; }
+
+const ControlType& ControlTypeOf(int type) {
+  for (const ControlType& row : kCreated) {
+    if (row.type == type) return row;
   }
-  return nullptr;
+  return type == NBoard::eBrightness ? kBrightness : kNone;
 }
 
-int FeatureToInteger(int type, double value) {
-  switch (type) {
-    case NBoard::eWhiteBalanceRed:
-    case NBoard::eWhiteBalanceBlue:
-      return TruncatedToInt(value * 100.0);
-    case NBoard::eShutter:
-      return TruncatedToInt(value / 100.0);
-    case NBoard::eTemperatureSensor:
-    case NBoard::eTemperatureMain:
-      return TruncatedToInt(value * 10.0);
-    default:
-      return TruncatedToInt(value);
-  }
+int ControlType::FeatureToInteger(double value) const { return TruncatedToInt(feature_to_integer.Apply(value)); }
+
+double ControlType::IntegerToFeature(int value) const {
+  const double feature_value = feature_to_integer.Revert(value);
+  return is_whole_units ? std::trunc(feature_value) : feature_value;
 }
 
-double IntegerToFeature(int type, int value) {
-  switch (type) {
-    case NBoard::eWhiteBalanceRed:
-    case NBoard::eWhiteBalanceBlue:
-      return value / 100.0;
-    case NBoard::eShutter:
-      return value * 100.0;
-    case NBoard::eTemperatureSensor:
-    case NBoard::eTemperatureMain:
-      return std::trunc(value / 10.0);
-    default:
-      return value;
-  }
+double ControlType::IntegerToReal(int value) const {
+  if (is_decibels) return std::pow(10.0, value / 20.0);
+  const double real_value = real_to_integer.Revert(value);
+  return is_whole_units ? std::trunc(real_value) : real_value;
 }
 
-double IntegerToReal(int type, int value) {
-  switch (type) {
-    case NBoard::eGain:
-      return std::pow(10.0, value / 20.0);  // decibels of an amplitude
-    case NBoard::eShutter:
-      return value / 10.0;  // milliseconds
-    default:
-      return IntegerToFeature(type, value);
-  }
-}
-
-int RealToInteger(int type, double value) {
-  switch (type) {
-    case NBoard::eGain:
-      return TruncatedToInt(20.0 * std::log10(value));
-    case NBoard::eShutter:
-      return TruncatedToInt(value * 10.0);
-    default:
-      return FeatureToInteger(type, value);
-  }
-}
-
-const wchar_t* UnitOfControl(int type) {
-  if (type == NBoard::eBrightness) return L"[%]";
-  const ControlType* row = FindControlType(type);
-  return row ? row->unit : L"";
+int ControlType::RealToInteger(double value) const {
+  if (is_decibels) return TruncatedToInt(20.0 * std::log10(value));
+  return TruncatedToInt(real_to_integer.Apply(value));
 }

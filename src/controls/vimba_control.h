@@ -4,7 +4,8 @@
 
 #include "VimbaC.h"
 #include "bimagingdevicecontrol.h"
-#include "controls/control_types.h"
+
+struct ControlType;
 
 // An integer in a unit of the host's, with range and default, backed by one floating-point feature of the open camera.
 // No operation reports a failed camera call beyond its result: what the camera refused leaves the stored values as they
@@ -14,7 +15,8 @@ class BVimbaControl final : public BImagingDeviceControl {
   // Reads range and value from the camera; see IsAvailable.
   BVimbaControl(NBoard::CONTROLTYPE type, VmbHandle_t camera);
 
-  int Value() override;  // temperatures are read live, others are the value last read from or written to the camera
+  // Temperatures are read live, others are the value last read from or written to the camera.
+  int Value() override;
   bool SetValue(int value) override;
   void SetMinValue(int value) override;
   void SetMaxValue(int value) override;
@@ -33,10 +35,11 @@ class BVimbaControl final : public BImagingDeviceControl {
   void Narrow(double& bound, int value);
 
   VmbHandle_t m_camera;
-  NBoard::CONTROLTYPE m_control_type;
+  const ControlType& m_type;
   bool m_available = false;
-  double m_min = 0.0;
-  double m_max = 0.0;
-  double m_current = 0.0;
-  double m_default = 0.0;
+  // In feature units.
+  double m_min;
+  double m_max;
+  double m_current;
+  double m_default;
 };

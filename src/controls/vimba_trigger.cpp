@@ -3,6 +3,7 @@
 #include "controls/vimba_trigger.h"
 
 #include <array>
+#include <tuple>
 
 #include "vimba/feature_names.h"
 #include "vimba/vimba_features.h"
@@ -10,7 +11,8 @@
 namespace {
 
 // By BImagingDeviceTrigger::Source. Free run needs no other trigger mode: the source itself makes the camera run.
-constexpr std::array<const char*, 3> kTriggerSources{"Software", "Line2", "Freerun"};
+constexpr std::array<const char*, 3> kTriggerSources{FeatureEntry::kSoftware, FeatureEntry::kLine2,
+                                                     FeatureEntry::kFreerun};
 
 }  // namespace
 
@@ -31,7 +33,8 @@ void BVimbaTrigger::SetExternal(bool external) {
 
 bool BVimbaTrigger::SetActivation(int edge) {
   if (m_available) {
-    Vimba::SetEnum(m_camera, Feature::kTriggerActivation, edge == eRising ? "RisingEdge" : "FallingEdge");
+    std::ignore = Vimba::SetEnum(m_camera, Feature::kTriggerActivation,
+                                 edge == eRising ? FeatureEntry::kRisingEdge : FeatureEntry::kFallingEdge);
   }
   return true;
 }
@@ -50,8 +53,8 @@ void BVimbaTrigger::Fire() {
 }
 
 bool BVimbaTrigger::SelectFrameStart() {
-  return Vimba::SetEnum(m_camera, Feature::kTriggerMode, "On") == VmbErrorSuccess &&
-         Vimba::SetEnum(m_camera, Feature::kTriggerSelector, "FrameStart") == VmbErrorSuccess;
+  return Vimba::SetEnum(m_camera, Feature::kTriggerMode, FeatureEntry::kOn) == VmbErrorSuccess &&
+         Vimba::SetEnum(m_camera, Feature::kTriggerSelector, FeatureEntry::kFrameStart) == VmbErrorSuccess;
 }
 
 bool BVimbaTrigger::SetTriggerSource(const char* entry) {

@@ -15,8 +15,8 @@ class BVimbaTrigger final : public BImagingDeviceTrigger {
   bool IsAvailable() const override;
   bool IsExternal() const override;
   void SetExternal(bool external) override;
-  bool SetActivation(int edge) override;  // 0: rising, any other: falling; always true
-  bool SetSource(int source) override;    // BImagingDeviceTrigger::Source; any other leaves the source as it is
+  bool SetActivation(int edge) override;  // an Edge; any other number is eFalling; always true
+  bool SetSource(int source) override;    // a Source; any other number leaves the source as it is
   void Fire() override;                   // returns when the camera has taken the trigger, without a time limit
 
  private:

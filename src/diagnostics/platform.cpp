@@ -7,21 +7,20 @@
 
 unsigned long CurrentThreadId() { return GetCurrentThreadId(); }
 
-void SleepMilliseconds(std::uint32_t milliseconds) { Sleep(milliseconds); }
+void SleepFor(std::chrono::milliseconds time) { Sleep(static_cast<DWORD>(time.count())); }
 #else
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <thread>
 
 unsigned long CurrentThreadId() { return static_cast<unsigned long>(syscall(SYS_gettid)); }
 
-void SleepMilliseconds(std::uint32_t milliseconds) {
-  if (milliseconds == 0) {
+void SleepFor(std::chrono::milliseconds time) {
+  if (time == time.zero()) {
     std::this_thread::yield();
   } else {
-    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+    std::this_thread::sleep_for(time);
   }
 }
 #endif

@@ -57,9 +57,9 @@ bool Vimba_ReleaseImagingDevice(BImagingDevice** device) { return ReleaseImaging
 void ObjectIdentifierList(DList<WString>& list) {
   const BSmartRef<VimbaInitialization> system = VimbaInitialization::Open(Module::OpenSystem());
   if (!system) return;
-  const std::unique_ptr<DList<WString>> identifiers = ListIdentifiers();
+  const DList<WString> identifiers = ListIdentifiers();
   list.Clear();
-  for (const WString& identifier : *identifiers) list.Append(identifier);
+  for (const WString& identifier : identifiers) list.Append(identifier);
 }
 
 void Vimba_ObjectIdentifierList(DList<WString>& list) { ObjectIdentifierList(list); }

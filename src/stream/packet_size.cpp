@@ -2,6 +2,10 @@
 // The GigE stream packet size, negotiated once when a camera is set up.
 #include "stream/packet_size.h"
 
+#include <chrono>
+#include <cstdint>
+#include <tuple>
+
 #include "diagnostics/log_collector.h"
 #include "diagnostics/platform.h"
 #include "vimba/feature_names.h"
@@ -9,19 +13,19 @@
 
 namespace {
 
-// Bytes. Network adapters that announce larger frames do not all carry them.
-constexpr std::int64_t kLargestPacket = 8228;
+// Network adapters that announce larger frames do not all carry them.
+constexpr std::int64_t kLargestPacketBytes = 8228;
 
 }  // namespace
 
 void GVSPAdjustPacketSize(BLogCollector& log, VmbHandle_t camera) {
   if (Vimba::RunCommand(camera, Feature::kGVSPAdjustPacketSize) == VmbErrorSuccess) {
-    Vimba::WaitUntilDone(camera, Feature::kGVSPAdjustPacketSize, [] { SleepMilliseconds(0); });
+    Vimba::WaitUntilDone(camera, Feature::kGVSPAdjustPacketSize, [] { SleepFor(std::chrono::milliseconds(0)); });
   }
   std::int64_t size = 0;
-  if (Vimba::GetInt(camera, Feature::kGVSPPacketSize, size) == VmbErrorSuccess && size > kLargestPacket) {
+  if (Vimba::GetInt(camera, Feature::kGVSPPacketSize, size) == VmbErrorSuccess && size > kLargestPacketBytes) {
     log << L"GVSPAdjustPacketSize --> " << size << L'\n';
-    Vimba::SetInt(camera, Feature::kGVSPPacketSize, kLargestPacket);
+    std::ignore = Vimba::SetInt(camera, Feature::kGVSPPacketSize, kLargestPacketBytes);
   }
   if (Vimba::GetInt(camera, Feature::kGVSPPacketSize, size) == VmbErrorSuccess) {
     log << L"GVSPPacketSize = " << size << L'\n';

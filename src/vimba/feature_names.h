@@ -55,3 +55,25 @@ inline constexpr char kDeviceTemperatureSelector[] = "DeviceTemperatureSelector"
 inline constexpr char kDeviceTemperature[] = "DeviceTemperature";
 
 }  // namespace Feature
+
+// Entries of enumerations. Those of "PixelFormat" are PixelFormatName's.
+namespace FeatureEntry {
+
+inline constexpr char kOff[] = "Off";
+inline constexpr char kOn[] = "On";
+inline constexpr char kMono[] = "Mono";
+inline constexpr char kTimed[] = "Timed";
+inline constexpr char kContinuous[] = "Continuous";
+inline constexpr char kSingleFrame[] = "SingleFrame";
+inline constexpr char kFrameStart[] = "FrameStart";
+inline constexpr char kSoftware[] = "Software";
+inline constexpr char kLine2[] = "Line2";
+inline constexpr char kFreerun[] = "Freerun";
+inline constexpr char kRisingEdge[] = "RisingEdge";
+inline constexpr char kFallingEdge[] = "FallingEdge";
+inline constexpr char kRed[] = "Red";
+inline constexpr char kBlue[] = "Blue";
+inline constexpr char kSensor[] = "Sensor";
+inline constexpr char kMain[] = "Main";
+
+}  // namespace FeatureEntry

@@ -3,6 +3,7 @@
 #include "vimba/vimba_initialization.h"
 
 #include <new>
+#include <tuple>
 
 #include "diagnostics/log_collector.h"
 #include "vimba/feature_names.h"
@@ -37,15 +38,15 @@ void StartAutomaticDiscovery() {
   if (Vimba::GetEnum(gVimbaHandle, Feature::kGeVDiscoveryStatus, status) == VmbErrorSuccess &&
       VmbFeatureEnumAsInt(gVimbaHandle, Feature::kGeVDiscoveryStatus, status.c_str(), &value) == VmbErrorSuccess &&
       value != kDiscoveryRunsByItself) {
-    Vimba::RunCommand(gVimbaHandle, Feature::kGeVDiscoveryAllAuto);
+    std::ignore = Vimba::RunCommand(gVimbaHandle, Feature::kGeVDiscoveryAllAuto);
   }
 }
 
-// The callback is never taken back: it ends with the system.
-bool SetUpDiscovery(BLogCollector& log) {
+// The callback is never taken back: it ends with the system. Without it the system serves all the same.
+void SetUpDiscovery(BLogCollector& log) {
   StartAutomaticDiscovery();
   BString status("Unknwon");
-  Vimba::GetEnum(gVimbaHandle, Feature::kGeVDiscoveryStatus, status);
+  std::ignore = Vimba::GetEnum(gVimbaHandle, Feature::kGeVDiscoveryStatus, status);
   log << L"Vimba GigE discovery status = " << ToWString(status).Str() << L'\n';
   const VmbError_t code =
       VmbFeatureInvalidationRegister(gVimbaHandle, Feature::kDiscoveryCameraEvent, CameraDiscoveryCallback, nullptr);
@@ -54,13 +55,12 @@ bool SetUpDiscovery(BLogCollector& log) {
   } else {
     log << L"Succesfully registering a callback for feature invalidation signaling" << L'\n';
   }
-  return true;
 }
 
 void ReportCamera(VmbHandle_t handle) {
   BLogCollector log(L"CameraDiscoveryCallback");
   BString camera("failure");
-  Vimba::GetString(handle, Feature::kDiscoveryCameraIdent, camera);
+  std::ignore = Vimba::GetString(handle, Feature::kDiscoveryCameraIdent, camera);
   log << L"Camera ident (DiscoveryCameraIdent): " << ToWString(camera).Str() << L'\n';
   BString reason;
   if (Vimba::GetEnum(handle, Feature::kDiscoveryCameraEvent, reason) == VmbErrorSuccess) {
@@ -82,7 +82,8 @@ BSmartRef<VimbaInitialization> VimbaInitialization::Open(VimbaInitialization* op
   }
   system->m_started = true;
   log << L"Vimba Startup ok" << L'\n';
-  if (!TransportLayerIsPresent(log) || !DiscoverCameras(log) || !SetUpDiscovery(log)) return nullptr;
+  if (!TransportLayerIsPresent(log) || !DiscoverCameras(log)) return nullptr;
+  SetUpDiscovery(log);
   return system;
 }
 

@@ -182,7 +182,7 @@ TEST_F(PartnersFrames, AFailedFrameDoesNotWaitForADeviceThatComparesRates) {
 
   cameras->Deliver({{"status", -1}}, 2);
 
-  EXPECT_NE(std::future_status::ready, comparing.wait_for(std::chrono::seconds(0)));
+  EXPECT_NE(comparing.wait_for(std::chrono::seconds(0)), std::future_status::ready);
   EXPECT_EQ((*other)->Snap(nullptr, kDeadline), BError(12103));
 }
 

@@ -19,7 +19,7 @@ TEST(FrameCopy, TheHostsConversionsOfThePictureCanBeToldApart) {
   for (const ToMono conversion : {kGoodMono, kPlainMono, kFastMono, kStretchedMono, kRowsMono}) {
     made.push_back(Expected(conversion, *frame));
   }
-  for (std::size_t i = 0; i < made.size(); ++i) EXPECT_EQ(1, std::count(made.begin(), made.end(), made[i])) << i;
+  for (std::size_t i = 0; i < made.size(); ++i) EXPECT_EQ(std::count(made.begin(), made.end(), made[i]), 1) << i;
 }
 
 // The three reasons to reset an area, each alone.
@@ -37,12 +37,12 @@ TEST(FrameCopyReset, AnAreaOfAnotherSizePlaceOrStateIsReset) {
     CopyFrameToRgbAoi(*RandomFrame(VmbPixelFormatMono8), MonoCamera(), rgb);
 
     for (BBaseAoi* area : {static_cast<BBaseAoi*>(&mono), static_cast<BBaseAoi*>(&rgb)}) {
-      EXPECT_EQ(kSize, area->ImageSize());
-      EXPECT_EQ(BPoint(), area->Offset());
+      EXPECT_EQ(area->ImageSize(), kSize);
+      EXPECT_EQ(area->Offset(), BPoint());
       EXPECT_TRUE(area->IsPlain());
     }
-    EXPECT_EQ(Expected(kRowsMono, *RandomFrame(VmbPixelFormatMono8)), mono.Pixels());
-    EXPECT_EQ(Expected(kGreyRgb, *RandomFrame(VmbPixelFormatMono8)), rgb.Pixels());
+    EXPECT_EQ(mono.Pixels(), Expected(kRowsMono, *RandomFrame(VmbPixelFormatMono8)));
+    EXPECT_EQ(rgb.Pixels(), Expected(kGreyRgb, *RandomFrame(VmbPixelFormatMono8)));
   }
 }
 
@@ -52,9 +52,9 @@ TEST(FrameCopyReset, AnAreaIsResetEvenWhenItsPixelsAreNotCopied) {
 
   CopyFrameToMonoAoi(*RandomFrame(0x02180014), MonoCamera(), area);
 
-  EXPECT_EQ(BPoint(), area.Offset());
-  EXPECT_EQ(L"[p]", area.Text().Str());
-  EXPECT_EQ(UntouchedMono(), area.Pixels());
+  EXPECT_EQ(area.Offset(), BPoint());
+  EXPECT_EQ(area.Text().Str(), L"[p]");
+  EXPECT_EQ(area.Pixels(), UntouchedMono());
 }
 
 TEST(FrameCopyPayload, AFrameThatNeedsMoreBytesThanItHoldsIsNotCopied) {
@@ -70,12 +70,12 @@ TEST(FrameCopyPayload, AFrameThatNeedsMoreBytesThanItHoldsIsNotCopied) {
     layout.payload_size = row.needed - 1;
     RgbArea too_small;
     CopyFrameToRgbAoi(*RandomFrame(row.format), layout, too_small);
-    EXPECT_EQ(UntouchedRgb(), too_small.Pixels()) << std::hex << row.format;
+    EXPECT_EQ(too_small.Pixels(), UntouchedRgb()) << std::hex << row.format;
 
     layout.payload_size = row.needed;
     RgbArea enough;
     CopyFrameToRgbAoi(*RandomFrame(row.format), layout, enough);
-    EXPECT_NE(UntouchedRgb(), enough.Pixels()) << std::hex << row.format;
+    EXPECT_NE(enough.Pixels(), UntouchedRgb()) << std::hex << row.format;
   }
 }
 
@@ -84,7 +84,7 @@ TEST(FrameCopyPayload, AMonoAreaIsLeftAloneByAFrameThatIsTooSmallForTheImage) {
     layout.payload_size = kPixels - 1;
     MonoArea area;
     CopyFrameToMonoAoi(*RandomFrame(VmbPixelFormatMono8), layout, area);
-    EXPECT_EQ(UntouchedMono(), area.Pixels());
+    EXPECT_EQ(area.Pixels(), UntouchedMono());
   }
 }
 

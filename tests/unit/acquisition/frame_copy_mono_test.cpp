@@ -24,7 +24,7 @@ TEST(FrameCopyToMono, ConvertsRawFramesOfAColourCameraAsTheAreasTextAsks) {
     for (const Row& row : rows) {
       MonoArea area(row.text);
       CopyFrameToMonoAoi(*frame, ColorCamera(), area);
-      EXPECT_EQ(Expected(row.conversion, *frame), area.Pixels())
+      EXPECT_EQ(area.Pixels(), Expected(row.conversion, *frame))
           << std::hex << format << testing::PrintToString(row.text);
     }
   }
@@ -35,13 +35,13 @@ TEST(FrameCopyToMono, StretchesAMonoFrameOfAColourCameraWhereTheProfileAsksForIt
   FrameLayout layout = ColorCamera();
   MonoArea plain;
   CopyFrameToMonoAoi(*frame, layout, plain);
-  EXPECT_EQ(Expected(kRowsMono, *frame), plain.Pixels());
+  EXPECT_EQ(plain.Pixels(), Expected(kRowsMono, *frame));
 
   layout.yuv_stretch = true;
   MonoArea stretched;
   CopyFrameToMonoAoi(*frame, layout, stretched);
 
-  EXPECT_EQ(Expected(kStretchedMono, *frame), stretched.Pixels());
+  EXPECT_EQ(stretched.Pixels(), Expected(kStretchedMono, *frame));
 }
 
 TEST(FrameCopyToMono, NeverStretchesTheFramesOfAMonochromeCamera) {
@@ -52,7 +52,7 @@ TEST(FrameCopyToMono, NeverStretchesTheFramesOfAMonochromeCamera) {
 
   CopyFrameToMonoAoi(*frame, layout, area);
 
-  EXPECT_EQ(Expected(kRowsMono, *frame), area.Pixels());
+  EXPECT_EQ(area.Pixels(), Expected(kRowsMono, *frame));
 }
 
 TEST(FrameCopyToMono, CopiesAMonochromeCamerasRowsWhateverTheText) {
@@ -60,7 +60,7 @@ TEST(FrameCopyToMono, CopiesAMonochromeCamerasRowsWhateverTheText) {
   for (const wchar_t* text : {L"", L"[l]", L"[p]"}) {
     MonoArea area(text);
     CopyFrameToMonoAoi(*frame, MonoCamera(), area);
-    EXPECT_EQ(Expected(kRowsMono, *frame), area.Pixels());
+    EXPECT_EQ(area.Pixels(), Expected(kRowsMono, *frame));
   }
 }
 
@@ -69,7 +69,7 @@ TEST(FrameCopyToMono, LeavesTheAreaAloneForAFormatThatIsNotListed) {
     for (const std::uint32_t format : kUnlistedFormats) {
       MonoArea area;
       CopyFrameToMonoAoi(*RandomFrame(format), layout, area);
-      EXPECT_EQ(UntouchedMono(), area.Pixels()) << std::hex << format;
+      EXPECT_EQ(area.Pixels(), UntouchedMono()) << std::hex << format;
     }
   }
 }
@@ -79,7 +79,7 @@ TEST(FrameCopyToMono, LeavesTheAreaAloneForAYuvFrame) {
     layout.payload_size = 2 * kPixels;
     MonoArea area;
     CopyFrameToMonoAoi(*RandomFrame(VmbPixelFormatYuv422), layout, area);
-    EXPECT_EQ(UntouchedMono(), area.Pixels());
+    EXPECT_EQ(area.Pixels(), UntouchedMono());
   }
 }
 
@@ -90,7 +90,7 @@ TEST(FrameCopyToMono, LeavesTheAreaAloneForARawFrameWithoutAConverter) {
 
   CopyFrameToMonoAoi(*RandomFrame(VmbPixelFormatBayerBG8), layout, area);
 
-  EXPECT_EQ(UntouchedMono(), area.Pixels());
+  EXPECT_EQ(area.Pixels(), UntouchedMono());
 }
 
 TEST(FrameCopyToMono, RefusesAnAreaOfAnotherKind) {
@@ -100,7 +100,7 @@ TEST(FrameCopyToMono, RefusesAnAreaOfAnotherKind) {
       CopyFrameToMonoAoi(*RandomFrame(VmbPixelFormatMono8), MonoCamera(), area);
       ADD_FAILURE() << "copied into an area of kind " << kind;
     } catch (NBoard::Exception exception) {
-      EXPECT_EQ(1, static_cast<int>(exception));
+      EXPECT_EQ(static_cast<int>(exception), 1);
     }
   }
 }
@@ -125,8 +125,8 @@ TEST(FrameCopyRotation, TurnsAMonochromePictureIntoAnAreaOfTheTurnedSize) {
     BBaseAoi area(BBaseAoi::eMono8);
     for (int snap = 0; snap < 2; ++snap) {  // into a new area, and into one that holds a turned picture already
       CopyFrameToMonoAoi(*frame, MonoCamera(rotation), area);
-      EXPECT_EQ(kTurnedSize, area.ImageSize());
-      EXPECT_EQ(Turned(*frame, rotation >= 1), PixelsOf(*area.Mono())) << rotation;
+      EXPECT_EQ(area.ImageSize(), kTurnedSize);
+      EXPECT_EQ(PixelsOf(*area.Mono()), Turned(*frame, rotation >= 1)) << rotation;
     }
   }
 }
@@ -138,8 +138,8 @@ TEST(FrameCopyRotation, AnAreaOfTheCamerasOwnSizeStaysThatSize) {
 
   CopyFrameToMonoAoi(*frame, MonoCamera(1), area);
 
-  EXPECT_EQ(kSize, area.ImageSize());
-  EXPECT_EQ(frame->Data()[std::size_t{3} * kSize.width], area.Mono()->Row(0)[0]);
+  EXPECT_EQ(area.ImageSize(), kSize);
+  EXPECT_EQ(area.Mono()->Row(0)[0], frame->Data()[std::size_t{3} * kSize.width]);
 }
 
 TEST(FrameCopyRotation, AColourCamerasPictureIsNotTurned) {
@@ -152,7 +152,7 @@ TEST(FrameCopyRotation, AColourCamerasPictureIsNotTurned) {
 
   BImage8u expected(kTurnedSize);
   kGoodMono(frame->Data(), expected);
-  EXPECT_EQ(PixelsOf(expected), PixelsOf(*area.Mono()));
+  EXPECT_EQ(PixelsOf(*area.Mono()), PixelsOf(expected));
 }
 
 }  // namespace

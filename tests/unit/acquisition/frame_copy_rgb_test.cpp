@@ -23,7 +23,7 @@ TEST(FrameCopyToRgb, ConvertsRawFramesAsTheAreasTextAsks) {
     for (const Row& row : rows) {
       RgbArea area(row.text);
       CopyFrameToRgbAoi(*frame, ColorCamera(), area);
-      EXPECT_EQ(Expected(row.conversion, *frame), area.Pixels())
+      EXPECT_EQ(area.Pixels(), Expected(row.conversion, *frame))
           << std::hex << format << testing::PrintToString(row.text);
     }
   }
@@ -34,7 +34,7 @@ TEST(FrameCopyToRgb, ConvertsYuvFramesWhateverTheText) {
   for (const wchar_t* text : {L"", L"[l]", L"[p]"}) {
     RgbArea area(text);
     CopyFrameToRgbAoi(*frame, ColorCamera(), area);
-    EXPECT_EQ(Expected(kYuvRgb, *frame), area.Pixels());
+    EXPECT_EQ(area.Pixels(), Expected(kYuvRgb, *frame));
   }
 }
 
@@ -43,8 +43,8 @@ TEST(FrameCopyToRgb, MakesGreyPixelsOfAMonoFrameWithAndWithoutAConverter) {
   for (const FrameLayout& layout : {ColorCamera(), MonoCamera(), MonoCamera(1)}) {
     RgbArea area(L"[l]");
     CopyFrameToRgbAoi(*frame, layout, area);
-    EXPECT_EQ(Expected(kGreyRgb, *frame), area.Pixels());
-    EXPECT_EQ(kSize, area.ImageSize());
+    EXPECT_EQ(area.Pixels(), Expected(kGreyRgb, *frame));
+    EXPECT_EQ(area.ImageSize(), kSize);
   }
 }
 
@@ -52,7 +52,7 @@ TEST(FrameCopyToRgb, LeavesTheAreaAloneForAFormatThatIsNotListed) {
   for (const std::uint32_t format : kUnlistedFormats) {
     RgbArea area;
     CopyFrameToRgbAoi(*RandomFrame(format), ColorCamera(), area);
-    EXPECT_EQ(UntouchedRgb(), area.Pixels()) << std::hex << format;
+    EXPECT_EQ(area.Pixels(), UntouchedRgb()) << std::hex << format;
   }
 }
 
@@ -62,7 +62,7 @@ TEST(FrameCopyToRgb, LeavesTheAreaAloneWhereItNeedsAConverterAndHasNone) {
   for (const std::uint32_t format : {std::uint32_t{VmbPixelFormatBayerGB8}, std::uint32_t{VmbPixelFormatYuv422}}) {
     RgbArea area;
     CopyFrameToRgbAoi(*RandomFrame(format), layout, area);
-    EXPECT_EQ(UntouchedRgb(), area.Pixels()) << std::hex << format;
+    EXPECT_EQ(area.Pixels(), UntouchedRgb()) << std::hex << format;
   }
 }
 
@@ -73,7 +73,7 @@ TEST(FrameCopyToRgb, RefusesAnAreaOfAnotherKind) {
       CopyFrameToRgbAoi(*RandomFrame(VmbPixelFormatMono8), MonoCamera(), area);
       ADD_FAILURE() << "copied into an area of kind " << kind;
     } catch (NBoard::Exception exception) {
-      EXPECT_EQ(1, static_cast<int>(exception));
+      EXPECT_EQ(static_cast<int>(exception), 1);
     }
   }
 }

@@ -40,7 +40,7 @@ TEST(FrameDescription, NamesEveryStatus) {
                       {-4, L"Frame context id = 17unknown FrameStatus"},
                       {1, L"Frame context id = 17unknown FrameStatus"},
                       {std::numeric_limits<VmbFrameStatus_t>::min(), L"Frame context id = 17unknown FrameStatus"}};
-  for (const Row& row : rows) EXPECT_EQ(row.text, DescribeFrame(FrameWith(row.status, 0)).Str());
+  for (const Row& row : rows) EXPECT_EQ(DescribeFrame(FrameWith(row.status, 0)).Str(), row.text);
 }
 
 TEST(FrameDescription, TellsOnlyWhatTheFlagsVouchFor) {
@@ -56,14 +56,13 @@ TEST(FrameDescription, TellsOnlyWhatTheFlagsVouchFor) {
                       {9,
                        L"Frame context id = 17 FrameStatusComplete FrameDimension = 2464x2056"
                        L" Timestamp = 123456789"}};
-  for (const Row& row : rows) EXPECT_EQ(row.text, DescribeFrame(FrameWith(0, row.flags)).Str());
+  for (const Row& row : rows) EXPECT_EQ(DescribeFrame(FrameWith(0, row.flags)).Str(), row.text);
 }
 
 TEST(FrameDescription, TellsEverythingInAFixedOrder) {
-  EXPECT_EQ(
-      L"Frame context id = 17unknown FrameStatus FrameDimension = 2464x2056 FrameOffset = 8x4 FrameID = 3"
-      L" Timestamp = 123456789",
-      DescribeFrame(FrameWith(-9, 15)).Str());
+  EXPECT_EQ(DescribeFrame(FrameWith(-9, 15)).Str(),
+            L"Frame context id = 17unknown FrameStatus FrameDimension = 2464x2056 FrameOffset = 8x4 FrameID = 3"
+            L" Timestamp = 123456789");
 }
 
 TEST(FrameDescription, PrintsTheHighestNumbersUnsigned) {
@@ -72,12 +71,11 @@ TEST(FrameDescription, PrintsTheHighestNumbersUnsigned) {
   frame.width = frame.height = frame.offsetX = frame.offsetY = std::numeric_limits<std::uint32_t>::max();
   frame.frameID = frame.timestamp = std::numeric_limits<std::uint64_t>::max();
 
-  EXPECT_EQ(
-      L"Frame context id = 18446744073709551615 FrameStatusComplete FrameDimension = 4294967295x4294967295"
-      L" FrameOffset = 4294967295x4294967295 FrameID = 18446744073709551615 Timestamp = 18446744073709551615",
-      DescribeFrame(frame).Str());
+  EXPECT_EQ(DescribeFrame(frame).Str(),
+            L"Frame context id = 18446744073709551615 FrameStatusComplete FrameDimension = 4294967295x4294967295"
+            L" FrameOffset = 4294967295x4294967295 FrameID = 18446744073709551615 Timestamp = 18446744073709551615");
 }
 
-TEST(FrameDescription, TheContextIdIsTheSecondContextValue) { EXPECT_EQ(17U, FrameContextId(FrameWith(0, 0))); }
+TEST(FrameDescription, TheContextIdIsTheSecondContextValue) { EXPECT_EQ(FrameContextId(FrameWith(0, 0)), 17U); }
 
 }  // namespace

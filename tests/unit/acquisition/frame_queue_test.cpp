@@ -6,29 +6,28 @@
 
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <future>
 #include <map>
-#include <mutex>
 #include <thread>
 #include <vector>
 
+#include "VimbaC.h"
+#include "bmutex.h"
 #include "bstopwatch.h"
 
 namespace {
 
 using BFrame = BFrameQueue::BFrame;
 
-constexpr std::uint32_t kMono8 = 0x01080001;
-// Milliseconds. Much longer than any machine needs: a test that runs into it has failed.
-constexpr std::uint32_t kDeadline = 30'000;
+// Much longer than any machine needs: a test that runs into it has failed.
+constexpr std::uint32_t kDeadlineMs = 30'000;
 
-BSmartRef<BFrame> MakeFrame(std::uint64_t id) { return new BFrame(16, kMono8, id, L"DEV_1"); }
+BSmartRef<BFrame> MakeFrame(std::uint64_t id) { return new BFrame(16, VmbPixelFormatMono8, id, L"DEV_1"); }
 
 // Tells when it is deleted.
 class WatchedFrame final : public BFrame {
  public:
-  explicit WatchedFrame(int& deleted) : BFrame(16, kMono8, 0, L"DEV_1"), m_deleted(deleted) {}
+  explicit WatchedFrame(int& deleted) : BFrame(16, VmbPixelFormatMono8, 0, L"DEV_1"), m_deleted(deleted) {}
   ~WatchedFrame() override { ++m_deleted; }
 
  private:
@@ -60,7 +59,7 @@ TEST(FrameQueue, EntriesLeaveFirstInFirstOut) {
   BSmartRef<BFrame> frame;
   while (!queue.Pop(frame, 0).IsError()) ids.push_back(frame->Id());
 
-  EXPECT_EQ((std::vector<std::uint64_t>{7, 3, 5}), ids);
+  EXPECT_EQ(ids, (std::vector<std::uint64_t>{7, 3, 5}));
 }
 
 TEST(FrameQueue, AnEmptyQueueTimesOutOnlyAfterTheWholeTime) {
@@ -72,8 +71,8 @@ TEST(FrameQueue, AnEmptyQueueTimesOutOnlyAfterTheWholeTime) {
     const BError error = queue.Pop(frame, timeout_ms);
 
     EXPECT_GE(watch.Period(), timeout_ms);
-    EXPECT_LT(watch.Period(), kDeadline);
-    EXPECT_EQ(BError(12106), error) << error.ErrorCode();
+    EXPECT_LT(watch.Period(), kDeadlineMs);
+    EXPECT_EQ(error, BError(BError::eTimeout)) << error.ErrorCode();
     EXPECT_FALSE(frame);
   }
 }
@@ -83,27 +82,27 @@ TEST(FrameQueue, ATimeOutOfZeroStillTakesAWaitingEntry) {
   queue.Push(MakeFrame(1), BError());
 
   BSmartRef<BFrame> frame;
-  EXPECT_EQ(0, queue.Pop(frame, 0).ErrorCode());
+  EXPECT_EQ(queue.Pop(frame, 0).ErrorCode(), BError::eSuccess);
 
   ASSERT_TRUE(frame);
-  EXPECT_EQ(1U, frame->Id());
+  EXPECT_EQ(frame->Id(), 1U);
 }
 
 TEST(FrameQueue, AnEntryWithoutAFrameGivesItsErrorWithItsText) {
   BFrameQueue queue;
-  queue.Push(nullptr, BError(12103, L" ReQueueFrame failed"));
+  queue.Push(nullptr, BError(BError::eAcquisitionFailed, L" ReQueueFrame failed"));
 
   BSmartRef<BFrame> frame = MakeFrame(1);
   const BError error = queue.Pop(frame, 0);
 
   EXPECT_FALSE(frame);
-  EXPECT_EQ(12103, error.ErrorCode());
-  EXPECT_EQ(L" ReQueueFrame failed", error.Text(0).Str());
+  EXPECT_EQ(error.ErrorCode(), BError::eAcquisitionFailed);
+  EXPECT_EQ(error.Text(0).Str(), L" ReQueueFrame failed");
 }
 
 TEST(FrameQueue, EveryErrorCodeComesOutAsItWentIn) {
   BFrameQueue queue;
-  const std::vector<int> pushed{12103, 12108, 12110, 8, 0};
+  const std::vector<int> pushed{BError::eAcquisitionFailed, BError::eFrameTooSmall, BError::eFrameInvalid, 8, 0};
   for (const int code : pushed) queue.Push(nullptr, BError(code));
   queue.PushAbort();
 
@@ -111,18 +110,19 @@ TEST(FrameQueue, EveryErrorCodeComesOutAsItWentIn) {
   BSmartRef<BFrame> frame;
   for (std::size_t i = 0; i <= pushed.size(); ++i) popped.push_back(queue.Pop(frame, 0).ErrorCode());
 
-  EXPECT_EQ((std::vector<int>{12103, 12108, 12110, 8, 0, 12109}), popped);
+  EXPECT_EQ(popped, (std::vector<int>{BError::eAcquisitionFailed, BError::eFrameTooSmall, BError::eFrameInvalid, 8, 0,
+                                      BError::eAborted}));
 }
 
 TEST(FrameQueue, AFrameMayCarryAnErrorToo) {
   BFrameQueue queue;
-  queue.Push(MakeFrame(4), BError(12110));
+  queue.Push(MakeFrame(4), BError(BError::eFrameInvalid));
 
   BSmartRef<BFrame> frame;
-  EXPECT_EQ(12110, queue.Pop(frame, 0).ErrorCode());
+  EXPECT_EQ(queue.Pop(frame, 0).ErrorCode(), BError::eFrameInvalid);
 
   ASSERT_TRUE(frame);
-  EXPECT_EQ(4U, frame->Id());
+  EXPECT_EQ(frame->Id(), 4U);
 }
 
 TEST(FrameQueue, TheCallersFrameIsReleasedEvenWhenPopTimesOut) {
@@ -130,9 +130,9 @@ TEST(FrameQueue, TheCallersFrameIsReleasedEvenWhenPopTimesOut) {
   int deleted = 0;
   BSmartRef<BFrame> frame = MakeWatchedFrame(deleted);
 
-  EXPECT_EQ(12106, queue.Pop(frame, 0).ErrorCode());
+  EXPECT_EQ(queue.Pop(frame, 0).ErrorCode(), BError::eTimeout);
 
-  EXPECT_EQ(1, deleted);
+  EXPECT_EQ(deleted, 1);
 }
 
 TEST(FrameQueue, AQueuedFrameHasOneReferenceWhichPopHandsOver) {
@@ -140,14 +140,14 @@ TEST(FrameQueue, AQueuedFrameHasOneReferenceWhichPopHandsOver) {
   BSmartRef<BFrame> frame = MakeFrame(1);
   const BFrame* const pushed = frame.Get();
   queue.Push(frame, BError());
-  EXPECT_EQ(2, pushed->References());
+  EXPECT_EQ(pushed->References(), 2);
 
   frame = nullptr;
-  EXPECT_EQ(1, pushed->References());
+  EXPECT_EQ(pushed->References(), 1);
   queue.Pop(frame, 0);
 
-  EXPECT_EQ(pushed, frame.Get());
-  EXPECT_EQ(1, pushed->References());
+  EXPECT_EQ(frame.Get(), pushed);
+  EXPECT_EQ(pushed->References(), 1);
 }
 
 TEST(FrameQueue, ClearReleasesEveryFrame) {
@@ -158,9 +158,9 @@ TEST(FrameQueue, ClearReleasesEveryFrame) {
 
   queue.Clear();
 
-  EXPECT_EQ(3, deleted);
+  EXPECT_EQ(deleted, 3);
   BSmartRef<BFrame> frame;
-  EXPECT_EQ(12106, queue.Pop(frame, 0).ErrorCode());
+  EXPECT_EQ(queue.Pop(frame, 0).ErrorCode(), BError::eTimeout);
 }
 
 TEST(FrameQueue, AClearedQueueTakesEntriesAgain) {
@@ -170,10 +170,10 @@ TEST(FrameQueue, AClearedQueueTakesEntriesAgain) {
   queue.Push(MakeFrame(2), BError());
 
   BSmartRef<BFrame> frame;
-  EXPECT_EQ(0, queue.Pop(frame, 0).ErrorCode());
+  EXPECT_EQ(queue.Pop(frame, 0).ErrorCode(), BError::eSuccess);
 
   ASSERT_TRUE(frame);
-  EXPECT_EQ(2U, frame->Id());
+  EXPECT_EQ(frame->Id(), 2U);
 }
 
 TEST(FrameQueue, TheQueueReleasesItsFramesWhenItGoes) {
@@ -182,7 +182,7 @@ TEST(FrameQueue, TheQueueReleasesItsFramesWhenItGoes) {
     BFrameQueue queue;
     queue.Push(MakeWatchedFrame(deleted), BError());
   }
-  EXPECT_EQ(1, deleted);
+  EXPECT_EQ(deleted, 1);
 }
 
 TEST(FrameQueue, AFrameOfTheRunningAcquisitionIsTaken) {
@@ -192,59 +192,60 @@ TEST(FrameQueue, AFrameOfTheRunningAcquisitionIsTaken) {
   EXPECT_TRUE(queue.PushUnlessOver(queue.CurrentAcquisition(), MakeFrame(9)));
 
   BSmartRef<BFrame> frame;
-  EXPECT_EQ(0, queue.Pop(frame, 0).ErrorCode());
+  EXPECT_EQ(queue.Pop(frame, 0).ErrorCode(), BError::eSuccess);
   ASSERT_TRUE(frame);
-  EXPECT_EQ(9U, frame->Id());
+  EXPECT_EQ(frame->Id(), 9U);
 }
 
 TEST(FrameQueue, ALateFrameOfAnEarlierAcquisitionIsDropped) {
   BFrameQueue queue;
-  const BFrameQueue::Acquisition earlier = queue.CurrentAcquisition();
+  const BFrameQueue::AcquisitionNumber earlier = queue.CurrentAcquisition();
   queue.Clear();
   int deleted = 0;
 
   EXPECT_FALSE(queue.PushUnlessOver(earlier, MakeWatchedFrame(deleted)));
 
-  EXPECT_EQ(1, deleted);
+  EXPECT_EQ(deleted, 1);
   BSmartRef<BFrame> frame;
-  EXPECT_EQ(12106, queue.Pop(frame, 0).ErrorCode());
+  EXPECT_EQ(queue.Pop(frame, 0).ErrorCode(), BError::eTimeout);
 }
 
 TEST(FrameQueue, AFailureIsTakenOrDroppedLikeAFrame) {
   BFrameQueue queue;
-  const BFrameQueue::Acquisition earlier = queue.CurrentAcquisition();
+  const BFrameQueue::AcquisitionNumber earlier = queue.CurrentAcquisition();
   queue.Clear();
 
-  EXPECT_FALSE(queue.PushUnlessOver(earlier, nullptr, BError(12103, L"late")));
-  EXPECT_TRUE(queue.PushUnlessOver(queue.CurrentAcquisition(), nullptr, BError(12103, L"in time")));
+  EXPECT_FALSE(queue.PushUnlessOver(earlier, nullptr, BError(BError::eAcquisitionFailed, L"late")));
+  EXPECT_TRUE(
+      queue.PushUnlessOver(queue.CurrentAcquisition(), nullptr, BError(BError::eAcquisitionFailed, L"in time")));
 
   BSmartRef<BFrame> frame;
-  EXPECT_EQ(BError(12103, L"in time"), queue.Pop(frame, 0));
-  EXPECT_EQ(12106, queue.Pop(frame, 0).ErrorCode());
+  EXPECT_EQ(queue.Pop(frame, 0), BError(BError::eAcquisitionFailed, L"in time"));
+  EXPECT_EQ(queue.Pop(frame, 0).ErrorCode(), BError::eTimeout);
 }
 
 TEST(FrameQueue, OnlyClearingBeginsAnotherAcquisition) {
   BFrameQueue queue;
-  const BFrameQueue::Acquisition first = queue.CurrentAcquisition();
+  const BFrameQueue::AcquisitionNumber first = queue.CurrentAcquisition();
   queue.Push(MakeFrame(1), BError());
   BSmartRef<BFrame> frame;
   queue.Pop(frame, 0);
-  EXPECT_EQ(first, queue.CurrentAcquisition());
+  EXPECT_EQ(queue.CurrentAcquisition(), first);
 
   queue.Clear();
-  const BFrameQueue::Acquisition second = queue.CurrentAcquisition();
+  const BFrameQueue::AcquisitionNumber second = queue.CurrentAcquisition();
   queue.Clear();
 
-  EXPECT_NE(first, second);
-  EXPECT_NE(second, queue.CurrentAcquisition());
-  EXPECT_NE(first, queue.CurrentAcquisition());
+  EXPECT_NE(second, first);
+  EXPECT_NE(queue.CurrentAcquisition(), first);
+  EXPECT_NE(queue.CurrentAcquisition(), second);
 }
 
 // Starts a Pop with a long time-out in another thread and returns once it has looked into the queue at least once.
 std::future<BError> StartWaiting(CountingQueue& queue, BSmartRef<BFrame>& frame) {
-  std::future<BError> result = std::async(std::launch::async, [&] { return queue.Pop(frame, kDeadline); });
+  std::future<BError> result = std::async(std::launch::async, [&] { return queue.Pop(frame, kDeadlineMs); });
   const BStopWatch watch;
-  while (queue.writes == 0 && watch.Period() < kDeadline) std::this_thread::yield();
+  while (queue.writes == 0 && watch.Period() < kDeadlineMs) std::this_thread::yield();
   return result;
 }
 
@@ -256,8 +257,8 @@ TEST(FrameQueue, AnAbortWakesAWaitingPop) {
 
   queue.PushAbort();
 
-  EXPECT_EQ(12109, waiting.get().ErrorCode());
-  EXPECT_LT(watch.Period(), kDeadline / 2);
+  EXPECT_EQ(waiting.get().ErrorCode(), BError::eAborted);
+  EXPECT_LT(watch.Period(), kDeadlineMs / 2);
   EXPECT_FALSE(frame);
 }
 
@@ -268,9 +269,9 @@ TEST(FrameQueue, AFrameOfAnotherThreadWakesAWaitingPop) {
 
   queue.Push(MakeFrame(11), BError());
 
-  EXPECT_EQ(0, waiting.get().ErrorCode());
+  EXPECT_EQ(waiting.get().ErrorCode(), BError::eSuccess);
   ASSERT_TRUE(frame);
-  EXPECT_EQ(11U, frame->Id());
+  EXPECT_EQ(frame->Id(), 11U);
 }
 
 TEST(FrameQueue, NoLockIsHeldWhileWaiting) {
@@ -280,7 +281,7 @@ TEST(FrameQueue, NoLockIsHeldWhileWaiting) {
 
   const BStopWatch watch;
   bool locked = false;
-  while (!locked && watch.Period() < kDeadline) {
+  while (!locked && watch.Period() < kDeadlineMs) {
     if (!queue.TryLockW()) continue;
     locked = true;
     queue.UnlockW();
@@ -288,7 +289,7 @@ TEST(FrameQueue, NoLockIsHeldWhileWaiting) {
   queue.PushAbort();
 
   EXPECT_TRUE(locked);
-  EXPECT_EQ(12109, waiting.get().ErrorCode());
+  EXPECT_EQ(waiting.get().ErrorCode(), BError::eAborted);
 }
 
 TEST(FrameQueue, EveryOperationTakesTheWriteLockAndNoneTheReadLock) {
@@ -300,13 +301,13 @@ TEST(FrameQueue, EveryOperationTakesTheWriteLockAndNoneTheReadLock) {
   };
   BSmartRef<BFrame> frame;
 
-  EXPECT_EQ(1, locks_of([&] { queue.Push(nullptr, BError()); }));
-  EXPECT_EQ(1, locks_of([&] { queue.PushAbort(); }));
-  EXPECT_EQ(1, locks_of([&] { queue.PushUnlessOver(0, nullptr); }));
-  EXPECT_EQ(1, locks_of([&] { queue.Pop(frame, 0); }));
-  EXPECT_EQ(1, locks_of([&] { queue.Clear(); }));
-  EXPECT_EQ(1, locks_of([&] { queue.Pop(frame, 0); }));  // empty
-  EXPECT_EQ(0, queue.reads);
+  EXPECT_EQ(locks_of([&] { queue.Push(nullptr, BError()); }), 1);
+  EXPECT_EQ(locks_of([&] { queue.PushAbort(); }), 1);
+  EXPECT_EQ(locks_of([&] { queue.PushUnlessOver(0, nullptr); }), 1);
+  EXPECT_EQ(locks_of([&] { queue.Pop(frame, 0); }), 1);
+  EXPECT_EQ(locks_of([&] { queue.Clear(); }), 1);
+  EXPECT_EQ(locks_of([&] { queue.Pop(frame, 0); }), 1) << "of an empty queue";
+  EXPECT_EQ(queue.reads, 0);
 }
 
 TEST(FrameQueue, ManyProducersLoseNothingAndEachKeepsItsOrder) {
@@ -320,15 +321,15 @@ TEST(FrameQueue, ManyProducersLoseNothingAndEachKeepsItsOrder) {
     });
   }
 
-  std::map<std::uint64_t, std::uint64_t> next;  // by producer
+  std::map<std::uint64_t, std::uint64_t> next_of_producer;
   BSmartRef<BFrame> frame;
   for (std::uint64_t i = 0; i < kProducers * kFramesEach; ++i) {
-    ASSERT_EQ(0, queue.Pop(frame, kDeadline).ErrorCode());
-    EXPECT_EQ(next[frame->Id() / kFramesEach]++, frame->Id() % kFramesEach);
+    ASSERT_EQ(queue.Pop(frame, kDeadlineMs).ErrorCode(), BError::eSuccess);
+    EXPECT_EQ(frame->Id() % kFramesEach, next_of_producer[frame->Id() / kFramesEach]++);
   }
   for (std::thread& producer : producers) producer.join();
 
-  EXPECT_EQ(12106, queue.Pop(frame, 0).ErrorCode());
+  EXPECT_EQ(queue.Pop(frame, 0).ErrorCode(), BError::eTimeout);
 }
 
 // Threads that go on together. std::barrier loses wake-ups in MinGW-w64's g++ 12.
@@ -337,22 +338,22 @@ class Meeting {
   explicit Meeting(int threads) : m_threads(threads) {}
 
   void Attend() {
-    std::unique_lock lock(m_lock);
+    BMutexLock lock(m_mutex);
     const int meeting = m_meeting;
     if (++m_present == m_threads) {
       m_present = 0;
       ++m_meeting;
-      m_all_present.notify_all();
+      m_all_present.NotifyAll();
     }
-    m_all_present.wait(lock, [&] { return m_meeting != meeting; });
+    while (m_meeting == meeting) m_all_present.Wait(lock);
   }
 
  private:
-  std::mutex m_lock;
-  std::condition_variable m_all_present;
+  BMutex m_mutex;
+  BCondition m_all_present;
   const int m_threads;
-  int m_present = 0;
-  int m_meeting = 0;
+  int m_present KEL_GUARDED_BY(m_mutex) = 0;
+  int m_meeting KEL_GUARDED_BY(m_mutex) = 0;
 };
 
 TEST(FrameQueue, WhateverTheMomentOfAClearNoLateFramePassesIt) {
@@ -364,7 +365,7 @@ TEST(FrameQueue, WhateverTheMomentOfAClearNoLateFramePassesIt) {
   for (std::thread& worker : workers) {
     worker = std::thread([&] {
       for (int round = 0; round < kRounds; ++round) {
-        const BFrameQueue::Acquisition acquisition = queue.CurrentAcquisition();
+        const BFrameQueue::AcquisitionNumber acquisition = queue.CurrentAcquisition();
         in_step.Attend();
         for (int frame = 0; frame < 20; ++frame) queue.PushUnlessOver(acquisition, MakeFrame(0));
         in_step.Attend();
@@ -381,7 +382,7 @@ TEST(FrameQueue, WhateverTheMomentOfAClearNoLateFramePassesIt) {
   }
   for (std::thread& worker : workers) worker.join();
 
-  EXPECT_EQ(0, late);
+  EXPECT_EQ(late, 0);
 }
 
 }  // namespace

@@ -44,11 +44,11 @@ struct OutOfMemory : OpenedImplementation {
 TEST_F(OutOfMemory, AWorkerReportsAFailedAcquisitionAndHandsTheFrameBack) {
   refused_array = std::size_t{SimulatedCamera::kWidth} * SimulatedCamera::kHeight;
   cameras.Deliver();
-  EXPECT_EQ(BError(12103, L"out of memory"), Snap());
+  EXPECT_EQ(Snap(), BError(12103, L"out of memory"));
   EXPECT_TRUE(AllFramesComeBack());
   refused_array = kNone;
   cameras.Deliver();
-  EXPECT_EQ(BError(), Snap());
+  EXPECT_EQ(Snap(), BError());
 }
 
 TEST_F(OutOfMemory, AFrameForWhichNoWorkerCanBeMadeIsHandedBack) {
@@ -58,22 +58,22 @@ TEST_F(OutOfMemory, AFrameForWhichNoWorkerCanBeMadeIsHandedBack) {
   EXPECT_TRUE(AllFramesComeBack());
   objects_are_refused = false;
   cameras.Deliver();
-  EXPECT_EQ(BError(), Snap());
+  EXPECT_EQ(Snap(), BError());
 }
 
 TEST_F(OutOfMemory, NothingIsStartedThatCouldNotBeShutDown) {
   refused_object = sizeof(VimbaInitialization);
   EXPECT_THROW(VimbaInitialization::Open(nullptr), std::bad_alloc);
   refused_object = kNone;
-  EXPECT_EQ(std::vector<std::string>{}, cameras.CallsOf("VmbStartup"));
+  EXPECT_EQ(cameras.CallsOf("VmbStartup"), std::vector<std::string>{});
 }
 
 TEST_F(OutOfMemory, ADiscoveryIsNotReportedAndNothingElseHappens) {
   VmbUint32_t longest = 0;
-  ASSERT_EQ(0, VmbFeatureStringMaxlengthQuery(gVimbaHandle, "DiscoveryCameraIdent", &longest));
+  ASSERT_EQ(VmbFeatureStringMaxlengthQuery(gVimbaHandle, "DiscoveryCameraIdent", &longest), 0);
   refused_array = longest;
   EXPECT_NO_THROW(CameraDiscoveryCallback(gVimbaHandle, "DiscoveryCameraEvent", nullptr));
-  EXPECT_EQ(std::vector<std::wstring>{L"End"}, Lines(L"CameraDiscoveryCallback"));
+  EXPECT_EQ(Lines(L"CameraDiscoveryCallback"), std::vector<std::wstring>{L"End"});
 }
 
 }  // namespace

@@ -57,7 +57,7 @@ TEST_F(Workers, TheWaitLastsUntilTheLastWorkerHasFinished) {
 
     workers.WaitUntilNone();
 
-    EXPECT_EQ(kWorkers, finished);
+    EXPECT_EQ(finished, kWorkers);
   }
 }
 

@@ -15,18 +15,18 @@ std::wstring Identifier(const char* name, const char* model, const char* serial)
 }
 
 TEST(CameraIdentifier, IsMadeOfTheCamerasNameAndItsSerialNumber) {
-  EXPECT_EQ(L"Vimba_Prosilica GT 1290_50-0503", Identifier("Prosilica GT 1290", "GT1290 (02-2185A)", "50-0503"));
+  EXPECT_EQ(Identifier("Prosilica GT 1290", "GT1290 (02-2185A)", "50-0503"), L"Vimba_Prosilica GT 1290_50-0503");
 }
 
 TEST(CameraIdentifier, TakesTheModelOfAMantaInAnyCase) {
   for (const char* name : {"Manta", "MANTA", "manta", "mAnTa"}) {
-    EXPECT_EQ(L"Vimba_Manta-G-504B_7", Identifier(name, "Manta G-504B (E0020002)", "7")) << name;
+    EXPECT_EQ(Identifier(name, "Manta G-504B (E0020002)", "7"), L"Vimba_Manta-G-504B_7") << name;
   }
 }
 
 TEST(CameraIdentifier, KeepsEveryNameThatIsNotTheFamilysAlone) {
   for (const char* name : {"Manta ", " Manta", "Manta G-504B", "Mant", ""}) {
-    EXPECT_EQ(L"Vimba_" + ToWString(name).Str() + L"_7", Identifier(name, "Manta G-504B (E0020002)", "7"));
+    EXPECT_EQ(Identifier(name, "Manta G-504B (E0020002)", "7"), L"Vimba_" + ToWString(name).Str() + L"_7");
   }
 }
 
@@ -48,21 +48,21 @@ TEST(CameraIdentifier, TrimsAMantasModelToWhatStandsBeforeItsFirstBracket) {
                       {"(E0020002)", L"Vimba__7"},
                       {"   ", L"Vimba__7"},
                       {"", L"Vimba__7"}};
-  for (const Row& row : rows) EXPECT_EQ(row.identifier, Identifier("Manta", row.model, "7")) << row.model;
+  for (const Row& row : rows) EXPECT_EQ(Identifier("Manta", row.model, "7"), row.identifier) << row.model;
 }
 
 TEST(CameraIdentifier, NullTextsCountAsEmpty) {
-  EXPECT_EQ(L"Vimba__", Identifier(nullptr, nullptr, nullptr));
-  EXPECT_EQ(L"Vimba__7", Identifier("Manta", nullptr, "7"));
-  EXPECT_EQ(L"Vimba_Cam_", Identifier("Cam", "Model", nullptr));
+  EXPECT_EQ(Identifier(nullptr, nullptr, nullptr), L"Vimba__");
+  EXPECT_EQ(Identifier("Manta", nullptr, "7"), L"Vimba__7");
+  EXPECT_EQ(Identifier("Cam", "Model", nullptr), L"Vimba_Cam_");
 }
 
 TEST(CameraIdentifier, TextsOfTheCameraAreNeverFormats) {
-  EXPECT_EQ(L"Vimba_%s%n_%d", Identifier("%s%n", "model", "%d"));
+  EXPECT_EQ(Identifier("%s%n", "model", "%d"), L"Vimba_%s%n_%d");
 }
 
 TEST(CameraIdentifier, TextsOfTheCameraAreUtf8) {
-  EXPECT_EQ(L"Vimba_K\u00e4rcher_\u6570", Identifier("K\xc3\xa4rcher", "model", "\xe6\x95\xb0"));
+  EXPECT_EQ(Identifier("K\xc3\xa4rcher", "model", "\xe6\x95\xb0"), L"Vimba_K\u00e4rcher_\u6570");
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ using Texts = std::vector<std::wstring>;
 // Vimba is started for the life of the object.
 class StartedVimba {
  public:
-  StartedVimba() { EXPECT_EQ(0, VmbStartup()); }
+  StartedVimba() { EXPECT_EQ(VmbStartup(), 0); }
   ~StartedVimba() { VmbShutdown(); }
   StartedVimba(const StartedVimba&) = delete;
   StartedVimba& operator=(const StartedVimba&) = delete;
@@ -30,8 +30,7 @@ std::vector<SimulatedCamera> Cameras(int count) {
 
 Texts Identifiers() {
   Texts identifiers;
-  const auto list = ListIdentifiers();
-  for (const WString& identifier : *list) identifiers.push_back(identifier.Str());
+  for (const WString& identifier : ListIdentifiers()) identifiers.push_back(identifier.Str());
   return identifiers;
 }
 
@@ -40,16 +39,16 @@ TEST(IdentifierList, HasEveryCameraInTheLibrarysOrder) {
   const StartedVimba vimba;
   link.ClearCalls();
 
-  EXPECT_EQ((Texts{L"Vimba_Mako_50-0503340002", L"Vimba_Manta-G-507B_50-0503340001"}), Identifiers());
+  EXPECT_EQ(Identifiers(), (Texts{L"Vimba_Mako_50-0503340002", L"Vimba_Manta-G-507B_50-0503340001"}));
 
-  EXPECT_EQ(std::vector<std::string>{"VmbCamerasList(128)"}, link.Calls());
+  EXPECT_EQ(link.Calls(), std::vector<std::string>{"VmbCamerasList(128)"});
 }
 
 TEST(IdentifierList, IsEmptyWithoutACamera) {
   SimulatedCameras link{std::vector<SimulatedCamera>{}};
   const StartedVimba vimba;
 
-  EXPECT_EQ(Texts{}, Identifiers());
+  EXPECT_EQ(Identifiers(), Texts{});
 }
 
 TEST(IdentifierList, EndsWithItsHundredAndTwentyEighthRecord) {
@@ -58,8 +57,8 @@ TEST(IdentifierList, EndsWithItsHundredAndTwentyEighthRecord) {
 
   const Texts identifiers = Identifiers();
 
-  EXPECT_EQ(128U, identifiers.size());
-  EXPECT_EQ(L"Vimba_Manta-G-507B_50-050334000128", identifiers.back());
+  EXPECT_EQ(identifiers.size(), 128U);
+  EXPECT_EQ(identifiers.back(), L"Vimba_Manta-G-507B_50-050334000128");
 }
 
 TEST(IdentifierList, IsEmptyWhenTheLibraryDoesNotAnswer) {
@@ -67,7 +66,7 @@ TEST(IdentifierList, IsEmptyWhenTheLibraryDoesNotAnswer) {
   const StartedVimba vimba;
   link.FailCall("VmbCamerasList", "", VmbErrorInternalFault);
 
-  EXPECT_EQ(Texts{}, Identifiers());
+  EXPECT_EQ(Identifiers(), Texts{});
 }
 
 TEST(CameraRecordsOfASearch, AreAsManyAsThereAreCameras) {
@@ -75,11 +74,11 @@ TEST(CameraRecordsOfASearch, AreAsManyAsThereAreCameras) {
   const StartedVimba vimba;
   link.ClearCalls();
 
-  const auto records = FetchCameraRecords();
+  const CameraRecords records = FetchCameraRecords();
 
-  ASSERT_EQ(3U, records->size());
-  EXPECT_STREQ("DEV_000F31000003", records->back().cameraIdString);
-  EXPECT_EQ((std::vector<std::string>{"VmbCamerasList(0)", "VmbCamerasList(3)"}), link.Calls());
+  ASSERT_EQ(records.size(), 3U);
+  EXPECT_STREQ(records.back().cameraIdString, "DEV_000F31000003");
+  EXPECT_EQ(link.Calls(), (std::vector<std::string>{"VmbCamerasList(0)", "VmbCamerasList(3)"}));
 }
 
 TEST(CameraRecordsOfASearch, AreNoneWhenTheFetchFails) {
@@ -87,7 +86,7 @@ TEST(CameraRecordsOfASearch, AreNoneWhenTheFetchFails) {
     SimulatedCameras link(Cameras(2));
     const StartedVimba vimba;
     link.FailCall("VmbCamerasList", "", VmbErrorMoreData, occurrence);
-    EXPECT_TRUE(FetchCameraRecords()->empty()) << occurrence;
+    EXPECT_TRUE(FetchCameraRecords().empty()) << occurrence;
   }
 }
 

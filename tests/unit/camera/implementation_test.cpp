@@ -13,15 +13,15 @@ TEST(Implementation, HasItsStartValuesBeforeItIsOpened) {
   bool rotated = true;
 
   EXPECT_FALSE(implementation.IsOpen());
-  EXPECT_EQ(BSize{}, implementation.ImageSize(rotated));
+  EXPECT_EQ(implementation.ImageSize(rotated), BSize{});
   EXPECT_FALSE(rotated);
   EXPECT_FALSE(implementation.IsColor());
-  EXPECT_STREQ(L"", implementation.Identifier());
-  EXPECT_STREQ(L"Vimba", implementation.ApiName());
-  EXPECT_EQ(-1, implementation.MaxShutterForFast());
-  EXPECT_EQ(100, implementation.ColorBlueBalance());
-  EXPECT_EQ(100, implementation.ColorRedBalance());
-  EXPECT_EQ(nullptr, implementation.Trigger());
+  EXPECT_STREQ(implementation.Identifier(), L"");
+  EXPECT_STREQ(implementation.ApiName(), L"Vimba");
+  EXPECT_EQ(implementation.MaxShutterForFast(), -1);
+  EXPECT_EQ(implementation.ColorBlueBalance(), 100);
+  EXPECT_EQ(implementation.ColorRedBalance(), 100);
+  EXPECT_EQ(implementation.Trigger(), nullptr);
 }
 
 TEST(Implementation, WithoutAProfileOpensNothingAndSaysNothing) {
@@ -33,7 +33,7 @@ TEST(Implementation, WithoutAProfileOpensNothingAndSaysNothing) {
 TEST(Implementation, IsNeverFastBeforeItIsOpened) {
   double frames_per_second = 7.0;
   EXPECT_FALSE(BVimbaImagingDeviceImpl().FramesPerSecond(frames_per_second));
-  EXPECT_EQ(7.0, frames_per_second);
+  EXPECT_EQ(frames_per_second, 7.0);
 }
 
 }  // namespace

@@ -10,6 +10,8 @@
 
 namespace {
 
+using namespace NBoard;
+
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kNoCap = std::numeric_limits<double>::max();
@@ -24,45 +26,47 @@ TEST(ControlTypes, EachNamesItsFeatures) {
     const char *feature, *selector, *selector_entry, *automatic, *automatic_entry;
   };
   const Row rows[] = {
-      {0, "Gain", nullptr, nullptr, "GainAuto", "Off"},
-      {1, "BalanceRatioAbs", "BalanceRatioSelector", "Red", "BalanceWhiteAuto", "Off"},
-      {3, "BalanceRatioAbs", "BalanceRatioSelector", "Blue", "BalanceWhiteAuto", "Off"},
-      {4, "ExposureTimeAbs", nullptr, nullptr, "ExposureMode", "Timed"},
-      {8, "DeviceTemperature", "DeviceTemperatureSelector", "Sensor", nullptr, nullptr},
-      {9, "DeviceTemperature", "DeviceTemperatureSelector", "Main", nullptr, nullptr},
+      {eGain, "Gain", nullptr, nullptr, "GainAuto", "Off"},
+      {eWhiteBalanceRed, "BalanceRatioAbs", "BalanceRatioSelector", "Red", "BalanceWhiteAuto", "Off"},
+      {eWhiteBalanceBlue, "BalanceRatioAbs", "BalanceRatioSelector", "Blue", "BalanceWhiteAuto", "Off"},
+      {eShutter, "ExposureTimeAbs", nullptr, nullptr, "ExposureMode", "Timed"},
+      {eTemperatureSensor, "DeviceTemperature", "DeviceTemperatureSelector", "Sensor", nullptr, nullptr},
+      {eTemperatureMain, "DeviceTemperature", "DeviceTemperatureSelector", "Main", nullptr, nullptr},
   };
   for (const Row& row : rows) {
-    const ControlType* type = FindControlType(row.type);
-    ASSERT_NE(nullptr, type) << row.type;
-    EXPECT_EQ(row.type, type->type);
-    EXPECT_EQ(Text(row.feature), Text(type->feature));
-    EXPECT_EQ(Text(row.selector), Text(type->selector));
-    EXPECT_EQ(Text(row.selector_entry), Text(type->selector_entry));
-    EXPECT_EQ(Text(row.automatic), Text(type->automatic));
-    EXPECT_EQ(Text(row.automatic_entry), Text(type->automatic_entry));
+    const ControlType& type = ControlTypeOf(row.type);
+    EXPECT_EQ(type.type, row.type);
+    EXPECT_EQ(Text(type.feature), Text(row.feature));
+    EXPECT_EQ(Text(type.selector), Text(row.selector));
+    EXPECT_EQ(Text(type.selector_entry), Text(row.selector_entry));
+    EXPECT_EQ(Text(type.automatic), Text(row.automatic));
+    EXPECT_EQ(Text(type.automatic_entry), Text(row.automatic_entry));
   }
 }
 
-TEST(ControlTypes, EachHasARangeForACameraThatDoesNotTell) {
+TEST(ControlTypes, EachHasARangeForACameraThatReportsNone) {
   struct Row {
     int type;
     double min, max, default_value, cap;
   };
-  const Row rows[] = {{0, 0.0, 10.0, 0.0, kNoCap}, {1, 1.0, 1.0, 1.0, kNoCap},
-                      {3, 1.0, 1.0, 1.0, kNoCap},  {4, 0.0, 2'000'000.0, 10'000.0, 2'000'000.0},
-                      {8, 0.0, 0.0, 0.0, kNoCap},  {9, 0.0, 0.0, 0.0, kNoCap}};
+  const Row rows[] = {{eGain, 0.0, 10.0, 0.0, kNoCap},
+                      {eWhiteBalanceRed, 1.0, 1.0, 1.0, kNoCap},
+                      {eWhiteBalanceBlue, 1.0, 1.0, 1.0, kNoCap},
+                      {eShutter, 0.0, 2'000'000.0, 10'000.0, 2'000'000.0},
+                      {eTemperatureSensor, 0.0, 0.0, 0.0, kNoCap},
+                      {eTemperatureMain, 0.0, 0.0, 0.0, kNoCap}};
   for (const Row& row : rows) {
-    const ControlType* type = FindControlType(row.type);
-    ASSERT_NE(nullptr, type) << row.type;
-    EXPECT_EQ(row.min, type->fallback_min) << row.type;
-    EXPECT_EQ(row.max, type->fallback_max) << row.type;
-    EXPECT_EQ(row.default_value, type->default_value) << row.type;
-    EXPECT_EQ(row.cap, type->max_cap) << row.type;
+    const ControlType& type = ControlTypeOf(row.type);
+    EXPECT_EQ(type.fallback_min, row.min) << row.type;
+    EXPECT_EQ(type.fallback_max, row.max) << row.type;
+    EXPECT_EQ(type.default_value, row.default_value) << row.type;
+    EXPECT_EQ(type.max_cap, row.cap) << row.type;
   }
 }
 
 TEST(ControlTypes, NoOtherTypeIsServed) {
-  for (const int type : {2, 5, 6, 7, 10, -1, kHighest, kLowest}) EXPECT_EQ(nullptr, FindControlType(type)) << type;
+  constexpr int kOthers[] = {eWhiteBalanceGreen, eBrightness, eOffset, eGamma, kControlTypes, -1, kHighest, kLowest};
+  for (const int type : kOthers) EXPECT_EQ(ControlTypeOf(type).feature, nullptr) << type;
 }
 
 TEST(ControlTypes, EachHasItsUnit) {
@@ -70,9 +74,19 @@ TEST(ControlTypes, EachHasItsUnit) {
     int type;
     const wchar_t* unit;
   };
-  const Row rows[] = {{0, L"[x]"}, {1, L""}, {2, L""}, {3, L""}, {4, L"[ms]"}, {5, L"[%]"},
-                      {6, L""},    {7, L""}, {8, L""}, {9, L""}, {10, L""},    {-1, L""}};
-  for (const Row& row : rows) EXPECT_EQ(std::wstring(row.unit), UnitOfControl(row.type)) << row.type;
+  const Row rows[] = {{eGain, L"[x]"},
+                      {eWhiteBalanceRed, L""},
+                      {eWhiteBalanceGreen, L""},
+                      {eWhiteBalanceBlue, L""},
+                      {eShutter, L"[ms]"},
+                      {eBrightness, L"[%]"},
+                      {eOffset, L""},
+                      {eGamma, L""},
+                      {eTemperatureSensor, L""},
+                      {eTemperatureMain, L""},
+                      {10, L""},
+                      {-1, L""}};
+  for (const Row& row : rows) EXPECT_EQ(ControlTypeOf(row.type).unit, std::wstring(row.unit)) << row.type;
 }
 
 TEST(ControlTypes, AFeatureValueBecomesAnIntegerCutOffTowardZero) {
@@ -80,12 +94,27 @@ TEST(ControlTypes, AFeatureValueBecomesAnIntegerCutOffTowardZero) {
     int type, integer;
     double value;
   };
-  const Row rows[] = {{0, 20, 20.0},    {0, 9, 9.99},    {0, -9, -9.99}, {1, 150, 1.5},      {1, 299, 2.999},
-                      {1, -99, -0.999}, {3, 25, 0.25},   {3, 800, 8.0},  {4, 100, 10'000.0}, {4, 0, 99.9},
-                      {4, 20'000, 2e6}, {4, -2, -250.0}, {5, 7, 7.9},    {8, 366, 36.65},    {8, -32, -3.25},
-                      {9, 510, 51.0},   {9, 0, -0.09},   {2, 3, 3.9},    {7, -3, -3.9}};
+  const Row rows[] = {{eGain, 20, 20.0},
+                      {eGain, 9, 9.99},
+                      {eGain, -9, -9.99},
+                      {eWhiteBalanceRed, 150, 1.5},
+                      {eWhiteBalanceRed, 299, 2.999},
+                      {eWhiteBalanceRed, -99, -0.999},
+                      {eWhiteBalanceBlue, 25, 0.25},
+                      {eWhiteBalanceBlue, 800, 8.0},
+                      {eShutter, 100, 10'000.0},
+                      {eShutter, 0, 99.9},
+                      {eShutter, 20'000, 2e6},
+                      {eShutter, -2, -250.0},
+                      {eBrightness, 7, 7.9},
+                      {eTemperatureSensor, 366, 36.65},
+                      {eTemperatureSensor, -32, -3.25},
+                      {eTemperatureMain, 510, 51.0},
+                      {eTemperatureMain, 0, -0.09},
+                      {eWhiteBalanceGreen, 3, 3.9},
+                      {eGamma, -3, -3.9}};
   for (const Row& row : rows)
-    EXPECT_EQ(row.integer, FeatureToInteger(row.type, row.value)) << row.type << " " << row.value;
+    EXPECT_EQ(ControlTypeOf(row.type).FeatureToInteger(row.value), row.integer) << row.type << " " << row.value;
 }
 
 TEST(ControlTypes, AnIntegerBecomesAFeatureValue) {
@@ -93,24 +122,24 @@ TEST(ControlTypes, AnIntegerBecomesAFeatureValue) {
     int type, integer;
     double value;
   };
-  const Row rows[] = {{0, 20, 20.0},
-                      {0, -3, -3.0},
-                      {1, 150, 1.5},
-                      {1, -1, -0.01},
-                      {3, 25, 0.25},
-                      {3, 0, 0.0},
-                      {4, 100, 10'000.0},
-                      {4, 1, 100.0},
-                      {5, 7, 7.0},
-                      {8, 366, 36.0},
-                      {8, -39, -3.0},
-                      {9, 510, 51.0},
-                      {9, 9, 0.0},
-                      {2, 3, 3.0},
-                      {4, kHighest, kHighest * 100.0},
-                      {0, kLowest, -2147483648.0}};
+  const Row rows[] = {{eGain, 20, 20.0},
+                      {eGain, -3, -3.0},
+                      {eWhiteBalanceRed, 150, 1.5},
+                      {eWhiteBalanceRed, -1, -0.01},
+                      {eWhiteBalanceBlue, 25, 0.25},
+                      {eWhiteBalanceBlue, 0, 0.0},
+                      {eShutter, 100, 10'000.0},
+                      {eShutter, 1, 100.0},
+                      {eBrightness, 7, 7.0},
+                      {eTemperatureSensor, 366, 36.0},
+                      {eTemperatureSensor, -39, -3.0},
+                      {eTemperatureMain, 510, 51.0},
+                      {eTemperatureMain, 9, 0.0},
+                      {eWhiteBalanceGreen, 3, 3.0},
+                      {eShutter, kHighest, kHighest * 100.0},
+                      {eGain, kLowest, -2147483648.0}};
   for (const Row& row : rows)
-    EXPECT_EQ(row.value, IntegerToFeature(row.type, row.integer)) << row.type << " " << row.integer;
+    EXPECT_EQ(ControlTypeOf(row.type).IntegerToFeature(row.integer), row.value) << row.type << " " << row.integer;
 }
 
 TEST(ControlTypes, AnIntegerBecomesARealValueInTheUnitThatAPersonReads) {
@@ -118,10 +147,20 @@ TEST(ControlTypes, AnIntegerBecomesARealValueInTheUnitThatAPersonReads) {
     int type, integer;
     double real;
   };
-  const Row rows[] = {{0, 0, 1.0},   {0, 20, 10.0}, {0, 40, 100.0}, {0, -20, 0.1},  {4, 100, 10.0}, {4, 1, 0.1},
-                      {1, 150, 1.5}, {3, 25, 0.25}, {8, 366, 36.0}, {9, -39, -3.0}, {5, 7, 7.0},    {6, -7, -7.0}};
+  const Row rows[] = {{eGain, 0, 1.0},
+                      {eGain, 20, 10.0},
+                      {eGain, 40, 100.0},
+                      {eGain, -20, 0.1},
+                      {eShutter, 100, 10.0},
+                      {eShutter, 1, 0.1},
+                      {eWhiteBalanceRed, 150, 1.5},
+                      {eWhiteBalanceBlue, 25, 0.25},
+                      {eTemperatureSensor, 366, 36.0},
+                      {eTemperatureMain, -39, -3.0},
+                      {eBrightness, 7, 7.0},
+                      {eOffset, -7, -7.0}};
   for (const Row& row : rows)
-    EXPECT_DOUBLE_EQ(row.real, IntegerToReal(row.type, row.integer)) << row.type << " " << row.integer;
+    EXPECT_DOUBLE_EQ(ControlTypeOf(row.type).IntegerToReal(row.integer), row.real) << row.type << " " << row.integer;
 }
 
 TEST(ControlTypes, ARealValueBecomesAnIntegerCutOffTowardZero) {
@@ -129,35 +168,46 @@ TEST(ControlTypes, ARealValueBecomesAnIntegerCutOffTowardZero) {
     int type, integer;
     double real;
   };
-  const Row rows[] = {{0, 0, 1.0},     {0, 20, 10.0},  {0, 6, 2.0},     {0, -6, 0.5},  {4, 100, 10.0},
-                      {4, 1, 0.19},    {4, -1, -0.19}, {1, 150, 1.509}, {3, 25, 0.25}, {8, 366, 36.65},
-                      {9, -32, -3.25}, {5, 7, 7.9},    {6, -7, -7.9}};
-  for (const Row& row : rows) EXPECT_EQ(row.integer, RealToInteger(row.type, row.real)) << row.type << " " << row.real;
+  const Row rows[] = {{eGain, 0, 1.0},
+                      {eGain, 20, 10.0},
+                      {eGain, 6, 2.0},
+                      {eGain, -6, 0.5},
+                      {eShutter, 100, 10.0},
+                      {eShutter, 1, 0.19},
+                      {eShutter, -1, -0.19},
+                      {eWhiteBalanceRed, 150, 1.509},
+                      {eWhiteBalanceBlue, 25, 0.25},
+                      {eTemperatureSensor, 366, 36.65},
+                      {eTemperatureMain, -32, -3.25},
+                      {eBrightness, 7, 7.9},
+                      {eOffset, -7, -7.9}};
+  for (const Row& row : rows)
+    EXPECT_EQ(ControlTypeOf(row.type).RealToInteger(row.real), row.integer) << row.type << " " << row.real;
 }
 
 TEST(ControlTypes, ConversionsStopAtTheEndsOfTheIntegerRange) {
-  for (int type = 0; type <= 9; ++type) {
+  for (int type = 0; type < kControlTypes; ++type) {
     for (const double value : {kInfinity, 1e300}) {
-      EXPECT_EQ(kHighest, FeatureToInteger(type, value)) << type;
-      EXPECT_EQ(kLowest, FeatureToInteger(type, -value)) << type;
+      EXPECT_EQ(ControlTypeOf(type).FeatureToInteger(value), kHighest) << type;
+      EXPECT_EQ(ControlTypeOf(type).FeatureToInteger(-value), kLowest) << type;
     }
-    EXPECT_EQ(0, FeatureToInteger(type, kNan)) << type;
-    EXPECT_EQ(0, RealToInteger(type, kNan)) << type;
-    EXPECT_EQ(kHighest, RealToInteger(type, kInfinity)) << type;
+    EXPECT_EQ(ControlTypeOf(type).FeatureToInteger(kNan), 0) << type;
+    EXPECT_EQ(ControlTypeOf(type).RealToInteger(kNan), 0) << type;
+    EXPECT_EQ(ControlTypeOf(type).RealToInteger(kInfinity), kHighest) << type;
   }
 }
 
 TEST(ControlTypes, AGainFactorWithoutALogarithmGivesTheLowestDecibelsOrNone) {
-  EXPECT_EQ(kLowest, RealToInteger(0, 0.0));
-  EXPECT_EQ(0, RealToInteger(0, -1.0));
+  EXPECT_EQ(ControlTypeOf(eGain).RealToInteger(0.0), kLowest);
+  EXPECT_EQ(ControlTypeOf(eGain).RealToInteger(-1.0), 0);
 }
 
 TEST(ControlTypes, TheLastIntegersAreStillExact) {
-  EXPECT_EQ(kHighest, FeatureToInteger(0, 2147483647.0));
-  EXPECT_EQ(kHighest, FeatureToInteger(0, 2147483648.0));
-  EXPECT_EQ(kHighest - 1, FeatureToInteger(0, 2147483646.9));
-  EXPECT_EQ(kLowest, FeatureToInteger(0, -2147483648.0));
-  EXPECT_EQ(kLowest + 1, FeatureToInteger(0, -2147483647.9));
+  EXPECT_EQ(ControlTypeOf(eGain).FeatureToInteger(2147483647.0), kHighest);
+  EXPECT_EQ(ControlTypeOf(eGain).FeatureToInteger(2147483648.0), kHighest);
+  EXPECT_EQ(ControlTypeOf(eGain).FeatureToInteger(2147483646.9), kHighest - 1);
+  EXPECT_EQ(ControlTypeOf(eGain).FeatureToInteger(-2147483648.0), kLowest);
+  EXPECT_EQ(ControlTypeOf(eGain).FeatureToInteger(-2147483647.9), kLowest + 1);
 }
 
 }  // namespace

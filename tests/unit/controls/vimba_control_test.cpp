@@ -62,9 +62,9 @@ TEST(ControlCreation, AsksTheCameraInAFixedOrder) {
   for (const Row& row : rows) {
     camera->ClearCalls();
     const BVimbaControl control(row.type, camera.Handle());
-    EXPECT_EQ(row.calls, camera->Calls());
-    EXPECT_EQ(row.type != NBoard::eBrightness, control.IsAvailable()) << row.type;
-    EXPECT_EQ(row.type, control.Type());
+    EXPECT_EQ(camera->Calls(), row.calls);
+    EXPECT_EQ(control.IsAvailable(), row.type != NBoard::eBrightness) << row.type;
+    EXPECT_EQ(control.Type(), row.type);
   }
 }
 
@@ -74,11 +74,11 @@ TEST(ControlCreation, TakesRangeAndValueFromTheCamera) {
   BVimbaControl shutter(NBoard::eShutter, camera.Handle());
   BVimbaControl red(NBoard::eWhiteBalanceRed, camera.Handle());
 
-  EXPECT_EQ(std::make_pair(0, 26), RangeOf(gain));
-  EXPECT_EQ(5, gain.Value());
-  EXPECT_EQ(std::make_pair(0, 20'000), RangeOf(shutter));  // 25 us; two seconds, whatever the camera allows
-  EXPECT_EQ(150, shutter.Value());
-  EXPECT_EQ(std::make_pair(80, 300), RangeOf(red));
+  EXPECT_EQ(RangeOf(gain), std::make_pair(0, 26));
+  EXPECT_EQ(gain.Value(), 5);
+  EXPECT_EQ(RangeOf(shutter), std::make_pair(0, 20'000));  // 25 us; two seconds, whatever the camera allows
+  EXPECT_EQ(shutter.Value(), 150);
+  EXPECT_EQ(RangeOf(red), std::make_pair(80, 300));
 }
 
 TEST(ControlCreation, GainAndExposureServeAlsoACameraThatTellsNothing) {
@@ -94,9 +94,9 @@ TEST(ControlCreation, GainAndExposureServeAlsoACameraThatTellsNothing) {
     OpenedCamera camera(SimulatedCamera().Missing(row.automatic).Missing(row.feature));
     BVimbaControl control(row.type, camera.Handle());
     EXPECT_TRUE(control.IsAvailable()) << row.feature;
-    EXPECT_EQ(row.range, RangeOf(control)) << row.feature;
-    EXPECT_EQ(row.value, control.Value()) << row.feature;
-    EXPECT_EQ(3U, camera->Calls().size()) << row.feature;
+    EXPECT_EQ(RangeOf(control), row.range) << row.feature;
+    EXPECT_EQ(control.Value(), row.value) << row.feature;
+    EXPECT_EQ(camera->Calls().size(), 3U) << row.feature;
   }
 }
 
@@ -106,8 +106,8 @@ TEST(ControlCreation, AGainWithoutARangeStillTakesTheCamerasValue) {
 
   BVimbaControl gain(NBoard::eGain, camera.Handle());
 
-  EXPECT_EQ(std::make_pair(0, 10), RangeOf(gain));
-  EXPECT_EQ(5, gain.Value());
+  EXPECT_EQ(RangeOf(gain), std::make_pair(0, 10));
+  EXPECT_EQ(gain.Value(), 5);
 }
 
 TEST(ControlCreation, AnExposureWithoutAValueStillTakesTheCamerasRange) {
@@ -117,8 +117,8 @@ TEST(ControlCreation, AnExposureWithoutAValueStillTakesTheCamerasRange) {
   BVimbaControl shutter(NBoard::eShutter, camera.Handle());
 
   EXPECT_TRUE(shutter.IsAvailable());
-  EXPECT_EQ(std::make_pair(10, 5'000), RangeOf(shutter));
-  EXPECT_EQ(100, shutter.Value());
+  EXPECT_EQ(RangeOf(shutter), std::make_pair(10, 5'000));
+  EXPECT_EQ(shutter.Value(), 100);
 }
 
 TEST(ControlCreation, AWhiteBalanceNeedsSelectorRangeAndValue) {
@@ -135,8 +135,8 @@ TEST(ControlCreation, AWhiteBalanceNeedsSelectorRangeAndValue) {
       camera->FailCall(row.call, row.feature, VmbErrorInvalidAccess);
       BVimbaControl control(type, camera.Handle());
       EXPECT_FALSE(control.IsAvailable()) << row.call;
-      EXPECT_EQ(row.calls, camera->Calls().size()) << row.call;
-      EXPECT_EQ(100, control.Value()) << row.call;
+      EXPECT_EQ(camera->Calls().size(), row.calls) << row.call;
+      EXPECT_EQ(control.Value(), 100) << row.call;
     }
   }
 }
@@ -154,7 +154,7 @@ TEST(ControlCreation, AWhiteBalanceThatTheCameraRefusesStaysAtOne) {
 
   BVimbaControl blue(NBoard::eWhiteBalanceBlue, camera.Handle());
 
-  EXPECT_EQ(std::make_pair(100, 100), RangeOf(blue));
+  EXPECT_EQ(RangeOf(blue), std::make_pair(100, 100));
 }
 
 TEST(Temperature, IsReadLiveWithItsSourceSelectedAgain) {
@@ -163,14 +163,13 @@ TEST(Temperature, IsReadLiveWithItsSourceSelectedAgain) {
   BVimbaControl board(NBoard::eTemperatureMain, camera.Handle());
   camera->ClearCalls();
 
-  EXPECT_EQ(366, sensor.Value());
-  EXPECT_EQ(510, board.Value());
+  EXPECT_EQ(sensor.Value(), 366);
+  EXPECT_EQ(board.Value(), 510);
 
-  EXPECT_EQ(
-      (Calls{R"(VmbFeatureEnumSet("DeviceTemperatureSelector", "Sensor"))",
-             R"(VmbFeatureFloatGet("DeviceTemperature"))", R"(VmbFeatureEnumSet("DeviceTemperatureSelector", "Main"))",
-             R"(VmbFeatureFloatGet("DeviceTemperature"))"}),
-      camera->Calls());
+  EXPECT_EQ(camera->Calls(), (Calls{R"(VmbFeatureEnumSet("DeviceTemperatureSelector", "Sensor"))",
+                                    R"(VmbFeatureFloatGet("DeviceTemperature"))",
+                                    R"(VmbFeatureEnumSet("DeviceTemperatureSelector", "Main"))",
+                                    R"(VmbFeatureFloatGet("DeviceTemperature"))"}));
 }
 
 TEST(Temperature, ThatCannotBeSelectedOrReadIsUnavailableAndZero) {
@@ -184,8 +183,8 @@ TEST(Temperature, ThatCannotBeSelectedOrReadIsUnavailableAndZero) {
       camera->ClearFaults();
       camera->ClearCalls();
       EXPECT_FALSE(control.IsAvailable()) << call;
-      EXPECT_EQ(0, control.Value()) << call;
-      EXPECT_EQ(Calls{}, camera->Calls()) << call;
+      EXPECT_EQ(control.Value(), 0) << call;
+      EXPECT_EQ(camera->Calls(), Calls{}) << call;
     }
   }
 }
@@ -197,7 +196,7 @@ TEST(Temperature, ThatFailsLaterReadsAsZero) {
     OpenedCamera camera;
     BVimbaControl sensor(NBoard::eTemperatureSensor, camera.Handle());
     camera->FailCall(call, feature, VmbErrorIO);
-    EXPECT_EQ(0, sensor.Value()) << call;
+    EXPECT_EQ(sensor.Value(), 0) << call;
     EXPECT_TRUE(sensor.IsAvailable()) << call;
   }
 }
@@ -210,8 +209,8 @@ TEST(Temperature, IsNeverWritten) {
 
   EXPECT_FALSE(sensor.SetValue(100));
 
-  EXPECT_LE(kPause, watch.Period());
-  EXPECT_EQ(Calls{}, camera->Calls());
+  EXPECT_GE(watch.Period(), kPause);
+  EXPECT_EQ(camera->Calls(), Calls{});
 }
 
 TEST(ControlValue, IsKnownWithoutAskingTheCamera) {
@@ -225,7 +224,7 @@ TEST(ControlValue, IsKnownWithoutAskingTheCamera) {
   RangeOf(gain);
   gain.IsAvailable();
 
-  EXPECT_EQ(Calls{}, camera->Calls());
+  EXPECT_EQ(camera->Calls(), Calls{});
 }
 
 TEST(ControlValue, IsWrittenInTheCamerasUnitAndFollowedByAPause) {
@@ -249,9 +248,9 @@ TEST(ControlValue, IsWrittenInTheCamerasUnitAndFollowedByAPause) {
     camera->ClearCalls();
     const BStopWatch watch;
     EXPECT_TRUE(control.SetValue(row.value));
-    EXPECT_LE(kPause, watch.Period());
-    EXPECT_EQ(row.calls, camera->Calls());
-    EXPECT_EQ(row.value, control.Value());
+    EXPECT_GE(watch.Period(), kPause);
+    EXPECT_EQ(camera->Calls(), row.calls);
+    EXPECT_EQ(control.Value(), row.value);
   }
 }
 
@@ -273,7 +272,7 @@ TEST(ControlValue, IsClampedToTheRange) {
     OpenedCamera camera(WholeRanges());
     BVimbaControl control(row.type, camera.Handle());
     EXPECT_TRUE(control.SetValue(row.value));
-    EXPECT_EQ(row.written, camera->Calls().back());
+    EXPECT_EQ(camera->Calls().back(), row.written);
   }
 }
 
@@ -286,8 +285,8 @@ TEST(ControlValue, ThatTheCameraHasAlreadyIsNeitherWrittenNorFollowedByAPause) {
 
   for (int i = 0; i < 100; ++i) EXPECT_TRUE(gain.SetValue(5));
 
-  EXPECT_GT(1'000U, watch.Period());
-  EXPECT_EQ(Calls{}, camera->Calls());
+  EXPECT_LT(watch.Period(), 1'000U);
+  EXPECT_EQ(camera->Calls(), Calls{});
 }
 
 TEST(ControlValue, ThatTheCameraRefusesLeavesTheOldOneAndPausesAllTheSame) {
@@ -298,8 +297,8 @@ TEST(ControlValue, ThatTheCameraRefusesLeavesTheOldOneAndPausesAllTheSame) {
 
   EXPECT_FALSE(gain.SetValue(7));
 
-  EXPECT_LE(kPause, watch.Period());
-  EXPECT_EQ(5, gain.Value());
+  EXPECT_GE(watch.Period(), kPause);
+  EXPECT_EQ(gain.Value(), 5);
 }
 
 TEST(ControlValue, WithoutItsSelectorIsNotWritten) {
@@ -312,9 +311,9 @@ TEST(ControlValue, WithoutItsSelectorIsNotWritten) {
 
   EXPECT_FALSE(red.SetValue(200));
 
-  EXPECT_LE(kPause, watch.Period());
-  EXPECT_EQ(Calls{R"(VmbFeatureEnumSet("BalanceRatioSelector", "Red"))"}, camera->Calls());
-  EXPECT_EQ(before, red.Value());
+  EXPECT_GE(watch.Period(), kPause);
+  EXPECT_EQ(camera->Calls(), Calls{R"(VmbFeatureEnumSet("BalanceRatioSelector", "Red"))"});
+  EXPECT_EQ(red.Value(), before);
 }
 
 TEST(ControlValue, OfAnUnavailableControlIsNotWritten) {
@@ -326,7 +325,7 @@ TEST(ControlValue, OfAnUnavailableControlIsNotWritten) {
   EXPECT_FALSE(red.SetValue(200));
   EXPECT_FALSE(red.SetToDefault());
 
-  EXPECT_EQ(Calls{}, camera->Calls());
+  EXPECT_EQ(camera->Calls(), Calls{});
 }
 
 TEST(ControlRange, CanOnlyBeNarrowed) {
@@ -336,14 +335,14 @@ TEST(ControlRange, CanOnlyBeNarrowed) {
   for (const int outside : {-1, 27}) {
     gain.SetMinValue(outside);
     gain.SetMaxValue(outside);
-    EXPECT_EQ(std::make_pair(0, 26), RangeOf(gain));
+    EXPECT_EQ(RangeOf(gain), std::make_pair(0, 26));
   }
   gain.SetMinValue(3);
   gain.SetMaxValue(20);
-  EXPECT_EQ(std::make_pair(3, 20), RangeOf(gain));
+  EXPECT_EQ(RangeOf(gain), std::make_pair(3, 20));
   gain.SetMinValue(2);
   gain.SetMaxValue(21);
-  EXPECT_EQ(std::make_pair(3, 20), RangeOf(gain));
+  EXPECT_EQ(RangeOf(gain), std::make_pair(3, 20));
 }
 
 TEST(ControlRange, BothEndsCountAsInside) {
@@ -351,13 +350,13 @@ TEST(ControlRange, BothEndsCountAsInside) {
   BVimbaControl gain(NBoard::eGain, camera.Handle());
 
   gain.SetMinValue(26);
-  EXPECT_EQ(std::make_pair(26, 26), RangeOf(gain));
+  EXPECT_EQ(RangeOf(gain), std::make_pair(26, 26));
   gain.SetMaxValue(26);
-  EXPECT_EQ(std::make_pair(26, 26), RangeOf(gain));
+  EXPECT_EQ(RangeOf(gain), std::make_pair(26, 26));
 
   BVimbaControl another(NBoard::eGain, camera.Handle());
   another.SetMaxValue(0);
-  EXPECT_EQ(std::make_pair(0, 0), RangeOf(another));
+  EXPECT_EQ(RangeOf(another), std::make_pair(0, 0));
 }
 
 TEST(ControlRange, IsToldWithWhetherTheControlIsAvailable) {
@@ -376,13 +375,13 @@ TEST(ControlDefault, IsWhatSetToDefaultWrites) {
   BVimbaControl shutter(NBoard::eShutter, camera.Handle());
 
   EXPECT_TRUE(gain.SetToDefault());
-  EXPECT_EQ(0, gain.Value());
+  EXPECT_EQ(gain.Value(), 0);
   EXPECT_TRUE(shutter.SetToDefault());
-  EXPECT_EQ(100, shutter.Value());
+  EXPECT_EQ(shutter.Value(), 100);
 
   shutter.SetDefaultValue(333);
   EXPECT_TRUE(shutter.SetToDefault());
-  EXPECT_EQ("VmbFeatureFloatSet(\"ExposureTimeAbs\", 33300)", camera->Calls().back());
+  EXPECT_EQ(camera->Calls().back(), "VmbFeatureFloatSet(\"ExposureTimeAbs\", 33300)");
 }
 
 TEST(ControlDefault, OutsideTheRangeIsIgnored) {
@@ -393,7 +392,7 @@ TEST(ControlDefault, OutsideTheRangeIsIgnored) {
   shutter.SetDefaultValue(-5);
   shutter.SetToDefault();
 
-  EXPECT_EQ(100, shutter.Value());
+  EXPECT_EQ(shutter.Value(), 100);
 }
 
 TEST(ControlInRealUnits, IsReadAndSetInWhatAPersonReads) {
@@ -403,17 +402,17 @@ TEST(ControlInRealUnits, IsReadAndSetInWhatAPersonReads) {
   double min = 0.0;
   double max = 0.0;
 
-  EXPECT_EQ(L"[ms]", shutter.UnitString().Str());
-  EXPECT_EQ(15.0, shutter.GetRealValue());
+  EXPECT_EQ(shutter.UnitString().Str(), L"[ms]");
+  EXPECT_EQ(shutter.GetRealValue(), 15.0);
   EXPECT_TRUE(shutter.SetRealValue(12.5));
-  EXPECT_EQ("VmbFeatureFloatSet(\"ExposureTimeAbs\", 12500)", camera->Calls().back());
+  EXPECT_EQ(camera->Calls().back(), "VmbFeatureFloatSet(\"ExposureTimeAbs\", 12500)");
   EXPECT_TRUE(shutter.GetRealRange(min, max));
-  EXPECT_EQ(2000.0, max);
-  EXPECT_EQ(L"[x]", gain.UnitString().Str());
+  EXPECT_EQ(max, 2000.0);
+  EXPECT_EQ(gain.UnitString().Str(), L"[x]");
   EXPECT_TRUE(gain.SetRealValue(10.0));
-  EXPECT_EQ(20, gain.Value());
-  EXPECT_EQ(20'000, shutter.MaxValue());
-  EXPECT_EQ(0, shutter.MinValue());
+  EXPECT_EQ(gain.Value(), 20);
+  EXPECT_EQ(shutter.MaxValue(), 20'000);
+  EXPECT_EQ(shutter.MinValue(), 0);
 }
 
 }  // namespace

@@ -43,7 +43,7 @@ TEST(TriggerCreation, TriesTheLineAndLeavesTheCameraWaitingForSoftwareTriggers) 
 
   EXPECT_TRUE(trigger.IsAvailable());
   EXPECT_FALSE(trigger.IsExternal());
-  EXPECT_EQ((Calls{kModeOn, kFrameStart, kLine2, kModeOn, kFrameStart, kSoftware}), camera->Calls());
+  EXPECT_EQ(camera->Calls(), (Calls{kModeOn, kFrameStart, kLine2, kModeOn, kFrameStart, kSoftware}));
 }
 
 TEST(TriggerCreation, TheFirstRefusalEndsItWithoutATrigger) {
@@ -54,7 +54,7 @@ TEST(TriggerCreation, TheFirstRefusalEndsItWithoutATrigger) {
     camera->FailCall("VmbFeatureEnumSet", features[step], VmbErrorInvalidValue);
     const BVimbaTrigger trigger(camera.Handle());
     EXPECT_FALSE(trigger.IsAvailable());
-    EXPECT_EQ(Calls(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(step) + 1), camera->Calls());
+    EXPECT_EQ(camera->Calls(), Calls(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(step) + 1));
   }
 }
 
@@ -90,7 +90,7 @@ TEST(TriggerSource, EachNumberSelectsItsEntryAndOthersNone) {
   TriggerOfCamera of;
   for (const Row& row : rows) {
     EXPECT_TRUE(of.trigger.SetSource(row.source)) << row.source;
-    EXPECT_EQ(row.calls, of.Sent()) << row.source;
+    EXPECT_EQ(of.Sent(), row.calls) << row.source;
   }
 }
 
@@ -101,7 +101,7 @@ TEST(TriggerSource, TheFirstRefusalEndsTheSelection) {
     TriggerOfCamera of;
     of.camera->FailCall("VmbFeatureEnumSet", features[step], VmbErrorInvalidAccess);
     EXPECT_FALSE(of.trigger.SetSource(BVimbaTrigger::eSoftware));
-    EXPECT_EQ(Calls(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(step) + 1), of.Sent());
+    EXPECT_EQ(of.Sent(), Calls(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(step) + 1));
   }
 }
 
@@ -110,10 +110,10 @@ TEST(TriggerSource, AnExternalTriggerIsNotLetRunFree) {
   of.trigger.SetExternal(true);
 
   EXPECT_TRUE(of.trigger.SetSource(BVimbaTrigger::eFreeRun));
-  EXPECT_EQ(Calls{}, of.Sent());
+  EXPECT_EQ(of.Sent(), Calls{});
 
   EXPECT_TRUE(of.trigger.SetSource(BVimbaTrigger::eLine));
-  EXPECT_EQ((Calls{kModeOn, kFrameStart, kLine2}), of.Sent());
+  EXPECT_EQ(of.Sent(), (Calls{kModeOn, kFrameStart, kLine2}));
 }
 
 TEST(TriggerSwitch, OnSelectsTheSoftwareSource) {
@@ -121,7 +121,7 @@ TEST(TriggerSwitch, OnSelectsTheSoftwareSource) {
 
   of.trigger.SetOn();
 
-  EXPECT_EQ((Calls{kModeOn, kFrameStart, kSoftware}), of.Sent());
+  EXPECT_EQ(of.Sent(), (Calls{kModeOn, kFrameStart, kSoftware}));
 }
 
 TEST(TriggerSwitch, OffEndsBeingExternalAndSendsNothing) {
@@ -132,7 +132,7 @@ TEST(TriggerSwitch, OffEndsBeingExternalAndSendsNothing) {
   of.trigger.SetOff();
 
   EXPECT_FALSE(of.trigger.IsExternal());
-  EXPECT_EQ(Calls{}, of.Sent());
+  EXPECT_EQ(of.Sent(), Calls{});
 }
 
 TEST(TriggerSwitch, BeingExternalIsOnlyRemembered) {
@@ -143,7 +143,7 @@ TEST(TriggerSwitch, BeingExternalIsOnlyRemembered) {
   of.trigger.SetExternal(false);
   EXPECT_FALSE(of.trigger.IsExternal());
 
-  EXPECT_EQ(Calls{}, of.Sent());
+  EXPECT_EQ(of.Sent(), Calls{});
 }
 
 TEST(TriggerActivation, ZeroIsTheRisingEdgeAndAnyOtherTheFallingOne) {
@@ -158,7 +158,7 @@ TEST(TriggerActivation, ZeroIsTheRisingEdgeAndAnyOtherTheFallingOne) {
   TriggerOfCamera of;
   for (const Row& row : rows) {
     EXPECT_TRUE(of.trigger.SetActivation(row.edge)) << row.edge;
-    EXPECT_EQ(Calls{row.call}, of.Sent()) << row.edge;
+    EXPECT_EQ(of.Sent(), Calls{row.call}) << row.edge;
   }
 }
 
@@ -166,7 +166,7 @@ TEST(TriggerActivation, AlwaysReportsSuccess) {
   TriggerOfCamera refusing;
   refusing.camera->FailCall("VmbFeatureEnumSet", "TriggerActivation", VmbErrorInvalidAccess);
   EXPECT_TRUE(refusing.trigger.SetActivation(1));
-  EXPECT_EQ(1U, refusing.Sent().size());
+  EXPECT_EQ(refusing.Sent().size(), 1U);
 }
 
 TEST(TriggerActivation, OfAnUnavailableTriggerSendsNothing) {
@@ -174,7 +174,7 @@ TEST(TriggerActivation, OfAnUnavailableTriggerSendsNothing) {
 
   EXPECT_TRUE(of.trigger.SetActivation(1));
 
-  EXPECT_EQ(Calls{}, of.Sent());
+  EXPECT_EQ(of.Sent(), Calls{});
 }
 
 TEST(TriggerFire, RunsTheCommandAndAsksUntilItIsDone) {
@@ -184,7 +184,7 @@ TEST(TriggerFire, RunsTheCommandAndAsksUntilItIsDone) {
 
   of.trigger.Fire();
 
-  EXPECT_EQ((Calls{kRun, kIsDone, kIsDone, kIsDone, kIsDone}), of.Sent());
+  EXPECT_EQ(of.Sent(), (Calls{kRun, kIsDone, kIsDone, kIsDone, kIsDone}));
 }
 
 TEST(TriggerFire, EndsWhenTheCommandFails) {
@@ -193,7 +193,7 @@ TEST(TriggerFire, EndsWhenTheCommandFails) {
 
   of.trigger.Fire();
 
-  EXPECT_EQ(Calls{kRun}, of.Sent());
+  EXPECT_EQ(of.Sent(), Calls{kRun});
 }
 
 TEST(TriggerFire, EndsWhenTheQueryFails) {
@@ -202,7 +202,7 @@ TEST(TriggerFire, EndsWhenTheQueryFails) {
 
   of.trigger.Fire();
 
-  EXPECT_EQ((Calls{kRun, kIsDone}), of.Sent());
+  EXPECT_EQ(of.Sent(), (Calls{kRun, kIsDone}));
 }
 
 TEST(TriggerFire, SendsNothingWhileTheTriggerIsExternal) {
@@ -211,7 +211,7 @@ TEST(TriggerFire, SendsNothingWhileTheTriggerIsExternal) {
 
   of.trigger.Fire();
 
-  EXPECT_EQ(Calls{}, of.Sent());
+  EXPECT_EQ(of.Sent(), Calls{});
 }
 
 TEST(TriggerFire, AnUnavailableTriggerFiresEvenWhenItWasToBeExternal) {
@@ -220,7 +220,7 @@ TEST(TriggerFire, AnUnavailableTriggerFiresEvenWhenItWasToBeExternal) {
 
   of.trigger.Fire();
 
-  EXPECT_EQ(kRun, of.Sent().front());
+  EXPECT_EQ(of.Sent().front(), kRun);
 }
 
 }  // namespace

@@ -20,8 +20,8 @@ std::wstring ShownBy(const std::function<void()>& operation) {
   const HostOutput output;
   operation();
   const std::vector<std::wstring> messages = output.WithCaption(L"");
-  EXPECT_EQ(1U, messages.size());
-  EXPECT_EQ(1U, output.Messages().size());
+  EXPECT_EQ(messages.size(), 1U);
+  EXPECT_EQ(output.Messages().size(), 1U);
   return messages.empty() ? std::wstring() : messages.front();
 }
 
@@ -42,8 +42,8 @@ std::vector<Stamp> StampsOf(const std::wstring& message) {
   static const std::wregex line(L"\n  ([ 0-9][0-9]) : ( *[0-9]+\\.[0-9]{4}) \\(( *-?[0-9]+\\.[0-9]{4})\\) : ");
   std::vector<Stamp> stamps;
   for (std::wsregex_iterator match(message.begin(), message.end(), line), end; match != end; ++match) {
-    EXPECT_EQ(12, (*match)[2].length());
-    EXPECT_EQ(8, (*match)[3].length());
+    EXPECT_EQ((*match)[2].length(), 12);
+    EXPECT_EQ((*match)[3].length(), 8);
     stamps.push_back({std::stoi((*match)[1]), std::stod((*match)[2]), std::stod((*match)[3])});
   }
   return stamps;
@@ -55,8 +55,8 @@ TEST(LogCollector, AMessageIsATitleStampedLinesAndAnEnd) {
     log << L"two" << L'\n';
   });
 
-  EXPECT_EQ(L"Title\n   1 : # (#) : one\n   2 : # (#) : two\n   3 : # (#) : End\n", WithoutTimes(message));
-  EXPECT_EQ(3U, StampsOf(message).size());
+  EXPECT_EQ(WithoutTimes(message), L"Title\n   1 : # (#) : one\n   2 : # (#) : two\n   3 : # (#) : End\n");
+  EXPECT_EQ(StampsOf(message).size(), 3U);
 }
 
 TEST(LogCollector, TheFirstLineIsLaidOutInFixedWidths) {
@@ -65,7 +65,7 @@ TEST(LogCollector, TheFirstLineIsLaidOutInFixedWidths) {
   EXPECT_TRUE(
       std::regex_match(message, std::wregex(L"Title\n   1 :  {1,7}[0-9]{1,6}\\.[0-9]{4} \\(  0\\.0000\\) : End\n")))
       << testing::PrintToString(message);
-  EXPECT_EQ(std::wstring(L"Title\n   1 : ").size() + 12, message.find(L" (  0.0000) : End\n"));
+  EXPECT_EQ(message.find(L" (  0.0000) : End\n"), std::wstring(L"Title\n   1 : ").size() + 12);
 }
 
 TEST(LogCollector, TheTenthLineTakesBothPlacesOfTheNumber) {
@@ -73,8 +73,8 @@ TEST(LogCollector, TheTenthLineTakesBothPlacesOfTheNumber) {
     for (int line = 1; line < 12; ++line) log << L"line" << L'\n';
   });
 
-  EXPECT_NE(std::wstring::npos, WithoutTimes(message).find(L"\n   9 : # (#) : line\n  10 : # (#) : line\n"));
-  EXPECT_EQ(12, StampsOf(message).back().number);
+  EXPECT_NE(WithoutTimes(message).find(L"\n   9 : # (#) : line\n  10 : # (#) : line\n"), std::wstring::npos);
+  EXPECT_EQ(StampsOf(message).back().number, 12);
 }
 
 TEST(LogCollector, TheHundredthLineGrowsWider) {
@@ -82,7 +82,7 @@ TEST(LogCollector, TheHundredthLineGrowsWider) {
     for (int line = 1; line < 100; ++line) log << L"line" << L'\n';
   });
 
-  EXPECT_NE(std::wstring::npos, WithoutTimes(message).find(L"\n  99 : # (#) : line\n  100 : # (#) : End\n"));
+  EXPECT_NE(WithoutTimes(message).find(L"\n  99 : # (#) : line\n  100 : # (#) : End\n"), std::wstring::npos);
 }
 
 TEST(LogCollector, AStepIsTheTimeSinceTheLineBefore) {
@@ -90,50 +90,50 @@ TEST(LogCollector, AStepIsTheTimeSinceTheLineBefore) {
     for (int line = 0; line < 20; ++line) log << L"line" << L'\n';
   }));
 
-  ASSERT_EQ(21U, stamps.size());
-  EXPECT_EQ(0.0, stamps.front().step);
+  ASSERT_EQ(stamps.size(), 21U);
+  EXPECT_EQ(stamps.front().step, 0.0);
   for (std::size_t i = 1; i < stamps.size(); ++i) {
     EXPECT_NEAR(stamps[i].time - stamps[i - 1].time, stamps[i].step, 0.00011);  // each is rounded
-    EXPECT_EQ(static_cast<int>(i) + 1, stamps[i].number);
+    EXPECT_EQ(stamps[i].number, static_cast<int>(i) + 1);
   }
 }
 
 TEST(LogCollector, OnlyWhatStartsALineIsStamped) {
   const std::wstring message = Shown([](BLogCollector& log) { log << L"a = " << 1 << L", b = " << 2 << L'\n'; });
 
-  EXPECT_EQ(L"Title\n   1 : # (#) : a = 1, b = 2\n   2 : # (#) : End\n", WithoutTimes(message));
+  EXPECT_EQ(WithoutTimes(message), L"Title\n   1 : # (#) : a = 1, b = 2\n   2 : # (#) : End\n");
 }
 
 TEST(LogCollector, ALineBreakInsideATextEndsTheLineToo) {
   const std::wstring message = Shown([](BLogCollector& log) { log << L"Fire SW trigger\n" << L"next" << L"\n"; });
 
-  EXPECT_EQ(L"Title\n   1 : # (#) : Fire SW trigger\n   2 : # (#) : next\n   3 : # (#) : End\n", WithoutTimes(message));
+  EXPECT_EQ(WithoutTimes(message), L"Title\n   1 : # (#) : Fire SW trigger\n   2 : # (#) : next\n   3 : # (#) : End\n");
 }
 
 TEST(LogCollector, ALineThatIsOnlyALineBreakIsNumbered) {
   const std::wstring message = Shown([](BLogCollector& log) { log << L'\n' << L'\n'; });
 
-  EXPECT_EQ(L"Title\n   1 : # (#) : \n   2 : # (#) : \n   3 : # (#) : End\n", WithoutTimes(message));
+  EXPECT_EQ(WithoutTimes(message), L"Title\n   1 : # (#) : \n   2 : # (#) : \n   3 : # (#) : End\n");
 }
 
 TEST(LogCollector, ALineThatIsNotEndedIsContinuedByTheEnd) {
-  EXPECT_EQ(L"Title\n   1 : # (#) : openEnd\n", WithoutTimes(Shown([](BLogCollector& log) { log << L"open"; })));
+  EXPECT_EQ(WithoutTimes(Shown([](BLogCollector& log) { log << L"open"; })), L"Title\n   1 : # (#) : openEnd\n");
 }
 
 TEST(LogCollector, WithoutInsertionsThereAreOnlyTitleAndEnd) {
-  EXPECT_EQ(L"Title\n   1 : # (#) : End\n", WithoutTimes(Shown([](BLogCollector&) {})));
+  EXPECT_EQ(WithoutTimes(Shown([](BLogCollector&) {})), L"Title\n   1 : # (#) : End\n");
 }
 
 TEST(LogCollector, AnEmptyTitleIsStillALine) {
-  EXPECT_EQ(L"\n   1 : # (#) : End\n", WithoutTimes(ShownBy([] { const BLogCollector log{WString()}; })));
+  EXPECT_EQ(WithoutTimes(ShownBy([] { const BLogCollector log{WString()}; })), L"\n   1 : # (#) : End\n");
 }
 
 TEST(LogCollector, OnAnotherWatchAMessageBeginsWithStart) {
   const BStopWatch watch;
   const std::wstring message = ShownBy([&] { const BLogCollector log(L"Title", watch); });
 
-  EXPECT_EQ(L"Title\n   1 : # (#) : Start\n   2 : # (#) : End\n", WithoutTimes(message));
-  EXPECT_EQ(0.0, StampsOf(message).front().step);
+  EXPECT_EQ(WithoutTimes(message), L"Title\n   1 : # (#) : Start\n   2 : # (#) : End\n");
+  EXPECT_EQ(StampsOf(message).front().step, 0.0);
 }
 
 TEST(LogCollector, OnAnotherWatchTimesCountFromThatWatchesStart) {
@@ -145,8 +145,8 @@ TEST(LogCollector, OnAnotherWatchTimesCountFromThatWatchesStart) {
   const double after = watch.PeriodD();
 
   for (const Stamp& stamp : StampsOf(message)) {
-    EXPECT_LE(before - 0.0001, stamp.time);
-    EXPECT_GE(after + 0.0001, stamp.time);
+    EXPECT_GE(stamp.time, before - 0.0001);
+    EXPECT_LE(stamp.time, after + 0.0001);
   }
 }
 
@@ -160,15 +160,15 @@ TEST(LogCollector, AResetOfTheOriginalWatchDoesNotTouchAMessage) {
   });
 
   const std::vector<Stamp> stamps = StampsOf(message);
-  ASSERT_EQ(2U, stamps.size());
-  EXPECT_LE(4.9999, stamps.back().time);
+  ASSERT_EQ(stamps.size(), 2U);
+  EXPECT_GE(stamps.back().time, 4.9999);
 }
 
 TEST(LogCollector, OnAWatchOfItsOwnTimesCountFromItsConstruction) {
   const BStopWatch outer;
   const std::wstring message = Shown([](BLogCollector&) {});
 
-  EXPECT_GE(outer.PeriodD() + 0.0001, StampsOf(message).back().time);
+  EXPECT_LE(StampsOf(message).back().time, outer.PeriodD() + 0.0001);
 }
 
 TEST(LogCollector, EveryKindOfValueIsWrittenInItsOwnWay) {
@@ -182,17 +182,17 @@ TEST(LogCollector, EveryKindOfValueIsWrittenInItsOwnWay) {
   });
 
   EXPECT_EQ(
+      WithoutTimes(message),
       L"Title\n   1 : # (#) : -2147483648 -9223372036854775808 18446744073709551615 1.2346 wide standard narrow " +
-          pointer.str() + L"\n   2 : # (#) : End\n",
-      WithoutTimes(message));
+          pointer.str() + L"\n   2 : # (#) : End\n");
 }
 
 TEST(LogCollector, DoublesKeepFourDecimalsOnceALineIsStamped) {
   const std::wstring message =
       Shown([](BLogCollector& log) { log << 98.3 << L' ' << 1e10 << L' ' << -0.1 << L' ' << 1.0 / 3.0 << L'\n'; });
 
-  EXPECT_EQ(L"Title\n   1 : # (#) : 98.3000 10000000000.0000 -0.1000 0.3333\n   2 : # (#) : End\n",
-            WithoutTimes(message));
+  EXPECT_EQ(WithoutTimes(message),
+            L"Title\n   1 : # (#) : 98.3000 10000000000.0000 -0.1000 0.3333\n   2 : # (#) : End\n");
 }
 
 TEST(LogCollector, BooleansAreNumbersUntilWordsAreAskedFor) {
@@ -201,14 +201,14 @@ TEST(LogCollector, BooleansAreNumbersUntilWordsAreAskedFor) {
     log << true << L'\n';
   });
 
-  EXPECT_EQ(L"Title\n   1 : # (#) : 1 0 true false\n   2 : # (#) : true\n   3 : # (#) : End\n", WithoutTimes(message));
+  EXPECT_EQ(WithoutTimes(message), L"Title\n   1 : # (#) : 1 0 true false\n   2 : # (#) : true\n   3 : # (#) : End\n");
 }
 
 // The stamp comes before the manipulator, which would turn its fields around.
 TEST(LogCollector, AManipulatorStartsALineLikeAnyInsertion) {
   const std::wstring message = Shown([](BLogCollector& log) { log << std::left << L"text" << std::right << L'\n'; });
 
-  EXPECT_EQ(L"Title\n   1 : # (#) : text\n   2 : # (#) : End\n", WithoutTimes(message));
+  EXPECT_EQ(WithoutTimes(message), L"Title\n   1 : # (#) : text\n   2 : # (#) : End\n");
 }
 
 TEST(LogCollector, NullTextsCountAsEmpty) {
@@ -216,7 +216,7 @@ TEST(LogCollector, NullTextsCountAsEmpty) {
     log << static_cast<const wchar_t*>(nullptr) << static_cast<const char*>(nullptr) << L"after" << L'\n';
   });
 
-  EXPECT_EQ(L"Title\n   1 : # (#) : after\n   2 : # (#) : End\n", WithoutTimes(message));
+  EXPECT_EQ(WithoutTimes(message), L"Title\n   1 : # (#) : after\n   2 : # (#) : End\n");
 }
 
 TEST(LogCollector, TitleAndTextsAreNeverFormats) {
@@ -225,7 +225,7 @@ TEST(LogCollector, TitleAndTextsAreNeverFormats) {
     log << L"%d" << "%x" << std::wstring(L"%%") << L'\n';
   });
 
-  EXPECT_EQ(L"100 %s %n\n   1 : # (#) : %d%x%%\n   2 : # (#) : End\n", WithoutTimes(message));
+  EXPECT_EQ(WithoutTimes(message), L"100 %s %n\n   1 : # (#) : %d%x%%\n   2 : # (#) : End\n");
 }
 
 TEST(LogCollector, AMessageIsShownOnceItsOperationEndsAndNotBefore) {
@@ -233,9 +233,9 @@ TEST(LogCollector, AMessageIsShownOnceItsOperationEndsAndNotBefore) {
   {
     BLogCollector log(L"Title");
     log << L"text" << L'\n';
-    EXPECT_EQ(0U, output.Messages().size());
+    EXPECT_EQ(output.Messages().size(), 0U);
   }
-  EXPECT_EQ(1U, output.Messages().size());
+  EXPECT_EQ(output.Messages().size(), 1U);
 }
 
 TEST(LogCollector, AMessageIsShownWhenAnExceptionUnwindsItsOperation) {
@@ -248,7 +248,7 @@ TEST(LogCollector, AMessageIsShownWhenAnExceptionUnwindsItsOperation) {
     }
   });
 
-  EXPECT_EQ(L"Title\n   1 : # (#) : before\n   2 : # (#) : End\n", WithoutTimes(message));
+  EXPECT_EQ(WithoutTimes(message), L"Title\n   1 : # (#) : before\n   2 : # (#) : End\n");
 }
 
 TEST(LogCollector, AnInnerOperationsMessageIsShownFirst) {
@@ -261,9 +261,9 @@ TEST(LogCollector, AnInnerOperationsMessageIsShownFirst) {
   }
   const std::vector<std::wstring> shown = output.WithCaption(L"");
 
-  ASSERT_EQ(2U, shown.size());
-  EXPECT_EQ(L"Inner\n   1 : # (#) : End\n", WithoutTimes(shown[0]));
-  EXPECT_EQ(L"Outer\n   1 : # (#) : before\n   2 : # (#) : after\n   3 : # (#) : End\n", WithoutTimes(shown[1]));
+  ASSERT_EQ(shown.size(), 2U);
+  EXPECT_EQ(WithoutTimes(shown[0]), L"Inner\n   1 : # (#) : End\n");
+  EXPECT_EQ(WithoutTimes(shown[1]), L"Outer\n   1 : # (#) : before\n   2 : # (#) : after\n   3 : # (#) : End\n");
 }
 
 // Looking at the text by copying it would move 100 GB here.
@@ -274,8 +274,8 @@ TEST(LogCollector, ALongMessageCostsNoMoreForEachLine) {
     for (int line = 0; line < kLines; ++line) log << L"a line of a long message" << L'\n';
   });
 
-  EXPECT_EQ(kLines + 2, std::count(message.begin(), message.end(), L'\n'));
-  EXPECT_GT(20'000.0, watch.PeriodD());
+  EXPECT_EQ(std::count(message.begin(), message.end(), L'\n'), kLines + 2);
+  EXPECT_LT(watch.PeriodD(), 20'000.0);
 }
 
 }  // namespace

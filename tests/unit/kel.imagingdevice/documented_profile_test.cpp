@@ -10,8 +10,8 @@
 #include "../kel.core/ini_file.h"
 #include "bcamprofile.h"
 #include "bcamprofilekeys.h"
-#include "camera/profile_keys.h"
 #include "nboard.h"
+#include "profile/profile_keys.h"
 
 namespace {
 
@@ -38,30 +38,12 @@ std::set<std::string> KeysInUse() {
     add(NBoard::WBValueString(number));
     add(NBoard::CamAOIValueString(number));
   }
-  using namespace ProfileKey;
-  for (const wchar_t* key : {CamProfileKey::kApi,
-                             CamProfileKey::kSerialNumber,
-                             CamProfileKey::kMaxShutterForFast,
-                             CamProfileKey::kIdent,
-                             CamProfileKey::kMIIdent,
-                             kInitMethod,
-                             kCameraIdentifier,
-                             kIp,
-                             kBayerType,
-                             kColorCodeColor,
-                             kYuvStretch,
-                             kBinning,
-                             kMinGain,
-                             kMaxGain,
-                             kMinShutter,
-                             kMaxShutter,
-                             kRotateBy90Degree,
-                             kCameraFrequency,
-                             kTriggerPolarity,
-                             kMinBytePerSecond,
-                             kBytePerSecond}) {
+  for (const wchar_t* key :
+       {CamProfileKey::kApi, CamProfileKey::kSerialNumber, CamProfileKey::kMaxShutterForFast, CamProfileKey::kIdent,
+        CamProfileKey::kMIIdent, CamProfileKey::kInitMethod, CamProfileKey::kCameraIdentifier, CamProfileKey::kIp}) {
     add(key);
   }
+  for (const wchar_t* key : ProfileKey::kAll) add(key);
   return keys;
 }
 

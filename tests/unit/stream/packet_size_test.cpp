@@ -33,46 +33,46 @@ Lines Adjust(const OpenedCamera& camera) {
     GVSPAdjustPacketSize(log, camera.Handle());
   }
   Lines lines = LinesOf(output.WithCaption(L"").at(0));
-  EXPECT_EQ(L"Title", lines.front());
-  EXPECT_EQ(L"End", lines.back());
+  EXPECT_EQ(lines.front(), L"Title");
+  EXPECT_EQ(lines.back(), L"End");
   return Lines(lines.begin() + 1, lines.end() - 1);
 }
 
 TEST(PacketSize, ALargerOneIsLoggedAndLowered) {
   OpenedCamera camera(Negotiating(9000));
 
-  EXPECT_EQ((Lines{L"GVSPAdjustPacketSize --> 9000", L"GVSPPacketSize = 8228"}), Adjust(camera));
+  EXPECT_EQ(Adjust(camera), (Lines{L"GVSPAdjustPacketSize --> 9000", L"GVSPPacketSize = 8228"}));
 
-  EXPECT_EQ((Calls{kRun, kIsDone, kGet, kSet, kGet}), camera->Calls());
+  EXPECT_EQ(camera->Calls(), (Calls{kRun, kIsDone, kGet, kSet, kGet}));
 }
 
 TEST(PacketSize, TheCapItselfAndWhatIsBelowIsLeftAlone) {
   for (const int size : {8228, 8224, 1500}) {
     OpenedCamera camera(Negotiating(size));
-    EXPECT_EQ(Lines{L"GVSPPacketSize = " + std::to_wstring(size)}, Adjust(camera));
-    EXPECT_EQ((Calls{kRun, kIsDone, kGet, kGet}), camera->Calls());
+    EXPECT_EQ(Adjust(camera), Lines{L"GVSPPacketSize = " + std::to_wstring(size)});
+    EXPECT_EQ(camera->Calls(), (Calls{kRun, kIsDone, kGet, kGet}));
   }
 }
 
 TEST(PacketSize, TheNextStepAboveTheCapIsLowered) {
   OpenedCamera camera(Negotiating(8232));
-  EXPECT_EQ((Lines{L"GVSPAdjustPacketSize --> 8232", L"GVSPPacketSize = 8228"}), Adjust(camera));
+  EXPECT_EQ(Adjust(camera), (Lines{L"GVSPAdjustPacketSize --> 8232", L"GVSPPacketSize = 8228"}));
 }
 
 TEST(PacketSize, ACameraThatDoesNotNegotiateIsNotWaitedFor) {
   OpenedCamera camera(SimulatedCamera().Missing("GVSPAdjustPacketSize"));
 
-  EXPECT_EQ(Lines{L"GVSPPacketSize = 1500"}, Adjust(camera));
+  EXPECT_EQ(Adjust(camera), Lines{L"GVSPPacketSize = 1500"});
 
-  EXPECT_EQ((Calls{kRun, kGet, kGet}), camera->Calls());
+  EXPECT_EQ(camera->Calls(), (Calls{kRun, kGet, kGet}));
 }
 
 TEST(PacketSize, ACameraWithoutAPacketSizeIsOnlyReported) {
   OpenedCamera camera(SimulatedCamera().Missing("GVSPAdjustPacketSize").Missing("GVSPPacketSize"));
 
-  EXPECT_EQ(Lines{L"VmbFeatureIntGet GVSPPacketSize failed"}, Adjust(camera));
+  EXPECT_EQ(Adjust(camera), Lines{L"VmbFeatureIntGet GVSPPacketSize failed"});
 
-  EXPECT_EQ((Calls{kRun, kGet, kGet}), camera->Calls());
+  EXPECT_EQ(camera->Calls(), (Calls{kRun, kGet, kGet}));
 }
 
 TEST(PacketSize, TheNegotiationIsAskedForUntilItIsDone) {
@@ -82,37 +82,37 @@ TEST(PacketSize, TheNegotiationIsAskedForUntilItIsDone) {
 
   Adjust(camera);
 
-  EXPECT_EQ((Calls{kRun, kIsDone, kIsDone, kIsDone, kGet, kGet}), camera->Calls());
+  EXPECT_EQ(camera->Calls(), (Calls{kRun, kIsDone, kIsDone, kIsDone, kGet, kGet}));
 }
 
 TEST(PacketSize, AFailingQueryEndsTheWait) {
   OpenedCamera camera(Negotiating(9000));
   camera->FailCall("VmbFeatureCommandIsDone", "GVSPAdjustPacketSize", VmbErrorIO);
 
-  EXPECT_EQ((Lines{L"GVSPAdjustPacketSize --> 9000", L"GVSPPacketSize = 8228"}), Adjust(camera));
+  EXPECT_EQ(Adjust(camera), (Lines{L"GVSPAdjustPacketSize --> 9000", L"GVSPPacketSize = 8228"}));
 
-  EXPECT_EQ((Calls{kRun, kIsDone, kGet, kSet, kGet}), camera->Calls());
+  EXPECT_EQ(camera->Calls(), (Calls{kRun, kIsDone, kGet, kSet, kGet}));
 }
 
 TEST(PacketSize, ACameraThatRefusesTheCapKeepsItsOwn) {
   OpenedCamera camera(Negotiating(9000));
   camera->FailCall("VmbFeatureIntSet", "GVSPPacketSize", VmbErrorInvalidAccess);
 
-  EXPECT_EQ((Lines{L"GVSPAdjustPacketSize --> 9000", L"GVSPPacketSize = 9000"}), Adjust(camera));
+  EXPECT_EQ(Adjust(camera), (Lines{L"GVSPAdjustPacketSize --> 9000", L"GVSPPacketSize = 9000"}));
 }
 
 TEST(PacketSize, AFirstReadThatFailsLeavesTheCapOut) {
   OpenedCamera camera(Negotiating(9000));
   camera->FailCall("VmbFeatureIntGet", "GVSPPacketSize", VmbErrorIO, 1);
-  EXPECT_EQ(Lines{L"GVSPPacketSize = 9000"}, Adjust(camera));
-  EXPECT_EQ((Calls{kRun, kIsDone, kGet, kGet}), camera->Calls());
+  EXPECT_EQ(Adjust(camera), Lines{L"GVSPPacketSize = 9000"});
+  EXPECT_EQ(camera->Calls(), (Calls{kRun, kIsDone, kGet, kGet}));
 }
 
 TEST(PacketSize, ASecondReadThatFailsIsReportedAfterTheCap) {
   OpenedCamera camera(Negotiating(9000));
   camera->FailCall("VmbFeatureIntGet", "GVSPPacketSize", VmbErrorIO, 2);
 
-  EXPECT_EQ((Lines{L"GVSPAdjustPacketSize --> 9000", L"VmbFeatureIntGet GVSPPacketSize failed"}), Adjust(camera));
+  EXPECT_EQ(Adjust(camera), (Lines{L"GVSPAdjustPacketSize --> 9000", L"VmbFeatureIntGet GVSPPacketSize failed"}));
 }
 
 }  // namespace

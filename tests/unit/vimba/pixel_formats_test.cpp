@@ -13,9 +13,9 @@
 namespace {
 
 TEST(PixelFormats, AreNamedAsTheCameraNamesThem) {
-  EXPECT_STREQ("Mono8", PixelFormatName::kMono8);
-  EXPECT_STREQ("YUV422Packed", PixelFormatName::kYuv422);
-  EXPECT_STREQ("RGB8Packed", PixelFormatName::kRgb8);
+  EXPECT_STREQ(PixelFormatName::kMono8, "Mono8");
+  EXPECT_STREQ(PixelFormatName::kYuv422, "YUV422Packed");
+  EXPECT_STREQ(PixelFormatName::kRgb8, "RGB8Packed");
 }
 
 TEST(PixelFormats, AProfilesWordGivesTheBayerOrder) {
@@ -26,14 +26,14 @@ TEST(PixelFormats, AProfilesWordGivesTheBayerOrder) {
   const Row rows[] = {{L"BGGR", 0},  {L"bggr", 0},  {L"RGGB", 1}, {L"Rggb", 1},  {L"GBRG", 2},
                       {L"gbRG", 2},  {L"GRBG", 3},  {L"", 3},     {L"BGGR ", 3}, {L"RGG", 3},
                       {L"BAYER", 3}, {L" RGGB", 3}, {L"0", 3}};
-  for (const Row& row : rows) EXPECT_EQ(row.order, BayerOrderOf(row.word)) << testing::PrintToString(row.word);
+  for (const Row& row : rows) EXPECT_EQ(BayerOrderOf(row.word), row.order) << testing::PrintToString(row.word);
 }
 
 TEST(PixelFormats, EachBayerOrderHasItsRawFormat) {
-  EXPECT_STREQ("BayerBG8", BayerFormatName(0));
-  EXPECT_STREQ("BayerRG8", BayerFormatName(1));
-  EXPECT_STREQ("BayerGB8", BayerFormatName(2));
-  EXPECT_STREQ("BayerGR8", BayerFormatName(3));
+  EXPECT_STREQ(BayerFormatName(0), "BayerBG8");
+  EXPECT_STREQ(BayerFormatName(1), "BayerRG8");
+  EXPECT_STREQ(BayerFormatName(2), "BayerGB8");
+  EXPECT_STREQ(BayerFormatName(3), "BayerGR8");
 }
 
 TEST(PixelFormats, FourNumbersAreRawFormats) {
@@ -63,7 +63,7 @@ TEST(PixelFormats, AFrameNeedsItsBytesByFormatAndSize) {
                       {0, {5, 3}, 0},
                       {0x01080001, {kLongest, kLongest}, 4'611'686'014'132'420'609},
                       {0x0210001F, {kLongest, kLongest}, 9'223'372'028'264'841'218}};
-  for (const Row& row : rows) EXPECT_EQ(row.bytes, BytesOfFrame(row.format, row.size)) << std::hex << row.format;
+  for (const Row& row : rows) EXPECT_EQ(BytesOfFrame(row.format, row.size), row.bytes) << std::hex << row.format;
 }
 
 }  // namespace

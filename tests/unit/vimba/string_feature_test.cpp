@@ -5,16 +5,22 @@
 #include <string>
 #include <vector>
 
-#include "unit/vimba/scripted_library.h"
+#include "unit/scripted/scripted_library.h"
 #include "vimba/vimba_features.h"
 
 namespace {
 
 using Calls = std::vector<std::string>;
 
-class StringFeature : public testing::Test {
- protected:
-  StringFeature() { Script() = {}; }
+constexpr VmbUint32_t kMebibyte = 1U << 20U;
+const Calls kLengthAlone{"VmbFeatureStringMaxlengthQuery(Ident)"};
+
+Calls LengthAndText(const std::string& size) {
+  return {"VmbFeatureStringMaxlengthQuery(Ident)", "VmbFeatureStringGet(Ident, " + size + ")"};
+}
+
+struct StringFeature : testing::Test {
+  StringFeature() { Library().Reset(); }
 
   VmbError_t Read() { return Vimba::GetString(gVimbaHandle, "Ident", text); }
 
@@ -22,82 +28,79 @@ class StringFeature : public testing::Test {
 };
 
 TEST_F(StringFeature, IsReadWithABufferOfExactlyItsLongestLength) {
-  Script().max_length = 16;
-  Script().text = std::string("DEV_1\0", 6);
+  Library().SetText({.max_length = 16, .content = std::string("DEV_1\0", 6)});
 
-  EXPECT_EQ(VmbErrorSuccess, Read());
+  EXPECT_EQ(Read(), VmbErrorSuccess);
 
-  EXPECT_EQ("DEV_1", text.Str());
-  EXPECT_EQ((Calls{"Maxlength Ident", "Get Ident 16"}), Script().calls);
+  EXPECT_EQ(text.Str(), "DEV_1");
+  EXPECT_EQ(Library().Calls(), LengthAndText("16"));
 }
 
 TEST_F(StringFeature, WithoutALengthIsNotRead) {
-  Script().length_code = VmbErrorNotFound;
-  Script().max_length = 16;
+  Library().SetText({.max_length = 16, .content = "DEV_1"});
+  Library().Fail("VmbFeatureStringMaxlengthQuery", VmbErrorNotFound);
 
-  EXPECT_EQ(VmbErrorNotFound, Read());
+  EXPECT_EQ(Read(), VmbErrorNotFound);
 
-  EXPECT_EQ("as before", text.Str());
-  EXPECT_EQ(Calls{"Maxlength Ident"}, Script().calls);
+  EXPECT_EQ(text.Str(), "as before");
+  EXPECT_EQ(Library().Calls(), kLengthAlone);
 }
 
 TEST_F(StringFeature, ThatCannotBeReadLeavesTheTextAsItWas) {
-  Script().max_length = 16;
-  Script().text = "half a text";
-  Script().text_code = VmbErrorIO;
+  Library().SetText({.max_length = 16, .content = "half a text"});
+  Library().Fail("VmbFeatureStringGet", VmbErrorIO);
 
-  EXPECT_EQ(VmbErrorIO, Read());
+  EXPECT_EQ(Read(), VmbErrorIO);
 
-  EXPECT_EQ("as before", text.Str());
+  EXPECT_EQ(text.Str(), "as before");
 }
 
 TEST_F(StringFeature, OfNoLengthIsReadIntoAnEmptyBufferAndTheResultDecides) {
-  Script().text = "too long";
-  EXPECT_EQ(VmbErrorSuccess, Read());
-  EXPECT_EQ("", text.Str());
-  EXPECT_EQ((Calls{"Maxlength Ident", "Get Ident 0"}), Script().calls);
+  Library().SetText({.max_length = 0, .content = "too long"});
+  EXPECT_EQ(Read(), VmbErrorSuccess);
+  EXPECT_EQ(text.Str(), "");
+  EXPECT_EQ(Library().Calls(), LengthAndText("0"));
 
   text = BString("as before");
-  Script().text_code = VmbErrorMoreData;
-  EXPECT_EQ(VmbErrorMoreData, Read());
-  EXPECT_EQ("as before", text.Str());
+  Library().Fail("VmbFeatureStringGet", VmbErrorMoreData);
+  EXPECT_EQ(Read(), VmbErrorMoreData);
+  EXPECT_EQ(text.Str(), "as before");
 }
 
 // The sanitizers see a look beyond the buffer.
 TEST_F(StringFeature, WithoutATerminatingZeroEndsWithItsBuffer) {
-  Script().max_length = 5;
-  Script().text = "DEV_1 and more";
+  Library().SetText({.max_length = 5, .content = "DEV_1 and more"});
 
-  EXPECT_EQ(VmbErrorSuccess, Read());
+  EXPECT_EQ(Read(), VmbErrorSuccess);
 
-  EXPECT_EQ("DEV_1", text.Str());
+  EXPECT_EQ(text.Str(), "DEV_1");
 }
 
+// Nothing ends such a text but the zeros of the buffer.
 TEST_F(StringFeature, ThatIsShorterThanItsBufferHasNoOldBytesBehindIt) {
-  Script().max_length = 32;
-  Script().text = "DEV_1";  // nothing ends it but the zeros of the buffer
+  Library().SetText({.max_length = 32, .content = "DEV_1"});
 
-  EXPECT_EQ(VmbErrorSuccess, Read());
+  EXPECT_EQ(Read(), VmbErrorSuccess);
 
-  EXPECT_EQ("DEV_1", text.Str());
+  EXPECT_EQ(text.Str(), "DEV_1");
 }
 
 TEST_F(StringFeature, OfAnUnbelievableLengthIsNotRead) {
-  Script().max_length = ~VmbUint32_t{0};
+  Library().SetText({.max_length = kMebibyte + 1, .content = "DEV_1"});
 
-  EXPECT_EQ(VmbErrorResources, Read());
+  EXPECT_EQ(Read(), VmbErrorResources);
 
-  EXPECT_EQ("as before", text.Str());
-  EXPECT_EQ(Calls{"Maxlength Ident"}, Script().calls);
+  EXPECT_EQ(text.Str(), "as before");
+  EXPECT_EQ(Library().Calls(), kLengthAlone);
 }
 
 TEST_F(StringFeature, OfALongButPossibleLengthIsRead) {
-  Script().max_length = 1U << 20U;
-  Script().text = std::string((1U << 20U) - 1, 'x');
+  const std::string content(kMebibyte - 1, 'x');
+  Library().SetText({.max_length = kMebibyte, .content = content});
 
-  EXPECT_EQ(VmbErrorSuccess, Read());
+  EXPECT_EQ(Read(), VmbErrorSuccess);
 
-  EXPECT_EQ(Script().text, text.Str());
+  EXPECT_EQ(text.Str(), content);
 }
 
 }  // namespace

@@ -25,21 +25,21 @@ TEST(VimbaFeatures, HandOnWhatTheCameraAnswers) {
   BString format;
   bool present = false;
 
-  EXPECT_EQ(0, Vimba::SetInt(camera.Handle(), "Width", 32));
-  EXPECT_EQ(0, Vimba::GetInt(camera.Handle(), "Width", width));
-  EXPECT_EQ(0, Vimba::GetIntRange(camera.Handle(), "Width", min, max));
-  EXPECT_EQ(0, Vimba::SetFloat(camera.Handle(), "Gain", 3.5));
-  EXPECT_EQ(0, Vimba::GetFloat(camera.Handle(), "Gain", gain));
-  EXPECT_EQ(0, Vimba::GetFloatRange(camera.Handle(), "Gain", low, high));
-  EXPECT_EQ(0, Vimba::GetEnum(camera.Handle(), "PixelFormat", format));
-  EXPECT_EQ(0, Vimba::GetBool(gVimbaHandle, "GeVTLIsPresent", present));
+  EXPECT_EQ(Vimba::SetInt(camera.Handle(), "Width", 32), 0);
+  EXPECT_EQ(Vimba::GetInt(camera.Handle(), "Width", width), 0);
+  EXPECT_EQ(Vimba::GetIntRange(camera.Handle(), "Width", min, max), 0);
+  EXPECT_EQ(Vimba::SetFloat(camera.Handle(), "Gain", 3.5), 0);
+  EXPECT_EQ(Vimba::GetFloat(camera.Handle(), "Gain", gain), 0);
+  EXPECT_EQ(Vimba::GetFloatRange(camera.Handle(), "Gain", low, high), 0);
+  EXPECT_EQ(Vimba::GetEnum(camera.Handle(), "PixelFormat", format), 0);
+  EXPECT_EQ(Vimba::GetBool(gVimbaHandle, "GeVTLIsPresent", present), 0);
 
-  EXPECT_EQ(32, width);
-  EXPECT_EQ(SimulatedCamera::kWidth, max);
-  EXPECT_EQ(3.5, gain);
-  EXPECT_EQ(1.5, low);
-  EXPECT_EQ(20.5, high);
-  EXPECT_EQ("Mono8", format.Str());
+  EXPECT_EQ(width, 32);
+  EXPECT_EQ(max, SimulatedCamera::kWidth);
+  EXPECT_EQ(gain, 3.5);
+  EXPECT_EQ(low, 1.5);
+  EXPECT_EQ(high, 20.5);
+  EXPECT_EQ(format.Str(), "Mono8");
   EXPECT_TRUE(present);
 }
 
@@ -52,41 +52,40 @@ TEST(VimbaFeatures, ThatFailGiveTheCodeAndLeaveTheResultAsItWas) {
   BString text("before");
   bool flag = true;
 
-  EXPECT_EQ(VmbErrorNotFound, Vimba::GetInt(camera.Handle(), "None", integer));
-  EXPECT_EQ(VmbErrorNotFound, Vimba::GetIntRange(camera.Handle(), "None", integer, max));
-  EXPECT_EQ(VmbErrorNotFound, Vimba::GetFloat(camera.Handle(), "None", number));
-  EXPECT_EQ(VmbErrorNotFound, Vimba::GetFloatRange(camera.Handle(), "None", number, high));
-  EXPECT_EQ(VmbErrorNotFound, Vimba::GetEnum(camera.Handle(), "None", text));
-  EXPECT_EQ(VmbErrorNotFound, Vimba::GetString(camera.Handle(), "None", text));
-  EXPECT_EQ(VmbErrorNotFound, Vimba::GetBool(camera.Handle(), "None", flag));
+  EXPECT_EQ(Vimba::GetInt(camera.Handle(), "None", integer), VmbErrorNotFound);
+  EXPECT_EQ(Vimba::GetIntRange(camera.Handle(), "None", integer, max), VmbErrorNotFound);
+  EXPECT_EQ(Vimba::GetFloat(camera.Handle(), "None", number), VmbErrorNotFound);
+  EXPECT_EQ(Vimba::GetFloatRange(camera.Handle(), "None", number, high), VmbErrorNotFound);
+  EXPECT_EQ(Vimba::GetEnum(camera.Handle(), "None", text), VmbErrorNotFound);
+  EXPECT_EQ(Vimba::GetString(camera.Handle(), "None", text), VmbErrorNotFound);
+  EXPECT_EQ(Vimba::GetBool(camera.Handle(), "None", flag), VmbErrorNotFound);
 
-  EXPECT_EQ(7, integer);
-  EXPECT_EQ(8, max);
-  EXPECT_EQ(7.5, number);
-  EXPECT_EQ(8.5, high);
-  EXPECT_EQ("before", text.Str());
+  EXPECT_EQ(integer, 7);
+  EXPECT_EQ(max, 8);
+  EXPECT_EQ(number, 7.5);
+  EXPECT_EQ(high, 8.5);
+  EXPECT_EQ(text.Str(), "before");
   EXPECT_TRUE(flag);
 }
 
 TEST(VimbaFeatures, ThatAreWrittenGiveTheCameraItsCode) {
   OpenedCamera camera;
 
-  EXPECT_EQ(VmbErrorNotFound, Vimba::SetInt(camera.Handle(), "None", 1));
-  EXPECT_EQ(VmbErrorWrongType, Vimba::SetFloat(camera.Handle(), "Width", 1.0));
-  EXPECT_EQ(VmbErrorInvalidValue, Vimba::SetEnum(camera.Handle(), "TriggerSource", "Nowhere"));
-  EXPECT_EQ(VmbErrorBadHandle, Vimba::RunCommand(nullptr, "AcquisitionStop"));
+  EXPECT_EQ(Vimba::SetInt(camera.Handle(), "None", 1), VmbErrorNotFound);
+  EXPECT_EQ(Vimba::SetFloat(camera.Handle(), "Width", 1.0), VmbErrorWrongType);
+  EXPECT_EQ(Vimba::SetEnum(camera.Handle(), "TriggerSource", "Nowhere"), VmbErrorInvalidValue);
+  EXPECT_EQ(Vimba::RunCommand(nullptr, "AcquisitionStop"), VmbErrorBadHandle);
 }
 
 TEST(VimbaFeatures, ATextIsReadWithTheLengthThatTheCameraDeclares) {
   OpenedCamera camera;
   BString model;
 
-  EXPECT_EQ(0, Vimba::GetString(camera.Handle(), "DeviceModelName", model));
+  EXPECT_EQ(Vimba::GetString(camera.Handle(), "DeviceModelName", model), 0);
 
-  EXPECT_EQ(
-      (Calls{R"(VmbFeatureStringMaxlengthQuery("DeviceModelName"))", R"(VmbFeatureStringGet("DeviceModelName", 64))"}),
-      camera->Calls());
-  EXPECT_EQ("Manta G-507B (E0022705)", model.Str());
+  EXPECT_EQ(camera->Calls(), (Calls{R"(VmbFeatureStringMaxlengthQuery("DeviceModelName"))",
+                                    R"(VmbFeatureStringGet("DeviceModelName", 64))"}));
+  EXPECT_EQ(model.Str(), "Manta G-507B (E0022705)");
 }
 
 TEST(WaitUntilDone, PausesBeforeEachQuery) {
@@ -97,8 +96,8 @@ TEST(WaitUntilDone, PausesBeforeEachQuery) {
   Vimba::WaitUntilDone(camera.Handle(), "TriggerSoftware",
                        [&] { queries_before_pause.push_back(camera->Calls().size()); });
 
-  EXPECT_EQ((std::vector<std::size_t>{0, 1, 2}), queries_before_pause);
-  EXPECT_EQ(3U, camera->Calls().size());
+  EXPECT_EQ(queries_before_pause, (std::vector<std::size_t>{0, 1, 2}));
+  EXPECT_EQ(camera->Calls().size(), 3U);
 }
 
 TEST(WaitUntilDone, EndsWhenTheQueryFails) {
@@ -106,24 +105,23 @@ TEST(WaitUntilDone, EndsWhenTheQueryFails) {
 
   Vimba::WaitUntilDone(camera.Handle(), "None", [] {});
 
-  EXPECT_EQ(Calls{R"(VmbFeatureCommandIsDone("None"))"}, camera->Calls());
+  EXPECT_EQ(camera->Calls(), Calls{R"(VmbFeatureCommandIsDone("None"))"});
 }
 
 TEST(VimbaVersion, IsTextAndNeedsNoStartedSystem) {
   SimulatedCameras cameras{SimulatedCamera()};
   VmbVersionInfo_t version{};
-  ASSERT_EQ(0, VmbVersionQuery(&version, sizeof version));
+  ASSERT_EQ(VmbVersionQuery(&version, sizeof version), 0);
 
-  EXPECT_EQ(L"VimbaC " + std::to_wstring(version.major) + L"." + std::to_wstring(version.minor) + L"." +
-                std::to_wstring(version.patch),
-            VimbaVersionText().Str());
+  EXPECT_EQ(VimbaVersionText().Str(), L"VimbaC " + std::to_wstring(version.major) + L"." +
+                                          std::to_wstring(version.minor) + L"." + std::to_wstring(version.patch));
 }
 
 TEST(VimbaVersion, ThatCannotBeToldIsEmpty) {
   SimulatedCameras cameras{SimulatedCamera()};
   cameras.FailCall("VmbVersionQuery", "", VmbErrorInternalFault);
 
-  EXPECT_EQ(L"", VimbaVersionText().Str());
+  EXPECT_EQ(VimbaVersionText().Str(), L"");
 }
 
 }  // namespace

@@ -40,7 +40,7 @@ struct Opening {
     for (const std::wstring& message : output.WithCaption(L"")) {
       if (message.rfind(L"Vimba Initialization\n", 0) == 0) messages.push_back(LinesOf(message));
     }
-    EXPECT_EQ(1U, messages.size());
+    EXPECT_EQ(messages.size(), 1U);
     messages.resize(1);
   }
   const Lines& Message() const { return messages.front(); }
@@ -65,12 +65,11 @@ TEST(VimbaSystem, StartsDiscoversAndRegisters) {
   const Opening opening(cameras);
 
   ASSERT_TRUE(opening.system);
-  EXPECT_EQ(1, opening.system->References());
-  EXPECT_EQ((Lines{L"Vimba Initialization", L"Vimba Startup ok", L"GeVTLIsPresent = true",
-                   L"Vimba GigE discovery status = Automatic", kRegistered, L"End"}),
-            opening.Message());
-  EXPECT_EQ((Calls{kStartup, kIsPresent, kDiscoverOnce, kGetStatus, kOffAsInt, kDiscoverAuto, kGetStatus, kRegister}),
-            opening.calls);
+  EXPECT_EQ(opening.system->References(), 1);
+  EXPECT_EQ(opening.Message(), (Lines{L"Vimba Initialization", L"Vimba Startup ok", L"GeVTLIsPresent = true",
+                                      L"Vimba GigE discovery status = Automatic", kRegistered, L"End"}));
+  EXPECT_EQ(opening.calls,
+            (Calls{kStartup, kIsPresent, kDiscoverOnce, kGetStatus, kOffAsInt, kDiscoverAuto, kGetStatus, kRegister}));
 }
 
 TEST(VimbaSystem, ThatDiscoversByItselfIsNotToldTo) {
@@ -78,8 +77,8 @@ TEST(VimbaSystem, ThatDiscoversByItselfIsNotToldTo) {
   const Opening opening(cameras);
 
   EXPECT_TRUE(opening.system);
-  EXPECT_EQ((Calls{kStartup, kIsPresent, kDiscoverOnce, kGetStatus, kAutomaticAsInt, kGetStatus, kRegister}),
-            opening.calls);
+  EXPECT_EQ(opening.calls,
+            (Calls{kStartup, kIsPresent, kDiscoverOnce, kGetStatus, kAutomaticAsInt, kGetStatus, kRegister}));
 }
 
 TEST(VimbaSystem, IsShutDownWithTheLastReference) {
@@ -89,10 +88,10 @@ TEST(VimbaSystem, IsShutDownWithTheLastReference) {
   cameras.ClearCalls();
 
   system = nullptr;
-  EXPECT_EQ(Calls{}, cameras.Calls());
+  EXPECT_EQ(cameras.Calls(), Calls{});
   second = nullptr;
 
-  EXPECT_EQ(Calls{kShutdown}, cameras.Calls());
+  EXPECT_EQ(cameras.Calls(), Calls{kShutdown});
   EXPECT_FALSE(IsStarted());
 }
 
@@ -104,10 +103,10 @@ TEST(VimbaSystem, ThatIsOpenIsHandedOutWithoutACall) {
 
   const BSmartRef<VimbaInitialization> again = VimbaInitialization::Open(open.Get());
 
-  EXPECT_EQ(open.Get(), again.Get());
-  EXPECT_EQ(2, open->References());
-  EXPECT_EQ(Calls{}, cameras.Calls());
-  EXPECT_EQ((Lines{L"Vimba Initialization", L"End"}), LinesOf(output.WithCaption(L"").at(0)));
+  EXPECT_EQ(again.Get(), open.Get());
+  EXPECT_EQ(open->References(), 2);
+  EXPECT_EQ(cameras.Calls(), Calls{});
+  EXPECT_EQ(LinesOf(output.WithCaption(L"").at(0)), (Lines{L"Vimba Initialization", L"End"}));
 }
 
 TEST(VimbaSystem, ThatDoesNotStartIsNotShutDown) {
@@ -116,8 +115,8 @@ TEST(VimbaSystem, ThatDoesNotStartIsNotShutDown) {
   const Opening opening(cameras);
 
   EXPECT_FALSE(opening.system);
-  EXPECT_EQ((Lines{L"Vimba Initialization", L"Vimba Startup fails : -1", L"End"}), opening.Message());
-  EXPECT_EQ(Calls{kStartup}, opening.calls);
+  EXPECT_EQ(opening.Message(), (Lines{L"Vimba Initialization", L"Vimba Startup fails : -1", L"End"}));
+  EXPECT_EQ(opening.calls, Calls{kStartup});
 }
 
 TEST(VimbaSystem, WithoutTheTransportLayerIsShutDownAgain) {
@@ -125,9 +124,9 @@ TEST(VimbaSystem, WithoutTheTransportLayerIsShutDownAgain) {
   const Opening opening(cameras);
 
   EXPECT_FALSE(opening.system);
-  EXPECT_EQ((Lines{L"Vimba Initialization", L"Vimba Startup ok", L"GeVTLIsPresent = false", L"End"}),
-            opening.Message());
-  EXPECT_EQ((Calls{kStartup, kIsPresent, kShutdown}), opening.calls);
+  EXPECT_EQ(opening.Message(),
+            (Lines{L"Vimba Initialization", L"Vimba Startup ok", L"GeVTLIsPresent = false", L"End"}));
+  EXPECT_EQ(opening.calls, (Calls{kStartup, kIsPresent, kShutdown}));
 }
 
 TEST(VimbaSystem, ThatDoesNotTellOfTheTransportLayerIsShutDownAgain) {
@@ -136,10 +135,9 @@ TEST(VimbaSystem, ThatDoesNotTellOfTheTransportLayerIsShutDownAgain) {
   const Opening opening(cameras);
 
   EXPECT_FALSE(opening.system);
-  EXPECT_EQ((Lines{L"Vimba Initialization", L"Vimba Startup ok",
-                   L"VmbFeatureBoolGet( GeVTLIsPresent ) returns error : -3", L"End"}),
-            opening.Message());
-  EXPECT_EQ((Calls{kStartup, kIsPresent, kShutdown}), opening.calls);
+  EXPECT_EQ(opening.Message(), (Lines{L"Vimba Initialization", L"Vimba Startup ok",
+                                      L"VmbFeatureBoolGet( GeVTLIsPresent ) returns error : -3", L"End"}));
+  EXPECT_EQ(opening.calls, (Calls{kStartup, kIsPresent, kShutdown}));
 }
 
 TEST(VimbaSystem, ThatCannotDiscoverIsShutDownAgain) {
@@ -148,10 +146,9 @@ TEST(VimbaSystem, ThatCannotDiscoverIsShutDownAgain) {
   const Opening opening(cameras);
 
   EXPECT_FALSE(opening.system);
-  EXPECT_EQ((Lines{L"Vimba Initialization", L"Vimba Startup ok", L"GeVTLIsPresent = true",
-                   L"VmbFeatureCommandRun( GeVDiscoveryAllOnce ) returns error : -6", L"End"}),
-            opening.Message());
-  EXPECT_EQ((Calls{kStartup, kIsPresent, kDiscoverOnce, kShutdown}), opening.calls);
+  EXPECT_EQ(opening.Message(), (Lines{L"Vimba Initialization", L"Vimba Startup ok", L"GeVTLIsPresent = true",
+                                      L"VmbFeatureCommandRun( GeVDiscoveryAllOnce ) returns error : -6", L"End"}));
+  EXPECT_EQ(opening.calls, (Calls{kStartup, kIsPresent, kDiscoverOnce, kShutdown}));
 }
 
 TEST(VimbaSystem, AStatusThatCannotBeReadIsUnknownAndChangesNothing) {
@@ -160,10 +157,9 @@ TEST(VimbaSystem, AStatusThatCannotBeReadIsUnknownAndChangesNothing) {
   const Opening opening(cameras);
 
   EXPECT_TRUE(opening.system);
-  EXPECT_EQ((Lines{L"Vimba Initialization", L"Vimba Startup ok", L"GeVTLIsPresent = true",
-                   L"Vimba GigE discovery status = Unknwon", kRegistered, L"End"}),
-            opening.Message());
-  EXPECT_EQ((Calls{kStartup, kIsPresent, kDiscoverOnce, kGetStatus, kGetStatus, kRegister}), opening.calls);
+  EXPECT_EQ(opening.Message(), (Lines{L"Vimba Initialization", L"Vimba Startup ok", L"GeVTLIsPresent = true",
+                                      L"Vimba GigE discovery status = Unknwon", kRegistered, L"End"}));
+  EXPECT_EQ(opening.calls, (Calls{kStartup, kIsPresent, kDiscoverOnce, kGetStatus, kGetStatus, kRegister}));
 }
 
 TEST(VimbaSystem, AStatusThatCannotBeReadASecondTimeIsUnknown) {
@@ -172,9 +168,9 @@ TEST(VimbaSystem, AStatusThatCannotBeReadASecondTimeIsUnknown) {
   const Opening opening(cameras);
 
   EXPECT_TRUE(opening.system);
-  EXPECT_EQ(L"Vimba GigE discovery status = Unknwon", opening.Message().at(3));
-  EXPECT_EQ((Calls{kStartup, kIsPresent, kDiscoverOnce, kGetStatus, kOffAsInt, kDiscoverAuto, kGetStatus, kRegister}),
-            opening.calls);
+  EXPECT_EQ(opening.Message().at(3), L"Vimba GigE discovery status = Unknwon");
+  EXPECT_EQ(opening.calls,
+            (Calls{kStartup, kIsPresent, kDiscoverOnce, kGetStatus, kOffAsInt, kDiscoverAuto, kGetStatus, kRegister}));
 }
 
 TEST(VimbaSystem, AStatusWithoutANumberChangesNothing) {
@@ -183,8 +179,8 @@ TEST(VimbaSystem, AStatusWithoutANumberChangesNothing) {
   const Opening opening(cameras);
 
   EXPECT_TRUE(opening.system);
-  EXPECT_EQ(L"Vimba GigE discovery status = Off", opening.Message().at(3));
-  EXPECT_EQ((Calls{kStartup, kIsPresent, kDiscoverOnce, kGetStatus, kOffAsInt, kGetStatus, kRegister}), opening.calls);
+  EXPECT_EQ(opening.Message().at(3), L"Vimba GigE discovery status = Off");
+  EXPECT_EQ(opening.calls, (Calls{kStartup, kIsPresent, kDiscoverOnce, kGetStatus, kOffAsInt, kGetStatus, kRegister}));
 }
 
 TEST(VimbaSystem, ADiscoveryThatCannotBeMadeAutomaticStopsNothing) {
@@ -193,9 +189,8 @@ TEST(VimbaSystem, ADiscoveryThatCannotBeMadeAutomaticStopsNothing) {
   const Opening opening(cameras);
 
   EXPECT_TRUE(opening.system);
-  EXPECT_EQ((Lines{L"Vimba Initialization", L"Vimba Startup ok", L"GeVTLIsPresent = true",
-                   L"Vimba GigE discovery status = Off", kRegistered, L"End"}),
-            opening.Message());
+  EXPECT_EQ(opening.Message(), (Lines{L"Vimba Initialization", L"Vimba Startup ok", L"GeVTLIsPresent = true",
+                                      L"Vimba GigE discovery status = Off", kRegistered, L"End"}));
 }
 
 TEST(VimbaSystem, WithoutACallbackIsStillASystem) {
@@ -204,8 +199,8 @@ TEST(VimbaSystem, WithoutACallbackIsStillASystem) {
   const Opening opening(cameras);
 
   EXPECT_TRUE(opening.system);
-  EXPECT_EQ(L"Failure while registering a callback for feature invalidation signaling. Return value = -17",
-            opening.Message().at(4));
+  EXPECT_EQ(opening.Message().at(4),
+            L"Failure while registering a callback for feature invalidation signaling. Return value = -17");
   EXPECT_TRUE(IsStarted());
 }
 
@@ -214,9 +209,9 @@ TEST(VimbaSystem, EverythingButItsDestructorIsTheHosts) {
   const BSmartRef<VimbaInitialization> system = Opening(cameras).system;
   const BSmartObj plain;
 
-  EXPECT_EQ(plain.ArchiveName().Str(), system->ArchiveName().Str());
-  EXPECT_EQ(plain.AllocatedMemory(), system->AllocatedMemory());
-  EXPECT_EQ(plain.Properties().Str(), system->Properties().Str());
+  EXPECT_EQ(system->ArchiveName().Str(), plain.ArchiveName().Str());
+  EXPECT_EQ(system->AllocatedMemory(), plain.AllocatedMemory());
+  EXPECT_EQ(system->Properties().Str(), plain.Properties().Str());
 }
 
 // The messages of the callback, the first of which comes once a camera has gone or come.
@@ -230,17 +225,15 @@ TEST(CameraDiscovery, ReportsWhichCameraWentAndCameAndWhy) {
   const BSmartRef<VimbaInitialization> system = Opening(cameras).system;
   const HostOutput output;
 
-  ASSERT_EQ(0, VimbaSimUnplug(SimulatedCamera::kId));
-  EXPECT_EQ(
-      L"CameraDiscoveryCallback\n   1 : # (#) : Camera ident (DiscoveryCameraIdent): DEV_000F31000001\n"
-      L"   2 : # (#) : Reason (DiscoveryCameraEvent): Missing\n   3 : # (#) : End\n",
-      DiscoveryMessages(output, 1).back());
-  ASSERT_EQ(0, VimbaSimPlug(SimulatedCamera::kId));
+  ASSERT_EQ(VimbaSimUnplug(SimulatedCamera::kId), 0);
+  EXPECT_EQ(DiscoveryMessages(output, 1).back(),
+            L"CameraDiscoveryCallback\n   1 : # (#) : Camera ident (DiscoveryCameraIdent): DEV_000F31000001\n"
+            L"   2 : # (#) : Reason (DiscoveryCameraEvent): Missing\n   3 : # (#) : End\n");
+  ASSERT_EQ(VimbaSimPlug(SimulatedCamera::kId), 0);
 
-  EXPECT_EQ(
-      L"CameraDiscoveryCallback\n   1 : # (#) : Camera ident (DiscoveryCameraIdent): DEV_000F31000001\n"
-      L"   2 : # (#) : Reason (DiscoveryCameraEvent): Detected\n   3 : # (#) : End\n",
-      DiscoveryMessages(output, 2).at(1));
+  EXPECT_EQ(DiscoveryMessages(output, 2).at(1),
+            L"CameraDiscoveryCallback\n   1 : # (#) : Camera ident (DiscoveryCameraIdent): DEV_000F31000001\n"
+            L"   2 : # (#) : Reason (DiscoveryCameraEvent): Detected\n   3 : # (#) : End\n");
 }
 
 TEST(CameraDiscovery, ACameraThatCannotBeNamedIsAFailure) {
@@ -252,7 +245,7 @@ TEST(CameraDiscovery, ACameraThatCannotBeNamedIsAFailure) {
 
     CameraDiscoveryCallback(gVimbaHandle, "DiscoveryCameraEvent", nullptr);
 
-    EXPECT_EQ(L"Camera ident (DiscoveryCameraIdent): failure", LinesOf(DiscoveryMessages(output, 1).at(0)).at(1));
+    EXPECT_EQ(LinesOf(DiscoveryMessages(output, 1).at(0)).at(1), L"Camera ident (DiscoveryCameraIdent): failure");
   }
 }
 
@@ -264,8 +257,8 @@ TEST(CameraDiscovery, AReasonThatCannotBeReadIsLeftOut) {
 
   CameraDiscoveryCallback(gVimbaHandle, "DiscoveryCameraEvent", nullptr);
 
-  EXPECT_EQ((Lines{L"CameraDiscoveryCallback", L"Camera ident (DiscoveryCameraIdent): ", L"End"}),
-            LinesOf(DiscoveryMessages(output, 1).at(0)));
+  EXPECT_EQ(LinesOf(DiscoveryMessages(output, 1).at(0)),
+            (Lines{L"CameraDiscoveryCallback", L"Camera ident (DiscoveryCameraIdent): ", L"End"}));
 }
 
 TEST(CameraDiscovery, AsksThroughTheHandleThatItWasGiven) {
@@ -276,9 +269,8 @@ TEST(CameraDiscovery, AsksThroughTheHandleThatItWasGiven) {
 
   CameraDiscoveryCallback(&object, "DiscoveryCameraEvent", nullptr);
 
-  EXPECT_EQ((Calls{R"(VmbFeatureStringMaxlengthQuery(unknown, "DiscoveryCameraIdent"))",
-                   R"(VmbFeatureEnumGet(unknown, "DiscoveryCameraEvent"))"}),
-            cameras.Calls());
+  EXPECT_EQ(cameras.Calls(), (Calls{R"(VmbFeatureStringMaxlengthQuery(unknown, "DiscoveryCameraIdent"))",
+                                    R"(VmbFeatureEnumGet(unknown, "DiscoveryCameraEvent"))"}));
 }
 
 }  // namespace

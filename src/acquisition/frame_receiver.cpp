@@ -1,16 +1,23 @@
-// frame_handlers.cpp
+// frame_receiver.cpp
 // What happens to a frame between the library's callback and the frame queue.
+#include "acquisition/frame_receiver.h"
+
 #include <cstring>
 #include <new>
+#include <tuple>
 #include <utility>
 
 #include "acquisition/frame_description.h"
+#include "acquisition/frame_ring.h"
 #include "acquisition/module_threads.h"
-#include "camera/vimba_imaging_device_impl.h"
+#include "bstopwatch.h"
 #include "diagnostics/log_collector.h"
 #include "imagingdevice.h"
+#include "vimba/vimba_camera.h"
 
 namespace {
+
+using AcquisitionNumber = BFrameQueue::AcquisitionNumber;
 
 constexpr wchar_t kRequeueFailed[] = L" ReQueueFrame failed";
 constexpr wchar_t kOutOfMemory[] = L"out of memory";
@@ -43,43 +50,48 @@ const wchar_t* FailureText(VmbFrameStatus_t status) {
 
 // A frame that has arrived and that nobody else answers for yet. Where memory runs out first, it is given back to the
 // library, or the ring would be short of it for good, and the acquisition fails.
-class BVimbaImagingDeviceImpl::FrameInHand {
+class FrameReceiver::FrameInHand {
  public:
-  FrameInHand(BVimbaImagingDeviceImpl& device, VmbFrame_t* frame, BFrameQueue::Acquisition acquisition)
-      : m_device(device), m_frame(frame), m_acquisition(acquisition) {}
+  FrameInHand(FrameReceiver& receiver, VmbFrame_t* frame, AcquisitionNumber acquisition)
+      : m_receiver(receiver), m_frame(frame), m_acquisition(acquisition) {}
   ~FrameInHand() {
     if (!m_frame) return;
-    m_device.ReQueueFrame(m_frame);
-    m_device.PushFailure(m_acquisition, kOutOfMemory);
+    // One failure is enough: it fails the acquisition whether the frame could be given back or not.
+    std::ignore = m_receiver.m_ring.ReQueueFrame(m_frame);
+    m_receiver.PushFailure(m_acquisition, kOutOfMemory);
   }
   FrameInHand(const FrameInHand&) = delete;
   FrameInHand& operator=(const FrameInHand&) = delete;
 
   void StartWorker() {
-    m_device.StartWorker(m_frame, m_acquisition);
+    m_receiver.StartWorker(m_frame, m_acquisition);
     m_frame = nullptr;
   }
-  VmbError_t GiveBack() { return m_device.ReQueueFrame(std::exchange(m_frame, nullptr)); }
+  VmbError_t GiveBack() { return m_receiver.m_ring.ReQueueFrame(std::exchange(m_frame, nullptr)); }
 
  private:
-  BVimbaImagingDeviceImpl& m_device;
+  FrameReceiver& m_receiver;
   VmbFrame_t* m_frame;
-  BFrameQueue::Acquisition m_acquisition;
+  AcquisitionNumber m_acquisition;
 };
 
-void BVimbaImagingDeviceImpl::OnFrameExt(VmbFrame_t* frame) {
-  // In this order: StartSnap makes the scan start unreachable before it begins a new acquisition, so that a frame that
-  // passes with the old scan start also carries the old acquisition.
-  const BFrameQueue::Acquisition acquisition = m_frame_queue.CurrentAcquisition();
+FrameReceiver::FrameReceiver(const VimbaCamera& camera, const BStopWatch& snap_watch, FrameRing& ring,
+                             BFrameQueue& queue, Listener& listener)
+    : m_camera(camera), m_snap_watch(snap_watch), m_ring(ring), m_queue(queue), m_listener(listener) {}
+
+void FrameReceiver::OnFrameExt(VmbFrame_t* frame) {
+  // In this order: a starting snap makes the scan start unreachable before it begins a new acquisition, so that a frame
+  // that passes with the old scan start also carries the old acquisition.
+  const AcquisitionNumber acquisition = m_queue.CurrentAcquisition();
   try {
     HandleFrame(frame, acquisition);
   } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the frame in hand has seen to the rest
   }
 }
 
-void BVimbaImagingDeviceImpl::HandleFrame(VmbFrame_t* frame, BFrameQueue::Acquisition acquisition) {
+void FrameReceiver::HandleFrame(VmbFrame_t* frame, AcquisitionNumber acquisition) {
   FrameInHand in_hand(*this, frame, acquisition);
-  BLogCollector log(Prefix() + L"OnFrameExt()", m_snap_stop_watch);
+  BLogCollector log(m_camera.Prefix() + L"OnFrameExt()", m_snap_watch);
   log << DescribeFrame(*frame).c_str() << L'\n';
   const std::uint64_t start = m_start_scan_timestamp;
   const VmbFrameStatus_t status = frame->receiveStatus;
@@ -100,45 +112,44 @@ void BVimbaImagingDeviceImpl::HandleFrame(VmbFrame_t* frame, BFrameQueue::Acquis
     return;
   }
   log << L"ReceiveStatus failure " << status << L'\n';
-  m_frame_queue.Push(nullptr, ErrorOfStatus(status));
-  AbortPartners();
+  m_queue.Push(nullptr, ErrorOfStatus(status));
+  m_listener.OnLostFrame();
 }
 
-// The ticket is taken here and given back by the worker as its last act.
-void BVimbaImagingDeviceImpl::StartWorker(VmbFrame_t* frame, BFrameQueue::Acquisition acquisition) {
-  ModuleThreads().Start([frame, device = this, acquisition, ticket = m_workers.Enter()] {
-    process_frame_lambda(frame, device, acquisition);
-  });
+// The ticket is taken here and given back when the worker's lambda is destroyed, as the worker's last act.
+void FrameReceiver::StartWorker(VmbFrame_t* frame, AcquisitionNumber acquisition) {
+  auto process_frame_lambda = [this, frame, acquisition, ticket = m_workers.Enter()] {
+    CopyAndHandBack(frame, acquisition);
+  };
+  ModuleThreads().Start(std::move(process_frame_lambda));
 }
 
-void BVimbaImagingDeviceImpl::process_frame_lambda(VmbFrame_t* frame, BVimbaImagingDeviceImpl* device,
-                                                   BFrameQueue::Acquisition acquisition) {
+void FrameReceiver::CopyAndHandBack(VmbFrame_t* frame, AcquisitionNumber acquisition) {
   try {
-    device->m_frame_queue.PushUnlessOver(acquisition, device->CopyOf(*frame));
+    m_queue.PushUnlessOver(acquisition, CopyOf(*frame));
   } catch (const std::bad_alloc&) {
-    device->PushFailure(acquisition, kOutOfMemory);
+    PushFailure(acquisition, kOutOfMemory);
   }
-  if (device->ReQueueFrame(frame) != VmbErrorSuccess) device->PushFailure(acquisition, kRequeueFailed);
+  if (m_ring.ReQueueFrame(frame) != VmbErrorSuccess) PushFailure(acquisition, kRequeueFailed);
 }
 
-BSmartRef<BFrameQueue::BFrame> BVimbaImagingDeviceImpl::CopyOf(const VmbFrame_t& frame) {
-  BSmartRef<BFrameQueue::BFrame> copy(
-      new BFrameQueue::BFrame(frame.bufferSize, frame.pixelFormat, FrameContextId(frame), m_unique_id, m_frame_blocks));
+BSmartRef<BFrameQueue::BFrame> FrameReceiver::CopyOf(const VmbFrame_t& frame) {
+  BSmartRef<BFrameQueue::BFrame> copy(new BFrameQueue::BFrame(frame.bufferSize, frame.pixelFormat,
+                                                              FrameContextId(frame), m_camera.UniqueId(), m_blocks));
   std::memcpy(copy->Data(), frame.buffer, frame.bufferSize);
   return copy;
 }
 
 // Without memory even for this entry, a snap that waits runs into its time-out instead.
-void BVimbaImagingDeviceImpl::PushFailure(BFrameQueue::Acquisition acquisition, const wchar_t* text) {
+void FrameReceiver::PushFailure(AcquisitionNumber acquisition, const wchar_t* text) {
   try {
-    m_frame_queue.PushUnlessOver(acquisition, nullptr, BError(BError::eAcquisitionFailed, text));
+    m_queue.PushUnlessOver(acquisition, nullptr, BError(BError::eAcquisitionFailed, text));
   } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch)
   }
 }
 
-// The whole job on the library's thread: an alternative to OnFrameExt that is not registered.
-void BVimbaImagingDeviceImpl::OnFrame(VmbFrame_t* frame) {
-  BLogCollector log(Prefix() + L"OnFrame()", m_snap_stop_watch);
+void FrameReceiver::OnFrame(VmbFrame_t* frame) {
+  BLogCollector log(m_camera.Prefix() + L"OnFrame()", m_snap_watch);
   log << DescribeFrame(*frame).c_str() << L'\n';
   const VmbFrameStatus_t status = frame->receiveStatus;
   if (status != VmbFrameStatusComplete) {
@@ -148,11 +159,11 @@ void BVimbaImagingDeviceImpl::OnFrame(VmbFrame_t* frame) {
     const BSmartRef<BFrameQueue::BFrame> copy = CopyOf(*frame);
     log << L"new BFrameQueue::BFrame" << L'\n';
     log << L"memcpy" << L'\n';
-    m_frame_queue.Push(copy, BError());
+    m_queue.Push(copy, BError());
     log << L"m_frame_queue.Push" << L'\n';
   }
-  if (ReQueueFrame(frame) != VmbErrorSuccess) {
-    PushFailure(m_frame_queue.CurrentAcquisition(), kRequeueFailed);
+  if (m_ring.ReQueueFrame(frame) != VmbErrorSuccess) {
+    PushFailure(m_queue.CurrentAcquisition(), kRequeueFailed);
     log << L"VmbCaptureFrameQueue error" << L'\n';
   } else {
     log << L"VmbCaptureFrameQueue ok" << L'\n';
@@ -160,6 +171,6 @@ void BVimbaImagingDeviceImpl::OnFrame(VmbFrame_t* frame) {
   if (status == VmbFrameStatusComplete) return;
   const wchar_t* message = FailureText(status);
   ImagingDevice::ShowInfo(message, nullptr);
-  m_frame_queue.Push(nullptr, BError(BError::eAcquisitionFailed, message));
+  m_queue.Push(nullptr, BError(BError::eAcquisitionFailed, message));
   log << message << L'\n';
 }

@@ -1,13 +1,10 @@
 // profile_keys.h
-// The keys of a camera profile that this driver reads and writes itself; the host's own keys come from NBoard.
+// The keys of a camera profile that this driver reads for itself. Those that a host defines are CamProfileKey's and
+// NBoard's.
 #pragma once
 
 namespace ProfileKey {
 
-inline constexpr wchar_t kInitMethod[] = L"Init.Method";
-inline constexpr wchar_t kSerialNumber[] = L"Serial.Number";
-inline constexpr wchar_t kCameraIdentifier[] = L"Camera_Identifier";
-inline constexpr wchar_t kIp[] = L"IP";
 inline constexpr wchar_t kBayerType[] = L"Bayertype";
 inline constexpr wchar_t kColorCodeColor[] = L"COLORCODEcolor";
 inline constexpr wchar_t kYuvStretch[] = L"YUVSTRETCH";
@@ -22,8 +19,8 @@ inline constexpr wchar_t kTriggerPolarity[] = L"TRIGGERPOLARITY";
 inline constexpr wchar_t kMinBytePerSecond[] = L"MIN_BYTEPERSECOND";
 inline constexpr wchar_t kBytePerSecond[] = L"BYTEPERSECOND";
 
-// Every integer key is read within this range.
-inline constexpr int kLowestInteger = -2147483645;
-inline constexpr int kHighestInteger = 2147483645;
+inline constexpr const wchar_t* kAll[] = {
+    kBayerType,  kColorCodeColor,   kYuvStretch,      kBinning,         kMinGain,          kMaxGain,      kMinShutter,
+    kMaxShutter, kRotateBy90Degree, kCameraFrequency, kTriggerPolarity, kMinBytePerSecond, kBytePerSecond};
 
 }  // namespace ProfileKey

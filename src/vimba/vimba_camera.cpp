@@ -1,0 +1,18 @@
+// vimba_camera.cpp
+// The opened camera that a device and its parts work on: its handle and the names under which it is known.
+#include "vimba/vimba_camera.h"
+
+#include <tuple>
+#include <utility>
+
+#include "diagnostics/camera_prefix.h"
+
+void VimbaCamera::Adopt(VmbHandle_t handle, const WString& unique_id, const WString& identifier) {
+  m_handle = handle;
+  m_unique_id = unique_id;
+  m_identifier = identifier;
+}
+
+void VimbaCamera::Close() { std::ignore = VmbCameraClose(std::exchange(m_handle, nullptr)); }
+
+WString VimbaCamera::Prefix() const { return CameraPrefix(m_identifier); }

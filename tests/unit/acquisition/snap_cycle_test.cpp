@@ -1,0 +1,180 @@
+// snap_cycle_test.cpp
+// Start, snap and stop on their own: who is told what and when, what a failure leaves behind.
+#include "acquisition/snap_cycle.h"
+
+#include <array>
+#include <functional>
+
+#include "acquisition/frame_copy.h"
+#include "bimagingdevicetrigger.h"
+#include "unit/acquisition/scripted_camera.h"
+
+namespace {
+
+using Calls = std::vector<std::string>;
+using Heard = std::vector<std::string>;
+
+constexpr VmbInt64_t kCameraTime = 123'456;
+const std::string kLatch = "VmbFeatureCommandRun(GevTimestampControlLatch)";
+const std::string kReadTime = "VmbFeatureIntGet(GevTimestampValue)";
+const std::string kStart = "VmbFeatureCommandRun(AcquisitionStart)";
+const std::string kStop = "VmbFeatureCommandRun(AcquisitionStop)";
+
+// Records what the cycle asks of it.
+class RecordingTrigger final : public BImagingDeviceTrigger {
+ public:
+  explicit RecordingTrigger(std::vector<std::string>& heard) : m_heard(heard) {}
+  void SetOn() override {}
+  bool IsAvailable() const override { return true; }
+  bool IsExternal() const override { return m_external; }
+  void SetExternal(bool external) override { m_external = external; }
+  bool SetActivation(int /*edge*/) override { return true; }
+  bool SetSource(int source) override {
+    m_heard.push_back("source " + std::to_string(source));
+    return true;
+  }
+  void Fire() override { m_heard.emplace_back("fire"); }
+
+ private:
+  std::vector<std::string>& m_heard;
+  bool m_external = false;
+};
+
+struct Cycle : ScriptedCamera {
+  Cycle() { Library().SetInteger(camera.Handle(), "GevTimestampValue", kCameraTime); }
+
+  BError Snap() { return cycle.Snap(nullptr, 0, FrameLayout{}); }
+  BError ErrorOf(const std::function<void()>& operation) {
+    try {
+      operation();
+    } catch (const BError& error) {
+      return error;
+    }
+    return BError();
+  }
+};
+
+TEST_F(Cycle, AStartAsksTheStreamFirstAndTheCameraThen) {
+  cycle.StartSnap(true);
+  EXPECT_EQ(heard, Heard{"before"});
+  EXPECT_EQ(Library().Calls(), (Calls{"VmbFeatureEnumSet(AcquisitionMode, SingleFrame)", kLatch, kReadTime, kStart}));
+}
+
+TEST_F(Cycle, AContinuousRunIsOneFromItsStartToItsStop) {
+  EXPECT_FALSE(cycle.IsContinuous());
+  cycle.StartSnap(false);
+  EXPECT_TRUE(cycle.IsContinuous());
+  EXPECT_EQ(Library().Calls().front(), "VmbFeatureEnumSet(AcquisitionMode, Continuous)");
+  cycle.StopSnap();
+  EXPECT_FALSE(cycle.IsContinuous());
+}
+
+TEST_F(Cycle, AStopHandsTheLastFailureToTheStreamAndForgetsIt) {
+  cycle.StartSnap(false);
+  queue.Push(nullptr, BError(BError::eFrameInvalid));
+  EXPECT_EQ(Snap(), BError(BError::eFrameInvalid));
+  queue.Push(nullptr, BError(BError::eAborted));
+  EXPECT_EQ(Snap(), BError(BError::eAborted));
+  cycle.StopSnap();
+  cycle.StopSnap();
+  EXPECT_EQ(heard, (Heard{"before", "after 12109", "after 0"}));
+}
+
+TEST_F(Cycle, AStartDropsWhatWaitsInTheQueue) {
+  queue.Push(nullptr, BError(BError::eFrameInvalid));
+  cycle.StartSnap(true);
+  EXPECT_EQ(Snap(), BError(BError::eTimeout));
+}
+
+TEST_F(Cycle, ASingleSnapFiresTheSoftwareTrigger) {
+  RecordingTrigger trigger(heard);
+  cycle.SetTrigger(&trigger);
+  cycle.StartSnap(true);
+  EXPECT_EQ(Snap(), BError(BError::eTimeout));
+  EXPECT_EQ(heard, (Heard{"before", "fire"}));
+}
+
+TEST_F(Cycle, AnExternalTriggerIsSwitchedToTheLineForTheSnapAlone) {
+  RecordingTrigger trigger(heard);
+  trigger.SetExternal(true);
+  cycle.SetTrigger(&trigger);
+  cycle.StartSnap(true);
+  EXPECT_EQ(Snap(), BError(BError::eTimeout));
+  EXPECT_EQ(heard, (Heard{"before", "source 1", "source 0"}));
+}
+
+TEST_F(Cycle, AnExternalContinuousRunIsSwitchedBackWhenItStops) {
+  RecordingTrigger trigger(heard);
+  trigger.SetExternal(true);
+  cycle.SetTrigger(&trigger);
+  cycle.StartSnap(false);
+  EXPECT_EQ(Snap(), BError(BError::eTimeout));
+  cycle.StopSnap();
+  EXPECT_EQ(heard, (Heard{"before", "source 1", "source 0", "after 12106"}));
+}
+
+TEST_F(Cycle, TheCamerasTimeIsAllOnesWhenEitherStepFails) {
+  EXPECT_EQ(cycle.LatchCameraTimestamp(), static_cast<std::uint64_t>(kCameraTime));
+  Library().Fail("VmbFeatureIntGet", VmbErrorIO, "GevTimestampValue");
+  EXPECT_EQ(cycle.LatchCameraTimestamp(), FrameReceiver::kNoTimestamp);
+  Library().Mend();
+  Library().ClearCalls();
+  Library().Fail("VmbFeatureCommandRun", VmbErrorIO, "GevTimestampControlLatch");
+  EXPECT_EQ(cycle.LatchCameraTimestamp(), FrameReceiver::kNoTimestamp);
+  EXPECT_EQ(Library().Calls(), Calls{kLatch}) << "a time that was not latched is not read";
+}
+
+TEST_F(Cycle, AFailedStartThrowsAndCanBeTriedAgain) {
+  Library().Fail("VmbFeatureCommandRun", VmbErrorIO, "AcquisitionStart");
+  EXPECT_EQ(ErrorOf([&] { cycle.StartSnap(true); }), BError(BError::eAcquisitionFailed, L"AcquisitionStart failed"));
+  Library().Mend();
+  EXPECT_EQ(ErrorOf([&] { cycle.StartSnap(true); }), BError());
+}
+
+TEST_F(Cycle, AFailedStopTellsTheStreamNothing) {
+  cycle.StartSnap(true);
+  Library().Fail("VmbFeatureCommandRun", VmbErrorIO, "AcquisitionStop");
+  EXPECT_EQ(ErrorOf([&] { cycle.StopSnap(); }), BError(BError::eAcquisitionFailed, L"AcquisitionStop failed"));
+  EXPECT_EQ(heard, Heard{"before"});
+}
+
+// What the camera's copies leave behind: blocks of this many bytes, more of them than an idle device keeps.
+struct CycleMemory : Cycle {
+  static constexpr VmbUint32_t kBlockBytes = FrameBlocks::kIdleBytes / 2;
+  std::vector<std::uint8_t> buffer = std::vector<std::uint8_t>(kBlockBytes);
+
+  void UseManyBlocksAtOnce() {
+    std::array<VmbFrame_t, 4> frames{};
+    for (VmbFrame_t& frame : frames) {
+      frame.buffer = buffer.data();
+      frame.bufferSize = kBlockBytes;
+      frame.timestamp = kCameraTime;
+      receiver.OnFrameExt(&frame);
+    }
+    receiver.WaitForWorkers();
+    queue.Clear();
+  }
+};
+
+TEST_F(CycleMemory, IsKeptWhileAnAcquisitionRuns) {
+  cycle.StartSnap(false);
+  UseManyBlocksAtOnce();
+  EXPECT_EQ(receiver.IdleBytes(), std::size_t{4} * kBlockBytes);
+}
+
+TEST_F(CycleMemory, IsGivenBackWhenTheStopFails) {
+  cycle.StartSnap(false);
+  UseManyBlocksAtOnce();
+  Library().Fail("VmbFeatureCommandRun", VmbErrorIO, "AcquisitionStop");
+  EXPECT_THROW(cycle.StopSnap(), BError);
+  EXPECT_LE(receiver.IdleBytes(), FrameBlocks::kIdleBytes);
+}
+
+TEST_F(CycleMemory, IsGivenBackWhenTheStartFails) {
+  Library().Fail("VmbFeatureCommandRun", VmbErrorIO, "AcquisitionStart");
+  EXPECT_THROW(cycle.StartSnap(false), BError);
+  UseManyBlocksAtOnce();
+  EXPECT_LE(receiver.IdleBytes(), FrameBlocks::kIdleBytes);
+}
+
+}  // namespace

@@ -1,0 +1,122 @@
+// scripted_library.cpp
+// A VimbaC library inside the test program: no camera, no thread, every answer as the test wants it.
+#include "unit/scripted/scripted_library.h"
+
+#include <algorithm>
+
+VmbHandle_t ScriptedLibrary::Handle(std::uintptr_t number) {
+  return reinterpret_cast<VmbHandle_t>(number);  // NOLINT(performance-no-int-to-ptr)
+}
+
+void ScriptedLibrary::Reset() {
+  const BMutexLock lock(m_mutex);
+  m_integers.clear();
+  m_ranges.clear();
+  m_text = {};
+  m_failures.clear();
+  m_calls.clear();
+  m_announced.clear();
+  m_queued.clear();
+}
+
+void ScriptedLibrary::SetInteger(VmbHandle_t camera, const std::string& feature, VmbInt64_t value) {
+  const BMutexLock lock(m_mutex);
+  m_integers[{camera, feature}] = value;
+}
+
+VmbInt64_t ScriptedLibrary::Integer(VmbHandle_t camera, const std::string& feature) const {
+  const BMutexLock lock(m_mutex);
+  return m_integers.at({camera, feature});
+}
+
+void ScriptedLibrary::SetRange(const std::string& feature, VmbInt64_t min, VmbInt64_t max) {
+  const BMutexLock lock(m_mutex);
+  m_ranges[feature] = {min, max};
+}
+
+void ScriptedLibrary::SetText(const Text& text) {
+  const BMutexLock lock(m_mutex);
+  m_text = text;
+}
+
+void ScriptedLibrary::Fail(const std::string& function, VmbError_t code, const std::string& feature) {
+  const BMutexLock lock(m_mutex);
+  m_failures[{function, feature}] = code;
+}
+
+void ScriptedLibrary::Mend() {
+  const BMutexLock lock(m_mutex);
+  m_failures.clear();
+}
+
+std::vector<std::string> ScriptedLibrary::Calls() const {
+  const BMutexLock lock(m_mutex);
+  return m_calls;
+}
+
+void ScriptedLibrary::ClearCalls() {
+  const BMutexLock lock(m_mutex);
+  m_calls.clear();
+}
+
+std::vector<const VmbFrame_t*> ScriptedLibrary::Announced() const {
+  const BMutexLock lock(m_mutex);
+  return m_announced;
+}
+
+std::vector<const VmbFrame_t*> ScriptedLibrary::Queued() const {
+  const BMutexLock lock(m_mutex);
+  return m_queued;
+}
+
+VmbError_t ScriptedLibrary::Record(const std::string& function, const std::string& feature,
+                                   const std::string& argument) {
+  const BMutexLock lock(m_mutex);
+  const std::string separator = !feature.empty() && !argument.empty() ? ", " : "";
+  m_calls.push_back(function + "(" + feature + separator + argument + ")");
+  for (const std::string& named : {feature, std::string()}) {
+    if (const auto failure = m_failures.find({function, named}); failure != m_failures.end()) return failure->second;
+  }
+  return VmbErrorSuccess;
+}
+
+bool ScriptedLibrary::Find(VmbHandle_t camera, const std::string& feature, VmbInt64_t& value) const {
+  const BMutexLock lock(m_mutex);
+  const auto found = m_integers.find({camera, feature});
+  if (found == m_integers.end()) return false;
+  value = found->second;
+  return true;
+}
+
+bool ScriptedLibrary::FindRange(const std::string& feature, VmbInt64_t& min, VmbInt64_t& max) const {
+  const BMutexLock lock(m_mutex);
+  const auto found = m_ranges.find(feature);
+  if (found == m_ranges.end()) return false;
+  std::tie(min, max) = found->second;
+  return true;
+}
+
+ScriptedLibrary::Text ScriptedLibrary::TheText() const {
+  const BMutexLock lock(m_mutex);
+  return m_text;
+}
+
+void ScriptedLibrary::Announce(const VmbFrame_t* frame) {
+  const BMutexLock lock(m_mutex);
+  m_announced.push_back(frame);
+}
+
+void ScriptedLibrary::Queue(const VmbFrame_t* frame) {
+  const BMutexLock lock(m_mutex);
+  m_queued.push_back(frame);
+}
+
+void ScriptedLibrary::Flush() {
+  const BMutexLock lock(m_mutex);
+  m_queued.clear();
+}
+
+ScriptedLibrary& Library() {
+  static ScriptedLibrary library;
+  return library;
+}

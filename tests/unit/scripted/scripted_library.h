@@ -1,0 +1,65 @@
+// scripted_library.h
+// A VimbaC library inside the test program: no camera, no thread, every answer as the test wants it.
+#pragma once
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "VimbaC.h"
+#include "bmutex.h"
+
+// One for the program; a test resets it. Every call is recorded and succeeds unless it is told to fail. Handles are
+// whatever a test takes for one. [any thread]
+class ScriptedLibrary {
+ public:
+  // The text of the string features. It is copied as it is, as far as the buffer goes; no zero is added.
+  struct Text {
+    VmbUint32_t max_length = 0;
+    std::string content;
+  };
+
+  static VmbHandle_t Handle(std::uintptr_t number);
+
+  void Reset();
+  // Integer features are there once they have a value, and ranges once they have one. The other features are all there.
+  void SetInteger(VmbHandle_t camera, const std::string& feature, VmbInt64_t value);
+  VmbInt64_t Integer(VmbHandle_t camera, const std::string& feature) const;
+  void SetRange(const std::string& feature, VmbInt64_t min, VmbInt64_t max);
+  void SetText(const Text& text);
+  // Every call of this function, of this feature where one is named, answers with this code and does nothing.
+  void Fail(const std::string& function, VmbError_t code, const std::string& feature = "");
+  // From now on nothing fails.
+  void Mend();
+
+  // `VmbFeatureIntSet(Width, 32)`, in their order.
+  std::vector<std::string> Calls() const;
+  void ClearCalls();
+  // The frames that were announced, and those that are queued.
+  std::vector<const VmbFrame_t*> Announced() const;
+  std::vector<const VmbFrame_t*> Queued() const;
+
+  // What the calls do. Each records the call and gives the code that the function is to answer with.
+  VmbError_t Record(const std::string& function, const std::string& feature = "", const std::string& argument = "");
+  bool Find(VmbHandle_t camera, const std::string& feature, VmbInt64_t& value) const;
+  bool FindRange(const std::string& feature, VmbInt64_t& min, VmbInt64_t& max) const;
+  Text TheText() const;
+  void Announce(const VmbFrame_t* frame);
+  void Queue(const VmbFrame_t* frame);
+  void Flush();
+
+ private:
+  using FeatureOfCamera = std::pair<VmbHandle_t, std::string>;
+
+  mutable BMutex m_mutex;
+  std::map<FeatureOfCamera, VmbInt64_t> m_integers KEL_GUARDED_BY(m_mutex);
+  std::map<std::string, std::pair<VmbInt64_t, VmbInt64_t>> m_ranges KEL_GUARDED_BY(m_mutex);
+  Text m_text KEL_GUARDED_BY(m_mutex);
+  std::map<std::pair<std::string, std::string>, VmbError_t> m_failures KEL_GUARDED_BY(m_mutex);
+  std::vector<std::string> m_calls KEL_GUARDED_BY(m_mutex);
+  std::vector<const VmbFrame_t*> m_announced KEL_GUARDED_BY(m_mutex);
+  std::vector<const VmbFrame_t*> m_queued KEL_GUARDED_BY(m_mutex);
+};
+
+ScriptedLibrary& Library();
