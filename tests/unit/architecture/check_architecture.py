@@ -11,15 +11,17 @@ import pathlib
 import re
 import sys
 
-# What a folder of the module may include, itself aside: driver -> camera -> acquisition, stream, controls -> vimba, diagnostics.
+# What a folder of the module may include, itself aside:
+# driver -> camera -> acquisition, stream, controls -> vimba, profile, diagnostics.
 ARROWS = {
     "diagnostics": set(),
+    "profile": set(),
     "vimba": {"diagnostics"},
     "acquisition": {"vimba", "diagnostics"},
-    "stream": {"vimba", "diagnostics"},
-    "controls": {"vimba", "diagnostics"},
-    "camera": {"acquisition", "stream", "controls", "vimba", "diagnostics"},
-    "driver": {"camera", "acquisition", "stream", "controls", "vimba", "diagnostics"},
+    "stream": {"vimba", "profile", "diagnostics"},
+    "controls": {"vimba", "profile", "diagnostics"},
+    "camera": {"acquisition", "stream", "controls", "vimba", "profile", "diagnostics"},
+    "driver": {"camera", "acquisition", "stream", "controls", "vimba", "profile", "diagnostics"},
 }
 # What a program knows of the module.
 EXPORTS_HEADER = "driver/kel_camera_vimba.h"
@@ -43,29 +45,14 @@ def includes_of(file):
     return INCLUDE.findall(file.read_text(encoding="utf-8"))
 
 
-def members_of_the_implementation(source):
-    """The sources that stand in the folder of their subsystem but are built with, and look at, the folder camera/."""
-    text = (source / "src" / "CMakeLists.txt").read_text(encoding="utf-8")
-    listed = re.search(r"kel_module_folder\(camera\s+SOURCES(.*?)LINKS", text, re.DOTALL)
-    if not listed:
-        sys.exit("src/CMakeLists.txt names no sources of the folder camera")
-    return {name for name in listed.group(1).split() if not name.startswith("camera/")}
-
-
-def layer_of(file, members):
-    """The folder whose arrows hold for a file of src/."""
-    return "camera" if file.as_posix() in members else file.parts[0]
-
-
 def wrong_includes(source):
     """Includes of src/ that point against the arrows, or out of what the module may know."""
     public = {header.name for folder in ("host", "vimbac") for header in (source / folder).rglob("*.h")}
-    members = members_of_the_implementation(source)
     for path in sorted((source / "src").rglob("*")):
         if path.suffix not in (".h", ".cpp"):
             continue
         file = pathlib.PurePosixPath(path.relative_to(source / "src").as_posix())
-        layer = layer_of(file, members)
+        layer = file.parts[0]
         allowed = ARROWS.get(layer, set()) | {layer}
         for bracket, name in includes_of(path):
             folder = pathlib.PurePosixPath(name).parts[0] if "/" in name else None
@@ -78,15 +65,6 @@ def wrong_includes(source):
                 yield f"src/{file} includes {name}, but {layer} may only include {', '.join(sorted(allowed))}"
             elif folder is not None and not (source / "src" / name).is_file():
                 yield f"src/{file} includes {name}, which is not in src/"
-
-
-def wrong_members(source):
-    """Sources that are built with the folder camera without need, or lie in a folder that has no members."""
-    for name in sorted(members_of_the_implementation(source)):
-        if not name.startswith(("acquisition/", "stream/")):
-            yield f"src/CMakeLists.txt builds {name} with the folder camera, where only acquisition/ and stream/ have members"
-        elif not any(include.startswith("camera/") for _, include in includes_of(source / "src" / name)):
-            yield f"src/CMakeLists.txt builds {name} with the folder camera, of which it includes nothing"
 
 
 def unknown_folders(source):
@@ -152,7 +130,6 @@ def numbered_references(source):
 def complaints_about(source, build):
     yield from unknown_folders(source)
     yield from wrong_includes(source)
-    yield from wrong_members(source)
     yield from programs_that_know_too_much(source)
     yield from unbuilt_sources(source, build)
     yield from numbered_references(source)
