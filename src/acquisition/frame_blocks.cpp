@@ -13,7 +13,9 @@ FrameBlocks::Block FrameBlocks::Take(std::size_t size) {
     m_size = size;
     // So that giving back never needs memory.
     m_idle.reserve(kRunningBlocks);
+    ++m_waiting;
     while (m_used >= MostUsedBlocks()) m_returned.Wait(lock);
+    --m_waiting;
     ++m_used;
     if (Block block = TakeIdle()) return block;
   }
@@ -48,6 +50,11 @@ void FrameBlocks::SetRunning(bool running) {
 std::size_t FrameBlocks::IdleBytes() const {
   const BMutexLock lock(m_mutex);
   return m_idle.size() * m_size;
+}
+
+std::size_t FrameBlocks::Waiting() const {
+  const BMutexLock lock(m_mutex);
+  return m_waiting;
 }
 
 std::size_t FrameBlocks::KeptBlocks() const {

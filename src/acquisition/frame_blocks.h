@@ -32,6 +32,8 @@ class FrameBlocks {
   void SetRunning(bool running);
 
   std::size_t IdleBytes() const;
+  // How many takers wait for a block to be returned.
+  std::size_t Waiting() const;
 
  private:
   // How many may lie idle and be in use.
@@ -42,6 +44,7 @@ class FrameBlocks {
   mutable BMutex m_mutex;
   BCondition m_returned;
   std::size_t m_used KEL_GUARDED_BY(m_mutex) = 0;
+  std::size_t m_waiting KEL_GUARDED_BY(m_mutex) = 0;
   std::vector<Block> m_idle KEL_GUARDED_BY(m_mutex);
   std::size_t m_size KEL_GUARDED_BY(m_mutex) = 0;
   bool m_running KEL_GUARDED_BY(m_mutex) = false;

@@ -1,5 +1,6 @@
 // bandwidth_test.cpp
 // The stream rate: range by camera and profile, partners, and what snaps do to it.
+#include "VimbaC.h"
 #include "driver/opened_camera.h"
 
 namespace {
@@ -21,7 +22,7 @@ struct Bandwidth : OpenedCamera {
     return lines;
   }
   void Snap(bool succeeds) {
-    if (!succeeds) cameras->FailCall("VmbFeatureCommandRun", "TriggerSoftware", -13, 1);
+    if (!succeeds) cameras->FailCall("VmbFeatureCommandRun", "TriggerSoftware", VmbErrorOther, 1);
     Device().StartSnap(true);
     EXPECT_EQ(Device().Snap(nullptr, succeeds ? 5000 : 10).IsError(), !succeeds);
     Device().StopSnap();
@@ -67,7 +68,7 @@ TEST_F(Bandwidth, WhereLimitsCrossTheLowerOneWins) {
 
 TEST_F(Bandwidth, AStartRateThatTheCameraRefusesIsLoggedInOneLine) {
   cameras.emplace(WithRates(10'000'000, 125'000'000));
-  cameras->FailCall("VmbFeatureIntSet", kRate, -13);
+  cameras->FailCall("VmbFeatureIntSet", kRate, VmbErrorOther);
   ASSERT_TRUE(Reopen());
   const Texts lines = LinesOf(output.Diagnostics(L"Initialize by camera").at(0));
   const auto failed = std::find(lines.begin(), lines.end(), L"Set StreamBytesPerSecond = 98300000 failed");
@@ -121,7 +122,7 @@ TEST_F(Bandwidth, AnUnreadableRateEndsTheChangeThere) {
   ASSERT_TRUE(Open());
   Device().StartSnap(true);
   EXPECT_EQ(Device().Snap(nullptr, 5000), BError());
-  cameras->FailCall("VmbFeatureIntGet", kRate, -13);
+  cameras->FailCall("VmbFeatureIntGet", kRate, VmbErrorOther);
   Forget();
   Device().StopSnap();
   EXPECT_THAT(Message(L"ChangeBandwidth( 0.02 )"), ElementsAre(L"ChangeBandwidth( 0.02 )", L"End"));
@@ -168,8 +169,11 @@ TEST_F(Partners, AFasterOrUnreadablePartnerChangesNothing) {
   Forget();
   Device().StartSnap(true);
   Device().StopSnap();
-  cameras->Fault(
-      {{"call", "VmbFeatureIntGet"}, {"feature", kRate}, {"camera", "DEV_000F31000002"}, {"error", -13}, {"count", 0}});
+  cameras->Fault({{"call", "VmbFeatureIntGet"},
+                  {"feature", kRate},
+                  {"camera", "DEV_000F31000002"},
+                  {"error", VmbErrorOther},
+                  {"count", 0}});
   Device().StartSnap(true);
   Device().StopSnap();
   for (const std::wstring& message : output.Diagnostics(L"StartSnap( one_shot = True )")) {

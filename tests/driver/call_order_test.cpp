@@ -2,6 +2,7 @@
 // The whole lists of library calls: opening, a snap, closing, and the factory's failures.
 #include <gmock/gmock.h>
 
+#include "VimbaC.h"
 #include "support/driver_module.h"
 #include "support/host_output.h"
 #include "support/profile_file.h"

@@ -4,6 +4,7 @@
 
 #include <chrono>
 
+#include "VimbaC.h"
 #include "support/driver_module.h"
 #include "support/host_output.h"
 #include "support/profile_file.h"
@@ -50,7 +51,8 @@ TEST_F(CameraOpening, ASerialNumberMatchesTheFirstCameraWhoseOwnItContains) {
 TEST_F(CameraOpening, OfSeveralMatchesTheFirstThatOpensWins) {
   SimulatedCameras cameras(
       std::vector{SimulatedCamera(1).With("serial", "12"), SimulatedCamera(2).With("serial", "123")});
-  cameras.Fault({{"call", "VmbCameraOpen"}, {"camera", "DEV_000F31000001"}, {"error", -6}, {"count", 0}});
+  cameras.Fault(
+      {{"call", "VmbCameraOpen"}, {"camera", "DEV_000F31000001"}, {"error", VmbErrorInvalidAccess}, {"count", 0}});
   profile.Key("Init.Method", "Serial").Key("Serial.Number", "1234");
   OpenDevice device(profile.Open());
   ASSERT_TRUE(device);
@@ -115,7 +117,7 @@ TEST_F(CameraOpening, TheMethodSerialWithoutANumberGoesStraightToTheAddress) {
 
 TEST_F(CameraOpening, ASearchPausesAfterACameraThatDoesNotOpenAndSearchesAgain) {
   SimulatedCameras cameras{SimulatedCamera()};
-  cameras.FailCall("VmbCameraOpen", "", -6, 1);
+  cameras.FailCall("VmbCameraOpen", "", VmbErrorInvalidAccess, 1);
   profile.Key("Init.Method", "Serial").Key("Serial.Number", SimulatedCamera::kSerial);
   const auto begin = steady_clock::now();
   OpenDevice device(profile.Open());
@@ -130,7 +132,7 @@ TEST_F(CameraOpening, ASearchPausesAfterACameraThatDoesNotOpenAndSearchesAgain) 
 
 TEST_F(CameraOpening, AUniqueIdIsTriedTenTimesWithPauses) {
   SimulatedCameras cameras{SimulatedCamera()};
-  cameras.FailCall("VmbCameraOpen", "", -6);
+  cameras.FailCall("VmbCameraOpen", "", VmbErrorInvalidAccess);
   profile.Key("Camera_Identifier", SimulatedCamera::kId);
   const auto begin = steady_clock::now();
   OpenDevice device(profile.Open());
@@ -146,7 +148,7 @@ TEST_F(CameraOpening, AUniqueIdIsTriedTenTimesWithPauses) {
 
 TEST_F(CameraOpening, ACameraThatCannotBeIdentifiedIsClosedBeforeTheNextTry) {
   SimulatedCameras cameras{SimulatedCamera()};
-  cameras.FailCall("VmbCameraInfoQuery", "", -13, 1);
+  cameras.FailCall("VmbCameraInfoQuery", "", VmbErrorOther, 1);
   profile.Key("Camera_Identifier", SimulatedCamera::kId);
   OpenDevice device(profile.Open());
   ASSERT_TRUE(device);
@@ -169,7 +171,7 @@ TEST_F(CameraOpening, TheMethodIpGoesStraightToTheAddress) {
 
 TEST_F(CameraOpening, AnAddressWhoseCameraCannotBeIdentifiedIsOpenedAnew) {
   SimulatedCameras cameras{SimulatedCamera()};
-  cameras.FailCall("VmbCameraInfoQuery", "", -13, 1);
+  cameras.FailCall("VmbCameraInfoQuery", "", VmbErrorOther, 1);
   profile.Key("Init.Method", "IP").Key("IP", SimulatedCamera::kIp);
   OpenDevice device(profile.Open());
   ASSERT_TRUE(device);

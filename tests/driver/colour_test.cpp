@@ -2,6 +2,7 @@
 // What a colour camera's profile makes of its pixels: which of them are red, and whether grey values are stretched.
 #include <array>
 
+#include "VimbaC.h"
 #include "bbaseaoi.h"
 #include "driver/opened_camera.h"
 #include "support/picture_file.h"
@@ -75,7 +76,7 @@ TEST_F(Colour, GreyValuesAreStretchedOnlyWhereTheProfileAsksForIt) {
     profile.Key("Bayertype", "RGGB").Key("YUVSTRETCH", stretch);
     ASSERT_TRUE(OpenAtGrey(SimulatedCamera().Colour()));
     Device().StartSnap(false);
-    cameras->Deliver({{"pixelFormat", 0x01080001}});
+    cameras->Deliver({{"pixelFormat", VmbPixelFormatMono8}});
     BBaseAoi aoi(BBaseAoi::eMono8);
     ASSERT_EQ(Device().Snap(&aoi, 5000), BError());
     pictures.push_back(PixelsOf(aoi));

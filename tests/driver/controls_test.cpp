@@ -1,5 +1,6 @@
 // controls_test.cpp
 // Controls and trigger as the host gets them from an open device, with the profile's limits and start values.
+#include "VimbaC.h"
 #include "driver/opened_camera.h"
 
 namespace {
@@ -7,6 +8,10 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+// What no trigger has.
+constexpr int kNoSource = 5;
+constexpr int kNoEdge = 7;
 
 struct Controls : OpenedCamera {};
 
@@ -82,7 +87,7 @@ TEST_F(Controls, ARefusedValueLeavesTheOldOne) {
   ASSERT_TRUE(Open());
   BImagingDeviceControl& shutter = *Device().ShutterControl();
   shutter.SetValue(100);
-  cameras->FailCall("VmbFeatureFloatSet", "ExposureTimeAbs", -6);
+  cameras->FailCall("VmbFeatureFloatSet", "ExposureTimeAbs", VmbErrorInvalidAccess);
   EXPECT_FALSE(shutter.SetValue(200));
   EXPECT_EQ(shutter.Value(), 100);
 }
@@ -134,20 +139,22 @@ TEST_F(Trigger, SelectsItsSources) {
   const auto set_to = [](const char* source) {
     return std::string("VmbFeatureEnumSet(\"TriggerSource\", \"") + source + "\")";
   };
-  EXPECT_THAT(CallsAfter([](auto& trigger) { EXPECT_TRUE(trigger.SetSource(0)); }),
+  EXPECT_THAT(CallsAfter([](auto& trigger) { EXPECT_TRUE(trigger.SetSource(BImagingDeviceTrigger::eSoftware)); }),
               ElementsAre(kModeOn, kFrameStart, set_to("Software")));
-  EXPECT_THAT(CallsAfter([](auto& trigger) { EXPECT_TRUE(trigger.SetSource(1)); }),
+  EXPECT_THAT(CallsAfter([](auto& trigger) { EXPECT_TRUE(trigger.SetSource(BImagingDeviceTrigger::eLine)); }),
               ElementsAre(kModeOn, kFrameStart, set_to("Line2")));
-  EXPECT_THAT(CallsAfter([](auto& trigger) { EXPECT_TRUE(trigger.SetSource(2)); }),
+  EXPECT_THAT(CallsAfter([](auto& trigger) { EXPECT_TRUE(trigger.SetSource(BImagingDeviceTrigger::eFreeRun)); }),
               ElementsAre(kModeOn, kFrameStart, set_to("Freerun")));
-  EXPECT_THAT(CallsAfter([](auto& trigger) { EXPECT_TRUE(trigger.SetSource(5)); }), ElementsAre(kModeOn, kFrameStart));
+  EXPECT_THAT(CallsAfter([](auto& trigger) { EXPECT_TRUE(trigger.SetSource(kNoSource)); }),
+              ElementsAre(kModeOn, kFrameStart));
   EXPECT_THAT(CallsAfter([](auto& trigger) { trigger.SetOn(); }),
               ElementsAre(kModeOn, kFrameStart, set_to("Software")));
 }
 
 TEST_F(Trigger, AnExternalOneDoesNotGoToFreeRun) {
   ASSERT_TRUE(Open());
-  EXPECT_THAT(CallsAfter([](auto& trigger) { EXPECT_TRUE(trigger.SetSource(2)); }, true), IsEmpty());
+  EXPECT_THAT(CallsAfter([](auto& trigger) { EXPECT_TRUE(trigger.SetSource(BImagingDeviceTrigger::eFreeRun)); }, true),
+              IsEmpty());
 }
 
 TEST_F(Trigger, AnExternalOneIsNotFired) {
@@ -163,9 +170,9 @@ TEST_F(Trigger, FiresAndWaitsUntilTheCameraIsDone) {
 
 TEST_F(Trigger, AnyEdgeButZeroIsTheFallingOne) {
   ASSERT_TRUE(Open());
-  EXPECT_THAT(CallsAfter([](auto& trigger) { EXPECT_TRUE(trigger.SetActivation(7)); }),
+  EXPECT_THAT(CallsAfter([](auto& trigger) { EXPECT_TRUE(trigger.SetActivation(kNoEdge)); }),
               ElementsAre("VmbFeatureEnumSet(\"TriggerActivation\", \"FallingEdge\")"));
-  EXPECT_THAT(CallsAfter([](auto& trigger) { EXPECT_TRUE(trigger.SetActivation(0)); }),
+  EXPECT_THAT(CallsAfter([](auto& trigger) { EXPECT_TRUE(trigger.SetActivation(BImagingDeviceTrigger::eRising)); }),
               ElementsAre("VmbFeatureEnumSet(\"TriggerActivation\", \"RisingEdge\")"));
 }
 
@@ -173,8 +180,8 @@ TEST_F(Trigger, ARefusedStepIsReported) {
   ASSERT_TRUE(Open());
   for (const char* feature : {"TriggerMode", "TriggerSelector", "TriggerSource"}) {
     cameras->ClearFaults();
-    cameras->FailCall("VmbFeatureEnumSet", feature, -6);
-    EXPECT_FALSE(Device().Trigger()->SetSource(0)) << feature;
+    cameras->FailCall("VmbFeatureEnumSet", feature, VmbErrorInvalidAccess);
+    EXPECT_FALSE(Device().Trigger()->SetSource(BImagingDeviceTrigger::eSoftware)) << feature;
   }
 }
 

@@ -1,5 +1,6 @@
 // device_test.cpp
 // The device's operations as the host calls them, one after the other in the table's order.
+#include "VimbaC.h"
 #include "bbaseaoi.h"
 #include "driver/opened_camera.h"
 #include "support/plain_device.h"
@@ -17,7 +18,7 @@ struct DeviceTest : OpenedCamera {
   }
 };
 
-TEST_F(DeviceTest, TellsWhatItIs) {
+TEST_F(DeviceTest, ReportsWhatItIs) {
   ASSERT_TRUE(Open());
   EXPECT_TRUE(Device().IsOpen());
   EXPECT_STREQ(Device().TypeName(), L"Vimba");
@@ -65,7 +66,7 @@ TEST_F(DeviceTest, WithoutBothBalancesThereIsNoRangeAndNoCallForIt) {
     cameras->Fault({{"call", "VmbFeatureEnumSet"},
                     {"feature", "BalanceRatioSelector"},
                     {"value", lacking},
-                    {"error", -11},
+                    {"error", VmbErrorInvalidValue},
                     {"count", 0}});
     profile.Key("Bayertype", "RGGB");
     ASSERT_TRUE(Reopen());
@@ -115,7 +116,15 @@ TEST_F(DeviceTest, GivesTheControlsByTheirTypes) {
 
 TEST_F(DeviceTest, GivesTheTriggerOnlyWhenItCanBeUsed) {
   ASSERT_TRUE(Open());
-  EXPECT_NE(Device().Trigger(), nullptr);
+  ASSERT_NE(Device().Trigger(), nullptr);
+  EXPECT_TRUE(Device().Trigger()->IsAvailable());
+  cameras->Fault({{"call", "VmbFeatureEnumSet"},
+                  {"feature", "TriggerSource"},
+                  {"value", "Line2"},
+                  {"error", VmbErrorInvalidValue},
+                  {"count", 0}});
+  ASSERT_TRUE(Reopen());
+  EXPECT_EQ(Device().Trigger(), nullptr);
 }
 
 TEST_F(DeviceTest, ReadsAndSetsTheStreamRate) {
@@ -123,9 +132,9 @@ TEST_F(DeviceTest, ReadsAndSetsTheStreamRate) {
   Forget();
   EXPECT_TRUE(Device().SetBandwidth(50'000'000));
   EXPECT_EQ(Device().GetBandwidth(), 50'000'000);
-  cameras->FailCall("VmbFeatureIntSet", "StreamBytesPerSecond", -6);
+  cameras->FailCall("VmbFeatureIntSet", "StreamBytesPerSecond", VmbErrorInvalidAccess);
   EXPECT_FALSE(Device().SetBandwidth(60'000'000));
-  cameras->FailCall("VmbFeatureIntGet", "StreamBytesPerSecond", -6);
+  cameras->FailCall("VmbFeatureIntGet", "StreamBytesPerSecond", VmbErrorInvalidAccess);
   EXPECT_EQ(Device().GetBandwidth(), 0);
   cameras->ClearCalls();
   EXPECT_FALSE(Device().SetBandwidth(50'000'000));
@@ -137,12 +146,13 @@ TEST_F(DeviceTest, ARateOutsideTheCamerasRangeIsNotClamped) {
   EXPECT_FALSE(Device().SetBandwidth(-1));
 }
 
-TEST_F(DeviceTest, TellsHowLongTheLastSnapTook) {
+TEST_F(DeviceTest, ReportsHowLongTheLastSnapTook) {
   ASSERT_TRUE(Open());
   EXPECT_EQ(Device().LastSnapTime(), 0.0);
   Device().StartSnap(true);
-  cameras->Fault({{"call", "VmbFeatureCommandRun"}, {"feature", "TriggerSoftware"}, {"error", -13}, {"count", 1}});
-  EXPECT_EQ(Device().Snap(nullptr, 30), BError(12106));
+  cameras->Fault(
+      {{"call", "VmbFeatureCommandRun"}, {"feature", "TriggerSoftware"}, {"error", VmbErrorOther}, {"count", 1}});
+  EXPECT_EQ(Device().Snap(nullptr, 30), BError(BError::eTimeout));
   Device().StopSnap();
   EXPECT_GE(Device().LastSnapTime(), 30.0);
 }

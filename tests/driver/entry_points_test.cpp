@@ -2,6 +2,7 @@
 // The six exports: what they give back, what they leave open, what they log.
 #include <gmock/gmock.h>
 
+#include "VimbaC.h"
 #include "support/driver_module.h"
 #include "support/host_output.h"
 #include "support/profile_file.h"
@@ -67,7 +68,7 @@ TEST_F(EntryPoints, AFailedCreationWithoutALiveDeviceClosesTheSystem) {
 }
 
 TEST_F(EntryPoints, ASystemThatCannotStartGivesNoDeviceAndNoLogLines) {
-  cameras.FailCall("VmbStartup", "", -14);
+  cameras.FailCall("VmbStartup", "", VmbErrorResources);
   EXPECT_EQ(TheModule().create(first.Open()), nullptr);
   EXPECT_THAT(cameras.Calls(), ElementsAre("VmbStartup()"));
   EXPECT_THAT(output.Diagnostics(L"Vimba Initialization"),
@@ -141,7 +142,7 @@ TEST_F(EntryPoints, TheListIsEmptyWithoutCameras) {
 }
 
 TEST_F(EntryPoints, TheListStaysAsItIsWhenTheSystemCannotStart) {
-  cameras.FailCall("VmbStartup", "", -1);
+  cameras.FailCall("VmbStartup", "", VmbErrorInternalFault);
   DList<WString> list;
   list.Append(L"something else");
   TheModule().list(list);
@@ -166,7 +167,7 @@ TEST_F(EntryPoints, ABadRotationReachesTheHostWithEverythingUndone) {
     TheModule().create(profile);
     FAIL() << "no error was thrown";
   } catch (const BError& error) {
-    EXPECT_EQ(error, BError(8420, profile->FileName(), L"RotateBy90Degree", L"2"));
+    EXPECT_EQ(error, BError(BError::eBadRotation, profile->FileName(), L"RotateBy90Degree", L"2"));
   }
   EXPECT_EQ(cameras.CallsOf("VmbCameraClose").size(), 1U);
   EXPECT_EQ(Shutdowns(), 1U);

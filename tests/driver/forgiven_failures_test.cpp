@@ -1,5 +1,6 @@
 // forgiven_failures_test.cpp
 // Calls whose result does not matter: a camera that refuses them is opened and serves all the same.
+#include "VimbaC.h"
 #include "driver/opened_camera.h"
 
 namespace {
@@ -16,7 +17,7 @@ struct ForgivenFailures : OpenedCamera, testing::WithParamInterface<Refusal> {};
 TEST_P(ForgivenFailures, LeaveACameraThatServes) {
   const Refusal& refusal = GetParam();
   cameras.emplace(SimulatedCamera());
-  nlohmann::json fault{{"call", refusal.call}, {"feature", refusal.feature}, {"error", -13}, {"count", 0}};
+  nlohmann::json fault{{"call", refusal.call}, {"feature", refusal.feature}, {"error", VmbErrorOther}, {"count", 0}};
   if (refusal.value) fault["value"] = refusal.value;
   cameras->Fault(fault);
   ASSERT_TRUE(Reopen());
@@ -50,7 +51,7 @@ struct ForgivenColourFailures : OpenedCamera {};
 TEST_F(ForgivenColourFailures, TheWayBackToTheRawFormat) {
   profile.Key("Bayertype", "RGGB").Key("COLORCODEcolor", "YUV");
   cameras.emplace(SimulatedCamera().Colour());
-  cameras->FailCall("VmbFeatureEnumSet", "PixelFormat", -13, 3);
+  cameras->FailCall("VmbFeatureEnumSet", "PixelFormat", VmbErrorOther, 3);
   ASSERT_TRUE(Reopen());
   EXPECT_EQ(Failures(), Texts{});
   EXPECT_THAT(LinesOf(output.Diagnostics(L"Initialize by camera").at(0)),
@@ -59,7 +60,7 @@ TEST_F(ForgivenColourFailures, TheWayBackToTheRawFormat) {
 
 TEST_F(ForgivenColourFailures, WithoutARateRangeTheDriversOwnIsTaken) {
   cameras.emplace(SimulatedCamera());
-  cameras->FailCall("VmbFeatureIntRangeQuery", "StreamBytesPerSecond", -13);
+  cameras->FailCall("VmbFeatureIntRangeQuery", "StreamBytesPerSecond", VmbErrorOther);
   ASSERT_TRUE(Reopen());
   const Texts lines = LinesOf(output.Diagnostics(L"Initialize by camera").at(0));
   EXPECT_THAT(lines, testing::Contains(L"StreamBytesPerSecond range = 45000000 , 4294967295"));

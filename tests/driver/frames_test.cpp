@@ -4,6 +4,8 @@
 #include <future>
 #include <thread>
 
+#include "VimbaC.h"
+#include "bstopwatch.h"
 #include "driver/opened_camera.h"
 
 namespace {
@@ -13,7 +15,9 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr std::uint32_t kDeadline = 5000;
+constexpr std::uint32_t kDeadlineMs = 5000;
+
+bool IsHandBack(const std::string& call) { return call.starts_with("VmbCaptureFrameQueue("); }
 
 struct Frames : OpenedCamera {
   // A continuous acquisition that waits for software triggers: nothing arrives but what the test delivers.
@@ -25,12 +29,13 @@ struct Frames : OpenedCamera {
   std::uint64_t ScanStart() const {
     return std::stoull(cameras->State()["features"]["GevTimestampValue"].get<std::string>());
   }
+  int RingFrames() const { return cameras->State()["announced"].get<int>(); }
   void WaitForFullRing() const {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kDeadline);
-    while (cameras->State()["queued"] != 10) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kDeadlineMs);
+    while (cameras->State()["queued"] != RingFrames()) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
   }
   Texts CallbackMessage() {
-    EXPECT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, kDeadline));
+    EXPECT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, kDeadlineMs));
     return Message(L"OnFrameExt()");
   }
 };
@@ -38,7 +43,7 @@ struct Frames : OpenedCamera {
 TEST_F(Frames, AGoodFrameIsCopiedAndHandedBack) {
   StartWaiting();
   cameras->Deliver({{"timestamp", 77'000'000'000'000}, {"frameID", 5}});
-  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError());
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError());
   EXPECT_THAT(
       CallbackMessage(),
       ElementsAre(L"OnFrameExt()", L"Start",
@@ -51,14 +56,14 @@ TEST_F(Frames, AFrameAsOldAsTheScanStartIsAccepted) {
   StartWaiting();
   const std::uint64_t start = ScanStart();
   cameras->Deliver({{"timestamp", start}});
-  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError());
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError());
 }
 
 TEST_F(Frames, AnOlderFrameIsHandedBackAndTheSnapGoesOnWaiting) {
   StartWaiting();
   const std::uint64_t start = ScanStart();
   cameras->Deliver({{"timestamp", start - 1}, {"flags", 0}});
-  EXPECT_EQ(Device().Snap(nullptr, 50), BError(12106));
+  EXPECT_EQ(Device().Snap(nullptr, 50), BError(BError::eTimeout));
   EXPECT_THAT(CallbackMessage(), ElementsAre(L"OnFrameExt()", L"Start", L"Frame context id = 0 FrameStatusComplete",
                                              L"VmbCaptureFrameQueue ok",
                                              L"Invalid timestamp " + std::to_wstring(start - 1) + L" < " +
@@ -77,44 +82,46 @@ struct ReceiveFailures : Frames, testing::WithParamInterface<ReceiveFailure> {};
 TEST_P(ReceiveFailures, WakeTheSnapWithTheirCode) {
   StartWaiting();
   cameras->Deliver({{"status", GetParam().status}, {"flags", 0}});
-  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError(GetParam().code));
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError(GetParam().code));
   EXPECT_THAT(
       CallbackMessage(),
       ElementsAre(L"OnFrameExt()", L"Start", std::wstring(L"Frame context id = 0") + GetParam().described,
                   L"VmbCaptureFrameQueue ok", L"ReceiveStatus failure " + std::to_wstring(GetParam().status), L"End"));
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryStatus, ReceiveFailures,
-                         testing::Values(ReceiveFailure{-1, 12103, L" FrameStatusInComplete"},
-                                         ReceiveFailure{-2, 12108, L" FrameStatusTooSmall"},
-                                         ReceiveFailure{-3, 12110, L" FrameStatusInvalid"},
-                                         ReceiveFailure{-9, 12110, L"unknown FrameStatus"},
-                                         ReceiveFailure{3, 12110, L"unknown FrameStatus"}));
+INSTANTIATE_TEST_SUITE_P(
+    EveryStatus, ReceiveFailures,
+    testing::Values(ReceiveFailure{VmbFrameStatusIncomplete, BError::eAcquisitionFailed, L" FrameStatusInComplete"},
+                    ReceiveFailure{VmbFrameStatusTooSmall, BError::eFrameTooSmall, L" FrameStatusTooSmall"},
+                    ReceiveFailure{VmbFrameStatusInvalid, BError::eFrameInvalid, L" FrameStatusInvalid"},
+                    ReceiveFailure{-9, BError::eFrameInvalid, L"unknown FrameStatus"},
+                    ReceiveFailure{3, BError::eFrameInvalid, L"unknown FrameStatus"}));
 
 TEST_F(Frames, ABadFrameThatCannotBeHandedBackFailsTwice) {
   StartWaiting();
-  cameras->FailCall("VmbCaptureFrameQueue", "", -13, 1);
-  cameras->Deliver({{"status", -3}, {"flags", 0}});
-  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError(12103, L" ReQueueFrame failed"));
-  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError(12110));
+  cameras->FailCall("VmbCaptureFrameQueue", "", VmbErrorOther, 1);
+  cameras->Deliver({{"status", VmbFrameStatusInvalid}, {"flags", 0}});
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError(BError::eAcquisitionFailed, L" ReQueueFrame failed"));
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError(BError::eFrameInvalid));
   EXPECT_THAT(CallbackMessage(), Contains(L"VmbCaptureFrameQueue failed"));
 }
 
 TEST_F(Frames, AGoodFrameThatCannotBeHandedBackIsFollowedByAFailure) {
   StartWaiting();
-  cameras->FailCall("VmbCaptureFrameQueue", "", -13, 1);
+  cameras->FailCall("VmbCaptureFrameQueue", "", VmbErrorOther, 1);
   cameras->Deliver();
-  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError());
-  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError(12103, L" ReQueueFrame failed"));
-  EXPECT_EQ(cameras->State()["queued"], 9);
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError());
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError(BError::eAcquisitionFailed, L" ReQueueFrame failed"));
+  EXPECT_EQ(cameras->State()["queued"], RingFrames() - 1);
 }
 
 TEST_F(Frames, HandedBackFramesGetTheNextIds) {
   StartWaiting();
   for (int i = 0; i < 25; ++i) {
     cameras->Deliver();
-    ASSERT_EQ(Device().Snap(nullptr, kDeadline), BError());
-    WaitForFullRing();  // two workers may hand their frames back in either order
+    ASSERT_EQ(Device().Snap(nullptr, kDeadlineMs), BError());
+    // Otherwise two workers might hand their frames back in either order.
+    WaitForFullRing();
   }
   Device().StopSnap();
   const Texts lines = LinesOf(output.Diagnostics(L"StopSnap").at(0));
@@ -127,7 +134,7 @@ TEST_F(Frames, ACameraWithoutALatchRefusesEveryFrame) {
   for (const char* feature : {"GevTimestampControlLatch", "GevTimestampValue"}) {
     StartWaiting(SimulatedCamera().Missing(feature));
     cameras->Deliver({{"timestamp", 9}, {"flags", 0}});
-    EXPECT_EQ(Device().Snap(nullptr, 30), BError(12106));
+    EXPECT_EQ(Device().Snap(nullptr, 30), BError(BError::eTimeout));
     EXPECT_THAT(CallbackMessage(), Contains(L"Invalid timestamp 9 < 18446744073709551615 (StartScan)"));
     device.reset();
   }
@@ -136,10 +143,10 @@ TEST_F(Frames, ACameraWithoutALatchRefusesEveryFrame) {
 TEST_F(Frames, AFrameOfAnEarlierAcquisitionIsNotPopped) {
   StartWaiting();
   cameras->Deliver();
-  ASSERT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, kDeadline));
+  ASSERT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, kDeadlineMs));
   Device().StopSnap();
   Device().StartSnap(false);
-  EXPECT_EQ(Device().Snap(nullptr, 30), BError(12106));
+  EXPECT_EQ(Device().Snap(nullptr, 30), BError(BError::eTimeout));
 }
 
 // The first device lists the second as its partner.
@@ -160,12 +167,12 @@ TEST_F(PartnersFrames, AFailedFrameAbortsTheSnapsOfPartners) {
   ASSERT_TRUE(OpenPartners());
   Device().StartSnap(false);
   (*other)->StartSnap(false);
-  cameras->Deliver({{"status", -2}});
-  EXPECT_EQ((*other)->Snap(nullptr, kDeadline), BError(12109));
-  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError(12108));
-  cameras->Deliver({{"status", -2}}, 2);
-  EXPECT_EQ((*other)->Snap(nullptr, kDeadline), BError(12108));
-  EXPECT_EQ(Device().Snap(nullptr, 0), BError(12106)) << "partnership is one-way";
+  cameras->Deliver({{"status", VmbFrameStatusTooSmall}});
+  EXPECT_EQ((*other)->Snap(nullptr, kDeadlineMs), BError(BError::eAborted));
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError(BError::eFrameTooSmall));
+  cameras->Deliver({{"status", VmbFrameStatusTooSmall}}, 2);
+  EXPECT_EQ((*other)->Snap(nullptr, kDeadlineMs), BError(BError::eFrameTooSmall));
+  EXPECT_EQ(Device().Snap(nullptr, 0), BError(BError::eTimeout)) << "partnership is one-way";
 }
 
 TEST_F(PartnersFrames, AFailedFrameDoesNotWaitForADeviceThatComparesRates) {
@@ -177,30 +184,36 @@ TEST_F(PartnersFrames, AFailedFrameDoesNotWaitForADeviceThatComparesRates) {
                   {"camera", "DEV_000F31000002"},
                   {"delay_ms", 2000}});
   const std::future<void> comparing = std::async(std::launch::async, [this] { Device().StartSnap(false); });
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kDeadline);
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kDeadlineMs);
   while (cameras->CallsOf("VmbFeatureIntGet").empty()) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
 
-  cameras->Deliver({{"status", -1}}, 2);
+  cameras->Deliver({{"status", VmbFrameStatusIncomplete}}, 2);
 
   EXPECT_NE(comparing.wait_for(std::chrono::seconds(0)), std::future_status::ready);
-  EXPECT_EQ((*other)->Snap(nullptr, kDeadline), BError(12103));
+  EXPECT_EQ((*other)->Snap(nullptr, kDeadlineMs), BError(BError::eAcquisitionFailed));
 }
 
 TEST_F(PartnersFrames, ADestroyedPartnerIsReachedByNobody) {
   ASSERT_TRUE(OpenPartners());
   other.reset();
   Device().StartSnap(false);
-  cameras->Deliver({{"status", -1}});
-  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError(12103));
+  cameras->Deliver({{"status", VmbFrameStatusIncomplete}});
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError(BError::eAcquisitionFailed));
   Device().StopSnap();
 }
 
+// Each worker hands its frame back as its last act on the device.
 TEST_F(Frames, WorkersThatStillCopyAreLetFinishBeforeTheirDeviceGoes) {
+  constexpr std::size_t kWorkers = 8;
   for (int round = 0; round < 20; ++round) {
     ASSERT_TRUE(Open(SimulatedCamera().Sensor(1280, 1024).With("scene", "none")));
     Device().StartSnap(false);
-    for (int frame = 0; frame < 8; ++frame) cameras->Deliver();
+    Forget();
+    for (std::size_t frame = 0; frame < kWorkers; ++frame) cameras->Deliver();
     device.reset();
+    std::vector<std::string> calls = cameras->Calls();
+    calls.erase(std::find(calls.begin(), calls.end(), "VmbCaptureQueueFlush()"), calls.end());
+    EXPECT_EQ(std::count_if(calls.begin(), calls.end(), IsHandBack), kWorkers);
   }
 }
 
@@ -210,24 +223,29 @@ TEST_F(Frames, AHostThatTakesNoneHoldsTheRingBackUntilItTakesThemOrLetsGo) {
   Device().StartSnap(false);
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
   while (cameras->State()["queued"] != 0) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
-  for (int i = 0; i < 60; ++i) ASSERT_EQ(Device().Snap(nullptr, kDeadline), BError());
+  for (int i = 0; i < 60; ++i) ASSERT_EQ(Device().Snap(nullptr, kDeadlineMs), BError());
   while (cameras->State()["queued"] != 0) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
   device.reset();
 }
 
+// The time of a message's first line, in milliseconds.
+double FirstTime(const std::wstring& message) {
+  const std::wstring line = message.substr(message.find(L'\n') + 1);
+  return std::stod(line.substr(line.find(L" : ") + 3));
+}
+
 TEST_F(Frames, MessagesOfCallbacksCountOnTheClockOfTheSnap) {
+  constexpr double kRunsForMs = 5.0;
   StartWaiting();
-  std::this_thread::sleep_for(std::chrono::milliseconds(30));
+  const BStopWatch since_start;
+  while (since_start.PeriodD() < kRunsForMs) std::this_thread::yield();
   cameras->Deliver();
-  ASSERT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, kDeadline));
-  double start_time = 0.0;
-  for (const std::wstring& message : output.WithCaption(L"")) {
-    if (message.find(L"OnFrameExt()") != std::wstring::npos) {
-      const std::wstring line = message.substr(message.find(L'\n') + 1);
-      start_time = std::stod(line.substr(line.find(L" : ") + 3));
-    }
-  }
-  EXPECT_GE(start_time, 30.0);
+  ASSERT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, kDeadlineMs));
+  const Texts messages = output.WithCaption(L"");
+  const auto of_callback = [](const std::wstring& text) { return text.find(L"OnFrameExt()") != text.npos; };
+  const auto message = std::find_if(messages.begin(), messages.end(), of_callback);
+  ASSERT_NE(message, messages.end());
+  EXPECT_GE(FirstTime(*message), kRunsForMs);
 }
 
 }  // namespace

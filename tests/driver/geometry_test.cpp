@@ -1,5 +1,6 @@
 // geometry_test.cpp
 // Pixel formats, binning and area of interest by the profile, and the colour-mode switch.
+#include "VimbaC.h"
 #include "bpoint.h"
 #include "driver/opened_camera.h"
 
@@ -40,14 +41,14 @@ TEST_F(Geometry, AColourCameraEndsAtItsRawFormat) {
   EXPECT_THAT(LinesOf(output.Diagnostics(L"Initialize by camera").at(0)), Contains(L"PixelFormat = BayerRG8"));
 }
 
-TEST_F(Geometry, ACameraThatDoesNotTellItsSensorTypeIsMonochrome) {
+TEST_F(Geometry, ACameraThatDoesNotReportItsSensorTypeIsMonochrome) {
   ASSERT_TRUE(Open(SimulatedCamera().Colour().Missing("SensorType")));
   EXPECT_FALSE(Device().IsColor());
 }
 
 TEST_F(Geometry, AFormatThatCannotBeReadBackIsOnlyLogged) {
   cameras.emplace(SimulatedCamera());
-  cameras->FailCall("VmbFeatureEnumGet", "PixelFormat", -13);
+  cameras->FailCall("VmbFeatureEnumGet", "PixelFormat", VmbErrorOther);
   ASSERT_TRUE(Reopen());
   EXPECT_THAT(LinesOf(output.Diagnostics(L"Initialize by camera").at(0)),
               Contains(L"VmbFeatureEnumGet PixelFormat failed"));
@@ -151,11 +152,11 @@ TEST_F(Geometry, AFailedSwitchIsShownAlikeInBothDirections) {
   profile.Key("Bayertype", "RGGB").Key("COLORCODEcolor", "YUV");
   ASSERT_TRUE(Open(SimulatedCamera().Colour()));
   Forget();
-  cameras->FailCall("VmbFeatureEnumSet", "PixelFormat", -6, 1);
+  cameras->FailCall("VmbFeatureEnumSet", "PixelFormat", VmbErrorInvalidAccess, 1);
   EXPECT_FALSE(Device().SetColorMode(true));
   EXPECT_THAT(Failures(), ElementsAre(L"ColorCodeColor failed"));
   EXPECT_TRUE(Device().SetColorMode(true));
-  cameras->FailCall("VmbFeatureEnumSet", "PixelFormat", -6, 1);
+  cameras->FailCall("VmbFeatureEnumSet", "PixelFormat", VmbErrorInvalidAccess, 1);
   EXPECT_FALSE(Device().SetColorMode(false));
   EXPECT_THAT(Failures(), ElementsAre(L"ColorCodeColor failed", L"ColorCodeColor failed"));
 }

@@ -2,6 +2,7 @@
 // A host that writes numbers its own way: messages read alike all the same.
 #include <locale>
 
+#include "VimbaC.h"
 #include "driver/opened_camera.h"
 
 namespace {
@@ -28,9 +29,9 @@ TEST_F(Locale, OfTheHostDoesNotShowInMessages) {
   const Texts opening = LinesOf(output.Diagnostics(L"Initialize by camera").at(0));
   EXPECT_THAT(opening, Contains(L"StreamBytesPerSecond range = 45000000 , 125000000"));
   Forget();
-  cameras->FailCall("VmbFeatureCommandRun", "TriggerSoftware", -13, 1);
+  cameras->FailCall("VmbFeatureCommandRun", "TriggerSoftware", VmbErrorOther, 1);
   Device().StartSnap(true);
-  EXPECT_EQ(Device().Snap(nullptr, 10), BError(12106));
+  EXPECT_EQ(Device().Snap(nullptr, 10), BError(BError::eTimeout));
   Device().StopSnap();
   EXPECT_THAT(Message(L"StopSnap!"),
               ElementsAre(L"StopSnap!", L"Start", L"VmbFeatureCommandRun AcquisitionStop returns 0",

@@ -4,6 +4,7 @@
 #include <future>
 #include <thread>
 
+#include "VimbaC.h"
 #include "driver/opened_camera.h"
 
 namespace {
@@ -39,11 +40,11 @@ TEST_F(SnapExclusion, AStopWaitsForTheSnapThatRuns) {
   ASSERT_TRUE(Open());
   Device().StartSnap(true);
   Forget();
-  cameras->FailCall("VmbFeatureCommandRun", "TriggerSoftware", -13);
+  cameras->FailCall("VmbFeatureCommandRun", "TriggerSoftware", VmbErrorOther);
   std::future<BError> snap = std::async(std::launch::async, [this] { return Device().Snap(nullptr, 300); });
   WaitForTheTrigger();
   Device().StopSnap();
-  EXPECT_EQ(snap.get(), BError(12106));
+  EXPECT_EQ(snap.get(), BError(BError::eTimeout));
   EXPECT_EQ(Order(), (Texts{L"Snap", L"StopSnap!"}));
 }
 
@@ -51,18 +52,18 @@ TEST_F(SnapExclusion, AStartWaitsForTheSnapThatRuns) {
   ASSERT_TRUE(Open());
   Device().StartSnap(true);
   Forget();
-  cameras->FailCall("VmbFeatureCommandRun", "TriggerSoftware", -13);
+  cameras->FailCall("VmbFeatureCommandRun", "TriggerSoftware", VmbErrorOther);
   std::future<BError> snap = std::async(std::launch::async, [this] { return Device().Snap(nullptr, 300); });
   WaitForTheTrigger();
   Device().StartSnap(true);
-  EXPECT_EQ(snap.get(), BError(12106));
+  EXPECT_EQ(snap.get(), BError(BError::eTimeout));
   EXPECT_EQ(Order(), (Texts{L"Snap", L"StartSnap( one_shot = True )"}));
   Device().StopSnap();
 }
 
 TEST_F(SnapExclusion, AFailedStartLetsOtherThreadsGoOn) {
   ASSERT_TRUE(Open());
-  cameras->FailCall("VmbFeatureCommandRun", "AcquisitionStart", -13, 1);
+  cameras->FailCall("VmbFeatureCommandRun", "AcquisitionStart", VmbErrorOther, 1);
   EXPECT_THROW(Device().StartSnap(true), BError);
   EXPECT_TRUE(EndsElsewhere([this] { Device().StopSnap(); }));
 }
@@ -70,10 +71,10 @@ TEST_F(SnapExclusion, AFailedStartLetsOtherThreadsGoOn) {
 TEST_F(SnapExclusion, AFailedSnapAndAFailedStopLetOtherThreadsGoOn) {
   ASSERT_TRUE(Open());
   Device().StartSnap(true);
-  cameras->FailCall("VmbFeatureCommandRun", "TriggerSoftware", -13, 1);
-  EXPECT_EQ(Device().Snap(nullptr, 0), BError(12106));
+  cameras->FailCall("VmbFeatureCommandRun", "TriggerSoftware", VmbErrorOther, 1);
+  EXPECT_EQ(Device().Snap(nullptr, 0), BError(BError::eTimeout));
   EXPECT_TRUE(EndsElsewhere([this] { EXPECT_EQ(Device().Snap(nullptr, 5000), BError()); }));
-  cameras->FailCall("VmbFeatureCommandRun", "AcquisitionStop", -13, 1);
+  cameras->FailCall("VmbFeatureCommandRun", "AcquisitionStop", VmbErrorOther, 1);
   EXPECT_THROW(Device().StopSnap(), BError);
   EXPECT_TRUE(EndsElsewhere([this] { Device().StopSnap(); }));
 }

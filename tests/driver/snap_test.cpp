@@ -1,5 +1,8 @@
 // snap_test.cpp
 // Start, snap, stop: what is sent to the camera, what is told, what the host gets.
+#include <set>
+
+#include "VimbaC.h"
 #include "bbaseaoi.h"
 #include "driver/opened_camera.h"
 #include "support/picture_file.h"
@@ -9,10 +12,12 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 
-constexpr std::uint32_t kDeadline = 5000;
+constexpr std::uint32_t kDeadlineMs = 5000;
+// A format that the driver does not convert.
+constexpr std::uint32_t kMono10 = 0x01100003;
 
 struct Snap : OpenedCamera {
-  BError SnapOnce(BBaseAoi* aoi = nullptr, std::uint32_t timeout_ms = kDeadline) {
+  BError SnapOnce(BBaseAoi* aoi = nullptr, std::uint32_t timeout_ms = kDeadlineMs) {
     Device().StartSnap(true);
     BError error = Device().Snap(aoi, timeout_ms);
     Device().StopSnap();
@@ -28,7 +33,7 @@ struct Snap : OpenedCamera {
   }
 };
 
-TEST_F(Snap, ASingleFrameIsToldInThreeMessages) {
+TEST_F(Snap, ASingleFrameIsReportedInThreeMessages) {
   ASSERT_TRUE(Open());
   Forget();
   ASSERT_EQ(SnapOnce(), BError());
@@ -47,11 +52,11 @@ TEST_F(Snap, ASingleFrameIsToldInThreeMessages) {
 
 TEST_F(Snap, AContinuousRunIsNotFired) {
   ASSERT_TRUE(Open());
-  Device().Trigger()->SetSource(2);
+  Device().Trigger()->SetSource(BImagingDeviceTrigger::eFreeRun);
   Forget();
   Device().StartSnap(false);
-  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError());
-  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError());
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError());
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError());
   Device().StopSnap();
   EXPECT_THAT(Message(L"StartSnap( one_shot = False )"), Contains(L"Set feature AcquisitionMode = Continuous -> 0"));
   EXPECT_THAT(cameras->CallsOf("VmbFeatureCommandRun"),
@@ -60,9 +65,9 @@ TEST_F(Snap, AContinuousRunIsNotFired) {
 
 TEST_F(Snap, ATimeOutIsRecordedAndListed) {
   ASSERT_TRUE(Open());
-  cameras->FailCall("VmbFeatureCommandRun", "TriggerSoftware", -13, 1);
+  cameras->FailCall("VmbFeatureCommandRun", "TriggerSoftware", VmbErrorOther, 1);
   Forget();
-  EXPECT_EQ(SnapOnce(nullptr, 20), BError(12106));
+  EXPECT_EQ(SnapOnce(nullptr, 20), BError(BError::eTimeout));
   EXPECT_THAT(Message(L": Snap"), ElementsAre(L"Snap", L"Start", L"Fire SW trigger", L"Frame Id = 18446744073709551615",
                                               L"Frame error code = 12106", L"End"));
   const Texts stop = Message(L"StopSnap!");
@@ -73,9 +78,9 @@ TEST_F(Snap, ATimeOutIsRecordedAndListed) {
 
 TEST_F(Snap, AStartForgetsTheFailureBefore) {
   ASSERT_TRUE(Open());
-  cameras->FailCall("VmbFeatureCommandRun", "TriggerSoftware", -13, 1);
+  cameras->FailCall("VmbFeatureCommandRun", "TriggerSoftware", VmbErrorOther, 1);
   Device().StartSnap(true);
-  EXPECT_EQ(Device().Snap(nullptr, 10), BError(12106));
+  EXPECT_EQ(Device().Snap(nullptr, 10), BError(BError::eTimeout));
   EXPECT_EQ(SnapOnce(), BError());
   EXPECT_THAT(output.Diagnostics(L"StopSnap!"), testing::IsEmpty());
   EXPECT_THAT(Message(L"StopSnap"), Contains(L"Received 1 Frames [0]"));
@@ -132,17 +137,23 @@ TEST_F(Snap, ARotatedPictureIsTurnedByAQuarter) {
   }
 }
 
-TEST_F(Snap, AColourCameraFillsBothKindsOfArea) {
+TEST_F(Snap, AColourCameraFillsBothKindsOfAreaByTheConversionThatTheirTextAsksFor) {
   profile.Key("Bayertype", "RGGB");
   ASSERT_TRUE(Open(Still().Colour()));
+  std::set<std::vector<std::uint8_t>> rgb_pictures;
+  std::set<std::vector<std::uint8_t>> mono_pictures;
   for (const wchar_t* text : {L"", L"[l]", L"[P]"}) {
     BBaseAoi rgb(BBaseAoi::eRgb, text);
     BBaseAoi mono(BBaseAoi::eMono8, text);
-    EXPECT_EQ(SnapOnce(&rgb), BError());
-    EXPECT_EQ(SnapOnce(&mono), BError());
-    EXPECT_EQ(rgb.ImageSize(), (BSize{64, 48}));
-    EXPECT_EQ(mono.ImageSize(), (BSize{64, 48}));
+    ASSERT_EQ(SnapOnce(&rgb), BError());
+    ASSERT_EQ(SnapOnce(&mono), BError());
+    ASSERT_EQ(rgb.ImageSize(), (BSize{64, 48}));
+    ASSERT_EQ(mono.ImageSize(), (BSize{64, 48}));
+    rgb_pictures.emplace(rgb.Rgb()->Row(0), rgb.Rgb()->Row(0) + std::size_t{3} * 64);
+    mono_pictures.emplace(mono.Mono()->Row(0), mono.Mono()->Row(0) + 64);
   }
+  EXPECT_EQ(rgb_pictures.size(), 2U) << "a good and a fast conversion";
+  EXPECT_EQ(mono_pictures.size(), 3U) << "a good, a fast and a plain one";
 }
 
 TEST_F(Snap, ColourFormatsNeedAPayloadThatIsLargeEnough) {
@@ -150,7 +161,7 @@ TEST_F(Snap, ColourFormatsNeedAPayloadThatIsLargeEnough) {
   BBaseAoi rgb(BBaseAoi::eRgb);
   ASSERT_TRUE(Open(SimulatedCamera().Colour()));
   ASSERT_TRUE(Device().SetColorMode(true));
-  EXPECT_EQ(SnapOnce(&rgb), BError(12108));
+  EXPECT_EQ(SnapOnce(&rgb), BError(BError::eFrameTooSmall));
   device.reset();
   ASSERT_TRUE(Open(SimulatedCamera().Colour().WidestPayload()));
   ASSERT_TRUE(Device().SetColorMode(true));
@@ -165,8 +176,8 @@ TEST_F(Snap, AFrameThatClaimsAWiderFormatThanItHoldsLeavesTheAreasPixelsAlone) {
   BBaseAoi rgb(BBaseAoi::eRgb);
   rgb.Reset({64, 48});
   rgb.Rgb()->Row(5)[7] = 123;
-  cameras->Deliver({{"pixelFormat", 0x0210001F}});
-  EXPECT_EQ(Device().Snap(&rgb, kDeadline), BError());
+  cameras->Deliver({{"pixelFormat", VmbPixelFormatYuv422}});
+  EXPECT_EQ(Device().Snap(&rgb, kDeadlineMs), BError());
   EXPECT_EQ(rgb.Rgb()->Row(5)[7], 123);
   Device().StopSnap();
 }
@@ -177,8 +188,8 @@ TEST_F(Snap, AFrameOfAnUnlistedFormatLeavesTheAreasPixelsAlone) {
   BBaseAoi mono(BBaseAoi::eMono8);
   mono.Reset({64, 48});
   mono.Mono()->Row(5)[7] = 123;
-  cameras->Deliver({{"pixelFormat", 0x01100003}});
-  EXPECT_EQ(Device().Snap(&mono, kDeadline), BError());
+  cameras->Deliver({{"pixelFormat", kMono10}});
+  EXPECT_EQ(Device().Snap(&mono, kDeadlineMs), BError());
   EXPECT_EQ(mono.Mono()->Row(5)[7], 123);
   Device().StopSnap();
 }
@@ -191,7 +202,7 @@ TEST_F(Snap, AnExternalTriggerIsSwitchedToTheLineAndBack) {
   EXPECT_THAT(Message(L"StartSnap( one_shot = True )"), Contains(L"Trigger is on: 1"));
   EXPECT_THAT(cameras->CallsOf("VmbFeatureEnumSet"), Contains("VmbFeatureEnumSet(\"TriggerSource\", \"Line2\")"));
   cameras->ClearCalls();
-  EXPECT_EQ(Device().Snap(nullptr, 20), BError(12106));
+  EXPECT_EQ(Device().Snap(nullptr, 20), BError(BError::eTimeout));
   EXPECT_EQ(cameras->Calls().back(), "VmbFeatureEnumSet(\"TriggerSource\", \"Software\")");
   EXPECT_THAT(Message(L": Snap"), testing::Not(Contains(L"Fire SW trigger")));
   Device().StopSnap();
@@ -202,7 +213,7 @@ TEST_F(Snap, AContinuousExternalRunGoesBackToSoftwareWhenItStops) {
   Device().Trigger()->SetExternal(true);
   Device().StartSnap(false);
   Forget();
-  EXPECT_EQ(Device().Snap(nullptr, 20), BError(12106));
+  EXPECT_EQ(Device().Snap(nullptr, 20), BError(BError::eTimeout));
   EXPECT_TRUE(cameras->Calls().empty());
   Device().StopSnap();
   EXPECT_EQ(cameras->Calls().at(2), "VmbFeatureEnumSet(\"TriggerSource\", \"Software\")");
@@ -222,12 +233,12 @@ struct FailingStart : Snap, testing::WithParamInterface<FailingSnapCall> {};
 TEST_P(FailingStart, ThrowsAndCanBeTriedAgain) {
   ASSERT_TRUE(Open());
   Forget();
-  cameras->FailCall(GetParam().call, GetParam().feature, -13, 1);
+  cameras->FailCall(GetParam().call, GetParam().feature, VmbErrorOther, 1);
   try {
     Device().StartSnap(true);
     FAIL() << "no error was thrown";
   } catch (const BError& error) {
-    EXPECT_EQ(error, BError(12103, GetParam().text));
+    EXPECT_EQ(error, BError(BError::eAcquisitionFailed, GetParam().text));
   }
   EXPECT_THAT(Message(GetParam().message), Contains(GetParam().line));
   EXPECT_EQ(SnapOnce(), BError());
@@ -244,14 +255,14 @@ INSTANTIATE_TEST_SUITE_P(EveryStep, FailingStart,
 TEST_F(Snap, AFailedStopThrowsAndCanBeTriedAgain) {
   ASSERT_TRUE(Open());
   Device().StartSnap(true);
-  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError());
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError());
   Forget();
-  cameras->FailCall("VmbFeatureCommandRun", "AcquisitionStop", -13, 1);
+  cameras->FailCall("VmbFeatureCommandRun", "AcquisitionStop", VmbErrorOther, 1);
   try {
     Device().StopSnap();
     FAIL() << "no error was thrown";
   } catch (const BError& error) {
-    EXPECT_EQ(error, BError(12103, L"AcquisitionStop failed"));
+    EXPECT_EQ(error, BError(BError::eAcquisitionFailed, L"AcquisitionStop failed"));
   }
   EXPECT_THAT(Message(L"StopSnap"),
               ElementsAre(L"StopSnap", L"Start", L"VmbFeatureCommandRun AcquisitionStop returns -13", L"End"));
@@ -262,15 +273,21 @@ TEST_F(Snap, StatusesThatNobodyKnowsCountAsFailures) {
   ASSERT_TRUE(Open());
   Device().StartSnap(false);
   cameras->Deliver({{"status", 42}});
-  EXPECT_EQ(Device().Snap(nullptr, kDeadline), BError(12110));
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError(BError::eFrameInvalid));
   Device().StopSnap();
 }
 
-TEST_F(Snap, AnUnpluggedCameraTimesOutAndIsReleasedCleanly) {
+TEST_F(Snap, AnUnpluggedCameraCannotBeStartedAndIsReleasedCleanly) {
   ASSERT_TRUE(Open());
   cameras->Unplug();
-  EXPECT_THROW(Device().StartSnap(true), BError);
+  try {
+    Device().StartSnap(true);
+    FAIL() << "no error was thrown";
+  } catch (const BError& error) {
+    EXPECT_EQ(error, BError(BError::eAcquisitionFailed, L"AcquisitionMode failed"));
+  }
   EXPECT_TRUE(device->Release());
+  EXPECT_THAT(cameras->CallsOf("VmbCameraClose"), ElementsAre("VmbCameraClose()"));
 }
 
 }  // namespace

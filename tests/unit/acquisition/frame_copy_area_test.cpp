@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "VimbaC.h"
 #include "unit/acquisition/frame_copy_cases.h"
 
 namespace {
@@ -50,7 +51,7 @@ TEST(FrameCopyReset, AnAreaIsResetEvenWhenItsPixelsAreNotCopied) {
   MonoArea area(L"[p]");
   area.SetOffset({-3, 8});
 
-  CopyFrameToMonoAoi(*RandomFrame(0x02180014), MonoCamera(), area);
+  CopyFrameToMonoAoi(*RandomFrame(VmbPixelFormatRgb8), MonoCamera(), area);
 
   EXPECT_EQ(area.Offset(), BPoint());
   EXPECT_EQ(area.Text().Str(), L"[p]");

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "VimbaC.h"
 #include "nboard.h"
 #include "unit/acquisition/frame_copy_cases.h"
 

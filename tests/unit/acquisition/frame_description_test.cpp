@@ -1,6 +1,7 @@
 // frame_description_test.cpp
 // The line that tells what the library delivered.
 #include "acquisition/frame_description.h"
+#include "VimbaC.h"
 
 #include <gtest/gtest.h>
 
@@ -34,9 +35,9 @@ TEST(FrameDescription, NamesEveryStatus) {
     const wchar_t* text;
   };
   const Row rows[] = {{0, L"Frame context id = 17 FrameStatusComplete"},
-                      {-1, L"Frame context id = 17 FrameStatusInComplete"},
-                      {-2, L"Frame context id = 17 FrameStatusTooSmall"},
-                      {-3, L"Frame context id = 17 FrameStatusInvalid"},
+                      {VmbFrameStatusIncomplete, L"Frame context id = 17 FrameStatusInComplete"},
+                      {VmbFrameStatusTooSmall, L"Frame context id = 17 FrameStatusTooSmall"},
+                      {VmbFrameStatusInvalid, L"Frame context id = 17 FrameStatusInvalid"},
                       {-4, L"Frame context id = 17unknown FrameStatus"},
                       {1, L"Frame context id = 17unknown FrameStatus"},
                       {std::numeric_limits<VmbFrameStatus_t>::min(), L"Frame context id = 17unknown FrameStatus"}};

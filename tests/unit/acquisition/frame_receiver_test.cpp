@@ -4,6 +4,7 @@
 
 #include <array>
 
+#include "VimbaC.h"
 #include "acquisition/frame_description.h"
 #include "diagnostics/log_collector.h"
 #include "unit/acquisition/scripted_camera.h"

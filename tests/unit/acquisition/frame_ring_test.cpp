@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "VimbaC.h"
 #include "acquisition/frame_description.h"
 #include "diagnostics/log_collector.h"
 #include "unit/acquisition/scripted_camera.h"

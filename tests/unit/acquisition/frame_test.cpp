@@ -2,14 +2,16 @@
 // A frame's private copy, and the memory that such copies are made in.
 #include <gtest/gtest.h>
 
-#include <atomic>
+#include <chrono>
 #include <cstdint>
+#include <future>
 #include <limits>
 #include <memory>
 #include <thread>
 #include <utility>
 #include <vector>
 
+#include "VimbaC.h"
 #include "acquisition/frame_blocks.h"
 #include "acquisition/frame_queue.h"
 
@@ -18,33 +20,34 @@ namespace {
 using BFrame = BFrameQueue::BFrame;
 
 constexpr std::size_t kMebibyte = 1U << 20U;
+constexpr std::chrono::seconds kDeadline{30};
 
 TEST(Frame, CarriesWhatItWasMadeFrom) {
   constexpr std::uint64_t kId = std::numeric_limits<std::uint64_t>::max();
-  BFrame frame(5, 0x01080009, kId, L"DEV_000F31");
+  BFrame frame(5, VmbPixelFormatBayerRG8, kId, L"DEV_000F31");
   for (std::uint8_t i = 0; i < 5; ++i) frame.Data()[i] = i;
 
-  EXPECT_EQ(frame.PixelFormat(), 0x01080009U);
+  EXPECT_EQ(frame.PixelFormat(), static_cast<std::uint32_t>(VmbPixelFormatBayerRG8));
   EXPECT_EQ(frame.Id(), kId);
   EXPECT_EQ(frame.CameraId().Str(), L"DEV_000F31");
   EXPECT_EQ(std::vector<std::uint8_t>(frame.Data(), frame.Data() + 5), (std::vector<std::uint8_t>{0, 1, 2, 3, 4}));
 }
 
 TEST(Frame, ItsPixelFormatCanBeChanged) {
-  BFrame frame(1, 0x01080001, 0, L"");
+  BFrame frame(1, VmbPixelFormatMono8, 0, L"");
 
-  frame.SetPixelFormat(0x0210001F);
+  frame.SetPixelFormat(VmbPixelFormatYuv422);
 
-  EXPECT_EQ(frame.PixelFormat(), 0x0210001FU);
+  EXPECT_EQ(frame.PixelFormat(), static_cast<std::uint32_t>(VmbPixelFormatYuv422));
 }
 
 TEST(Frame, OfNoBytesCanBeMade) {
-  const BFrame frame(0, 0x01080001, 3, L"DEV");
+  const BFrame frame(0, VmbPixelFormatMono8, 3, L"DEV");
   EXPECT_EQ(frame.Id(), 3U);
 }
 
 TEST(Frame, EverythingButItsDestructorIsTheHosts) {
-  const BFrame frame(16, 0x01080001, 0, L"DEV");
+  const BFrame frame(16, VmbPixelFormatMono8, 0, L"DEV");
   const BSmartObj plain;
 
   EXPECT_EQ(frame.AllocatedMemory(), plain.AllocatedMemory());
@@ -87,13 +90,13 @@ void Circulate(FrameBlocks& blocks, std::size_t count, std::size_t size) {
   for (FrameBlocks::Block& block : taken) blocks.Return(std::move(block), size);
 }
 
-TEST(FrameBlocks, KeepTenIdleBlocksAtMostWhileAnAcquisitionRuns) {
+TEST(FrameBlocks, KeepAsManyIdleBlocksAsTheRingHasFramesWhileAnAcquisitionRuns) {
   FrameBlocks blocks;
   blocks.SetRunning(true);
 
-  Circulate(blocks, 12, kMebibyte);
+  Circulate(blocks, FrameBlocks::kRunningBlocks + 2, kMebibyte);
 
-  EXPECT_EQ(blocks.IdleBytes(), 10 * kMebibyte);
+  EXPECT_EQ(blocks.IdleBytes(), FrameBlocks::kRunningBlocks * kMebibyte);
 }
 
 TEST(FrameBlocks, KeepSixMebibytesAtMostBetweenAcquisitions) {
@@ -146,16 +149,24 @@ TEST(FrameBlocks, MakeATakerWaitOnceAsManyAreInUseAsMayBe) {
   FrameBlocks blocks;
   std::vector<FrameBlocks::Block> taken;
   for (std::size_t i = 0; i < FrameBlocks::kLeastUsedBlocks; ++i) taken.push_back(blocks.Take(kSize));
-  std::atomic<bool> returned{false};
-  bool waited = false;
-  std::thread taker([&] {
-    blocks.Return(blocks.Take(kSize), kSize);
-    waited = returned;
-  });
-  returned = true;
+  std::future<FrameBlocks::Block> taker = std::async(std::launch::async, [&] { return blocks.Take(kSize); });
+  const auto deadline = std::chrono::steady_clock::now() + kDeadline;
+  while (blocks.Waiting() == 0) ASSERT_LT(std::chrono::steady_clock::now(), deadline) << "nobody waits";
+
   blocks.Return(std::move(taken.back()), kSize);
-  taker.join();
-  EXPECT_TRUE(waited);
+
+  ASSERT_EQ(taker.wait_for(kDeadline), std::future_status::ready);
+  EXPECT_NE(taker.get(), nullptr);
+  EXPECT_EQ(blocks.Waiting(), 0U);
+}
+
+TEST(FrameBlocks, OfASizeOfWhichMoreFitTheBoundMayAllBeTaken) {
+  constexpr std::size_t kSize = FrameBlocks::kUsedBytes / (4 * FrameBlocks::kLeastUsedBlocks);
+  FrameBlocks blocks;
+  std::vector<FrameBlocks::Block> taken;
+  for (std::size_t i = 0; i < 4 * FrameBlocks::kLeastUsedBlocks; ++i) taken.push_back(blocks.Take(kSize));
+  EXPECT_EQ(blocks.Waiting(), 0U);
+  for (FrameBlocks::Block& block : taken) blocks.Return(std::move(block), kSize);
 }
 
 TEST(FrameBlocks, MayBeTakenAndGivenBackByManyThreads) {

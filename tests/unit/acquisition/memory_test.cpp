@@ -44,7 +44,7 @@ struct OutOfMemory : OpenedImplementation {
 TEST_F(OutOfMemory, AWorkerReportsAFailedAcquisitionAndHandsTheFrameBack) {
   refused_array = std::size_t{SimulatedCamera::kWidth} * SimulatedCamera::kHeight;
   cameras.Deliver();
-  EXPECT_EQ(Snap(), BError(12103, L"out of memory"));
+  EXPECT_EQ(Snap(), BError(BError::eAcquisitionFailed, L"out of memory"));
   EXPECT_TRUE(AllFramesComeBack());
   refused_array = kNone;
   cameras.Deliver();

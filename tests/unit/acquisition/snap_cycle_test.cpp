@@ -5,6 +5,7 @@
 #include <array>
 #include <functional>
 
+#include "VimbaC.h"
 #include "acquisition/frame_copy.h"
 #include "bimagingdevicetrigger.h"
 #include "unit/acquisition/scripted_camera.h"

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "VimbaC.h"
 #include "camera/camera_identifier.h"
 #include "camera/camera_search.h"
 #include "support/simulated_cameras.h"

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "VimbaC.h"
 #include "bstopwatch.h"
 #include "support/opened_camera.h"
 

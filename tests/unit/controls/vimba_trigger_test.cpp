@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "VimbaC.h"
 #include "support/opened_camera.h"
 
 namespace {
@@ -165,14 +166,14 @@ TEST(TriggerActivation, ZeroIsTheRisingEdgeAndAnyOtherTheFallingOne) {
 TEST(TriggerActivation, AlwaysReportsSuccess) {
   TriggerOfCamera refusing;
   refusing.camera->FailCall("VmbFeatureEnumSet", "TriggerActivation", VmbErrorInvalidAccess);
-  EXPECT_TRUE(refusing.trigger.SetActivation(1));
+  EXPECT_TRUE(refusing.trigger.SetActivation(BImagingDeviceTrigger::eFalling));
   EXPECT_EQ(refusing.Sent().size(), 1U);
 }
 
 TEST(TriggerActivation, OfAnUnavailableTriggerSendsNothing) {
   TriggerOfCamera of(SimulatedCamera().Missing("TriggerMode"));
 
-  EXPECT_TRUE(of.trigger.SetActivation(1));
+  EXPECT_TRUE(of.trigger.SetActivation(BImagingDeviceTrigger::eFalling));
 
   EXPECT_EQ(of.Sent(), Calls{});
 }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "VimbaC.h"
 #include "berror.h"
 #include "diagnostics/log_collector.h"
 #include "support/host_output.h"

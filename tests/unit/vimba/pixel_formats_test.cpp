@@ -37,8 +37,13 @@ TEST(PixelFormats, EachBayerOrderHasItsRawFormat) {
 }
 
 TEST(PixelFormats, FourNumbersAreRawFormats) {
-  for (std::uint32_t format = 0x01080008; format <= 0x0108000B; ++format) EXPECT_TRUE(IsBayer8(format)) << format;
-  for (const std::uint32_t format : {0x01080007U, 0x0108000CU, 0x01080001U, 0x02180014U, 0x0210001FU, 0U, ~0U}) {
+  for (std::uint32_t format = VmbPixelFormatBayerGR8; format <= VmbPixelFormatBayerBG8; ++format) {
+    EXPECT_TRUE(IsBayer8(format)) << format;
+  }
+  constexpr std::uint32_t kOthers[] = {VmbPixelFormatBayerGR8 - 1, VmbPixelFormatBayerBG8 + 1, VmbPixelFormatMono8,
+                                       VmbPixelFormatRgb8,         VmbPixelFormatYuv422,       0,
+                                       ~std::uint32_t{0}};
+  for (const std::uint32_t format : kOthers) {
     EXPECT_FALSE(IsBayer8(format)) << format;
   }
 }
@@ -50,19 +55,19 @@ TEST(PixelFormats, AFrameNeedsItsBytesByFormatAndSize) {
     std::int64_t bytes;
   };
   constexpr std::int32_t kLongest = std::numeric_limits<std::int32_t>::max();
-  const Row rows[] = {{0x01080001, {2464, 2056}, 5'065'984},
-                      {0x01080008, {5, 3}, 15},
-                      {0x01080009, {5, 3}, 15},
-                      {0x0108000A, {5, 3}, 15},
-                      {0x0108000B, {5, 3}, 15},
-                      {0x0210001F, {5, 3}, 30},
-                      {0x0210001F, {2464, 2056}, 10'131'968},
-                      {0x01080001, {0, 3}, 0},
-                      {0x02180014, {5, 3}, 0},
+  const Row rows[] = {{VmbPixelFormatMono8, {2464, 2056}, 5'065'984},
+                      {VmbPixelFormatBayerGR8, {5, 3}, 15},
+                      {VmbPixelFormatBayerRG8, {5, 3}, 15},
+                      {VmbPixelFormatBayerGB8, {5, 3}, 15},
+                      {VmbPixelFormatBayerBG8, {5, 3}, 15},
+                      {VmbPixelFormatYuv422, {5, 3}, 30},
+                      {VmbPixelFormatYuv422, {2464, 2056}, 10'131'968},
+                      {VmbPixelFormatMono8, {0, 3}, 0},
+                      {VmbPixelFormatRgb8, {5, 3}, 0},
                       {0x01080002, {5, 3}, 0},
                       {0, {5, 3}, 0},
-                      {0x01080001, {kLongest, kLongest}, 4'611'686'014'132'420'609},
-                      {0x0210001F, {kLongest, kLongest}, 9'223'372'028'264'841'218}};
+                      {VmbPixelFormatMono8, {kLongest, kLongest}, 4'611'686'014'132'420'609},
+                      {VmbPixelFormatYuv422, {kLongest, kLongest}, 9'223'372'028'264'841'218}};
   for (const Row& row : rows) EXPECT_EQ(BytesOfFrame(row.format, row.size), row.bytes) << std::hex << row.format;
 }
 

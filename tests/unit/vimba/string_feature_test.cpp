@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "VimbaC.h"
 #include "unit/scripted/scripted_library.h"
 #include "vimba/vimba_features.h"
 

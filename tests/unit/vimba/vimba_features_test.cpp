@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "VimbaC.h"
 #include "support/opened_camera.h"
 #include "vimba/vimba_version.h"
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "VimbaC.h"
 #include "support/host_output.h"
 #include "support/simulated_cameras.h"
 #include "vimba/vimba_features.h"
