@@ -164,25 +164,28 @@ BYTE_UNITS = {"KiB": 10, "MiB": 20, "GiB": 30}
 OPERATIONS = {ast.LShift: operator.lshift, ast.Mult: operator.mul, ast.Add: operator.add, ast.Sub: operator.sub}
 
 
-def number(expression):
-    """The value of an expression of numbers; raises ValueError for any other."""
+def number(expression, constants):
+    """The value of an expression of numbers and of constants with one value; raises ValueError for any other."""
+    if isinstance(expression, ast.Name):
+        values = constants.get(expression.id, ())
+        expression = ast.Constant(*values) if len(values) == 1 else None
     if isinstance(expression, ast.Constant) and isinstance(expression.value, (int, float)):
         return expression.value
     if isinstance(expression, ast.UnaryOp) and isinstance(expression.op, ast.USub):
-        return -number(expression.operand)
+        return -number(expression.operand, constants)
     if isinstance(expression, ast.BinOp) and type(expression.op) in OPERATIONS:
-        return OPERATIONS[type(expression.op)](number(expression.left), number(expression.right))
+        return OPERATIONS[type(expression.op)](number(expression.left, constants), number(expression.right, constants))
     raise ValueError
 
 
-def value_of(text):
-    """A number as such, a time as number and unit, anything else as its text."""
-    text = re.sub(r"(?<=[\da-fA-F])['’,](?=\d)", "", text.strip())  # separators of digits
-    text = re.sub(r"(?:std::chrono::)?(\w+)[({](\d+)[)}]", lambda match: match[2] + TIME_UNITS.get(match[1], ""), text)
+def value_of(text, constants):
+    """A number as such, a time as number and unit, anything else as its text. Constants may stand for numbers in it."""
+    text = re.sub(r"\b\w+::|(?<=[\da-fA-F])[',](?=\d)", "", text.strip())  # scopes, and separators of digits
+    text = re.sub(r"\b(\w+)[({](\d+)[)}]", lambda match: match[2] + TIME_UNITS.get(match[1], ""), text)
     text = re.sub(r"\b(\d+) ([KMG]iB)\b", lambda match: f"{match[1]} << {BYTE_UNITS[match[2]]}", text)
     text = re.sub(r"\b(0[xX][\da-fA-F]+|\d+)[uUlL]+\b", r"\1", text)
     try:
-        return number(ast.parse(text, mode="eval").body)
+        return number(ast.parse(text, mode="eval").body, constants)
     except (SyntaxError, ValueError):
         return re.sub(r"\s+", "", text)
 
@@ -192,7 +195,7 @@ def enumerators(block):
     following = 0
     for entry in filter(None, (part.strip() for part in block.split(","))):
         name, has_value, text = entry.partition("=")
-        value = value_of(text) if has_value else following
+        value = value_of(text, {}) if has_value else following
         following = value + 1 if isinstance(value, int) else None
         yield name.strip(), value
 
@@ -203,14 +206,15 @@ def constants_of(code):
     values = {}
     for declared, name, assigned, braced in CONSTANT.findall(code):
         unit = re.search(r"std::chrono::(\w+)", declared)
-        value = value_of(assigned or braced)
+        value = value_of(assigned or braced, {})
         if unit and isinstance(value, (int, float)):
             value = f"{value}{TIME_UNITS.get(unit[1], '')}"
         values.setdefault(name, set()).add(value)
     for block in ENUMERATION.findall(code):
         for name, value in enumerators(block):
             values.setdefault(name, set()).add(value)
-    return values
+    return {name: {value_of(value, values) if isinstance(value, str) else value for value in of_name}
+            for name, of_name in values.items()}  # fmt: skip
 
 
 def wrong_figures(text, constants):
@@ -220,7 +224,7 @@ def wrong_figures(text, constants):
             continue
         if figure[1] not in constants:
             yield f"{span}: no constant and no enumerator has this name"
-        elif value_of(figure[2]) not in constants[figure[1]]:
+        elif value_of(figure[2], {}) not in constants[figure[1]]:
             values = " or ".join(sorted(map(str, constants[figure[1]])))
             yield f"{span}: it is {values}"
 

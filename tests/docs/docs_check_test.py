@@ -15,6 +15,8 @@ constexpr auto kDeadline = std::chrono::seconds(5);
 constexpr auto kStep = 100us;
 constexpr std::uint32_t kMask = 0x01080001u;
 namespace a { constexpr int kSide = 8; } namespace b { constexpr int kSide{16}; }
+constexpr std::size_t kMostBlocks = 2 * Ring::kRingFrames;
+constexpr std::size_t kLoop = kLoop;
 enum Code : int { eSuccess = 0, eTimeout = 12106, eNext };
 enum class Kind { eMono, eRgb };
 """
@@ -27,7 +29,7 @@ class Figures(unittest.TestCase):
     def test_right_figures_pass(self):
         for span in ("kRingFrames = 10", "Blocks::kUsedBytes = 512 MiB", "kBlocks = 20", "kRateFloor = 45,000,000",
                      "kRateFloor = 45000000", "kAfterFailure = -0.1", "kPause = 20 ms", "kDeadline = 5 s",
-                     "kStep = 100 us", "kMask = 0x01080001", "kSide = 8", "kSide = 16", "eTimeout = 12106", "eNext = 12107",
+                     "kStep = 100 us", "kMask = 0x01080001", "kMostBlocks = 20", "kSide = 8", "kSide = 16", "eTimeout = 12106", "eNext = 12107",
                      "eRgb = 1"):  # fmt: skip
             self.assertEqual([], self.complaints(f"Text with `{span}` in it."), span)
 
