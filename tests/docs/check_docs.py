@@ -2,10 +2,13 @@
 """check_docs: holds the documents against what they speak of.
 
 Links, paths, commands, options, presets, feature names and identifiers that a document names must exist; excerpts must
-stand in their files; every message that the module can report must be in docs/diagnostics.md, and no other.
+stand in their files; every message that the module can report must be in docs/diagnostics.md, and no other. A figure that
+stands for a constant is written `kName = value` and must be the constant's value. The README links every document.
 """
 import argparse
+import ast
 import json
+import operator
 import pathlib
 import re
 import subprocess
@@ -13,6 +16,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 SOURCE_FOLDERS = ("src", "host", "vimbac", "simulator", "apps", "examples", "tests", "benchmarks", "bridge")
+OTHER_FOLDERS = ("script", "cmake", "packaging", "docs", ".ci", ".github")
 CODE_ENDINGS = {".h", ".cpp", ".c", ".txt", ".cmake", ".py", ".json", ".map", ".def", ".ini", ""}
 FENCE = re.compile(r"^```(\w*)\n(.*?)^```", re.M | re.S)
 EXCERPT = re.compile(r"<!-- excerpt of (\S+) -->\n```\w*\n(.*?)^```", re.M | re.S)
@@ -24,8 +28,8 @@ def complain(document, text):
 
 
 def documents():
-    tracked = [ROOT / "README.md", ROOT / "CHANGELOG.md", *sorted((ROOT / "docs").glob("*.md"))]
-    return {document: document.read_text(encoding="utf-8") for document in tracked}
+    files = [*sorted(ROOT.glob("*.md")), *sorted((ROOT / "docs").glob("*.md"))]
+    return {document: document.read_text(encoding="utf-8") for document in files}
 
 
 def all_code():
@@ -70,7 +74,7 @@ def check_links(document, text):
 
 
 def check_paths(document, text):
-    folders = "|".join((*SOURCE_FOLDERS, "script", "cmake", "docs"))
+    folders = "|".join(map(re.escape, (*SOURCE_FOLDERS, *OTHER_FOLDERS)))
     candidates = [*spans(text), *command_lines(text)]
     for candidate in candidates:
         for path in re.findall(rf"(?:^|[\s=\"'])((?:{folders})/[\w./-]*)", candidate):
@@ -150,6 +154,93 @@ def check_identifiers(document, text, words):
                 complain(document, f"{span}: {word} is in no source")
 
 
+# Figures. A constant or an enumerator has the value that a document gives it.
+
+FIGURE = re.compile(r"(?:\w+::)*((?:[ke][A-Z]|Vmb)\w*) = (.+)")
+CONSTANT = re.compile(r"\bconstexpr\b([^;={}()]*?)\b(k[A-Z]\w*)\s*(?:=\s*([^;]+)|\{([^;{}]*)\});")
+ENUMERATION = re.compile(r"\benum\b[^;{}()]*\{([^}]*)\}")
+TIME_UNITS = {"nanoseconds": "ns", "microseconds": "us", "milliseconds": "ms", "seconds": "s", "minutes": "min"}
+BYTE_UNITS = {"KiB": 10, "MiB": 20, "GiB": 30}
+OPERATIONS = {ast.LShift: operator.lshift, ast.Mult: operator.mul, ast.Add: operator.add, ast.Sub: operator.sub}
+
+
+def number(expression, constants):
+    """The value of an expression of numbers and of constants with one value; raises ValueError for any other."""
+    if isinstance(expression, ast.Name):
+        values = constants.get(expression.id, ())
+        expression = ast.Constant(*values) if len(values) == 1 else None
+    if isinstance(expression, ast.Constant) and isinstance(expression.value, (int, float)):
+        return expression.value
+    if isinstance(expression, ast.UnaryOp) and isinstance(expression.op, ast.USub):
+        return -number(expression.operand, constants)
+    if isinstance(expression, ast.BinOp) and type(expression.op) in OPERATIONS:
+        return OPERATIONS[type(expression.op)](number(expression.left, constants), number(expression.right, constants))
+    raise ValueError
+
+
+def value_of(text, constants):
+    """A number as such, a time as number and unit, anything else as its text. Constants may stand for numbers in it."""
+    text = re.sub(r"\b\w+::|(?<=[\da-fA-F])[',](?=\d)", "", text.strip())  # scopes, and separators of digits
+    text = re.sub(r"\b(\w+)[({](\d+)[)}]", lambda match: match[2] + TIME_UNITS.get(match[1], ""), text)
+    text = re.sub(r"\b(\d+) ([KMG]iB)\b", lambda match: f"{match[1]} << {BYTE_UNITS[match[2]]}", text)
+    text = re.sub(r"\b(0[xX][\da-fA-F]+|\d+)[uUlL]+\b", r"\1", text)
+    try:
+        return number(ast.parse(text, mode="eval").body, constants)
+    except (SyntaxError, ValueError):
+        return re.sub(r"\s+", "", text)
+
+
+def enumerators(block):
+    """(name, value) of an enumeration's entries; one without a value follows the one before."""
+    following = 0
+    for entry in filter(None, (part.strip() for part in block.split(","))):
+        name, has_value, text = entry.partition("=")
+        value = value_of(text, {}) if has_value else following
+        following = value + 1 if isinstance(value, int) else None
+        yield name.strip(), value
+
+
+def constants_of(code):
+    """The values under each name; a name may be taken in several scopes."""
+    code = re.sub(r"//[^\n]*|/\*.*?\*/", "", code, flags=re.S)
+    values = {}
+    for declared, name, assigned, braced in CONSTANT.findall(code):
+        unit = re.search(r"std::chrono::(\w+)", declared)
+        value = value_of(assigned or braced, {})
+        if unit and isinstance(value, (int, float)):
+            value = f"{value}{TIME_UNITS.get(unit[1], '')}"
+        values.setdefault(name, set()).add(value)
+    for block in ENUMERATION.findall(code):
+        for name, value in enumerators(block):
+            values.setdefault(name, set()).add(value)
+    return {name: {value_of(value, values) if isinstance(value, str) else value for value in of_name}
+            for name, of_name in values.items()}  # fmt: skip
+
+
+def wrong_figures(text, constants):
+    for span in spans(text):
+        figure = FIGURE.fullmatch(span)
+        if not figure:
+            continue
+        if figure[1] not in constants:
+            yield f"{span}: no constant and no enumerator has this name"
+        elif value_of(figure[2], {}) not in constants[figure[1]]:
+            values = " or ".join(sorted(map(str, constants[figure[1]])))
+            yield f"{span}: it is {values}"
+
+
+def check_figures(document, text, constants):
+    for complaint in wrong_figures(text, constants):
+        complain(document, complaint)
+
+
+def check_reading_list(readme, text, others):
+    for document in others:
+        name = document.relative_to(ROOT).as_posix()
+        if document != readme and f"]({name})" not in text:
+            complain(readme, f"links no {name}")
+
+
 def check_excerpts(document, text):
     for name, block in EXCERPT.findall(text):
         file = ROOT / name
@@ -222,7 +313,10 @@ def main():
     code = all_code()
     targets = set(re.findall(r"(?:add_executable|kel_test_suite)\(([\w.-]+)", code))
     words = set(re.findall(r"\w+", code))
-    for document, text in documents().items():
+    constants = constants_of(code)
+    texts = documents()
+    check_reading_list(ROOT / "README.md", texts[ROOT / "README.md"], texts)
+    for document, text in texts.items():
         check_links(document, text)
         check_paths(document, text)
         check_presets(document, text)
@@ -230,13 +324,14 @@ def main():
         check_scripts(document, text)
         check_kelcam(document, text, kelcam)
         check_identifiers(document, text, words)
+        check_figures(document, text, constants)
         check_excerpts(document, text)
     diagnostics = ROOT / "docs/diagnostics.md"
     if diagnostics.exists():
         check_messages(diagnostics, diagnostics.read_text(encoding="utf-8"))
     else:
         complain(diagnostics, "is missing")
-    print("\n".join(complaints) or "the documents name nothing that is not there")
+    print("\n".join(complaints) or "everything that the documents name is there")
     sys.exit(1 if complaints else 0)
 
 
