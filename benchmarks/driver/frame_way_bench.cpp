@@ -23,7 +23,8 @@ VmbFrame_t CompleteFrame(std::vector<std::uint8_t>& pixels) {
   frame.pixelFormat = VmbPixelFormatMono8;
   frame.width = kWidth;
   frame.height = kHeight;
-  frame.timestamp = ~std::uint64_t{0} - 1;  // newer than any scan start
+  // Newer than any scan start.
+  frame.timestamp = ~std::uint64_t{0} - 1;
   return frame;
 }
 

@@ -51,7 +51,8 @@ void OpenDeviceBesidePayloads(benchmark::State& state) {
       session.Device().StopSnap();
     };
     {
-      BenchSession first(kWidth, kHeight);  // what the process needs once: code, the simulated camera's picture
+      // What the process needs once: code, the simulated camera's picture.
+      BenchSession first(kWidth, kHeight);
       snap(first);
     }
     const std::int64_t before = ResidentBytes();

@@ -46,7 +46,8 @@ int main(int argc, char** argv) {
   if (isatty(STDERR_FILENO)) std::fprintf(stderr, "\r");
   std::printf("%s", TableOf(results).c_str());
   if (json_file.empty()) return 0;
-  std::error_code ignored;  // what cannot be made is told below
+  // What cannot be made is reported below.
+  std::error_code ignored;
   std::filesystem::create_directories(std::filesystem::path(json_file).parent_path(), ignored);
   std::ofstream out(json_file);
   out << JsonOf(results);

@@ -43,7 +43,8 @@ Measured Measure(const Work& work, const BSize& size, double budget_ms) {
   for (int turn = -1; turn < kFewestTurns || spent_ms < budget_ms; ++turn) {
     for (std::size_t i = 0; i < times.size(); ++i) {
       const double ms = TimeMs(i == 0 ? work.ours : work.peers[i - 1].run);
-      if (turn < 0) continue;  // the first turn touches memory
+      // The first turn touches memory.
+      if (turn < 0) continue;
       times[i].push_back(ms);
       spent_ms += ms;
     }

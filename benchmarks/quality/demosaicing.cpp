@@ -31,7 +31,8 @@ Mosaic MosaicOf(const Original& original) {
     for (int x = 0; x < original.size.width; ++x) {
       const auto pixel =
           static_cast<std::size_t>(y) * static_cast<std::size_t>(original.size.width) + static_cast<std::size_t>(x);
-      const int channel = x % 2 + y % 2;  // R G over G B
+      // R G over G B.
+      const int channel = x % 2 + y % 2;
       mosaic.push_back(original.rgb[pixel * kChannels + static_cast<std::size_t>(channel)]);
     }
   }

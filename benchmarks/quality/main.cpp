@@ -13,7 +13,8 @@
 
 namespace {
 
-constexpr const char* kPhotographs = "/usr/share/backgrounds/mate/nature";  // Debian package mate-backgrounds
+// Debian package mate-backgrounds.
+constexpr const char* kPhotographs = "/usr/share/backgrounds/mate/nature";
 
 std::vector<std::string> PicturesIn(const std::string& folder) {
   std::vector<std::string> files;

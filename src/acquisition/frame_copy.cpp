@@ -18,7 +18,7 @@ constexpr wchar_t kPlainConversion[] = L"[p]";
 
 bool Holds(const FrameLayout& layout, std::uint32_t pixel_format) {
   const std::int64_t needed = BytesOfFrame(pixel_format, layout.size);
-  return needed > 0 && needed <= layout.payload_size;
+  return needed > 0 && needed <= layout.payload_bytes;
 }
 
 // `camera_size` decides whether the area is as it should be, `target_size` what it becomes.

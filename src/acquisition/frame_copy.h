@@ -12,9 +12,9 @@ class BColorConverter;
 
 // What the camera was set up to deliver.
 struct FrameLayout {
-  BSize size;                     // of the camera's image
-  std::int64_t payload_size = 0;  // bytes that a frame holds
-  int rotation = 0;               // quarter turns: 1 clockwise, -1 counter-clockwise, 0 none
+  BSize size;  // of the camera's image
+  std::int64_t payload_bytes = 0;
+  int rotation = 0;  // quarter turns: 1 clockwise, -1 counter-clockwise, 0 none
   bool is_color = false;
   bool yuv_stretch = false;
   const BColorConverter* converter = nullptr;  // of a colour camera

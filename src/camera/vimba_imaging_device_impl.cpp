@@ -214,7 +214,7 @@ bool BVimbaImagingDeviceImpl::SetColorMode(bool on) {
 
 BError BVimbaImagingDeviceImpl::Snap(BBaseAoi* aoi, std::uint32_t timeout_ms, std::int64_t /*unused*/) {
   const FrameLayout layout{.size = m_image_format.ImageSize(),
-                           .payload_size = m_frame_ring.PayloadSize(),
+                           .payload_bytes = m_frame_ring.PayloadSize(),
                            .rotation = m_rotation,
                            .is_color = IsColor(),
                            .yuv_stretch = m_image_format.YuvStretch(),

@@ -9,8 +9,8 @@
 namespace Vimba {
 namespace {
 
-// Bytes. A camera that declares a longer text is not believed.
-constexpr VmbUint32_t kLongestText = 1U << 20U;
+// A camera that declares a longer text is not believed.
+constexpr VmbUint32_t kLongestTextBytes = 1U << 20U;
 
 // Runs a read into a fresh value and hands it on only if the read worked.
 template <class Value, class Read>
@@ -86,7 +86,7 @@ VmbError_t GetString(VmbHandle_t handle, const char* feature, BString& text) {
   VmbUint32_t max_length = 0;
   VmbError_t code = VmbFeatureStringMaxlengthQuery(handle, feature, &max_length);
   if (code != VmbErrorSuccess) return code;
-  if (max_length > kLongestText) return VmbErrorResources;
+  if (max_length > kLongestTextBytes) return VmbErrorResources;
   const auto buffer = std::make_unique<char[]>(max_length);
   VmbUint32_t filled = 0;
   code = VmbFeatureStringGet(handle, feature, buffer.get(), max_length, &filled);

@@ -68,12 +68,12 @@ TEST(FrameCopyPayload, AFrameThatNeedsMoreBytesThanItHoldsIsNotCopied) {
                       {VmbPixelFormatBayerBG8, kPixels}, {VmbPixelFormatYuv422, 2 * kPixels}};
   for (const Row& row : rows) {
     FrameLayout layout = ColorCamera();
-    layout.payload_size = row.needed - 1;
+    layout.payload_bytes = row.needed - 1;
     RgbArea too_small;
     CopyFrameToRgbAoi(*RandomFrame(row.format), layout, too_small);
     EXPECT_EQ(too_small.Pixels(), UntouchedRgb()) << std::hex << row.format;
 
-    layout.payload_size = row.needed;
+    layout.payload_bytes = row.needed;
     RgbArea enough;
     CopyFrameToRgbAoi(*RandomFrame(row.format), layout, enough);
     EXPECT_NE(enough.Pixels(), UntouchedRgb()) << std::hex << row.format;
@@ -82,7 +82,7 @@ TEST(FrameCopyPayload, AFrameThatNeedsMoreBytesThanItHoldsIsNotCopied) {
 
 TEST(FrameCopyPayload, AMonoAreaIsLeftAloneByAFrameThatIsTooSmallForTheImage) {
   for (FrameLayout layout : {ColorCamera(), MonoCamera(), MonoCamera(1)}) {
-    layout.payload_size = kPixels - 1;
+    layout.payload_bytes = kPixels - 1;
     MonoArea area;
     CopyFrameToMonoAoi(*RandomFrame(VmbPixelFormatMono8), layout, area);
     EXPECT_EQ(area.Pixels(), UntouchedMono());

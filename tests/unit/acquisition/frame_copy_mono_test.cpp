@@ -77,7 +77,7 @@ TEST(FrameCopyToMono, LeavesTheAreaAloneForAFormatThatIsNotListed) {
 
 TEST(FrameCopyToMono, LeavesTheAreaAloneForAYuvFrame) {
   for (FrameLayout layout : {ColorCamera(), MonoCamera()}) {
-    layout.payload_size = 2 * kPixels;
+    layout.payload_bytes = 2 * kPixels;
     MonoArea area;
     CopyFrameToMonoAoi(*RandomFrame(VmbPixelFormatYuv422), layout, area);
     EXPECT_EQ(area.Pixels(), UntouchedMono());
@@ -124,7 +124,8 @@ TEST(FrameCopyRotation, TurnsAMonochromePictureIntoAnAreaOfTheTurnedSize) {
   const BSmartRef<BFrame> frame = RandomFrame(VmbPixelFormatMono8);
   for (const int rotation : {-1, 1, 2}) {
     BBaseAoi area(BBaseAoi::eMono8);
-    for (int snap = 0; snap < 2; ++snap) {  // into a new area, and into one that holds a turned picture already
+    // Into a new area, and into one that holds a turned picture already.
+    for (int snap = 0; snap < 2; ++snap) {
       CopyFrameToMonoAoi(*frame, MonoCamera(rotation), area);
       EXPECT_EQ(area.ImageSize(), kTurnedSize);
       EXPECT_EQ(PixelsOf(*area.Mono()), Turned(*frame, rotation >= 1)) << rotation;

@@ -77,7 +77,8 @@ TEST(ControlCreation, TakesRangeAndValueFromTheCamera) {
 
   EXPECT_EQ(RangeOf(gain), std::make_pair(0, 26));
   EXPECT_EQ(gain.Value(), 5);
-  EXPECT_EQ(RangeOf(shutter), std::make_pair(0, 20'000));  // 25 us; two seconds, whatever the camera allows
+  // 25 us; two seconds, whatever the camera allows.
+  EXPECT_EQ(RangeOf(shutter), std::make_pair(0, 20'000));
   EXPECT_EQ(shutter.Value(), 150);
   EXPECT_EQ(RangeOf(red), std::make_pair(80, 300));
 }

@@ -93,7 +93,8 @@ TEST(LogCollector, AStepIsTheTimeSinceTheLineBefore) {
   ASSERT_EQ(stamps.size(), 21U);
   EXPECT_EQ(stamps.front().step, 0.0);
   for (std::size_t i = 1; i < stamps.size(); ++i) {
-    EXPECT_NEAR(stamps[i].time - stamps[i - 1].time, stamps[i].step, 0.00011);  // each is rounded
+    // Each is rounded.
+    EXPECT_NEAR(stamps[i].time - stamps[i - 1].time, stamps[i].step, 0.00011);
     EXPECT_EQ(stamps[i].number, static_cast<int>(i) + 1);
   }
 }

@@ -82,9 +82,11 @@ TEST(BandwidthLimits, ACameraStartsTwoThirdsOfTheWayUp) {
 }
 
 TEST(BandwidthLimits, TheStartRateIsInsideTheLimitsAlsoWhenItsMultipleIsNot) {
-  EXPECT_EQ(Between(98'333'333, 98'333'333).StartRate(), 98'333'333);  // the multiple lies below
-  EXPECT_EQ(Between(60'000, 60'000).StartRate(), 60'000);              // above
-  EXPECT_EQ(Between(45'000'000, 10'000'000).StartRate(), 45'000'000);  // crossed
+  // The multiple lies below.
+  EXPECT_EQ(Between(98'333'333, 98'333'333).StartRate(), 98'333'333);
+  EXPECT_EQ(Between(60'000, 60'000).StartRate(), 60'000);  // above
+  // Crossed.
+  EXPECT_EQ(Between(45'000'000, 10'000'000).StartRate(), 45'000'000);
 }
 
 TEST(BandwidthLimits, WithoutSnapsTheLearnedLimitsAreTheQuantisedOnes) {
@@ -126,7 +128,8 @@ TEST(BandwidthLimits, ARangeCloserThanTwentyPercentGivesTheAverageItself) {
 
 TEST(BandwidthLimits, ARangeOfExactlyTwentyPercentStillClamps) {
   EXPECT_EQ(Between(100'000'000, 120'000'000).BandwidthLimit(130'000'000), 120'000'000);
-  EXPECT_EQ(Between(100'000'000, 119'900'000).BandwidthLimit(130'000'000), 0);  // no snap yet: the average is 0
+  // No snap yet: the average is 0.
+  EXPECT_EQ(Between(100'000'000, 119'900'000).BandwidthLimit(130'000'000), 0);
 }
 
 TEST(BandwidthLimits, CrossedLimitsGiveTheAverage) {
@@ -143,7 +146,8 @@ TEST(BandwidthLimits, CountingASuccessMovesTheMeanAndEndsARowOfFailures) {
   EXPECT_EQ(state.failures, 0);
 
   state.CountSuccess(40'000'000);
-  state.CountSuccess(0);  // a rate that could not be read
+  // A rate that could not be read.
+  state.CountSuccess(0);
   EXPECT_EQ(state.snap_count, 3);
   EXPECT_DOUBLE_EQ(state.average, 140'000'000.0 / 3.0);
 }
