@@ -2,8 +2,7 @@
  * How a test or a bench reaches into the simulated VimbaC library: other cameras, faults, unplugging, the record of
  * calls. All texts are UTF-8. Every function may be called from any thread but a library callback. Functions that
  * return int give 0 on success; on failure they change nothing and VimbaSimLastError tells why. */
-#ifndef KEL_VIMBA_SIMULATOR_H
-#define KEL_VIMBA_SIMULATOR_H
+#pragma once
 
 #include <stddef.h>
 #include <stdint.h>
@@ -65,6 +64,4 @@ VIMBA_SIM_CALL const char* VimbaSimLastError(void);
 
 #ifdef __cplusplus
 }
-#endif
-
 #endif

@@ -1,7 +1,6 @@
 // api/api_call.h
 // What every API call goes through: record, start-up check, faults, argument check, result.
-#ifndef KEL_SIMULATOR_API_API_CALL_H
-#define KEL_SIMULATOR_API_API_CALL_H
+#pragma once
 
 #include <cstdint>
 #include <exception>
@@ -80,5 +79,3 @@ class ApiCall {
 };
 
 }  // namespace simulator
-
-#endif

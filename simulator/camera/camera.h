@@ -1,7 +1,6 @@
 // camera/camera.h
 // One simulated camera as it stands on the link, opened or not.
-#ifndef KEL_SIMULATOR_CAMERA_CAMERA_H
-#define KEL_SIMULATOR_CAMERA_CAMERA_H
+#pragma once
 
 #include <atomic>
 #include <functional>
@@ -114,5 +113,3 @@ class Camera {
 };
 
 }  // namespace simulator
-
-#endif

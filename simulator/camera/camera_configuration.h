@@ -1,7 +1,6 @@
 // camera/camera_configuration.h
 // What one simulated camera is: everything that does not change while it is on the link.
-#ifndef KEL_SIMULATOR_CAMERA_CAMERA_CONFIGURATION_H
-#define KEL_SIMULATOR_CAMERA_CAMERA_CONFIGURATION_H
+#pragma once
 
 #include <cstdint>
 #include <map>
@@ -86,5 +85,3 @@ struct CameraConfiguration {
 };
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // camera/camera_features.h
 // The features of one simulated camera, and what they say about the next exposure.
-#ifndef KEL_SIMULATOR_CAMERA_CAMERA_FEATURES_H
-#define KEL_SIMULATOR_CAMERA_CAMERA_FEATURES_H
+#pragma once
 
 #include <functional>
 #include <vector>
@@ -88,5 +87,3 @@ class CameraFeatures {
 };
 
 }  // namespace simulator
-
-#endif

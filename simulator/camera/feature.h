@@ -1,7 +1,6 @@
 // camera/feature.h
 // Typed feature nodes and the rules by which they are read and written.
-#ifndef KEL_SIMULATOR_CAMERA_FEATURE_H
-#define KEL_SIMULATOR_CAMERA_FEATURE_H
+#pragma once
 
 #include <cstdint>
 #include <functional>
@@ -151,5 +150,3 @@ class FeatureMap {
 };
 
 }  // namespace simulator
-
-#endif

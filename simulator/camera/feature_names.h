@@ -1,7 +1,6 @@
 // camera/feature_names.h
 // The names of all simulated features, each spelled here and nowhere else.
-#ifndef KEL_SIMULATOR_CAMERA_FEATURE_NAMES_H
-#define KEL_SIMULATOR_CAMERA_FEATURE_NAMES_H
+#pragma once
 
 namespace simulator::feature {
 
@@ -84,5 +83,3 @@ inline constexpr char kStatPacketReceived[] = "StatPacketReceived";
 inline constexpr char kStatPacketMissed[] = "StatPacketMissed";
 
 }  // namespace simulator::feature
-
-#endif

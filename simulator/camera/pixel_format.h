@@ -1,7 +1,6 @@
 // camera/pixel_format.h
 // The pixel formats that simulated cameras know.
-#ifndef KEL_SIMULATOR_CAMERA_PIXEL_FORMAT_H
-#define KEL_SIMULATOR_CAMERA_PIXEL_FORMAT_H
+#pragma once
 
 #include <algorithm>
 #include <array>
@@ -38,5 +37,3 @@ constexpr const PixelFormat* FindPixelFormat(std::string_view name) {
 inline constexpr std::array<std::string_view, 4> kBayerOrders{"BGGR", "RGGB", "GBRG", "GRBG"};
 
 }  // namespace simulator
-
-#endif

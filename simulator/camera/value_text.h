@@ -1,7 +1,6 @@
 // camera/value_text.h
 // Values as the simulator's records and faults write them.
-#ifndef KEL_SIMULATOR_CAMERA_VALUE_TEXT_H
-#define KEL_SIMULATOR_CAMERA_VALUE_TEXT_H
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -16,5 +15,3 @@ std::string ValueText(double value);
 std::string QuotedText(const char* text);
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // control/call_record.h
 // The record of API calls, a line a call in the order in which they began.
-#ifndef KEL_SIMULATOR_CONTROL_CALL_RECORD_H
-#define KEL_SIMULATOR_CONTROL_CALL_RECORD_H
+#pragma once
 
 #include <cstdint>
 #include <deque>
@@ -72,5 +71,3 @@ class CallRecord {
 };
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // control/configuration.h
 // The simulator's JSON: configurations, faults, frames delivered by hand. docs/simulator.md lists every member.
-#ifndef KEL_SIMULATOR_CONTROL_CONFIGURATION_H
-#define KEL_SIMULATOR_CONTROL_CONFIGURATION_H
+#pragma once
 
 #include <array>
 #include <exception>
@@ -58,5 +57,3 @@ FrameOverride ParseFrameOverride(std::string_view json);
 Configuration EnvironmentConfiguration();
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // control/environment.h
 // The environment variable and the file that it names: where operating systems differ.
-#ifndef KEL_SIMULATOR_CONTROL_ENVIRONMENT_H
-#define KEL_SIMULATOR_CONTROL_ENVIRONMENT_H
+#pragma once
 
 #include <optional>
 #include <string>
@@ -15,5 +14,3 @@ std::optional<std::string> ConfigurationFile();
 std::string ReadTextFile(const std::string& utf8_path);
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // control/fault_text.h
 // Faults and frame members as JSON.
-#ifndef KEL_SIMULATOR_CONTROL_FAULT_TEXT_H
-#define KEL_SIMULATOR_CONTROL_FAULT_TEXT_H
+#pragma once
 
 #include "control/faults.h"
 #include "control/json_members.h"
@@ -12,5 +11,3 @@ namespace simulator {
 void ReadFault(JsonMembers& members, Faults::Set& faults);
 
 }  // namespace simulator
-
-#endif

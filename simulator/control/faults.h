@@ -1,7 +1,6 @@
 // control/faults.h
 // The faults that a test or a configuration has asked for, and when each is due.
-#ifndef KEL_SIMULATOR_CONTROL_FAULTS_H
-#define KEL_SIMULATOR_CONTROL_FAULTS_H
+#pragma once
 
 #include <chrono>
 #include <cstdint>
@@ -79,5 +78,3 @@ class Faults {
 };
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // control/json_members.h
 // Reads the members of one JSON object, with errors that name the member and its value.
-#ifndef KEL_SIMULATOR_CONTROL_JSON_MEMBERS_H
-#define KEL_SIMULATOR_CONTROL_JSON_MEMBERS_H
+#pragma once
 
 #include <cstdint>
 #include <functional>
@@ -75,5 +74,3 @@ class JsonMembers {
 };
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // engine/acquisition.h
 // The sensor of one opened camera: when frames are exposed, and how they reach the queue.
-#ifndef KEL_SIMULATOR_ENGINE_ACQUISITION_H
-#define KEL_SIMULATOR_ENGINE_ACQUISITION_H
+#pragma once
 
 #include <cstdint>
 #include <deque>
@@ -129,5 +128,3 @@ class Acquisition {
 };
 
 }  // namespace simulator
-
-#endif

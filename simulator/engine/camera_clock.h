@@ -1,7 +1,6 @@
 // engine/camera_clock.h
 // The camera's own time: ticks since its power-up or last reset.
-#ifndef KEL_SIMULATOR_ENGINE_CAMERA_CLOCK_H
-#define KEL_SIMULATOR_ENGINE_CAMERA_CLOCK_H
+#pragma once
 
 #include <atomic>
 #include <cstdint>
@@ -39,5 +38,3 @@ class CameraClock {
 };
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // engine/capture_queue.h
 // The announced frames of one opened camera, their way through the queue, and the thread that calls back.
-#ifndef KEL_SIMULATOR_ENGINE_CAPTURE_QUEUE_H
-#define KEL_SIMULATOR_ENGINE_CAPTURE_QUEUE_H
+#pragma once
 
 #include <atomic>
 #include <cstdint>
@@ -95,5 +94,3 @@ class CaptureQueue {
 };
 
 }  // namespace simulator
-
-#endif

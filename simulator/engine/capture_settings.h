@@ -1,7 +1,6 @@
 // engine/capture_settings.h
 // What the features say about the next exposure, as the acquisition thread needs it.
-#ifndef KEL_SIMULATOR_ENGINE_CAPTURE_SETTINGS_H
-#define KEL_SIMULATOR_ENGINE_CAPTURE_SETTINGS_H
+#pragma once
 
 #include <chrono>
 #include <cstddef>
@@ -54,5 +53,3 @@ inline Clock::duration Seconds(double seconds) {
 }
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // engine/counters.h
 // What a simulated camera counts since its power-up.
-#ifndef KEL_SIMULATOR_ENGINE_COUNTERS_H
-#define KEL_SIMULATOR_ENGINE_COUNTERS_H
+#pragma once
 
 #include <atomic>
 #include <cstdint>
@@ -24,5 +23,3 @@ struct Counters {
 };
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // engine/frame_filling.h
 // How an exposure's picture gets into a frame buffer, packet by packet when packets are lost.
-#ifndef KEL_SIMULATOR_ENGINE_FRAME_FILLING_H
-#define KEL_SIMULATOR_ENGINE_FRAME_FILLING_H
+#pragma once
 
 #include <cstdint>
 #include <random>
@@ -38,5 +37,3 @@ FillResult FillFrame(const CaptureSettings& settings, FrameContent& content, std
 VmbFrame_t DescribeFilled(const CaptureSettings& settings, const FillResult& result);
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // engine/frame_override.h
 // What a frame fault or a delivery by hand changes in a frame.
-#ifndef KEL_SIMULATOR_ENGINE_FRAME_OVERRIDE_H
-#define KEL_SIMULATOR_ENGINE_FRAME_OVERRIDE_H
+#pragma once
 
 #include <chrono>
 #include <cstdint>
@@ -35,5 +34,3 @@ struct FrameOverride {
 };
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // engine/link.h
 // The network link that all simulated cameras share.
-#ifndef KEL_SIMULATOR_ENGINE_LINK_H
-#define KEL_SIMULATOR_ENGINE_LINK_H
+#pragma once
 
 #include <deque>
 
@@ -35,5 +34,3 @@ class Link {
 };
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // engine/notifier.h
 // The thread on which feature invalidations call back.
-#ifndef KEL_SIMULATOR_ENGINE_NOTIFIER_H
-#define KEL_SIMULATOR_ENGINE_NOTIFIER_H
+#pragma once
 
 #include <atomic>
 #include <cstdint>
@@ -58,5 +57,3 @@ class Notifier {
 };
 
 }  // namespace simulator
-
-#endif

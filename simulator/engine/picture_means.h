@@ -1,7 +1,6 @@
 // engine/picture_means.h
 // How bright a picture is and of what colour: what a camera's automatics go by.
-#ifndef KEL_SIMULATOR_ENGINE_PICTURE_MEANS_H
-#define KEL_SIMULATOR_ENGINE_PICTURE_MEANS_H
+#pragma once
 
 #include <cstdint>
 
@@ -22,5 +21,3 @@ struct PictureMeans {
 PictureMeans MeansOf(const Shot& shot, const std::uint8_t* picture);
 
 }  // namespace simulator
-
-#endif

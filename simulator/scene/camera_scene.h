@@ -1,7 +1,6 @@
 // scene/camera_scene.h
 // The scene that a camera sees of any subject.
-#ifndef KEL_SIMULATOR_SCENE_CAMERA_SCENE_H
-#define KEL_SIMULATOR_SCENE_CAMERA_SCENE_H
+#pragma once
 
 #include <memory>
 #include <mutex>
@@ -37,5 +36,3 @@ class CameraScene : public Scene {
 };
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // scene/canvas.h
 // Anti-aliased drawing in linear light, into a band of rows of the whole picture.
-#ifndef KEL_SIMULATOR_SCENE_CANVAS_H
-#define KEL_SIMULATOR_SCENE_CANVAS_H
+#pragma once
 
 #include <array>
 #include <cstdint>
@@ -85,5 +84,3 @@ class Canvas {
 };
 
 }  // namespace simulator
-
-#endif

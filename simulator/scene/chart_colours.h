@@ -1,7 +1,6 @@
 // scene/chart_colours.h
 // The colours that the test chart is drawn in, its patches aside.
-#ifndef KEL_SIMULATOR_SCENE_CHART_COLOURS_H
-#define KEL_SIMULATOR_SCENE_CHART_COLOURS_H
+#pragma once
 
 #include <array>
 
@@ -23,5 +22,3 @@ inline const std::array<Light, 6> kBars{LightOfSrgb(226, 34, 40),  LightOfSrgb(2
                                         LightOfSrgb(214, 52, 184), LightOfSrgb(246, 214, 28)};
 
 }  // namespace simulator
-
-#endif

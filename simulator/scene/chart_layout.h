@@ -1,7 +1,6 @@
 // scene/chart_layout.h
 // Where the parts of the test chart lie on a sensor of any size.
-#ifndef KEL_SIMULATOR_SCENE_CHART_LAYOUT_H
-#define KEL_SIMULATOR_SCENE_CHART_LAYOUT_H
+#pragma once
 
 #include <array>
 
@@ -42,5 +41,3 @@ struct ChartLayout {
 };
 
 }  // namespace simulator
-
-#endif

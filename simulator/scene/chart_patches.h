@@ -1,7 +1,6 @@
 // scene/chart_patches.h
 // The colour patches of the test chart: their published colours and where they lie.
-#ifndef KEL_SIMULATOR_SCENE_CHART_PATCHES_H
-#define KEL_SIMULATOR_SCENE_CHART_PATCHES_H
+#pragma once
 
 #include <array>
 
@@ -38,5 +37,3 @@ struct PatchArea {
 PatchArea ChartPatchArea(int sensor_width, int sensor_height, int index);
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // scene/chart_subject.h
 // The built-in test chart.
-#ifndef KEL_SIMULATOR_SCENE_CHART_SUBJECT_H
-#define KEL_SIMULATOR_SCENE_CHART_SUBJECT_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -44,5 +43,3 @@ class ChartSubject : public Subject {
 };
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // scene/picture_subject.h
 // A picture of the user's as what the camera sees.
-#ifndef KEL_SIMULATOR_SCENE_PICTURE_SUBJECT_H
-#define KEL_SIMULATOR_SCENE_PICTURE_SUBJECT_H
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -27,5 +26,3 @@ class PictureSubject : public Subject {
 };
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // scene/pixel_layout.h
 // The pixel formats of the simulated cameras: the samples each needs and how they lie in memory.
-#ifndef KEL_SIMULATOR_SCENE_PIXEL_LAYOUT_H
-#define KEL_SIMULATOR_SCENE_PIXEL_LAYOUT_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -25,5 +24,3 @@ struct PixelLayout {
 };
 
 }  // namespace simulator
-
-#endif

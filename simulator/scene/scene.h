@@ -1,7 +1,6 @@
 // scene/scene.h
 // What a simulated camera looks at, and the picture that its sensor makes of it.
-#ifndef KEL_SIMULATOR_SCENE_SCENE_H
-#define KEL_SIMULATOR_SCENE_SCENE_H
+#pragma once
 
 #include <cstdint>
 #include <memory>
@@ -71,5 +70,3 @@ std::shared_ptr<const Scene> MakePictureScene(const std::string& utf8_path, int 
                                               bool colour, int bayer_order);
 
 }  // namespace simulator
-
-#endif

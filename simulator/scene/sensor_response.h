@@ -1,7 +1,6 @@
 // scene/sensor_response.h
 // How a sensor turns light into eight-bit samples: exposure, gain, saturation, noise, tone curve.
-#ifndef KEL_SIMULATOR_SCENE_SENSOR_RESPONSE_H
-#define KEL_SIMULATOR_SCENE_SENSOR_RESPONSE_H
+#pragma once
 
 #include <array>
 #include <cstddef>
@@ -46,5 +45,3 @@ inline std::uint8_t Sample(const ChannelResponse& response, std::uint8_t code, s
 }
 
 }  // namespace simulator
-
-#endif

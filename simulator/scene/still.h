@@ -1,8 +1,7 @@
 // scene/still.h
 // A subject's parts in the form in which frames are made from them: eight-bit sRGB codes of the samples that a format
 // needs.
-#ifndef KEL_SIMULATOR_SCENE_STILL_H
-#define KEL_SIMULATOR_SCENE_STILL_H
+#pragma once
 
 #include <cstdint>
 #include <vector>
@@ -53,5 +52,3 @@ Still DrawStill(const Subject& subject, const std::vector<MovingPart>& parts, co
                 const Window& window);
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // scene/stroke_font.h
 // A small built-in font of straight strokes, which scales to any size.
-#ifndef KEL_SIMULATOR_SCENE_STROKE_FONT_H
-#define KEL_SIMULATOR_SCENE_STROKE_FONT_H
+#pragma once
 
 #include <string_view>
 
@@ -32,5 +31,3 @@ Box TextBox(const TextLine& line);
 void WriteText(Canvas& canvas, const TextLine& line, const Light& light);
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // scene/subject.h
 // What a scene shows: still parts, drawn once, and parts that differ from frame to frame.
-#ifndef KEL_SIMULATOR_SCENE_SUBJECT_H
-#define KEL_SIMULATOR_SCENE_SUBJECT_H
+#pragma once
 
 #include <functional>
 #include <vector>
@@ -32,5 +31,3 @@ class Subject {
 };
 
 }  // namespace simulator
-
-#endif

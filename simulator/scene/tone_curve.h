@@ -1,7 +1,6 @@
 // scene/tone_curve.h
 // The sRGB curve and the few functions around it, in arithmetic that gives the same bits on every platform.
-#ifndef KEL_SIMULATOR_SCENE_TONE_CURVE_H
-#define KEL_SIMULATOR_SCENE_TONE_CURVE_H
+#pragma once
 
 #include <cstdint>
 
@@ -31,5 +30,3 @@ Direction DirectionAt(double turns);
 double TurnsOf(double x, double y);
 
 }  // namespace simulator
-
-#endif

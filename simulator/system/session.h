@@ -1,7 +1,6 @@
 // system/session.h
 // One opening of a camera, from VmbCameraOpen to VmbCameraClose.
-#ifndef KEL_SIMULATOR_SYSTEM_SESSION_H
-#define KEL_SIMULATOR_SYSTEM_SESSION_H
+#pragma once
 
 #include <memory>
 
@@ -52,5 +51,3 @@ class Session {
 };
 
 }  // namespace simulator
-
-#endif

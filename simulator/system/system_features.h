@@ -1,7 +1,6 @@
 // system/system_features.h
 // The features of the Vimba system: transport layer, discovery, discovery events.
-#ifndef KEL_SIMULATOR_SYSTEM_SYSTEM_FEATURES_H
-#define KEL_SIMULATOR_SYSTEM_SYSTEM_FEATURES_H
+#pragma once
 
 #include <memory>
 #include <string>
@@ -55,5 +54,3 @@ class SystemFeatures {
 };
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // system/vimba_system.h
 // The simulated Vimba system: cameras on their link, start-up, handles.
-#ifndef KEL_SIMULATOR_SYSTEM_VIMBA_SYSTEM_H
-#define KEL_SIMULATOR_SYSTEM_VIMBA_SYSTEM_H
+#pragma once
 
 #include <atomic>
 #include <cstdint>
@@ -122,5 +121,3 @@ class VimbaSystem {
 };
 
 }  // namespace simulator
-
-#endif

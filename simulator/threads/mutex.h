@@ -1,7 +1,6 @@
 // threads/mutex.h
 // Mutex, scoped lock and condition of the simulator, as clang's thread-safety analysis knows them.
-#ifndef KEL_SIMULATOR_THREADS_MUTEX_H
-#define KEL_SIMULATOR_THREADS_MUTEX_H
+#pragma once
 
 #include <chrono>
 #include <condition_variable>
@@ -74,5 +73,3 @@ class Condition {
 };
 
 }  // namespace simulator
-
-#endif

@@ -1,7 +1,6 @@
 // scene/shots.h
 // Shots of scenes and questions about the pictures they give.
-#ifndef KEL_TESTS_UNIT_SCENE_SHOTS_H
-#define KEL_TESTS_UNIT_SCENE_SHOTS_H
+#pragma once
 
 #include <array>
 #include <cstdint>
@@ -36,5 +35,3 @@ double Linear(int code);
 std::uint64_t Checksum(const Bytes& bytes);
 
 }  // namespace scene_test
-
-#endif
