@@ -7,7 +7,7 @@
 
 #include "camera/value_text.h"
 
-namespace simulator {
+namespace Simulator {
 
 ApiCall::ApiCall(const char* function)
     : m_system(VimbaSystem::Instance()), m_texts(m_system.Record().Recording() || m_system.FaultSet().Any()) {
@@ -98,4 +98,4 @@ VmbError_t ApiCall::Check() {
   return m_effect.error ? m_effect.error : m_argument_error;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

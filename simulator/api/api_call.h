@@ -13,7 +13,7 @@
 #include "control/faults.h"
 #include "system/vimba_system.h"
 
-namespace simulator {
+namespace Simulator {
 
 // Arguments are named in their order, then the call answers once.
 class ApiCall {
@@ -78,4 +78,4 @@ class ApiCall {
   VmbError_t m_argument_error = VmbErrorSuccess;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

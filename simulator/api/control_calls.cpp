@@ -14,10 +14,10 @@
 
 namespace {
 
-using simulator::Camera;
-using simulator::Json;
-using simulator::Lock;
-using simulator::VimbaSystem;
+using Simulator::Camera;
+using Simulator::Json;
+using Simulator::Lock;
+using Simulator::VimbaSystem;
 
 // A thread_local text would keep the library loaded as long as one of its threads lives.
 class LastErrors {
@@ -33,7 +33,7 @@ class LastErrors {
   }
 
  private:
-  simulator::Mutex m_mutex;
+  Simulator::Mutex m_mutex;
   std::map<std::thread::id, std::string> m_texts SIM_GUARDED_BY(m_mutex);
 };
 
@@ -72,9 +72,9 @@ std::size_t CopyText(const std::string& text, char* buffer, std::size_t size) {
 }
 
 Json StateOf(const VimbaSystem& system, const Camera& camera) {
-  const simulator::Counters& counters = camera.Counted();
+  const Simulator::Counters& counters = camera.Counted();
   const auto session = system.FullSessionOf(camera);
-  const auto frames = session ? session->Frames()->Count() : simulator::CaptureQueue::Sizes{};
+  const auto frames = session ? session->Frames()->Count() : Simulator::CaptureQueue::Sizes{};
   Json state{{"plugged", camera.Plugged()},        {"openHandles", system.OpenHandles(camera)},
              {"acquiring", camera.Running()},      {"capturing", frames.capturing},
              {"announced", frames.announced},      {"queued", frames.queued},
@@ -88,7 +88,7 @@ Json StateOf(const VimbaSystem& system, const Camera& camera) {
 
 int VimbaSimConfigure(const char* json) {
   return Control([&](VimbaSystem& system) {
-    system.Configure(json ? simulator::ParseConfiguration(json) : simulator::EnvironmentConfiguration());
+    system.Configure(json ? Simulator::ParseConfiguration(json) : Simulator::EnvironmentConfiguration());
   });
 }
 
@@ -96,7 +96,7 @@ int VimbaSimAddFaults(const char* json) {
   return Control([&](VimbaSystem& system) {
     // The first configuration would forget them.
     system.Prepare();
-    system.FaultSet().Add(simulator::ParseFaults(Given(json, "the text")));
+    system.FaultSet().Add(Simulator::ParseFaults(Given(json, "the text")));
   });
 }
 
@@ -122,7 +122,7 @@ int VimbaSimSetLine(const char* camera_id, int line, int level) {
 int VimbaSimDeliverFrame(const char* camera_id, const char* json) {
   return Control([&](VimbaSystem& system) {
     const auto camera = CameraCalled(system, camera_id);
-    const simulator::FrameOverride frame = simulator::ParseFrameOverride(json ? json : "{}");
+    const Simulator::FrameOverride frame = Simulator::ParseFrameOverride(json ? json : "{}");
     const auto session = system.FullSessionOf(*camera);
     if (!session || !session->DeliverNow(frame)) {
       throw std::runtime_error("camera " + std::string(camera_id) + " has no frame queued");
@@ -131,10 +131,10 @@ int VimbaSimDeliverFrame(const char* camera_id, const char* json) {
 }
 
 int VimbaSimWaitIdle(uint32_t timeout_ms) {
-  const auto deadline = simulator::Clock::now() + std::chrono::milliseconds(timeout_ms);
+  const auto deadline = Simulator::Clock::now() + std::chrono::milliseconds(timeout_ms);
   const VimbaSystem& system = VimbaSystem::Instance();
   while (!system.Idle()) {
-    if (simulator::Clock::now() >= deadline) return 1;
+    if (Simulator::Clock::now() >= deadline) return 1;
     std::this_thread::sleep_for(std::chrono::microseconds(200));
   }
   return 0;

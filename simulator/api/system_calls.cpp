@@ -5,16 +5,16 @@
 #include "VimbaC.h"
 #include "api/api_call.h"
 
-using simulator::ApiCall;
-using simulator::CameraConfiguration;
-using simulator::VimbaSystem;
+using Simulator::ApiCall;
+using Simulator::CameraConfiguration;
+using Simulator::VimbaSystem;
 
 namespace {
 
 constexpr VmbVersionInfo_t kVersion{1, 8, 3};
 constexpr VmbAccessMode_t kOpenable = VmbAccessModeFull | VmbAccessModeRead;
 
-void FillInfo(const simulator::Camera& camera, VmbCameraInfo_t& info) {
+void FillInfo(const Simulator::Camera& camera, VmbCameraInfo_t& info) {
   const CameraConfiguration& configuration = camera.Configuration();
   info = {configuration.id.c_str(),
           configuration.name.c_str(),

@@ -7,7 +7,7 @@
 #include "camera/camera_features.h"
 #include "camera/feature_names.h"
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 // Mean of linear light that a picture is brought to, and how near is near enough.
@@ -27,7 +27,7 @@ bool Near(double correction) { return std::abs(correction - 1.0) <= kTolerance; 
 bool CameraFeatures::IsAutomatic(const char* mode) const { return m_map.Own<EnumNode>(mode).selected != 0; }
 
 bool CameraFeatures::AnyAutomatic() const {
-  using namespace feature;
+  using namespace FeatureName;
   return IsAutomatic(kExposureAuto) || IsAutomatic(kGainAuto) || IsAutomatic(kBalanceWhiteAuto);
 }
 
@@ -44,7 +44,7 @@ void CameraFeatures::EndOnce(const char* mode) {
 }
 
 void CameraFeatures::FollowPicture(const PictureMeans& means) {
-  using namespace feature;
+  using namespace FeatureName;
   double missing = Correction(kBrightness, means.Brightness());
   const bool bright_enough = Near(missing);
   if (IsAutomatic(kExposureAuto)) {
@@ -61,7 +61,7 @@ void CameraFeatures::FollowPicture(const PictureMeans& means) {
 }
 
 void CameraFeatures::FollowColour(const PictureMeans& means) {
-  using namespace feature;
+  using namespace FeatureName;
   const double red = Correction(means.green, means.red);
   const double blue = Correction(means.green, means.blue);
   const std::vector<double> now = m_map.Own<FloatNode>(kBalanceRatioAbs).values;
@@ -71,4 +71,4 @@ void CameraFeatures::FollowColour(const PictureMeans& means) {
   if ((Near(red) && Near(blue)) || at_the_end) EndOnce(kBalanceWhiteAuto);
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -6,7 +6,7 @@
 #include <cctype>
 #include <utility>
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 std::shared_ptr<const Scene> MakeScene(const CameraConfiguration& camera) {
@@ -166,4 +166,4 @@ std::map<std::string, std::string> Camera::FeatureValues() const {
   return m_features->Map().Values();
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -18,7 +18,7 @@
 #include "engine/counters.h"
 #include "engine/notifier.h"
 
-namespace simulator {
+namespace Simulator {
 
 // Its features keep their values when it is closed and when the API shuts down; plugging it in is a power-up. [any
 // thread]
@@ -112,4 +112,4 @@ class Camera {
   std::vector<Watcher> m_watchers SIM_GUARDED_BY(m_mutex);
 };
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -10,7 +10,7 @@
 #include <variant>
 #include <vector>
 
-namespace simulator {
+namespace Simulator {
 
 // Pixels of a sensor's side.
 inline constexpr int kMinSensor = 8;
@@ -84,4 +84,4 @@ struct CameraConfiguration {
   std::string picture;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -9,7 +9,7 @@
 #include "camera/feature_names.h"
 #include "camera/pixel_format.h"
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 struct SourceRow {
@@ -65,7 +65,7 @@ std::vector<Feature> CameraFeatures::AllRows() {
 }
 
 std::vector<Feature> CameraFeatures::TriggerRows() const {
-  using namespace feature;
+  using namespace FeatureName;
   constexpr double kMaxDelay_us = 60e6;
   return {{kTriggerSelector, Access::kReadWrite, EnumNode{{{"FrameStart", 0}}}},
           {kTriggerMode, Access::kReadWrite, EnumNode{{{"Off", 0}, {"On", 1}}}},
@@ -76,7 +76,7 @@ std::vector<Feature> CameraFeatures::TriggerRows() const {
 }
 
 TriggerSettings CameraFeatures::Trigger() const {
-  using namespace feature;
+  using namespace FeatureName;
   TriggerSettings trigger;
   if (m_map.Entry(kTriggerMode).name == "On") {
     const SourceRow& source = RowOf(kSources, m_map.Entry(kTriggerSource));
@@ -90,16 +90,17 @@ TriggerSettings CameraFeatures::Trigger() const {
 }
 
 int CameraFeatures::WidthMax() const {
-  return m_configuration.sensor_width / static_cast<int>(m_map.Integer(feature::kBinningHorizontal));
+  return m_configuration.sensor_width / static_cast<int>(m_map.Integer(FeatureName::kBinningHorizontal));
 }
 
 int CameraFeatures::HeightMax() const {
-  return m_configuration.sensor_height / static_cast<int>(m_map.Integer(feature::kBinningVertical));
+  return m_configuration.sensor_height / static_cast<int>(m_map.Integer(FeatureName::kBinningVertical));
 }
 
 std::size_t CameraFeatures::ImageBytes() const {
-  const int bytes_per_pixel = FindPixelFormat(m_map.Entry(feature::kPixelFormat).name)->bytes_per_pixel;
-  return static_cast<std::size_t>(m_map.Integer(feature::kWidth) * m_map.Integer(feature::kHeight) * bytes_per_pixel);
+  const int bytes_per_pixel = FindPixelFormat(m_map.Entry(FeatureName::kPixelFormat).name)->bytes_per_pixel;
+  return static_cast<std::size_t>(m_map.Integer(FeatureName::kWidth) * m_map.Integer(FeatureName::kHeight) *
+                                  bytes_per_pixel);
 }
 
 std::int64_t CameraFeatures::PayloadSize() const {
@@ -108,17 +109,17 @@ std::int64_t CameraFeatures::PayloadSize() const {
   for (const std::string& format : m_configuration.formats) {
     widest = std::max(widest, FindPixelFormat(format)->bytes_per_pixel);
   }
-  return m_map.Integer(feature::kWidth) * m_map.Integer(feature::kHeight) * widest;
+  return m_map.Integer(FeatureName::kWidth) * m_map.Integer(FeatureName::kHeight) * widest;
 }
 
-double CameraFeatures::ExposureSeconds() const { return m_map.Float(feature::kExposureTimeAbs) * 1e-6; }
+double CameraFeatures::ExposureSeconds() const { return m_map.Float(FeatureName::kExposureTimeAbs) * 1e-6; }
 
 double CameraFeatures::ReadoutSeconds() const {
-  return static_cast<double>(m_map.Integer(feature::kHeight)) * m_configuration.line_time_us * 1e-6;
+  return static_cast<double>(m_map.Integer(FeatureName::kHeight)) * m_configuration.line_time_us * 1e-6;
 }
 
 double CameraFeatures::StreamSeconds() const {
-  return static_cast<double>(ImageBytes()) / static_cast<double>(m_map.Integer(feature::kStreamBytesPerSecond));
+  return static_cast<double>(ImageBytes()) / static_cast<double>(m_map.Integer(FeatureName::kStreamBytesPerSecond));
 }
 
 double CameraFeatures::FrameRateLimit() const {
@@ -127,7 +128,7 @@ double CameraFeatures::FrameRateLimit() const {
 
 // After larger binning: what no longer fits moves and shrinks.
 void CameraFeatures::ShrinkToSensor() {
-  using namespace feature;
+  using namespace FeatureName;
   const auto shrink = [&](const char* size, const char* offset, std::int64_t max) {
     auto& size_value = m_map.Own<IntegerNode>(size).value;
     auto& offset_value = m_map.Own<IntegerNode>(offset).value;
@@ -139,7 +140,7 @@ void CameraFeatures::ShrinkToSensor() {
 }
 
 CaptureSettings CameraFeatures::Settings() const {
-  using namespace feature;
+  using namespace FeatureName;
   const auto pixels = [&](const char* name) { return static_cast<int>(m_map.Integer(name)); };
   const auto& balance = m_map.Own<FloatNode>(kBalanceRatioAbs).values;
   CaptureSettings settings;
@@ -164,13 +165,13 @@ CaptureSettings CameraFeatures::Settings() const {
   settings.frame_limit = mode == "SingleFrame" ? 1 : mode == "MultiFrame" ? m_map.Integer(kAcquisitionFrameCount) : 0;
   settings.instant = m_configuration.timing == Timing::kInstant;
   if (!settings.instant) {
-    settings.exposure = simulator::Seconds(ExposureSeconds());
-    settings.readout = simulator::Seconds(ReadoutSeconds());
-    settings.stream = simulator::Seconds(StreamSeconds());
+    settings.exposure = Simulator::Seconds(ExposureSeconds());
+    settings.readout = Simulator::Seconds(ReadoutSeconds());
+    settings.stream = Simulator::Seconds(StreamSeconds());
   }
   settings.stream_bytes_per_s = static_cast<double>(m_map.Integer(kStreamBytesPerSecond));
   settings.packet_bytes = static_cast<std::size_t>(m_map.Integer(kGVSPPacketSize) - kPacketHeaderBytes);
   return settings;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -12,7 +12,7 @@
 #include "engine/counters.h"
 #include "engine/picture_means.h"
 
-namespace simulator {
+namespace Simulator {
 
 // Ethernet, IP, UDP and stream headers in each packet.
 inline constexpr std::int64_t kPacketHeaderBytes = 36;
@@ -86,4 +86,4 @@ class CameraFeatures {
   FeatureMap m_map;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -7,7 +7,7 @@
 
 #include "camera/value_text.h"
 
-namespace simulator {
+namespace Simulator {
 
 FeatureMap::FeatureMap(std::vector<Feature> rows, std::function<bool()> acquiring) : m_acquiring(std::move(acquiring)) {
   for (Feature& row : rows) {
@@ -224,4 +224,4 @@ std::map<std::string, std::string> FeatureMap::Values() const {
   return values;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -12,7 +12,7 @@
 
 #include "VimbaC.h"
 
-namespace simulator {
+namespace Simulator {
 
 enum class Access {
   kReadOnly,
@@ -149,4 +149,4 @@ class FeatureMap {
   std::function<bool()> m_acquiring;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -2,7 +2,7 @@
 // The names of all simulated features, each spelled here and nowhere else.
 #pragma once
 
-namespace simulator::feature {
+namespace Simulator::FeatureName {
 
 // The Vimba system.
 inline constexpr char kGeVTLIsPresent[] = "GeVTLIsPresent";
@@ -82,4 +82,4 @@ inline constexpr char kStatFrameDropped[] = "StatFrameDropped";
 inline constexpr char kStatPacketReceived[] = "StatPacketReceived";
 inline constexpr char kStatPacketMissed[] = "StatPacketMissed";
 
-}  // namespace simulator::feature
+}  // namespace Simulator::FeatureName

@@ -7,7 +7,7 @@
 #include "camera/feature_names.h"
 #include "camera/pixel_format.h"
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 Feature Text(const char* name, std::string value) { return {name, Access::kReadOnly, StringNode{std::move(value)}}; }
@@ -17,7 +17,7 @@ EnumNode AutoMode() { return {{{"Off", 0}, {"Once", 1}, {"Continuous", 2}}}; }
 }  // namespace
 
 std::vector<Feature> CameraFeatures::IdentityRows() const {
-  using namespace feature;
+  using namespace FeatureName;
   const CameraConfiguration& camera = m_configuration;
   // By name: g++ 12 for Windows loses its place in a list of this depth that is written into the one below.
   const std::vector<double> temperatures{camera.sensor_temperature, camera.main_temperature};
@@ -33,7 +33,7 @@ std::vector<Feature> CameraFeatures::IdentityRows() const {
 }
 
 std::vector<Feature> CameraFeatures::ImageFormatRows() {
-  using namespace feature;
+  using namespace FeatureName;
   constexpr std::int64_t kMinSize = 8;
   const std::int64_t width = m_configuration.sensor_width;
   const std::int64_t height = m_configuration.sensor_height;
@@ -82,7 +82,7 @@ std::vector<Feature> CameraFeatures::ImageFormatRows() {
 }
 
 std::vector<Feature> CameraFeatures::BinningRows() {
-  using namespace feature;
+  using namespace FeatureName;
   const bool missing = m_configuration.max_binning == 0;
   const IntegerNode node{{1, missing ? 1 : m_configuration.max_binning}, 1};
   const auto shrink = [this] { ShrinkToSensor(); };
@@ -91,7 +91,7 @@ std::vector<Feature> CameraFeatures::BinningRows() {
 }
 
 std::vector<Feature> CameraFeatures::AcquisitionRows() {
-  using namespace feature;
+  using namespace FeatureName;
   constexpr double kMinRate = 0.01;
   constexpr double kDefaultRate = 10.0;
   const auto limit = [this] { return FrameRateLimit(); };
@@ -111,7 +111,7 @@ std::vector<Feature> CameraFeatures::AcquisitionRows() {
 }
 
 std::vector<Feature> CameraFeatures::LightRows() const {
-  using namespace feature;
+  using namespace FeatureName;
   constexpr FloatRange kExposure_us{30.0, 60e6};
   constexpr FloatRange kGain_dB{0.0, 40.0};
   constexpr FloatRange kBalance{0.8, 3.0};
@@ -131,4 +131,4 @@ std::vector<Feature> CameraFeatures::LightRows() const {
            mono}};
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -8,7 +8,7 @@
 
 #include "VimbaC.h"
 
-namespace simulator {
+namespace Simulator {
 
 struct PixelFormat {
   std::string_view name;
@@ -36,4 +36,4 @@ constexpr const PixelFormat* FindPixelFormat(std::string_view name) {
 // The sensor's mosaics, by their Bayer order.
 inline constexpr std::array<std::string_view, 4> kBayerOrders{"BGGR", "RGGB", "GBRG", "GRBG"};
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -9,10 +9,10 @@
 #include "camera/feature_names.h"
 #include "camera/value_text.h"
 
-namespace simulator {
+namespace Simulator {
 
 std::vector<Feature> CameraFeatures::TimestampRows() {
-  using namespace feature;
+  using namespace FeatureName;
   constexpr std::int64_t kMaxTicks = INT64_MAX;
   const std::int64_t frequency = m_clock.TicksPerSecond();
   return {
@@ -24,7 +24,7 @@ std::vector<Feature> CameraFeatures::TimestampRows() {
 }
 
 std::vector<Feature> CameraFeatures::StreamRows() {
-  using namespace feature;
+  using namespace FeatureName;
   return {{kGevHeartbeatTimeout, Access::kReadWrite, IntegerNode{{500, 10'000}, 3000}},
           {kStreamBytesPerSecond, Access::kReadWrite, IntegerNode{{1'000'000, 124'000'000}, 115'000'000}},
           {kGVSPPacketSize, Access::kIdle, IntegerNode{{500, 9000, 4}, 1500}},
@@ -37,7 +37,7 @@ void CameraFeatures::AdjustPacketSize() {
   FeatureMap& map = m_map;
   IntegerRange range;
   // Cannot fail: the node is there whether it is missing from outside or not.
-  auto& node = map.Own<IntegerNode>(feature::kGVSPPacketSize);
+  auto& node = map.Own<IntegerNode>(FeatureName::kGVSPPacketSize);
   range = node.fixed;
   const std::int64_t wanted = std::clamp(m_configuration.negotiated_packet_size, range.min, range.max);
   node.value = wanted - (wanted - range.min) % range.step;
@@ -47,7 +47,7 @@ void CameraFeatures::AdjustPacketSize() {
 }
 
 std::vector<Feature> CameraFeatures::StatisticRows() const {
-  using namespace feature;
+  using namespace FeatureName;
   constexpr std::int64_t kMaxCount = INT64_MAX;
   const auto count = [](const char* name, const std::atomic<std::uint64_t>& counter) {
     return Feature{name, Access::kReadOnly, IntegerNode{{0, kMaxCount}, 0, {}, [&counter] {
@@ -75,19 +75,19 @@ struct WidestRange {
 constexpr double kHour_us = 3.6e9;
 constexpr WidestRange kWidestRanges[] = {
     // 0 would mean an acquisition without end.
-    {feature::kAcquisitionFrameCount, 1.0, 1e9},
-    {feature::kBalanceRatioAbs, 0.01, 100.0},
-    {feature::kBinningHorizontal, 1.0, kMaxBinning},
-    {feature::kBinningVertical, 1.0, kMaxBinning},
+    {FeatureName::kAcquisitionFrameCount, 1.0, 1e9},
+    {FeatureName::kBalanceRatioAbs, 0.01, 100.0},
+    {FeatureName::kBinningHorizontal, 1.0, kMaxBinning},
+    {FeatureName::kBinningVertical, 1.0, kMaxBinning},
     // Not shorter: the limit of the frame rate stays within its own range.
-    {feature::kExposureTimeAbs, 1.0, kHour_us},
+    {FeatureName::kExposureTimeAbs, 1.0, kHour_us},
     // Room for a byte of the image.
-    {feature::kGVSPPacketSize, static_cast<double>(kPacketHeaderBytes + 1), static_cast<double>(kMaxPacketSize)},
+    {FeatureName::kGVSPPacketSize, static_cast<double>(kPacketHeaderBytes + 1), static_cast<double>(kMaxPacketSize)},
     // More would amplify the noise beyond all numbers.
-    {feature::kGain, -100.0, 100.0},
+    {FeatureName::kGain, -100.0, 100.0},
     // The largest image then takes some weeks, which still is a time in nanoseconds.
-    {feature::kStreamBytesPerSecond, 1e3, 1e12},
-    {feature::kTriggerDelayAbs, 0.0, kHour_us}};
+    {FeatureName::kStreamBytesPerSecond, 1e3, 1e12},
+    {FeatureName::kTriggerDelayAbs, 0.0, kHour_us}};
 
 void CheckBounds(const std::string& name, const RangeOverride& change) {
   const auto* const widest = std::find_if(std::begin(kWidestRanges), std::end(kWidestRanges),
@@ -205,4 +205,4 @@ void CameraFeatures::ApplySetting(const std::string& name, const FeatureSetting&
   }
 }
 
-}  // namespace simulator
+}  // namespace Simulator

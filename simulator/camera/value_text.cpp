@@ -5,7 +5,7 @@
 #include <array>
 #include <charconv>
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 template <class Value>
@@ -37,4 +37,4 @@ std::string QuotedText(const char* text) {
   return quoted + '"';
 }
 
-}  // namespace simulator
+}  // namespace Simulator

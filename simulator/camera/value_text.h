@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-namespace simulator {
+namespace Simulator {
 
 // Integers are decimal, doubles the shortest text that reads back as the same value.
 std::string ValueText(std::int64_t value);
@@ -14,4 +14,4 @@ std::string ValueText(double value);
 // In quotes, with quotes, backslashes and control characters escaped; null for a null pointer.
 std::string QuotedText(const char* text);
 
-}  // namespace simulator
+}  // namespace Simulator

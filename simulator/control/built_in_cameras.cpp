@@ -2,7 +2,7 @@
 // The three cameras that stand on the link without any configuration.
 #include "control/configuration.h"
 
-namespace simulator {
+namespace Simulator {
 
 std::vector<CameraConfiguration> BuiltInCameras() {
   CameraConfiguration mono;
@@ -47,4 +47,4 @@ std::vector<CameraConfiguration> BuiltInCameras() {
   return {mono, colour, other};
 }
 
-}  // namespace simulator
+}  // namespace Simulator

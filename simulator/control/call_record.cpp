@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace simulator {
+namespace Simulator {
 
 CallRecord::Line CallRecord::Begin(std::string call) {
   const Lock lock(m_mutex);
@@ -117,4 +117,4 @@ std::string CallRecord::FrameText(VmbHandle_t camera, const VmbFrame_t* frame) c
   return found == handle->second.frames.end() ? "frame unknown" : "frame " + std::to_string(found->second);
 }
 
-}  // namespace simulator
+}  // namespace Simulator

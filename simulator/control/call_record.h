@@ -11,7 +11,7 @@
 #include "VimbaC.h"
 #include "threads/mutex.h"
 
-namespace simulator {
+namespace Simulator {
 
 // Knows the names of handles and frames by itself: a call is recorded before it waits for any lock of a camera. Keeps
 // the newest kMostLines lines, so that a program may run for weeks. [any thread]
@@ -70,4 +70,4 @@ class CallRecord {
   std::map<VmbHandle_t, Handle> m_handles SIM_GUARDED_BY(m_mutex);
 };
 
-}  // namespace simulator
+}  // namespace Simulator

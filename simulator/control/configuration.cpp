@@ -12,7 +12,7 @@
 #include "control/fault_text.h"
 #include "control/json_members.h"
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 std::vector<std::string> FormatsOf(const CameraConfiguration& camera) {
@@ -202,4 +202,4 @@ Configuration EnvironmentConfiguration() {
   return configuration;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -12,7 +12,7 @@
 #include "camera/camera_configuration.h"
 #include "control/faults.h"
 
-namespace simulator {
+namespace Simulator {
 
 enum class DiscoveryStatus { kOff, kAutomatic };
 // The entries of GeVDiscoveryStatus, by the values above.
@@ -56,4 +56,4 @@ FrameOverride ParseFrameOverride(std::string_view json);
 // file when it cannot be read or is wrong.
 Configuration EnvironmentConfiguration();
 
-}  // namespace simulator
+}  // namespace Simulator

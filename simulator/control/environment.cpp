@@ -10,7 +10,7 @@
 #include <stdexcept>
 #include <system_error>
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 std::filesystem::path PathOf(const std::string& utf8) {
@@ -58,4 +58,4 @@ std::string ReadTextFile(const std::string& utf8_path) {
   return text;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-namespace simulator {
+namespace Simulator {
 
 // VIMBA_SIM_CONFIG as UTF-8; nothing when it is not set or empty.
 std::optional<std::string> ConfigurationFile();
@@ -13,4 +13,4 @@ std::optional<std::string> ConfigurationFile();
 // Throws std::runtime_error with the file's name and the system's reason.
 std::string ReadTextFile(const std::string& utf8_path);
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -10,7 +10,7 @@
 #include "camera/value_text.h"
 #include "control/configuration.h"
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 constexpr std::int64_t kMaxDelay_ms = 600'000;
@@ -130,4 +130,4 @@ FrameOverride ParseFrameOverride(std::string_view json) {
   return frame;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -5,9 +5,9 @@
 #include "control/faults.h"
 #include "control/json_members.h"
 
-namespace simulator {
+namespace Simulator {
 
 // Adds the fault that the object describes. Throws std::invalid_argument.
 void ReadFault(JsonMembers& members, Faults::Set& faults);
 
-}  // namespace simulator
+}  // namespace Simulator

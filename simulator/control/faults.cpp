@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 bool Fits(const std::string& pattern, std::string_view value) { return pattern.empty() || pattern == value; }
@@ -61,4 +61,4 @@ FrameOverride Faults::ForExposure(std::string_view camera) {
   return effect;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -13,7 +13,7 @@
 #include "engine/frame_override.h"
 #include "threads/mutex.h"
 
-namespace simulator {
+namespace Simulator {
 
 // An empty pattern fits every value.
 struct CallPattern {
@@ -77,4 +77,4 @@ class Faults {
   std::vector<Counted<FrameFault>> m_frames SIM_GUARDED_BY(m_mutex);
 };
 
-}  // namespace simulator
+}  // namespace Simulator

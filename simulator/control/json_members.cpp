@@ -7,7 +7,7 @@
 
 #include "camera/value_text.h"
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 // What stands between quotes in the message: the library tells the number in no other way.
@@ -145,4 +145,4 @@ void JsonMembers::RefuseOthers() const {
   }
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-namespace simulator {
+namespace Simulator {
 
 // Order of members is kept: initial feature values are written in theirs.
 using Json = nlohmann::ordered_json;
@@ -73,4 +73,4 @@ class JsonMembers {
   std::set<std::string, std::less<>> m_asked;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace simulator {
+namespace Simulator {
 
 Acquisition::Acquisition(SensorParts parts, CaptureQueue& frames)
     : m_parts(std::move(parts)), m_frames(frames), m_random(m_parts.seed), m_thread([this] { Run(); }) {}
@@ -246,4 +246,4 @@ bool Acquisition::DeliverNow(const FrameOverride& override) {
   return number.has_value();
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -21,7 +21,7 @@
 #include "engine/link.h"
 #include "engine/picture_means.h"
 
-namespace simulator {
+namespace Simulator {
 
 // What the acquisition needs of the camera that it belongs to. All of it outlives the acquisition.
 struct SensorParts {
@@ -127,4 +127,4 @@ class Acquisition {
   std::thread m_thread;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

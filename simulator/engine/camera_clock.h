@@ -7,7 +7,7 @@
 
 #include "threads/mutex.h"
 
-namespace simulator {
+namespace Simulator {
 
 class CameraClock {
  public:
@@ -37,4 +37,4 @@ class CameraClock {
   std::atomic<Clock::duration> m_start;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

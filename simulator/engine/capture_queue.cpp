@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace simulator {
+namespace Simulator {
 
 struct CaptureQueue::Entry {
   enum class State { kCaller, kQueued, kFilling, kCompleted, kCalling };
@@ -204,4 +204,4 @@ CaptureQueue::Sizes CaptureQueue::Count() const {
   return {m_announced.size(), m_queued.size(), m_capturing};
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -13,7 +13,7 @@
 #include "VimbaC.h"
 #include "threads/mutex.h"
 
-namespace simulator {
+namespace Simulator {
 
 // A frame goes caller -> queued -> filling -> completed -> calling -> caller. From queued to completed the library owns
 // it.
@@ -93,4 +93,4 @@ class CaptureQueue {
   std::thread m_thread;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

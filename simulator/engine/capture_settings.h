@@ -9,7 +9,7 @@
 #include "scene/scene.h"
 #include "threads/mutex.h"
 
-namespace simulator {
+namespace Simulator {
 
 enum class FrameStart { kFreerun, kFixedRate, kSoftware, kLine };
 enum class Edge { kRising, kFalling, kAny, kLevelHigh, kLevelLow };
@@ -52,4 +52,4 @@ inline Clock::duration Seconds(double seconds) {
   return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -5,7 +5,7 @@
 #include <atomic>
 #include <cstdint>
 
-namespace simulator {
+namespace Simulator {
 
 struct Counters {
   std::atomic<std::uint64_t> exposed{0};
@@ -22,4 +22,4 @@ struct Counters {
   }
 };
 
-}  // namespace simulator
+}  // namespace Simulator

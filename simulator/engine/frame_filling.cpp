@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
-namespace simulator {
+namespace Simulator {
 
 void FrameContent::Render(const CaptureSettings& settings) {
   rendered.resize(settings.image_bytes);
@@ -51,4 +51,4 @@ VmbFrame_t DescribeFilled(const CaptureSettings& settings, const FillResult& res
   return frame;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

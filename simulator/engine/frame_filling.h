@@ -9,7 +9,7 @@
 #include "engine/capture_queue.h"
 #include "engine/capture_settings.h"
 
-namespace simulator {
+namespace Simulator {
 
 struct FrameContent {
   // Null: the buffer's bytes stay as they are.
@@ -36,4 +36,4 @@ FillResult FillFrame(const CaptureSettings& settings, FrameContent& content, std
 // The record of a frame that was filled so.
 VmbFrame_t DescribeFilled(const CaptureSettings& settings, const FillResult& result);
 
-}  // namespace simulator
+}  // namespace Simulator

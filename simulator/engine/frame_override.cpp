@@ -4,7 +4,7 @@
 
 #include <tuple>
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 // The override's members beside those of the frame that they replace.
@@ -42,4 +42,4 @@ void FrameOverride::ApplyTo(VmbFrame_t& frame) const {
   });
 }
 
-}  // namespace simulator
+}  // namespace Simulator

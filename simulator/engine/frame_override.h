@@ -8,7 +8,7 @@
 
 #include "VimbaC.h"
 
-namespace simulator {
+namespace Simulator {
 
 struct FrameOverride {
   std::optional<VmbFrameStatus_t> status;
@@ -33,4 +33,4 @@ struct FrameOverride {
   void ApplyTo(VmbFrame_t& frame) const;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace simulator {
+namespace Simulator {
 
 void Link::Begin(const Transfer& transfer) {
   const Lock lock(m_mutex);
@@ -36,4 +36,4 @@ double Link::LostShare(const Transfer& transfer) const {
   return whole_s > 0.0 ? lost_s / whole_s : 0.0;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -6,7 +6,7 @@
 
 #include "threads/mutex.h"
 
-namespace simulator {
+namespace Simulator {
 
 // While the rates of the transfers under way add up to more than the capacity, each loses its share of what is too
 // much.
@@ -33,4 +33,4 @@ class Link {
   std::deque<Transfer> m_transfers SIM_GUARDED_BY(m_mutex);
 };
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace simulator {
+namespace Simulator {
 
 Notifier::Notifier() : m_thread([this] { Run(); }) {}
 
@@ -62,4 +62,4 @@ void Notifier::Run() {
   }
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -12,7 +12,7 @@
 #include "VimbaC.h"
 #include "threads/mutex.h"
 
-namespace simulator {
+namespace Simulator {
 
 struct Notification {
   VmbHandle_t handle;
@@ -56,4 +56,4 @@ class Notifier {
   std::thread m_thread;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -9,7 +9,7 @@
 
 #include "VimbaC.h"
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 enum Channel { kRed, kGreen, kBlue };
@@ -89,4 +89,4 @@ PictureMeans MeansOf(const Shot& shot, const std::uint8_t* picture) {
   return {means.Of(kRed), means.Of(kGreen), means.Of(kBlue)};
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -6,7 +6,7 @@
 
 #include "scene/scene.h"
 
-namespace simulator {
+namespace Simulator {
 
 // In linear light, 0 to 1. All the same for a monochrome picture.
 struct PictureMeans {
@@ -20,4 +20,4 @@ struct PictureMeans {
 // Of the picture's bytes in the shot's format.
 PictureMeans MeansOf(const Shot& shot, const std::uint8_t* picture);
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -12,7 +12,7 @@
 #include "scene/sensor_response.h"
 #include "scene/tone_curve.h"
 
-namespace simulator {
+namespace Simulator {
 
 namespace {
 
@@ -157,4 +157,4 @@ std::shared_ptr<const Scene> MakePictureScene(const std::string& utf8_path, int 
                                        sensor_width, sensor_height, colour);
 }
 
-}  // namespace simulator
+}  // namespace Simulator

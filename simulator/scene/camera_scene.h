@@ -9,7 +9,7 @@
 #include "scene/scene.h"
 #include "scene/still.h"
 
-namespace simulator {
+namespace Simulator {
 
 // Draws the still parts once for each kind of samples asked for, keeps the latest few of these drawings, and makes
 // each frame from them.
@@ -35,4 +35,4 @@ class CameraScene : public Scene {
   mutable std::vector<std::shared_ptr<const Still>> m_stills;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -7,7 +7,7 @@
 
 #include "scene/tone_curve.h"
 
-namespace simulator {
+namespace Simulator {
 
 namespace {
 
@@ -148,4 +148,4 @@ void Canvas::Blend(std::uint16_t* pixel, const Light& light, double coverage) {
   }
 }
 
-}  // namespace simulator
+}  // namespace Simulator

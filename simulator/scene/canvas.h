@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace simulator {
+namespace Simulator {
 
 using Light = std::array<std::uint16_t, 3>;
 
@@ -83,4 +83,4 @@ class Canvas {
   std::vector<std::uint16_t> m_pixels;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -7,7 +7,7 @@
 
 #include "scene/chart_patches.h"
 
-namespace simulator {
+namespace Simulator {
 
 namespace {
 
@@ -82,4 +82,4 @@ PatchArea ChartPatchArea(int sensor_width, int sensor_height, int index) {
   return {patch.left, patch.top, patch.right, patch.bottom};
 }
 
-}  // namespace simulator
+}  // namespace Simulator

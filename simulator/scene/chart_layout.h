@@ -6,7 +6,7 @@
 
 #include "scene/canvas.h"
 
-namespace simulator {
+namespace Simulator {
 
 // Symmetrical about the sensor's middle. `unit` is one hundredth of the content's height, the measure of everything
 // inside.
@@ -40,4 +40,4 @@ struct ChartLayout {
   Box Patch(int index) const;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

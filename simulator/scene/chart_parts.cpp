@@ -10,7 +10,7 @@
 #include "scene/stroke_font.h"
 #include "scene/tone_curve.h"
 
-namespace simulator {
+namespace Simulator {
 
 namespace {
 
@@ -214,4 +214,4 @@ MovingPart ChartSubject::Counter(std::uint64_t frame_number) const {
   return {TextBox({text, middle, height}), [=](Canvas& canvas) { WriteText(canvas, {text, middle, height}, kDigits); }};
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -4,7 +4,7 @@
 
 #include <array>
 
-namespace simulator {
+namespace Simulator {
 
 // sRGB values for daylight; in rows of six, from the top left.
 struct ChartPatch {
@@ -36,4 +36,4 @@ struct PatchArea {
 // Where patch `index` lies on the chart for a sensor of this size.
 PatchArea ChartPatchArea(int sensor_width, int sensor_height, int index);
 
-}  // namespace simulator
+}  // namespace Simulator

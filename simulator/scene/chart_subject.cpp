@@ -9,7 +9,7 @@
 #include "scene/chart_colours.h"
 #include "scene/stroke_font.h"
 
-namespace simulator {
+namespace Simulator {
 
 namespace {
 
@@ -113,4 +113,4 @@ void ChartSubject::PaintEdgeMark(Canvas& canvas, std::string_view label, Point e
   }
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -8,7 +8,7 @@
 #include "scene/chart_layout.h"
 #include "scene/subject.h"
 
-namespace simulator {
+namespace Simulator {
 
 // Colour patches, a star and line wedges for resolution, grey steps and a ramp, marks for edges, corners and middle, a
 // hand that turns once in a second, and a frame counter.
@@ -42,4 +42,4 @@ class ChartSubject : public Subject {
   const std::string m_sensor_legend;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

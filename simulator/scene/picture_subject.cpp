@@ -16,7 +16,7 @@
 #include <stb/stb_image.h>
 #include <stb/stb_image_resize.h>
 
-namespace simulator {
+namespace Simulator {
 
 namespace {
 
@@ -115,4 +115,4 @@ void PictureSubject::Paint(Canvas& canvas) const {
 
 std::vector<MovingPart> PictureSubject::MovingParts(std::uint64_t, double) const { return {}; }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -8,7 +8,7 @@
 
 #include "scene/subject.h"
 
-namespace simulator {
+namespace Simulator {
 
 class PictureSubject : public Subject {
  public:
@@ -25,4 +25,4 @@ class PictureSubject : public Subject {
   const std::vector<std::uint8_t> m_pixels;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

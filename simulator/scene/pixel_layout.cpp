@@ -10,7 +10,7 @@
 
 #include "VimbaC.h"
 
-namespace simulator {
+namespace Simulator {
 
 namespace {
 
@@ -77,4 +77,4 @@ void PixelLayout::PackRow(const std::uint8_t* row, int channels, std::size_t wid
   pack(rgb.data(), width, out);
 }
 
-}  // namespace simulator
+}  // namespace Simulator

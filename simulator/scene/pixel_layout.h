@@ -7,7 +7,7 @@
 
 #include "scene/still.h"
 
-namespace simulator {
+namespace Simulator {
 
 struct PixelLayout {
   std::uint32_t pixel_format = 0;
@@ -23,4 +23,4 @@ struct PixelLayout {
   void PackRow(const std::uint8_t* row, int channels, std::size_t width, std::uint8_t* out) const;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

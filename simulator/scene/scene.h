@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-namespace simulator {
+namespace Simulator {
 
 // Everything that decides about one frame. Positions and sizes count binned pixels; the area must lie on the binned
 // sensor (sensor size divided by the binning, rounded down). What lies outside comes out as black.
@@ -69,4 +69,4 @@ std::shared_ptr<const Scene> MakeChartScene(int sensor_width, int sensor_height,
 std::shared_ptr<const Scene> MakePictureScene(const std::string& utf8_path, int sensor_width, int sensor_height,
                                               bool colour, int bayer_order);
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -7,7 +7,7 @@
 
 #include "scene/tone_curve.h"
 
-namespace simulator {
+namespace Simulator {
 
 namespace {
 
@@ -78,4 +78,4 @@ const std::int16_t* NoiseRow::Segment(std::size_t segment) const {
   return m_noise ? &table[Mix(m_key ^ segment) % kTableSize] : silence.data();
 }
 
-}  // namespace simulator
+}  // namespace Simulator

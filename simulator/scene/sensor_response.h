@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace simulator {
+namespace Simulator {
 
 // What a sample of each code of the still picture becomes, in 1/256 of an output step, and the spread of its noise
 // there.
@@ -44,4 +44,4 @@ inline std::uint8_t Sample(const ChannelResponse& response, std::uint8_t code, s
   return static_cast<std::uint8_t>(value < 0 ? 0 : value > 255 ? 255 : value);
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -8,7 +8,7 @@
 
 #include "scene/tone_curve.h"
 
-namespace simulator {
+namespace Simulator {
 
 namespace {
 
@@ -113,4 +113,4 @@ Still DrawStill(const Subject& subject, const std::vector<MovingPart>& parts, co
   return still;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

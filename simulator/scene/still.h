@@ -8,7 +8,7 @@
 
 #include "scene/subject.h"
 
-namespace simulator {
+namespace Simulator {
 
 enum class Samples { kLuminance, kMosaic, kRgb };
 
@@ -51,4 +51,4 @@ Window WindowAround(const Box& box, const StillKind& kind, const Window& bounds)
 Still DrawStill(const Subject& subject, const std::vector<MovingPart>& parts, const StillKind& kind,
                 const Window& window);
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <array>
 
-namespace simulator {
+namespace Simulator {
 
 namespace {
 
@@ -162,4 +162,4 @@ void WriteText(Canvas& canvas, const TextLine& line, const Light& light) {
   }
 }
 
-}  // namespace simulator
+}  // namespace Simulator

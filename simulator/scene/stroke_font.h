@@ -6,7 +6,7 @@
 
 #include "scene/canvas.h"
 
-namespace simulator {
+namespace Simulator {
 
 enum class Turn { kUpright, kUpwards, kDownwards };
 
@@ -30,4 +30,4 @@ double HeightToFit(std::string_view text, double width, double most);
 Box TextBox(const TextLine& line);
 void WriteText(Canvas& canvas, const TextLine& line, const Light& light);
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -7,7 +7,7 @@
 
 #include "scene/canvas.h"
 
-namespace simulator {
+namespace Simulator {
 
 // A part that lies over the still ones, all of it within the box.
 struct MovingPart {
@@ -30,4 +30,4 @@ class Subject {
   Subject() = default;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

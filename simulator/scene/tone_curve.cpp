@@ -6,7 +6,7 @@
 #include <cmath>
 #include <vector>
 
-namespace simulator {
+namespace Simulator {
 
 namespace {
 
@@ -132,4 +132,4 @@ double TurnsOf(double x, double y) {
   return turns < 1.0 ? turns : 0.0;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-namespace simulator {
+namespace Simulator {
 
 // Light in the drawing: 0 to kFullLight, where the sensor saturates at the default exposure.
 inline constexpr int kFullLight = 65535;
@@ -29,4 +29,4 @@ Direction DirectionAt(double turns);
 // The reverse: 0 to below 1. (0, 0) gives 0.
 double TurnsOf(double x, double y);
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -9,7 +9,7 @@
 #include "engine/acquisition.h"
 #include "engine/capture_queue.h"
 
-namespace simulator {
+namespace Simulator {
 
 // With full access it has a capture queue and an acquisition with a thread each, else neither. [any thread]
 class Session {
@@ -50,4 +50,4 @@ class Session {
   const std::unique_ptr<Engine> m_engine;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -7,7 +7,7 @@
 
 #include "camera/feature_names.h"
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 constexpr EnumEntry kCameraEvents[] = {{"Missing", 0}, {"Detected", 1}, {"Reachable", 2}, {"Unreachable", 3}};
@@ -28,7 +28,7 @@ SystemFeatures::SystemFeatures(const SystemConfiguration& configuration, std::sh
 }
 
 std::vector<Feature> SystemFeatures::Rows(const SystemConfiguration& configuration) {
-  using namespace feature;
+  using namespace FeatureName;
   // Commands run while the features are locked.
   const auto status = [this](DiscoveryStatus value) {
     return CommandNode{[this, value]() SIM_REQUIRES(m_mutex) { SetStatus(value); }};
@@ -47,7 +47,7 @@ std::vector<Feature> SystemFeatures::Rows(const SystemConfiguration& configurati
 }
 
 void SystemFeatures::SetStatus(DiscoveryStatus status) {
-  m_map.Own<EnumNode>(feature::kGeVDiscoveryStatus).selected = static_cast<std::size_t>(status);
+  m_map.Own<EnumNode>(FeatureName::kGeVDiscoveryStatus).selected = static_cast<std::size_t>(status);
 }
 
 VmbError_t SystemFeatures::Watch(const std::string& feature, VmbInvalidationCallback callback, void* context) {
@@ -59,19 +59,19 @@ VmbError_t SystemFeatures::Watch(const std::string& feature, VmbInvalidationCall
 
 void SystemFeatures::Announce(const std::string& camera_id, CameraEvent event) {
   const Lock lock(m_mutex);
-  const auto status = static_cast<DiscoveryStatus>(m_map.Own<EnumNode>(feature::kGeVDiscoveryStatus).selected);
+  const auto status = static_cast<DiscoveryStatus>(m_map.Own<EnumNode>(FeatureName::kGeVDiscoveryStatus).selected);
   if (status != DiscoveryStatus::kAutomatic) return;
   const auto take_values = [this, camera_id, event] {
     const Lock values_lock(m_mutex);
-    m_map.Own<StringNode>(feature::kDiscoveryCameraIdent).value = camera_id;
-    m_map.Own<EnumNode>(feature::kDiscoveryCameraEvent).selected = static_cast<std::size_t>(event);
+    m_map.Own<StringNode>(FeatureName::kDiscoveryCameraIdent).value = camera_id;
+    m_map.Own<EnumNode>(FeatureName::kDiscoveryCameraEvent).selected = static_cast<std::size_t>(event);
   };
   m_notifier->Post({gVimbaHandle, {}, nullptr, nullptr, take_values});
   for (const Watcher& watcher : m_watchers) {
-    if (watcher.feature != feature::kDiscoveryCameraEvent && watcher.feature != feature::kDiscoveryCameraIdent)
+    if (watcher.feature != FeatureName::kDiscoveryCameraEvent && watcher.feature != FeatureName::kDiscoveryCameraIdent)
       continue;
     m_notifier->Post({gVimbaHandle, watcher.feature, watcher.callback, watcher.context, {}});
   }
 }
 
-}  // namespace simulator
+}  // namespace Simulator

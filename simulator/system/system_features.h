@@ -11,7 +11,7 @@
 #include "engine/notifier.h"
 #include "threads/mutex.h"
 
-namespace simulator {
+namespace Simulator {
 
 enum class CameraEvent { kMissing, kDetected };
 
@@ -53,4 +53,4 @@ class SystemFeatures {
   std::vector<Watcher> m_watchers SIM_GUARDED_BY(m_mutex);
 };
 
-}  // namespace simulator
+}  // namespace Simulator

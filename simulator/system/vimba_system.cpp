@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 // Made when the library is loaded, so that it outlives what a module that is linked to the library does when it is
@@ -252,4 +252,4 @@ bool VimbaSystem::Idle() const {
          activity() == before;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

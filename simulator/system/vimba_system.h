@@ -18,7 +18,7 @@
 #include "system/session.h"
 #include "system/system_features.h"
 
-namespace simulator {
+namespace Simulator {
 
 // What one configuration describes. Built whole or not at all: throws as Camera does, a configured value's error with
 // the camera's place in front.
@@ -120,4 +120,4 @@ class VimbaSystem {
   std::uintptr_t m_next_handle SIM_GUARDED_BY(m_mutex) = 0x1000;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

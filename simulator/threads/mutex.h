@@ -15,7 +15,7 @@
 #define SIM_REQUIRES(mutex) SIM_ANNOTATION(requires_capability(mutex))
 #define SIM_EXCLUDES(mutex) SIM_ANNOTATION(locks_excluded(mutex))
 
-namespace simulator {
+namespace Simulator {
 
 using Clock = std::chrono::steady_clock;
 
@@ -72,4 +72,4 @@ class Condition {
   std::condition_variable m_condition;
 };
 
-}  // namespace simulator
+}  // namespace Simulator

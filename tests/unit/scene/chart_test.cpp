@@ -8,7 +8,7 @@
 
 #include "unit/scene/shots.h"
 
-namespace scene_test {
+namespace SceneTest {
 
 namespace {
 
@@ -23,10 +23,10 @@ std::vector<std::pair<int, int>> Differences(const Bytes& a, const Bytes& b, int
 
 TEST(Chart, PatchesHaveTheirPublishedColoursAtTheDefaultExposure) {
   for (const auto& [width, height] : {std::pair{640, 480}, {1936, 1216}, {480, 640}, {900, 300}}) {
-    const simulator::Shot shot = WholeShot(VmbPixelFormatRgb8, width, height);
+    const Simulator::Shot shot = WholeShot(VmbPixelFormatRgb8, width, height);
     const Bytes picture = Take(*ColourChart(width, height), shot);
-    for (std::size_t i = 0; i < simulator::kChartPatches.size(); ++i) {
-      const simulator::ChartPatch& patch = simulator::kChartPatches[i];
+    for (std::size_t i = 0; i < Simulator::kChartPatches.size(); ++i) {
+      const Simulator::ChartPatch& patch = Simulator::kChartPatches[i];
       EXPECT_EQ(PatchAt(picture, shot, static_cast<int>(i)), (Rgb{patch.red, patch.green, patch.blue}))
           << patch.name << " at " << width << " x " << height;
     }
@@ -34,10 +34,10 @@ TEST(Chart, PatchesHaveTheirPublishedColoursAtTheDefaultExposure) {
 }
 
 TEST(Chart, PatchesAreFlatUpToTheirEdges) {
-  const simulator::Shot shot = WholeShot(VmbPixelFormatRgb8, 800, 600);
+  const Simulator::Shot shot = WholeShot(VmbPixelFormatRgb8, 800, 600);
   const Bytes picture = Take(*ColourChart(800, 600), shot);
-  for (int i = 0; i < static_cast<int>(simulator::kChartPatches.size()); ++i) {
-    const simulator::PatchArea area = simulator::ChartPatchArea(800, 600, i);
+  for (int i = 0; i < static_cast<int>(Simulator::kChartPatches.size()); ++i) {
+    const Simulator::PatchArea area = Simulator::ChartPatchArea(800, 600, i);
     const Rgb middle = PatchAt(picture, shot, i);
     EXPECT_EQ(PixelAt(picture, shot, static_cast<int>(area.left) + 1, static_cast<int>(area.top) + 1), middle) << i;
     EXPECT_EQ(PixelAt(picture, shot, static_cast<int>(area.right) - 2, static_cast<int>(area.bottom) - 2), middle) << i;
@@ -45,12 +45,12 @@ TEST(Chart, PatchesAreFlatUpToTheirEdges) {
 }
 
 TEST(Chart, MonochromeSensorSeesThePatchesLuminance) {
-  const simulator::Shot shot = WholeShot(VmbPixelFormatMono8, 640, 480);
+  const Simulator::Shot shot = WholeShot(VmbPixelFormatMono8, 640, 480);
   const Bytes picture = Take(*MonoChart(640, 480), shot);
-  for (int i = 0; i < static_cast<int>(simulator::kChartPatches.size()); ++i) {
-    const simulator::ChartPatch& patch = simulator::kChartPatches[static_cast<std::size_t>(i)];
+  for (int i = 0; i < static_cast<int>(Simulator::kChartPatches.size()); ++i) {
+    const Simulator::ChartPatch& patch = Simulator::kChartPatches[static_cast<std::size_t>(i)];
     const double luminance = 0.2126 * Linear(patch.red) + 0.7152 * Linear(patch.green) + 0.0722 * Linear(patch.blue);
-    const simulator::PatchArea area = simulator::ChartPatchArea(640, 480, i);
+    const Simulator::PatchArea area = Simulator::ChartPatchArea(640, 480, i);
     const int x = static_cast<int>((area.left + area.right) / 2);
     const int y = static_cast<int>((area.top + area.bottom) / 2);
     EXPECT_NEAR(Linear(picture[static_cast<std::size_t>(y * 640 + x)]), luminance, 0.005) << patch.name;
@@ -59,7 +59,7 @@ TEST(Chart, MonochromeSensorSeesThePatchesLuminance) {
 
 TEST(Chart, CounterShowsOnlyTheDigitsThatChanged) {
   const auto scene = MonoChart(640, 480);
-  simulator::Shot shot = WholeShot(VmbPixelFormatMono8, 640, 480);
+  Simulator::Shot shot = WholeShot(VmbPixelFormatMono8, 640, 480);
   shot.frame_number = 12;
   const Bytes twelve = Take(*scene, shot);
   shot.frame_number = 13;
@@ -76,7 +76,7 @@ TEST(Chart, CounterShowsOnlyTheDigitsThatChanged) {
 
 TEST(Chart, CounterStartsAnewAfterAMillionFrames) {
   const auto scene = MonoChart(320, 240);
-  simulator::Shot shot = WholeShot(VmbPixelFormatMono8, 320, 240);
+  Simulator::Shot shot = WholeShot(VmbPixelFormatMono8, 320, 240);
   shot.frame_number = 7;
   const Bytes seven = Take(*scene, shot);
   shot.frame_number = 18446744073709000007u;
@@ -85,7 +85,7 @@ TEST(Chart, CounterStartsAnewAfterAMillionFrames) {
 
 TEST(Chart, HandTurnsClockwiseOnceInASecond) {
   const auto scene = ColourChart(600, 600);
-  simulator::Shot shot = WholeShot(VmbPixelFormatRgb8, 600, 600);
+  Simulator::Shot shot = WholeShot(VmbPixelFormatRgb8, 600, 600);
   const auto hand_at = [&](double time_s, int x, int y) {
     shot.time_s = time_s;
     const Rgb pixel = PixelAt(Take(*scene, shot), shot, x, y);
@@ -102,7 +102,7 @@ TEST(Chart, HandTurnsClockwiseOnceInASecond) {
 }
 
 TEST(Chart, MirroredOrTurnedPicturesDifferFromTheChart) {
-  const simulator::Shot shot = WholeShot(VmbPixelFormatMono8, 480, 480);
+  const Simulator::Shot shot = WholeShot(VmbPixelFormatMono8, 480, 480);
   const Bytes picture = Take(*MonoChart(480, 480), shot);
   Bytes mirrored;
   for (std::size_t row = 0; row < 480; ++row) {
@@ -115,7 +115,7 @@ TEST(Chart, MirroredOrTurnedPicturesDifferFromTheChart) {
 }
 
 TEST(Chart, FillsTheSensorToItsCorners) {
-  const simulator::Shot shot = WholeShot(VmbPixelFormatRgb8, 641, 487);
+  const Simulator::Shot shot = WholeShot(VmbPixelFormatRgb8, 641, 487);
   const Bytes picture = Take(*ColourChart(641, 487), shot);
   const Rgb paper{243, 243, 242};
   for (const int x : {0, 640}) {
@@ -126,7 +126,7 @@ TEST(Chart, FillsTheSensorToItsCorners) {
 TEST(Chart, TinySensorsHavePicturesToo) {
   for (int side = 1; side <= 24; ++side) {
     for (const std::uint32_t format : {VmbPixelFormatMono8, VmbPixelFormatBayerRG8, VmbPixelFormatRgb8}) {
-      const simulator::Shot shot = WholeShot(format, side, 25 - side);
+      const Simulator::Shot shot = WholeShot(format, side, 25 - side);
       const Bytes picture = Take(*ColourChart(side, 25 - side), shot);
       EXPECT_GT(*std::max_element(picture.begin(), picture.end()), 40) << side << " x " << 25 - side;
     }
@@ -134,11 +134,11 @@ TEST(Chart, TinySensorsHavePicturesToo) {
 }
 
 TEST(Chart, SizesOutOfRangeAreRefused) {
-  EXPECT_THROW(simulator::MakeChartScene(0, 480, true, 1), std::invalid_argument);
-  EXPECT_THROW(simulator::MakeChartScene(640, -1, true, 1), std::invalid_argument);
-  EXPECT_THROW(simulator::MakeChartScene(32769, 480, true, 1), std::invalid_argument);
+  EXPECT_THROW(Simulator::MakeChartScene(0, 480, true, 1), std::invalid_argument);
+  EXPECT_THROW(Simulator::MakeChartScene(640, -1, true, 1), std::invalid_argument);
+  EXPECT_THROW(Simulator::MakeChartScene(32769, 480, true, 1), std::invalid_argument);
 }
 
 }  // namespace
 
-}  // namespace scene_test
+}  // namespace SceneTest

@@ -14,7 +14,7 @@
 #define STB_IMAGE_WRITE_STATIC
 #include <stb/stb_image_write.h>
 
-namespace scene_test {
+namespace SceneTest {
 
 namespace {
 
@@ -75,8 +75,8 @@ Bytes Quarters(int width, int height) {
   return pixels;
 }
 
-void ExpectQuarters(const simulator::Scene& scene, int width, int height, int tolerance) {
-  const simulator::Shot shot = WholeShot(VmbPixelFormatRgb8, width, height);
+void ExpectQuarters(const Simulator::Scene& scene, int width, int height, int tolerance) {
+  const Simulator::Shot shot = WholeShot(VmbPixelFormatRgb8, width, height);
   const Bytes picture = Take(scene, shot);
   for (std::size_t quarter = 0; quarter < 4; ++quarter) {
     const int x = quarter % 2 == 0 ? width / 4 : width * 3 / 4;
@@ -88,7 +88,7 @@ void ExpectQuarters(const simulator::Scene& scene, int width, int height, int to
 
 std::string FailureOf(const std::string& path, int sensor_width = 64, int sensor_height = 48) {
   try {
-    simulator::MakePictureScene(path, sensor_width, sensor_height, true, 1);
+    Simulator::MakePictureScene(path, sensor_width, sensor_height, true, 1);
   } catch (const std::runtime_error& error) {
     return error.what();
   }
@@ -99,7 +99,7 @@ TEST(PictureScene, PngOfTheSensorsSizeComesOutPixelByPixel) {
   const PictureFile file("Prüfbild 検査.png");
   const Bytes pixels = Quarters(64, 48);
   file.Write(Png(pixels, 64, 48, 3));
-  const auto scene = simulator::MakePictureScene(file.Utf8Path(), 64, 48, true, 1);
+  const auto scene = Simulator::MakePictureScene(file.Utf8Path(), 64, 48, true, 1);
   EXPECT_EQ(Take(*scene, WholeShot(VmbPixelFormatRgb8, 64, 48)), pixels);
 }
 
@@ -107,7 +107,7 @@ TEST(PictureScene, LargerAndSmallerPicturesAreScaled) {
   const PictureFile file("quarters.png");
   for (const int size : {40, 64, 333}) {
     file.Write(Png(Quarters(size, size), size, size, 3));
-    ExpectQuarters(*simulator::MakePictureScene(file.Utf8Path(), 128, 128, true, 1), 128, 128, 2);
+    ExpectQuarters(*Simulator::MakePictureScene(file.Utf8Path(), 128, 128, true, 1), 128, 128, 2);
   }
 }
 
@@ -115,7 +115,7 @@ TEST(PictureScene, PictureOfOtherProportionsCoversTheSensorFromItsMiddle) {
   const PictureFile file("wide.png");
   file.Write(Png(Quarters(300, 100), 300, 100, 3));
   // Its left and right thirds are cut off: the quarters still meet in the middle.
-  ExpectQuarters(*simulator::MakePictureScene(file.Utf8Path(), 96, 96, true, 1), 96, 96, 2);
+  ExpectQuarters(*Simulator::MakePictureScene(file.Utf8Path(), 96, 96, true, 1), 96, 96, 2);
 }
 
 TEST(PictureScene, JpegAndGreyPicturesAreReadToo) {
@@ -124,17 +124,17 @@ TEST(PictureScene, JpegAndGreyPicturesAreReadToo) {
   const Bytes pixels = Quarters(64, 64);
   stbi_write_jpg_to_func(Append, &jpeg, 64, 64, 3, pixels.data(), 95);
   file.Write(jpeg);
-  ExpectQuarters(*simulator::MakePictureScene(file.Utf8Path(), 64, 64, true, 1), 64, 64, 8);
+  ExpectQuarters(*Simulator::MakePictureScene(file.Utf8Path(), 64, 64, true, 1), 64, 64, 8);
   file.Write(Png(Bytes(100, 90), 10, 10, 1));
-  const auto scene = simulator::MakePictureScene(file.Utf8Path(), 16, 16, false, 1);
+  const auto scene = Simulator::MakePictureScene(file.Utf8Path(), 16, 16, false, 1);
   EXPECT_EQ(Take(*scene, WholeShot(VmbPixelFormatMono8, 16, 16)), Bytes(256, 90));
 }
 
 TEST(PictureScene, ExposureActsOnThePictureInLinearLight) {
   const PictureFile file("grey.png");
   file.Write(Png(Bytes(256, 180), 16, 16, 1));
-  const auto scene = simulator::MakePictureScene(file.Utf8Path(), 16, 16, false, 1);
-  simulator::Shot shot = WholeShot(VmbPixelFormatMono8, 16, 16);
+  const auto scene = Simulator::MakePictureScene(file.Utf8Path(), 16, 16, false, 1);
+  Simulator::Shot shot = WholeShot(VmbPixelFormatMono8, 16, 16);
   shot.exposure_us = 5000.0;
   EXPECT_NEAR(Linear(Take(*scene, shot)[0]), Linear(180) / 2, 0.003);
 }
@@ -186,4 +186,4 @@ TEST(PictureScene, SensorTooLargeToCoverIsRefusedWithItsSize) {
 
 }  // namespace
 
-}  // namespace scene_test
+}  // namespace SceneTest

@@ -8,7 +8,7 @@
 
 #include "unit/scene/shots.h"
 
-namespace scene_test {
+namespace SceneTest {
 
 namespace {
 
@@ -31,7 +31,7 @@ constexpr std::array<Mosaic, 4> kMosaics{{{VmbPixelFormatBayerGR8, {1, 0, 2, 1}}
 
 std::size_t BytesPerPixel(std::uint32_t format) { return (format >> 16 & 0xFF) / 8; }
 
-void ExpectMosaicOf(const Mosaic& mosaic, simulator::Shot shot) {
+void ExpectMosaicOf(const Mosaic& mosaic, Simulator::Shot shot) {
   const auto scene = ColourChart(kWidth, kHeight);
   shot.pixel_format = VmbPixelFormatRgb8;
   const Bytes rgb = Take(*scene, shot);
@@ -47,8 +47,8 @@ void ExpectMosaicOf(const Mosaic& mosaic, simulator::Shot shot) {
   }
 }
 
-simulator::Shot ColouredShot() {
-  simulator::Shot shot = WholeShot(VmbPixelFormatRgb8, kWidth, kHeight);
+Simulator::Shot ColouredShot() {
+  Simulator::Shot shot = WholeShot(VmbPixelFormatRgb8, kWidth, kHeight);
   shot.balance_red = 1.3;
   shot.balance_blue = 0.8;
   shot.frame_number = 123456;
@@ -61,7 +61,7 @@ TEST(PixelFormats, BayerSamplesAreTheRgbChannelsOfTheirPlaces) {
 }
 
 TEST(PixelFormats, BinnedBayerDataKeepTheFormatsPhase) {
-  simulator::Shot shot = ColouredShot();
+  Simulator::Shot shot = ColouredShot();
   shot.binning_x = 2;
   shot.binning_y = 3;
   shot.width = kWidth / 2;
@@ -70,7 +70,7 @@ TEST(PixelFormats, BinnedBayerDataKeepTheFormatsPhase) {
 }
 
 TEST(PixelFormats, BayerSamplesFollowTheSensorAtOddOffsets) {
-  simulator::Shot shot = ColouredShot();
+  Simulator::Shot shot = ColouredShot();
   shot.offset_x = 13;
   shot.offset_y = 7;
   shot.width = 80;
@@ -81,7 +81,7 @@ TEST(PixelFormats, BayerSamplesFollowTheSensorAtOddOffsets) {
 TEST(PixelFormats, AreaOfInterestIsACropOfTheWholePicture) {
   const auto scene = ColourChart(kWidth, kHeight);
   for (const std::uint32_t format : kFormats) {
-    simulator::Shot shot = ColouredShot();
+    Simulator::Shot shot = ColouredShot();
     shot.pixel_format = format;
     const Bytes whole = Take(*scene, shot);
     shot.offset_x = 24;
@@ -99,7 +99,7 @@ TEST(PixelFormats, AreaOfInterestIsACropOfTheWholePicture) {
 }
 
 TEST(PixelFormats, WhatLiesBesideTheSensorIsBlack) {
-  simulator::Shot shot = WholeShot(VmbPixelFormatMono8, 4, 4);
+  Simulator::Shot shot = WholeShot(VmbPixelFormatMono8, 4, 4);
   shot.offset_x = kWidth - 2;
   shot.offset_y = kHeight - 1;
   const Bytes picture = Take(*MonoChart(kWidth, kHeight), shot);
@@ -109,7 +109,7 @@ TEST(PixelFormats, WhatLiesBesideTheSensorIsBlack) {
 
 TEST(PixelFormats, BinnedPixelsHaveTheMeanOfTheirLight) {
   const auto scene = MonoChart(kWidth, kHeight);
-  simulator::Shot shot = WholeShot(VmbPixelFormatMono8, kWidth, kHeight);
+  Simulator::Shot shot = WholeShot(VmbPixelFormatMono8, kWidth, kHeight);
   const Bytes single = Take(*scene, shot);
   shot.binning_x = 3;
   shot.binning_y = 2;
@@ -128,7 +128,7 @@ TEST(PixelFormats, BinnedPixelsHaveTheMeanOfTheirLight) {
 
 TEST(PixelFormats, Yuv422IsBt601OfTheRgbPicture) {
   const auto scene = ColourChart(kWidth, kHeight);
-  simulator::Shot shot = ColouredShot();
+  Simulator::Shot shot = ColouredShot();
   const Bytes rgb = Take(*scene, shot);
   shot.pixel_format = VmbPixelFormatYuv422;
   const Bytes yuv = Take(*scene, shot);
@@ -146,7 +146,7 @@ TEST(PixelFormats, Yuv422IsBt601OfTheRgbPicture) {
 TEST(PixelFormats, OddRowsOfYuv422EndAfterTheirLastLuma) {
   const auto scene = ColourChart(kWidth, kHeight);
   for (const int width : {1, 9}) {
-    simulator::Shot shot = ColouredShot();
+    Simulator::Shot shot = ColouredShot();
     shot.pixel_format = VmbPixelFormatYuv422;
     shot.width = width;
     Bytes whole = Take(*scene, shot);
@@ -165,7 +165,7 @@ TEST(PixelFormats, OddRowsOfYuv422EndAfterTheirLastLuma) {
 
 TEST(PixelFormats, Mono8OfAColourSensorIsTheLumaOfItsRgbPicture) {
   const auto scene = ColourChart(kWidth, kHeight);
-  simulator::Shot shot = ColouredShot();
+  Simulator::Shot shot = ColouredShot();
   const Bytes rgb = Take(*scene, shot);
   shot.pixel_format = VmbPixelFormatMono8;
   const Bytes mono = Take(*scene, shot);
@@ -192,7 +192,7 @@ TEST(PixelFormats, MonochromeSensorIsGreyInEveryFormat) {
 TEST(PixelFormats, UnknownFormatsAndBinningsAreRefused) {
   const auto scene = MonoChart(kWidth, kHeight);
   std::uint8_t untouched = 77;
-  simulator::Shot shot = WholeShot(0x01100003, 1, 1);
+  Simulator::Shot shot = WholeShot(0x01100003, 1, 1);
   EXPECT_THROW(scene->Render(shot, &untouched), std::invalid_argument);
   shot.pixel_format = VmbPixelFormatMono8;
   shot.binning_y = 0;
@@ -202,4 +202,4 @@ TEST(PixelFormats, UnknownFormatsAndBinningsAreRefused) {
 
 }  // namespace
 
-}  // namespace scene_test
+}  // namespace SceneTest

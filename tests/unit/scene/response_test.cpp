@@ -7,7 +7,7 @@
 
 #include "unit/scene/shots.h"
 
-namespace scene_test {
+namespace SceneTest {
 
 namespace {
 
@@ -17,13 +17,13 @@ constexpr int kWidth = 320;
 constexpr int kHeight = 240;
 
 // The chart's neutral patch of middle grey, in linear light.
-std::array<double, 3> GreyLight(const simulator::Shot& shot, int patch = kNeutral5) {
+std::array<double, 3> GreyLight(const Simulator::Shot& shot, int patch = kNeutral5) {
   static const auto scene = ColourChart(kWidth, kHeight);
   const Rgb pixel = PatchAt(Take(*scene, shot), shot, patch);
   return {Linear(pixel[0]), Linear(pixel[1]), Linear(pixel[2])};
 }
 
-simulator::Shot DefaultShot() { return WholeShot(VmbPixelFormatRgb8, kWidth, kHeight); }
+Simulator::Shot DefaultShot() { return WholeShot(VmbPixelFormatRgb8, kWidth, kHeight); }
 
 // Mean and spread of the green samples within a patch.
 struct Statistics {
@@ -31,9 +31,9 @@ struct Statistics {
   double spread = 0;
 };
 
-Statistics GreenOf(const simulator::Shot& shot, int patch) {
+Statistics GreenOf(const Simulator::Shot& shot, int patch) {
   const Bytes picture = Take(*ColourChart(kWidth, kHeight), shot);
-  const simulator::PatchArea area = simulator::ChartPatchArea(kWidth / shot.binning_x, kHeight / shot.binning_y, patch);
+  const Simulator::PatchArea area = Simulator::ChartPatchArea(kWidth / shot.binning_x, kHeight / shot.binning_y, patch);
   double count = 0, sum = 0, squares = 0;
   for (int y = static_cast<int>(area.top) + 2; y < static_cast<int>(area.bottom) - 2; ++y) {
     for (int x = static_cast<int>(area.left) + 2; x < static_cast<int>(area.right) - 2; ++x) {
@@ -48,7 +48,7 @@ Statistics GreenOf(const simulator::Shot& shot, int patch) {
 }
 
 TEST(SensorResponse, ExposureActsInLinearLight) {
-  simulator::Shot shot = DefaultShot();
+  Simulator::Shot shot = DefaultShot();
   const double whole = GreyLight(shot)[1];
   shot.exposure_us = 5000.0;
   EXPECT_NEAR(GreyLight(shot)[1] / whole, 0.5, 0.01);
@@ -57,7 +57,7 @@ TEST(SensorResponse, ExposureActsInLinearLight) {
 }
 
 TEST(SensorResponse, TwentyDecibelAreAFactorOfTen) {
-  simulator::Shot shot = DefaultShot();
+  Simulator::Shot shot = DefaultShot();
   const double whole = GreyLight(shot)[1];
   shot.gain_db = 6.0206;
   EXPECT_NEAR(GreyLight(shot)[1] / whole, 2.0, 0.02);
@@ -67,7 +67,7 @@ TEST(SensorResponse, TwentyDecibelAreAFactorOfTen) {
 }
 
 TEST(SensorResponse, WhiteBalanceActsOnItsOwnChannel) {
-  simulator::Shot shot = DefaultShot();
+  Simulator::Shot shot = DefaultShot();
   const auto neutral = GreyLight(shot);
   shot.balance_red = 2.0;
   const auto red = GreyLight(shot);
@@ -84,7 +84,7 @@ TEST(SensorResponse, WhiteBalanceActsOnItsOwnChannel) {
 
 TEST(SensorResponse, MonochromeSensorHasNoWhiteBalance) {
   const auto scene = MonoChart(64, 48);
-  simulator::Shot shot = WholeShot(VmbPixelFormatMono8, 64, 48);
+  Simulator::Shot shot = WholeShot(VmbPixelFormatMono8, 64, 48);
   const Bytes before = Take(*scene, shot);
   shot.balance_red = 3.0;
   shot.balance_blue = 0.1;
@@ -92,7 +92,7 @@ TEST(SensorResponse, MonochromeSensorHasNoWhiteBalance) {
 }
 
 TEST(SensorResponse, TooMuchLightSaturatesAndNoneIsBlack) {
-  simulator::Shot shot = DefaultShot();
+  Simulator::Shot shot = DefaultShot();
   shot.exposure_us = 1e9;
   EXPECT_EQ(GreyLight(shot)[1], 1.0);
   shot.exposure_us = 0.0;
@@ -102,7 +102,7 @@ TEST(SensorResponse, TooMuchLightSaturatesAndNoneIsBlack) {
 }
 
 TEST(SensorResponse, NoiseLeavesThePatchsMeanAndGrowsWithGain) {
-  simulator::Shot shot = DefaultShot();
+  Simulator::Shot shot = DefaultShot();
   shot.noise = true;
   const Statistics plain = GreenOf(shot, kNeutral65);
   shot.exposure_us = 1000.0;
@@ -116,7 +116,7 @@ TEST(SensorResponse, NoiseLeavesThePatchsMeanAndGrowsWithGain) {
 }
 
 TEST(SensorResponse, BinningAveragesTheNoiseAway) {
-  simulator::Shot shot = DefaultShot();
+  Simulator::Shot shot = DefaultShot();
   shot.noise = true;
   shot.gain_db = 6.0;
   shot.exposure_us = 5000.0;
@@ -129,7 +129,7 @@ TEST(SensorResponse, BinningAveragesTheNoiseAway) {
 
 TEST(SensorResponse, NoiseDiffersByFrameAndBySeedOnly) {
   const auto scene = ColourChart(kWidth, kHeight);
-  simulator::Shot shot = DefaultShot();
+  Simulator::Shot shot = DefaultShot();
   shot.noise = true;
   shot.seed = 5;
   const Bytes first = Take(*scene, shot);
@@ -145,7 +145,7 @@ TEST(SensorResponse, NoiseDiffersByFrameAndBySeedOnly) {
 
 // The numbers hold for every platform and compiler: who changes the chart or the sensor on purpose takes the new ones.
 TEST(SensorResponse, SameShotGivesTheSameBytesEverywhere) {
-  simulator::Shot shot = WholeShot(VmbPixelFormatRgb8, 200, 150);
+  Simulator::Shot shot = WholeShot(VmbPixelFormatRgb8, 200, 150);
   shot.noise = true;
   shot.seed = 42;
   shot.frame_number = 1234;
@@ -166,7 +166,7 @@ TEST(SensorResponse, SameShotGivesTheSameBytesEverywhere) {
 TEST(SensorResponse, ThreadsTakePicturesOfOneSceneAtTheSameTime) {
   const auto scene = ColourChart(kWidth, kHeight);
   const auto take = [&scene](std::uint32_t format, int binning) {
-    simulator::Shot shot = WholeShot(format, kWidth / binning, kHeight / binning);
+    Simulator::Shot shot = WholeShot(format, kWidth / binning, kHeight / binning);
     shot.binning_x = shot.binning_y = binning;
     return Checksum(Take(*scene, shot));
   };
@@ -184,4 +184,4 @@ TEST(SensorResponse, ThreadsTakePicturesOfOneSceneAtTheSameTime) {
 
 }  // namespace
 
-}  // namespace scene_test
+}  // namespace SceneTest

@@ -4,10 +4,10 @@
 
 #include <cmath>
 
-namespace scene_test {
+namespace SceneTest {
 
-simulator::Shot WholeShot(std::uint32_t pixel_format, int width, int height) {
-  simulator::Shot shot;
+Simulator::Shot WholeShot(std::uint32_t pixel_format, int width, int height) {
+  Simulator::Shot shot;
   shot.pixel_format = pixel_format;
   shot.width = width;
   shot.height = height;
@@ -15,7 +15,7 @@ simulator::Shot WholeShot(std::uint32_t pixel_format, int width, int height) {
   return shot;
 }
 
-Bytes Take(const simulator::Scene& scene, const simulator::Shot& shot) {
+Bytes Take(const Simulator::Scene& scene, const Simulator::Shot& shot) {
   // Bits 16 to 23 of a format are the bits of a pixel.
   const std::size_t bytes_per_pixel = (shot.pixel_format >> 16 & 0xFF) / 8;
   Bytes bytes(static_cast<std::size_t>(shot.width) * static_cast<std::size_t>(shot.height) * bytes_per_pixel);
@@ -23,22 +23,22 @@ Bytes Take(const simulator::Scene& scene, const simulator::Shot& shot) {
   return bytes;
 }
 
-std::shared_ptr<const simulator::Scene> ColourChart(int width, int height) {
-  return simulator::MakeChartScene(width, height, true, 1);
+std::shared_ptr<const Simulator::Scene> ColourChart(int width, int height) {
+  return Simulator::MakeChartScene(width, height, true, 1);
 }
 
-std::shared_ptr<const simulator::Scene> MonoChart(int width, int height) {
-  return simulator::MakeChartScene(width, height, false, 1);
+std::shared_ptr<const Simulator::Scene> MonoChart(int width, int height) {
+  return Simulator::MakeChartScene(width, height, false, 1);
 }
 
-Rgb PixelAt(const Bytes& rgb, const simulator::Shot& shot, int x, int y) {
+Rgb PixelAt(const Bytes& rgb, const Simulator::Shot& shot, int x, int y) {
   const std::size_t at =
       3 * (static_cast<std::size_t>(y) * static_cast<std::size_t>(shot.width) + static_cast<std::size_t>(x));
   return {rgb[at], rgb[at + 1], rgb[at + 2]};
 }
 
-Rgb PatchAt(const Bytes& rgb, const simulator::Shot& shot, int index) {
-  const simulator::PatchArea area = simulator::ChartPatchArea(shot.width, shot.height, index);
+Rgb PatchAt(const Bytes& rgb, const Simulator::Shot& shot, int index) {
+  const Simulator::PatchArea area = Simulator::ChartPatchArea(shot.width, shot.height, index);
   return PixelAt(rgb, shot, static_cast<int>((area.left + area.right) / 2),
                  static_cast<int>((area.top + area.bottom) / 2));
 }
@@ -54,4 +54,4 @@ std::uint64_t Checksum(const Bytes& bytes) {
   return sum;
 }
 
-}  // namespace scene_test
+}  // namespace SceneTest
