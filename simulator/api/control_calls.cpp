@@ -7,8 +7,10 @@
 #include <string>
 #include <thread>
 
+#include "bmutex.h"
 #include "control/configuration.h"
 #include "control/json_members.h"
+#include "engine/clock.h"
 #include "system/vimba_system.h"
 #include "vimba_simulator.h"
 
@@ -16,25 +18,24 @@ namespace {
 
 using Simulator::Camera;
 using Simulator::Json;
-using Simulator::Lock;
 using Simulator::VimbaSystem;
 
 // A thread_local text would keep the library loaded as long as one of its threads lives.
 class LastErrors {
  public:
   void Set(std::string text) {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     m_texts[std::this_thread::get_id()] = std::move(text);
   }
   const char* Get() {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     const auto found = m_texts.find(std::this_thread::get_id());
     return found == m_texts.end() ? "" : found->second.c_str();
   }
 
  private:
-  Simulator::Mutex m_mutex;
-  std::map<std::thread::id, std::string> m_texts SIM_GUARDED_BY(m_mutex);
+  BMutex m_mutex;
+  std::map<std::thread::id, std::string> m_texts KEL_GUARDED_BY(m_mutex);
 };
 
 LastErrors last_errors;

@@ -44,13 +44,13 @@ Camera::Camera(CameraConfiguration configuration, Link& link, Surroundings surro
 // Runs with the features locked, as every feature access does.
 AcquisitionCommands Camera::Commands() {
   const auto forward = [this](void (Acquisition::*command)()) {
-    return [this, command]() SIM_REQUIRES(m_mutex) {
+    return [this, command]() KEL_REQUIRES(m_mutex) {
       if (m_acquisition) (m_acquisition->*command)();
     };
   };
   return {forward(&Acquisition::Start), forward(&Acquisition::Stop), forward(&Acquisition::Abort),
           forward(&Acquisition::SoftwareTrigger),
-          [this]() SIM_REQUIRES(m_mutex) { return m_acquisition && m_acquisition->Running(); }};
+          [this]() KEL_REQUIRES(m_mutex) { return m_acquisition && m_acquisition->Running(); }};
 }
 
 std::unique_ptr<CameraFeatures> Camera::PoweredUp() {
@@ -66,7 +66,7 @@ bool Camera::Plugged() const { return m_plugged; }
 
 void Camera::Unplug() {
   {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     if (!m_plugged.exchange(false)) return;
     ++m_power_cycle;
     m_owner = nullptr;
@@ -79,7 +79,7 @@ void Camera::Unplug() {
 
 void Camera::Plug() {
   {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     if (m_plugged) return;
     m_clock.Reset();
     m_counters.Reset();
@@ -109,18 +109,18 @@ SensorParts Camera::Parts() {
 }
 
 void Camera::Attach(Acquisition& acquisition) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   m_acquisition = &acquisition;
   acquisition.Apply(m_features->Settings());
 }
 
 void Camera::Detach(Acquisition& acquisition) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (m_acquisition == &acquisition) m_acquisition = nullptr;
 }
 
 void Camera::FollowPicture(const PictureMeans& means) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   m_features->FollowPicture(means);
   FeaturesChanged();
 }
@@ -137,7 +137,7 @@ void Camera::FeaturesChanged() {
 
 VmbError_t Camera::Watch(VmbHandle_t handle, const std::string& feature, VmbInvalidationCallback callback,
                          void* context, std::shared_ptr<Notifier> notifier) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   const FeatureMap& map = m_features->Map();
   if (!map.Has(feature)) return VmbErrorNotFound;
   m_watchers.push_back({handle, feature, callback, context, std::move(notifier), map.Describe(feature)});
@@ -145,24 +145,24 @@ VmbError_t Camera::Watch(VmbHandle_t handle, const std::string& feature, VmbInva
 }
 
 void Camera::Unwatch(VmbHandle_t handle) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   m_watchers.erase(std::remove_if(m_watchers.begin(), m_watchers.end(),
                                   [&](const Watcher& watcher) { return watcher.handle == handle; }),
                    m_watchers.end());
 }
 
 void Camera::InputEdge(int line, bool rising) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (m_acquisition) m_acquisition->InputEdge(line, rising);
 }
 
 bool Camera::Running() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return m_acquisition && m_acquisition->Running();
 }
 
 std::map<std::string, std::string> Camera::FeatureValues() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return m_features->Map().Values();
 }
 

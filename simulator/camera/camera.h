@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "bmutex.h"
 #include "camera/camera_configuration.h"
 #include "camera/camera_features.h"
 #include "engine/acquisition.h"
@@ -60,12 +61,12 @@ class Camera {
 
   template <class Body>
   VmbError_t Read(Body body) const {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     return body(m_features->Map());
   }
   template <class Body>
   VmbError_t Write(Body body) {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     const VmbError_t error = body(m_features->Map());
     if (!error) FeaturesChanged();
     return error;
@@ -94,7 +95,7 @@ class Camera {
   AcquisitionCommands Commands();
   std::unique_ptr<CameraFeatures> PoweredUp();
   void FollowPicture(const PictureMeans& means);
-  void FeaturesChanged() SIM_REQUIRES(m_mutex);
+  void FeaturesChanged() KEL_REQUIRES(m_mutex);
 
   const CameraConfiguration m_configuration;
   Link& m_link;
@@ -106,10 +107,10 @@ class Camera {
   std::atomic<std::uint64_t> m_power_cycle{0};
   std::atomic<bool> m_plugged{true};
 
-  mutable Mutex m_mutex;
-  Acquisition* m_acquisition SIM_GUARDED_BY(m_mutex) = nullptr;
-  std::unique_ptr<CameraFeatures> m_features SIM_GUARDED_BY(m_mutex);
-  std::vector<Watcher> m_watchers SIM_GUARDED_BY(m_mutex);
+  mutable BMutex m_mutex;
+  Acquisition* m_acquisition KEL_GUARDED_BY(m_mutex) = nullptr;
+  std::unique_ptr<CameraFeatures> m_features KEL_GUARDED_BY(m_mutex);
+  std::vector<Watcher> m_watchers KEL_GUARDED_BY(m_mutex);
 };
 
 }  // namespace Simulator

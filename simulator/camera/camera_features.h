@@ -9,6 +9,7 @@
 #include "camera/feature.h"
 #include "engine/camera_clock.h"
 #include "engine/capture_settings.h"
+#include "engine/clock.h"
 #include "engine/counters.h"
 #include "engine/picture_means.h"
 

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "VimbaC.h"
-#include "threads/mutex.h"
+#include "bmutex.h"
 
 namespace Simulator {
 
@@ -61,13 +61,13 @@ class CallRecord {
     std::size_t next_frame = 0;
   };
 
-  mutable Mutex m_mutex;
-  std::deque<Entry> m_entries SIM_GUARDED_BY(m_mutex);
+  mutable BMutex m_mutex;
+  std::deque<Entry> m_entries KEL_GUARDED_BY(m_mutex);
   // The line number of the first entry.
-  Line m_first SIM_GUARDED_BY(m_mutex) = 1;
-  std::uint64_t m_total SIM_GUARDED_BY(m_mutex) = 0;
-  bool m_recording SIM_GUARDED_BY(m_mutex) = true;
-  std::map<VmbHandle_t, Handle> m_handles SIM_GUARDED_BY(m_mutex);
+  Line m_first KEL_GUARDED_BY(m_mutex) = 1;
+  std::uint64_t m_total KEL_GUARDED_BY(m_mutex) = 0;
+  bool m_recording KEL_GUARDED_BY(m_mutex) = true;
+  std::map<VmbHandle_t, Handle> m_handles KEL_GUARDED_BY(m_mutex);
 };
 
 }  // namespace Simulator

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "VimbaC.h"
+#include "bmutex.h"
 #include "engine/frame_override.h"
-#include "threads/mutex.h"
 
 namespace Simulator {
 
@@ -72,9 +72,9 @@ class Faults {
     std::int64_t seen = 0;
   };
 
-  mutable Mutex m_mutex;
-  std::vector<Counted<CallFault>> m_calls SIM_GUARDED_BY(m_mutex);
-  std::vector<Counted<FrameFault>> m_frames SIM_GUARDED_BY(m_mutex);
+  mutable BMutex m_mutex;
+  std::vector<Counted<CallFault>> m_calls KEL_GUARDED_BY(m_mutex);
+  std::vector<Counted<FrameFault>> m_frames KEL_GUARDED_BY(m_mutex);
 };
 
 }  // namespace Simulator

@@ -14,7 +14,7 @@ Acquisition::~Acquisition() { Close(); }
 
 void Acquisition::Close() {
   {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     m_closing = true;
     m_running = false;
     m_changed.NotifyAll();
@@ -25,7 +25,7 @@ void Acquisition::Close() {
 bool Acquisition::OnThread() const { return std::this_thread::get_id() == m_thread_id; }
 
 void Acquisition::Apply(const CaptureSettings& settings) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (!settings.trigger.SameSource(m_settings.trigger)) {
     m_triggers.clear();
     m_armed = Clock::now();
@@ -35,7 +35,7 @@ void Acquisition::Apply(const CaptureSettings& settings) {
 }
 
 void Acquisition::Start() {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (m_running || m_closing) return;
   m_running = true;
   ++m_activity;
@@ -50,7 +50,7 @@ void Acquisition::Start() {
 }
 
 void Acquisition::Stop() {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   m_running = false;
   m_triggers.clear();
   m_changed.NotifyAll();
@@ -58,18 +58,18 @@ void Acquisition::Stop() {
 
 void Acquisition::Abort() {
   Stop();
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   ++m_aborts;
   m_changed.NotifyAll();
 }
 
 bool Acquisition::Running() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return m_running;
 }
 
 void Acquisition::Wake() {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   m_changed.NotifyAll();
 }
 
@@ -81,12 +81,12 @@ void Acquisition::AddTrigger() {
 }
 
 void Acquisition::SoftwareTrigger() {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (m_settings.trigger.start == FrameStart::kSoftware) AddTrigger();
 }
 
 void Acquisition::InputEdge(int line, bool rising) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   m_level_high[line] = rising;
   m_changed.NotifyAll();
   const TriggerSettings& trigger = m_settings.trigger;
@@ -110,7 +110,7 @@ bool Acquisition::Wanted() const {
 }
 
 bool Acquisition::Idle() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (m_exposing) return false;
   return !Wanted() || (m_settings.trigger.start == FrameStart::kFixedRate &&
                        m_last_start + m_settings.trigger.period > Clock::now());
@@ -118,7 +118,7 @@ bool Acquisition::Idle() const {
 
 void Acquisition::Run() {
   m_thread_id = std::this_thread::get_id();
-  Lock lock(m_mutex);
+  BMutexLock lock(m_mutex);
   while (!m_closing) {
     Clock::time_point start;
     if (!NextStart(lock, start)) continue;
@@ -129,7 +129,7 @@ void Acquisition::Run() {
 }
 
 // False after a wait: everything may have changed and is looked at again.
-bool Acquisition::NextStart(Lock& lock, Clock::time_point& start) {
+bool Acquisition::NextStart(BMutexLock& lock, Clock::time_point& start) {
   if (!Wanted()) {
     m_changed.Wait(lock);
     return false;
@@ -156,12 +156,12 @@ Acquisition::Exposure Acquisition::BeginExposure(Clock::time_point start) {
   return exposure;
 }
 
-bool Acquisition::WaitUntil(Lock& lock, Clock::time_point moment, const Exposure& exposure) {
+bool Acquisition::WaitUntil(BMutexLock& lock, Clock::time_point moment, const Exposure& exposure) {
   while (!m_closing && m_aborts == exposure.aborts && Clock::now() < moment) m_changed.WaitUntil(lock, moment);
   return !m_closing && m_aborts == exposure.aborts;
 }
 
-void Acquisition::Expose(Lock& lock, const Exposure& exposure) {
+void Acquisition::Expose(BMutexLock& lock, const Exposure& exposure) {
   const CaptureSettings& settings = exposure.settings;
   const Clock::time_point exposed = exposure.start + settings.exposure;
   const Clock::time_point sending = std::max(exposed, m_last_arrival);
@@ -175,11 +175,12 @@ void Acquisition::Expose(Lock& lock, const Exposure& exposure) {
   m_scratch = std::move(content.rendered);
 }
 
-void Acquisition::Send(Lock& lock, const Exposure& exposure, const Link::Transfer& transfer, FrameContent& content) {
+void Acquisition::Send(BMutexLock& lock, const Exposure& exposure, const Link::Transfer& transfer,
+                       FrameContent& content) {
   const CaptureSettings& settings = exposure.settings;
   if (!settings.instant) {
     m_parts.link.Begin(transfer);
-    const Unlocked unlocked(m_mutex, lock);
+    const BMutexUnlock unlocked(m_mutex, lock);
     // The picture is ready when the last packet is: rendering hides in the time that the stream takes.
     if (content.scene && m_frames.HasQueued()) content.Render(settings);
   }
@@ -188,7 +189,7 @@ void Acquisition::Send(Lock& lock, const Exposure& exposure, const Link::Transfe
     content.packet_loss = 1.0 - (1.0 - content.packet_loss) * (1.0 - m_parts.link.LostShare(transfer));
   }
   FinishFrame(std::max(transfer.end, Clock::now()), exposure);
-  const Unlocked unlocked(m_mutex, lock);
+  const BMutexUnlock unlocked(m_mutex, lock);
   if (exposure.faults.unplug) {
     m_parts.unplug();
   } else if (exposure.faults.drop) {
@@ -235,7 +236,7 @@ std::optional<std::uint64_t> Acquisition::Deliver(const Exposure& exposure, Fram
 bool Acquisition::DeliverNow(const FrameOverride& override) {
   Exposure exposure;
   {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     exposure = {m_settings, Clock::now(), override, m_next_frame_id++, m_acquisition, m_aborts};
     exposure.settings.shot.frame_number = m_parts.counters.exposed++;
     exposure.settings.shot.time_s = m_parts.clock.Seconds(exposure.start);

@@ -2,6 +2,7 @@
 // The sensor of one opened camera: when frames are exposed, and how they reach the queue.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -12,9 +13,11 @@
 #include <thread>
 #include <vector>
 
+#include "bmutex.h"
 #include "engine/camera_clock.h"
 #include "engine/capture_queue.h"
 #include "engine/capture_settings.h"
+#include "engine/clock.h"
 #include "engine/counters.h"
 #include "engine/frame_filling.h"
 #include "engine/frame_override.h"
@@ -84,45 +87,47 @@ class Acquisition {
   };
 
   void Run();
-  bool NextStart(Lock& lock, Clock::time_point& start) SIM_REQUIRES(m_mutex);
-  Exposure BeginExposure(Clock::time_point start) SIM_REQUIRES(m_mutex);
-  void Expose(Lock& lock, const Exposure& exposure) SIM_REQUIRES(m_mutex);
-  void Send(Lock& lock, const Exposure& exposure, const Link::Transfer& transfer, FrameContent& content)
-      SIM_REQUIRES(m_mutex);
-  bool WaitUntil(Lock& lock, Clock::time_point moment, const Exposure& exposure) SIM_REQUIRES(m_mutex);
-  void FinishFrame(Clock::time_point arrived, const Exposure& exposure) SIM_REQUIRES(m_mutex);
+  bool NextStart(BMutexLock& lock, Clock::time_point& start) KEL_REQUIRES(m_mutex);
+  Exposure BeginExposure(Clock::time_point start) KEL_REQUIRES(m_mutex);
+  void Expose(BMutexLock& lock, const Exposure& exposure) KEL_REQUIRES(m_mutex);
+  void Send(BMutexLock& lock, const Exposure& exposure, const Link::Transfer& transfer, FrameContent& content)
+      KEL_REQUIRES(m_mutex);
+  bool WaitUntil(BMutexLock& lock, Clock::time_point moment, const Exposure& exposure) KEL_REQUIRES(m_mutex);
+  void FinishFrame(Clock::time_point arrived, const Exposure& exposure) KEL_REQUIRES(m_mutex);
   // Without a lock: fills the oldest queued frame, if there is one, and gives its number.
   std::optional<std::uint64_t> Deliver(const Exposure& exposure, FrameContent& content);
-  void AddTrigger() SIM_REQUIRES(m_mutex);
-  bool LevelHolds() const SIM_REQUIRES(m_mutex);
-  bool Wanted() const SIM_REQUIRES(m_mutex);
+  void AddTrigger() KEL_REQUIRES(m_mutex);
+  bool LevelHolds() const KEL_REQUIRES(m_mutex);
+  bool Wanted() const KEL_REQUIRES(m_mutex);
 
   const SensorParts m_parts;
   CaptureQueue& m_frames;
 
-  mutable Mutex m_mutex;
-  Condition m_changed;
-  CaptureSettings m_settings SIM_GUARDED_BY(m_mutex);
-  bool m_closing SIM_GUARDED_BY(m_mutex) = false;
-  bool m_running SIM_GUARDED_BY(m_mutex) = false;
-  bool m_exposing SIM_GUARDED_BY(m_mutex) = false;
+  mutable BMutex m_mutex;
+  BCondition m_changed;
+  CaptureSettings m_settings KEL_GUARDED_BY(m_mutex);
+  bool m_closing KEL_GUARDED_BY(m_mutex) = false;
+  bool m_running KEL_GUARDED_BY(m_mutex) = false;
+  bool m_exposing KEL_GUARDED_BY(m_mutex) = false;
   // Counts starts, so that a late frame does not count for the next acquisition.
-  std::uint64_t m_acquisition SIM_GUARDED_BY(m_mutex) = 0;
-  std::uint64_t m_aborts SIM_GUARDED_BY(m_mutex) = 0;
-  std::uint64_t m_next_frame_id SIM_GUARDED_BY(m_mutex) = 0;
-  std::int64_t m_frames_done SIM_GUARDED_BY(m_mutex) = 0;
-  std::int64_t m_frame_limit SIM_GUARDED_BY(m_mutex) = 0;
-  std::deque<Clock::time_point> m_triggers SIM_GUARDED_BY(m_mutex);
-  bool m_level_high[5] SIM_GUARDED_BY(m_mutex) = {};
+  std::uint64_t m_acquisition KEL_GUARDED_BY(m_mutex) = 0;
+  std::uint64_t m_aborts KEL_GUARDED_BY(m_mutex) = 0;
+  std::uint64_t m_next_frame_id KEL_GUARDED_BY(m_mutex) = 0;
+  std::int64_t m_frames_done KEL_GUARDED_BY(m_mutex) = 0;
+  std::int64_t m_frame_limit KEL_GUARDED_BY(m_mutex) = 0;
+  std::deque<Clock::time_point> m_triggers KEL_GUARDED_BY(m_mutex);
+  bool m_level_high[5] KEL_GUARDED_BY(m_mutex) = {};
   // No exposure starts before these: start of acquisition or choice of source; sensor and stream free again.
-  Clock::time_point m_armed SIM_GUARDED_BY(m_mutex);
-  Clock::time_point m_ready SIM_GUARDED_BY(m_mutex);
-  Clock::time_point m_last_start SIM_GUARDED_BY(m_mutex);
-  Clock::time_point m_last_arrival SIM_GUARDED_BY(m_mutex);
-  std::atomic<std::uint64_t> m_activity{0};
-  std::mt19937_64 m_random;
-  std::vector<std::uint8_t> m_scratch;
+  Clock::time_point m_armed KEL_GUARDED_BY(m_mutex);
+  Clock::time_point m_ready KEL_GUARDED_BY(m_mutex);
+  Clock::time_point m_last_start KEL_GUARDED_BY(m_mutex);
+  Clock::time_point m_last_arrival KEL_GUARDED_BY(m_mutex);
+  // The memory of the last rendered picture, for the next one.
+  std::vector<std::uint8_t> m_scratch KEL_GUARDED_BY(m_mutex);
 
+  // Decides about packet loss; used on the acquisition's thread alone.
+  std::mt19937_64 m_random;
+  std::atomic<std::uint64_t> m_activity{0};
   std::atomic<std::thread::id> m_thread_id;
   std::thread m_thread;
 };

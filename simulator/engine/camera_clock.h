@@ -5,7 +5,7 @@
 #include <atomic>
 #include <cstdint>
 
-#include "threads/mutex.h"
+#include "engine/clock.h"
 
 namespace Simulator {
 

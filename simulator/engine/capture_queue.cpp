@@ -29,7 +29,7 @@ bool CaptureQueue::OnCallbackThread() const { return std::this_thread::get_id() 
 
 VmbError_t CaptureQueue::Announce(const VmbFrame_t* frame) {
   if (!frame || !frame->buffer || frame->bufferSize == 0) return VmbErrorBadParameter;
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (m_closing) return VmbErrorBadHandle;
   auto entry = std::make_shared<Entry>();
   entry->frame = const_cast<VmbFrame_t*>(frame);
@@ -38,7 +38,7 @@ VmbError_t CaptureQueue::Announce(const VmbFrame_t* frame) {
 }
 
 VmbError_t CaptureQueue::RevokeAll() {
-  Lock lock(m_mutex);
+  BMutexLock lock(m_mutex);
   if (m_capturing) return VmbErrorInvalidCall;
   m_queued.clear();
   for (const auto& [frame, entry] : m_announced) entry->state = State::kCaller;
@@ -48,7 +48,7 @@ VmbError_t CaptureQueue::RevokeAll() {
 }
 
 VmbError_t CaptureQueue::Start() {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (m_closing) return VmbErrorBadHandle;
   if (m_capturing) return VmbErrorInvalidCall;
   m_capturing = true;
@@ -56,7 +56,7 @@ VmbError_t CaptureQueue::Start() {
 }
 
 void CaptureQueue::End() {
-  Lock lock(m_mutex);
+  BMutexLock lock(m_mutex);
   m_capturing = false;
   RequeueCompleted();
   m_changed.NotifyAll();
@@ -75,7 +75,7 @@ void CaptureQueue::RequeueCompleted() {
 VmbError_t CaptureQueue::Queue(const VmbFrame_t* frame, VmbFrameCallback callback) {
   if (!frame) return VmbErrorBadParameter;
   {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     const auto found = m_announced.find(frame);
     if (found == m_announced.end()) return VmbErrorBadParameter;
     Entry& entry = *found->second;
@@ -90,7 +90,7 @@ VmbError_t CaptureQueue::Queue(const VmbFrame_t* frame, VmbFrameCallback callbac
 }
 
 void CaptureQueue::Flush() {
-  Lock lock(m_mutex);
+  BMutexLock lock(m_mutex);
   RequeueCompleted();
   m_queued.clear();
   for (const auto& [frame, entry] : m_announced) entry->state = State::kCaller;
@@ -98,13 +98,13 @@ void CaptureQueue::Flush() {
   WaitForWriters(lock);
 }
 
-void CaptureQueue::WaitForWriters(Lock& lock) {
+void CaptureQueue::WaitForWriters(BMutexLock& lock) {
   while (m_writers != 0) m_changed.Wait(lock);
 }
 
 void CaptureQueue::Close() {
   {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     m_closing = true;
   }
   End();
@@ -116,12 +116,12 @@ void CaptureQueue::Close() {
 CaptureQueue::Buffer CaptureQueue::BufferOf(const Filling& filling) { return filling->buffer; }
 
 bool CaptureQueue::HasQueued() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return m_capturing && !m_queued.empty();
 }
 
 CaptureQueue::Filling CaptureQueue::Take() {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (!m_capturing || m_queued.empty()) return nullptr;
   Filling filling = std::move(m_queued.front());
   m_queued.pop_front();
@@ -132,7 +132,7 @@ CaptureQueue::Filling CaptureQueue::Take() {
 }
 
 std::uint64_t CaptureQueue::Complete(const Filling& filling, const VmbFrame_t& received) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   --m_writers;
   ++m_activity;
   m_changed.NotifyAll();
@@ -159,7 +159,7 @@ std::uint64_t CaptureQueue::Complete(const Filling& filling, const VmbFrame_t& r
 
 void CaptureQueue::RunCallbacks() {
   m_thread_id = std::this_thread::get_id();
-  Lock lock(m_mutex);
+  BMutexLock lock(m_mutex);
   while (!m_closing) {
     if (m_capturing && !m_completed.empty()) {
       CallBack(lock);
@@ -169,7 +169,7 @@ void CaptureQueue::RunCallbacks() {
   }
 }
 
-void CaptureQueue::CallBack(Lock& lock) {
+void CaptureQueue::CallBack(BMutexLock& lock) {
   const Filling entry = std::move(m_completed.front());
   m_completed.pop_front();
   entry->state = State::kCalling;
@@ -178,7 +178,7 @@ void CaptureQueue::CallBack(Lock& lock) {
   const VmbFrameCallback callback = entry->callback;
   const std::uint64_t number = entry->number;
   {
-    const Unlocked unlocked(m_mutex, lock);
+    const BMutexUnlock unlocked(m_mutex, lock);
     if (callback) callback(m_camera, frame);
   }
   m_calling = false;
@@ -190,17 +190,17 @@ void CaptureQueue::CallBack(Lock& lock) {
 }
 
 void CaptureQueue::WaitForCallback(std::uint64_t number) {
-  Lock lock(m_mutex);
+  BMutexLock lock(m_mutex);
   while (m_capturing && m_last_called < number) m_changed.Wait(lock);
 }
 
 bool CaptureQueue::Idle() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return !m_calling && m_completed.empty() && m_writers == 0;
 }
 
 CaptureQueue::Sizes CaptureQueue::Count() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return {m_announced.size(), m_queued.size(), m_capturing};
 }
 

@@ -11,7 +11,7 @@
 #include <thread>
 
 #include "VimbaC.h"
-#include "threads/mutex.h"
+#include "bmutex.h"
 
 namespace Simulator {
 
@@ -70,24 +70,24 @@ class CaptureQueue {
 
  private:
   void RunCallbacks();
-  void CallBack(Lock& lock) SIM_REQUIRES(m_mutex);
-  void RequeueCompleted() SIM_REQUIRES(m_mutex);
-  void WaitForWriters(Lock& lock) SIM_REQUIRES(m_mutex);
+  void CallBack(BMutexLock& lock) KEL_REQUIRES(m_mutex);
+  void RequeueCompleted() KEL_REQUIRES(m_mutex);
+  void WaitForWriters(BMutexLock& lock) KEL_REQUIRES(m_mutex);
 
   const VmbHandle_t m_camera;
   const std::function<void()> m_queued_hook;
 
-  mutable Mutex m_mutex;
-  Condition m_changed;
-  std::map<const VmbFrame_t*, Filling> m_announced SIM_GUARDED_BY(m_mutex);
-  std::deque<Filling> m_queued SIM_GUARDED_BY(m_mutex);
-  std::deque<Filling> m_completed SIM_GUARDED_BY(m_mutex);
-  bool m_capturing SIM_GUARDED_BY(m_mutex) = false;
-  bool m_closing SIM_GUARDED_BY(m_mutex) = false;
-  bool m_calling SIM_GUARDED_BY(m_mutex) = false;
-  int m_writers SIM_GUARDED_BY(m_mutex) = 0;
-  std::uint64_t m_last_completed SIM_GUARDED_BY(m_mutex) = 0;
-  std::uint64_t m_last_called SIM_GUARDED_BY(m_mutex) = 0;
+  mutable BMutex m_mutex;
+  BCondition m_changed;
+  std::map<const VmbFrame_t*, Filling> m_announced KEL_GUARDED_BY(m_mutex);
+  std::deque<Filling> m_queued KEL_GUARDED_BY(m_mutex);
+  std::deque<Filling> m_completed KEL_GUARDED_BY(m_mutex);
+  bool m_capturing KEL_GUARDED_BY(m_mutex) = false;
+  bool m_closing KEL_GUARDED_BY(m_mutex) = false;
+  bool m_calling KEL_GUARDED_BY(m_mutex) = false;
+  int m_writers KEL_GUARDED_BY(m_mutex) = 0;
+  std::uint64_t m_last_completed KEL_GUARDED_BY(m_mutex) = 0;
+  std::uint64_t m_last_called KEL_GUARDED_BY(m_mutex) = 0;
   std::atomic<std::uint64_t> m_activity{0};
   std::atomic<std::thread::id> m_thread_id;
   std::thread m_thread;

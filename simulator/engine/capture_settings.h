@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "engine/clock.h"
 #include "scene/scene.h"
-#include "threads/mutex.h"
 
 namespace Simulator {
 

@@ -8,13 +8,13 @@
 namespace Simulator {
 
 void Link::Begin(const Transfer& transfer) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   while (!m_transfers.empty() && m_transfers.front().end + kRemembered < transfer.start) m_transfers.pop_front();
   m_transfers.push_back(transfer);
 }
 
 double Link::LostShare(const Transfer& transfer) const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   // Between two of these moments the load does not change.
   std::vector<Clock::time_point> moments{transfer.start, transfer.end};
   for (const Transfer& other : m_transfers) {

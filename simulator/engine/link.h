@@ -4,7 +4,8 @@
 
 #include <deque>
 
-#include "threads/mutex.h"
+#include "bmutex.h"
+#include "engine/clock.h"
 
 namespace Simulator {
 
@@ -29,8 +30,8 @@ class Link {
   static constexpr std::chrono::seconds kRemembered{30};
 
   const double m_capacity;
-  mutable Mutex m_mutex;
-  std::deque<Transfer> m_transfers SIM_GUARDED_BY(m_mutex);
+  mutable BMutex m_mutex;
+  std::deque<Transfer> m_transfers KEL_GUARDED_BY(m_mutex);
 };
 
 }  // namespace Simulator

@@ -10,7 +10,7 @@
 #include <thread>
 
 #include "VimbaC.h"
-#include "threads/mutex.h"
+#include "bmutex.h"
 
 namespace Simulator {
 
@@ -45,12 +45,12 @@ class Notifier {
  private:
   void Run();
 
-  mutable Mutex m_mutex;
-  Condition m_changed;
-  std::deque<Notification> m_posted SIM_GUARDED_BY(m_mutex);
+  mutable BMutex m_mutex;
+  BCondition m_changed;
+  std::deque<Notification> m_posted KEL_GUARDED_BY(m_mutex);
   // Of the running callback.
-  VmbHandle_t m_calling SIM_GUARDED_BY(m_mutex) = nullptr;
-  bool m_stopping SIM_GUARDED_BY(m_mutex) = false;
+  VmbHandle_t m_calling KEL_GUARDED_BY(m_mutex) = nullptr;
+  bool m_stopping KEL_GUARDED_BY(m_mutex) = false;
   std::atomic<std::uint64_t> m_activity{0};
   std::atomic<std::thread::id> m_thread_id;
   std::thread m_thread;

@@ -110,7 +110,7 @@ void CameraScene::Render(const Shot& shot, std::uint8_t* out) const {
 }
 
 std::shared_ptr<const Still> CameraScene::StillOf(const StillKind& kind) const {
-  const std::lock_guard<std::mutex> lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   const auto found =
       std::find_if(m_stills.begin(), m_stills.end(), [&kind](const auto& still) { return still->kind == kind; });
   std::shared_ptr<const Still> still = found != m_stills.end() ? *found : nullptr;

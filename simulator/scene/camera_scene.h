@@ -3,9 +3,9 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <vector>
 
+#include "bmutex.h"
 #include "scene/scene.h"
 #include "scene/still.h"
 
@@ -30,9 +30,9 @@ class CameraScene : public Scene {
   const int m_sensor_width;
   const int m_sensor_height;
   const bool m_colour;
-  // Guards m_stills; held while one is drawn, so that none is drawn twice.
-  mutable std::mutex m_mutex;
-  mutable std::vector<std::shared_ptr<const Still>> m_stills;
+  // Held while a still is drawn, so that none is drawn twice.
+  mutable BMutex m_mutex;
+  mutable std::vector<std::shared_ptr<const Still>> m_stills KEL_GUARDED_BY(m_mutex);
 };
 
 }  // namespace Simulator

@@ -31,7 +31,7 @@ std::vector<Feature> SystemFeatures::Rows(const SystemConfiguration& configurati
   using namespace FeatureName;
   // Commands run while the features are locked.
   const auto status = [this](DiscoveryStatus value) {
-    return CommandNode{[this, value]() SIM_REQUIRES(m_mutex) { SetStatus(value); }};
+    return CommandNode{[this, value]() KEL_REQUIRES(m_mutex) { SetStatus(value); }};
   };
   const auto elapsed = [this] { return std::chrono::duration<double>(Clock::now() - m_started).count(); };
   return {{kGeVTLIsPresent, Access::kReadOnly, BoolNode{configuration.gige_present}},
@@ -51,18 +51,18 @@ void SystemFeatures::SetStatus(DiscoveryStatus status) {
 }
 
 VmbError_t SystemFeatures::Watch(const std::string& feature, VmbInvalidationCallback callback, void* context) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (!m_map.Has(feature)) return VmbErrorNotFound;
   m_watchers.push_back({feature, callback, context});
   return VmbErrorSuccess;
 }
 
 void SystemFeatures::Announce(const std::string& camera_id, CameraEvent event) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   const auto status = static_cast<DiscoveryStatus>(m_map.Own<EnumNode>(FeatureName::kGeVDiscoveryStatus).selected);
   if (status != DiscoveryStatus::kAutomatic) return;
   const auto take_values = [this, camera_id, event] {
-    const Lock values_lock(m_mutex);
+    const BMutexLock values_lock(m_mutex);
     m_map.Own<StringNode>(FeatureName::kDiscoveryCameraIdent).value = camera_id;
     m_map.Own<EnumNode>(FeatureName::kDiscoveryCameraEvent).selected = static_cast<std::size_t>(event);
   };

@@ -6,10 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "bmutex.h"
 #include "camera/feature.h"
 #include "control/configuration.h"
+#include "engine/clock.h"
 #include "engine/notifier.h"
-#include "threads/mutex.h"
 
 namespace Simulator {
 
@@ -22,12 +23,12 @@ class SystemFeatures {
 
   template <class Body>
   VmbError_t Read(Body body) const {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     return body(m_map);
   }
   template <class Body>
   VmbError_t Write(Body body) {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     return body(m_map);
   }
   VmbError_t Watch(const std::string& feature, VmbInvalidationCallback callback, void* context);
@@ -44,13 +45,13 @@ class SystemFeatures {
   };
 
   std::vector<Feature> Rows(const SystemConfiguration& configuration);
-  void SetStatus(DiscoveryStatus status) SIM_REQUIRES(m_mutex);
+  void SetStatus(DiscoveryStatus status) KEL_REQUIRES(m_mutex);
 
   const std::shared_ptr<Notifier> m_notifier;
   const Clock::time_point m_started = Clock::now();
-  mutable Mutex m_mutex;
-  FeatureMap m_map SIM_GUARDED_BY(m_mutex);
-  std::vector<Watcher> m_watchers SIM_GUARDED_BY(m_mutex);
+  mutable BMutex m_mutex;
+  FeatureMap m_map KEL_GUARDED_BY(m_mutex);
+  std::vector<Watcher> m_watchers KEL_GUARDED_BY(m_mutex);
 };
 
 }  // namespace Simulator

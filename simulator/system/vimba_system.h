@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "bmutex.h"
 #include "camera/camera.h"
 #include "control/call_record.h"
 #include "control/configuration.h"
@@ -30,6 +31,15 @@ struct World {
 };
 
 // [any thread] but where a function says otherwise.
+//
+// A thread takes the simulator's locks in this order and may leave some out:
+//   1. m_lifecycle
+//   2. m_mutex
+//   3. the features' lock of a camera or of the system
+//   4. the lock of a camera's acquisition
+//   5. the lock of its capture queue
+// Under every other lock (link, faults, record of calls, notifier, scene) no further one is taken. No lock at all is
+// held while a callback of the caller runs.
 class VimbaSystem {
  public:
   // The one of this library.
@@ -101,23 +111,23 @@ class VimbaSystem {
   std::shared_ptr<SystemFeatures> Features() const;
   std::shared_ptr<Notifier> CurrentNotifier() const;
   std::vector<std::shared_ptr<Session>> Sessions() const;
-  void SetWorld(const Configuration& configuration) SIM_REQUIRES(m_lifecycle);
+  void SetWorld(const Configuration& configuration) KEL_REQUIRES(m_lifecycle);
   void PresenceChanged(const Camera& camera, bool plugged);
 
   Faults m_faults;
   CallRecord m_record;
   // Held by start-up, shut-down and configuration from beginning to end.
-  Mutex m_lifecycle;
+  BMutex m_lifecycle;
   std::atomic<int> m_startups{0};
   std::atomic<bool> m_reported{false};
 
-  mutable Mutex m_mutex;
-  std::shared_ptr<World> m_world SIM_GUARDED_BY(m_mutex);
-  std::shared_ptr<Notifier> m_notifier SIM_GUARDED_BY(m_mutex);
-  std::shared_ptr<SystemFeatures> m_features SIM_GUARDED_BY(m_mutex);
-  std::map<VmbHandle_t, std::shared_ptr<Session>> m_sessions SIM_GUARDED_BY(m_mutex);
+  mutable BMutex m_mutex;
+  std::shared_ptr<World> m_world KEL_GUARDED_BY(m_mutex);
+  std::shared_ptr<Notifier> m_notifier KEL_GUARDED_BY(m_mutex);
+  std::shared_ptr<SystemFeatures> m_features KEL_GUARDED_BY(m_mutex);
+  std::map<VmbHandle_t, std::shared_ptr<Session>> m_sessions KEL_GUARDED_BY(m_mutex);
   // Handles are never used again, so that a stale one is told.
-  std::uintptr_t m_next_handle SIM_GUARDED_BY(m_mutex) = 0x1000;
+  std::uintptr_t m_next_handle KEL_GUARDED_BY(m_mutex) = 0x1000;
 };
 
 }  // namespace Simulator

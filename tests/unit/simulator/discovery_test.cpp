@@ -2,8 +2,7 @@
 // The system's features, cameras that come and go, callbacks on changed features.
 #include <gmock/gmock.h>
 
-#include <mutex>
-
+#include "bmutex.h"
 #include "frame_ring.h"
 
 namespace {
@@ -12,24 +11,24 @@ using testing::ElementsAre;
 
 // What a callback finds in the event features, one text an event.
 struct EventLog {
-  std::mutex mutex;
-  std::vector<std::string> lines;
+  BMutex mutex;
+  std::vector<std::string> lines KEL_GUARDED_BY(mutex);
 
   static void OnEvent(VmbHandle_t handle, const char* name, void* context) {
     char ident[64] = "";
     VmbFeatureStringGet(handle, "DiscoveryCameraIdent", ident, sizeof ident, nullptr);
     EventLog& log = *static_cast<EventLog*>(context);
-    const std::lock_guard lock(log.mutex);
+    const BMutexLock lock(log.mutex);
     log.lines.push_back(std::string(name) + ": " + ident + " " + EnumOf(handle, "DiscoveryCameraEvent"));
   }
   static void OnChange(VmbHandle_t, const char* name, void* context) {
     EventLog& log = *static_cast<EventLog*>(context);
-    const std::lock_guard lock(log.mutex);
+    const BMutexLock lock(log.mutex);
     log.lines.emplace_back(name);
   }
   std::vector<std::string> Lines() {
     WaitIdle();
-    const std::lock_guard lock(mutex);
+    const BMutexLock lock(mutex);
     return lines;
   }
 };

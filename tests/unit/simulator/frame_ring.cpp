@@ -41,20 +41,21 @@ void FrameRing::OnFrame(VmbHandle_t, VmbFrame_t* frame) {
   FrameRing& ring = *static_cast<FrameRing*>(frame->context[0]);
   const VmbFrame_t received = *frame;
   if (ring.on_frame) ring.on_frame(*frame);
-  const std::lock_guard lock(ring.m_mutex);
+  const BMutexLock lock(ring.m_mutex);
   ring.m_arrivals.push_back(received);
-  ring.m_arrived.notify_all();
+  ring.m_arrived.NotifyAll();
 }
 
 std::vector<VmbFrame_t> FrameRing::WaitFor(std::size_t count) {
-  std::unique_lock lock(m_mutex);
-  EXPECT_TRUE(m_arrived.wait_for(lock, kDeadline, [&] { return m_arrivals.size() >= count; }))
-      << m_arrivals.size() << " of " << count << " frames came";
+  const auto deadline = std::chrono::steady_clock::now() + kDeadline;
+  BMutexLock lock(m_mutex);
+  while (m_arrivals.size() < count && std::chrono::steady_clock::now() < deadline) m_arrived.WaitUntil(lock, deadline);
+  EXPECT_GE(m_arrivals.size(), count) << "frames that came in time";
   return m_arrivals;
 }
 
 std::size_t FrameRing::Arrived() {
-  const std::lock_guard lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return m_arrivals.size();
 }
 

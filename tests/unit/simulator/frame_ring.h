@@ -5,16 +5,15 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <condition_variable>
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "VimbaC.h"
+#include "bmutex.h"
 #include "support/simulated_cameras.h"
 #include "vimba_simulator.h"
 
@@ -81,9 +80,9 @@ class FrameRing {
   const VmbHandle_t m_camera;
   std::vector<std::vector<unsigned char>> m_buffers;
   std::vector<VmbFrame_t> m_frames;
-  std::mutex m_mutex;
-  std::condition_variable m_arrived;
-  std::vector<VmbFrame_t> m_arrivals;
+  BMutex m_mutex;
+  BCondition m_arrived;
+  std::vector<VmbFrame_t> m_arrivals KEL_GUARDED_BY(m_mutex);
 };
 
 std::int64_t IntOf(VmbHandle_t camera, const char* feature);
