@@ -47,6 +47,7 @@ Original TestChart() {
   shot.height = kSize.height;
   shot.noise = false;
   Original chart{"test chart", kSize, std::vector<std::uint8_t>(std::size_t{kSize.width} * kSize.height * kChannels)};
-  Simulator::MakeChartScene(kSize.width, kSize.height, true, 1)->Render(shot, chart.rgb.data());
+  Simulator::MakeChartScene(kSize.width, kSize.height, true, Simulator::BayerOrder::kRggb)
+      ->Render(shot, chart.rgb.data());
   return chart;
 }

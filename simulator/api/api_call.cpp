@@ -1,5 +1,5 @@
 // api/api_call.cpp
-// What every API call goes through: record, start-up check, faults, argument check, result.
+// The steps of every API call: record, start-up check, faults, argument check, result.
 #include "api/api_call.h"
 
 #include <thread>

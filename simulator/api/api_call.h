@@ -1,5 +1,5 @@
 // api/api_call.h
-// What every API call goes through: record, start-up check, faults, argument check, result.
+// The steps of every API call: record, start-up check, faults, argument check, result.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@
 
 namespace Simulator {
 
-// Arguments are named in their order, then the call answers once.
+// Arguments are named in their order; then Answer or Run is called once.
 class ApiCall {
  public:
   explicit ApiCall(const char* function);
@@ -27,7 +27,7 @@ class ApiCall {
   ApiCall& Value(std::int64_t value);
   ApiCall& Value(double value);
   ApiCall& Frame(const VmbFrame_t* frame);
-  // Arguments that are checked and not written down.
+  // Arguments that are checked but not recorded.
   ApiCall& Needs(const void* pointer);
   ApiCall& Needs(VmbInvalidationCallback callback);
   ApiCall& Size(std::uint32_t given, std::size_t needed);
@@ -48,7 +48,7 @@ class ApiCall {
     body(m_system);
     m_system.Record().End(line, std::nullopt);
   }
-  // In the body: what a fault says in place of a command's state.
+  // For the body: what a fault reports in place of a command's state.
   const std::optional<bool>& FaultyDone() const { return m_effect.done; }
 
  private:
@@ -67,7 +67,7 @@ class ApiCall {
   }
 
   VimbaSystem& m_system;
-  // Texts cost time that an unrecorded call without faults need not spend.
+  // An unrecorded call without faults saves the time that texts cost.
   const bool m_texts;
   std::string m_text;
   CallPattern m_pattern;

@@ -10,9 +10,9 @@ using Simulator::VimbaSystem;
 
 namespace {
 
+// Whether a call works on a lost camera, as all do that take frames back.
 enum class Lost { kRefused, kAllowed };
 
-// Taking frames back works on a lost camera too.
 template <class Body>
 VmbError_t WithFrames(VimbaSystem& system, VmbHandle_t camera, Lost lost, Body body) {
   const std::shared_ptr<Session> session = system.FindSession(camera);

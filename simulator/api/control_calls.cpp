@@ -6,10 +6,13 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <tuple>
+#include <utility>
 
 #include "bmutex.h"
 #include "control/configuration.h"
 #include "control/json_members.h"
+#include "engine/capture_settings.h"
 #include "engine/clock.h"
 #include "system/vimba_system.h"
 #include "vimba_simulator.h"
@@ -20,7 +23,7 @@ using Simulator::Camera;
 using Simulator::Json;
 using Simulator::VimbaSystem;
 
-// A thread_local text would keep the library loaded as long as one of its threads lives.
+// One text for each thread. As a thread_local variable it would keep the library loaded while any of its threads lives.
 class LastErrors {
  public:
   void Set(std::string text) {
@@ -40,6 +43,7 @@ class LastErrors {
 
 LastErrors last_errors;
 
+// Runs the body. An exception becomes the thread's last error and the answer 1.
 template <class Body>
 int Control(Body body) {
   try {
@@ -114,7 +118,10 @@ int VimbaSimPlug(const char* camera_id) {
 int VimbaSimSetLine(const char* camera_id, int line, int level) {
   return Control([&](VimbaSystem& system) {
     const auto camera = CameraCalled(system, camera_id);
-    if (line < 1 || line > 4) throw std::invalid_argument("line " + std::to_string(line) + " is none of 1 to 4");
+    if (line < 1 || line > Simulator::kInputLines) {
+      throw std::invalid_argument("line " + std::to_string(line) + " is none of 1 to " +
+                                  std::to_string(Simulator::kInputLines));
+    }
     if (level != 0 && level != 1) throw std::invalid_argument("level " + std::to_string(level) + " is neither 0 nor 1");
     camera->InputEdge(line, level == 1);
   });
@@ -132,11 +139,12 @@ int VimbaSimDeliverFrame(const char* camera_id, const char* json) {
 }
 
 int VimbaSimWaitIdle(uint32_t timeout_ms) {
+  constexpr std::chrono::microseconds kPause{200};
   const auto deadline = Simulator::Clock::now() + std::chrono::milliseconds(timeout_ms);
   const VimbaSystem& system = VimbaSystem::Instance();
   while (!system.Idle()) {
     if (Simulator::Clock::now() >= deadline) return 1;
-    std::this_thread::sleep_for(std::chrono::microseconds(200));
+    std::this_thread::sleep_for(kPause);
   }
   return 0;
 }
@@ -153,7 +161,7 @@ uint64_t VimbaSimCallCount() { return VimbaSystem::Instance().Record().Total(); 
 
 size_t VimbaSimState(char* buffer, size_t size) {
   std::string text = "{}";
-  Control([&](VimbaSystem& system) {
+  std::ignore = Control([&](VimbaSystem& system) {
     system.Prepare();
     Json state{{"started", system.Started()}, {"cameras", Json::object()}};
     for (const auto& camera : system.AllCameras()) {

@@ -78,7 +78,7 @@ VmbError_t VmbFeatureEnumAsInt(VmbHandle_t handle, const char* name, const char*
   });
 }
 
-// Without a buffer only the needed size is told; in a buffer that is too small lies as much of the text as fits.
+// Without a buffer it only reports the needed size. Into a buffer that is too small it copies what fits.
 VmbError_t VmbFeatureStringGet(VmbHandle_t handle, const char* name, char* buffer, VmbUint32_t bufferSize,
                                VmbUint32_t* sizeFilled) {
   ApiCall call(__func__);

@@ -38,7 +38,7 @@ VmbError_t VmbVersionQuery(VmbVersionInfo_t* version, VmbUint32_t sizeofVersionI
 }
 
 VmbError_t VmbStartup() {
-  // First of all: a configuration may put a fault on this very call.
+  // Comes first, because a configuration may have a fault for this very call.
   const VmbError_t prepared = VimbaSystem::Instance().PrepareForStartup();
   return ApiCall(__func__).WithoutStartup().Answer(
       [&](VimbaSystem& system) { return prepared ? prepared : system.Startup(); });

@@ -10,10 +10,10 @@
 namespace Simulator {
 namespace {
 
-// Mean of linear light that a picture is brought to, and how near is near enough.
+// The mean of linear light that a picture is brought to, and how near is near enough.
 constexpr double kBrightness = 0.2;
 constexpr double kTolerance = 0.03;
-// What one picture may change; a black or a white one says nothing about how far to go.
+// The largest factor that one picture may cause: a black or a white one does not show how far to go.
 constexpr double kMostAtOnce = 8.0;
 
 double Correction(double wanted, double found) {
@@ -31,7 +31,7 @@ bool CameraFeatures::AnyAutomatic() const {
   return IsAutomatic(kExposureAuto) || IsAutomatic(kGainAuto) || IsAutomatic(kBalanceWhiteAuto);
 }
 
-// Gives what the range did not allow as a factor; 1 when it allowed all.
+// Returns the factor that the range did not allow; 1 when it allowed all.
 double CameraFeatures::Correct(const char* name, std::size_t index, double wanted) {
   auto& node = m_map.Own<FloatNode>(name);
   node.values[index] = std::clamp(wanted, node.fixed.min, node.fixed.max);
@@ -40,7 +40,7 @@ double CameraFeatures::Correct(const char* name, std::size_t index, double wante
 
 void CameraFeatures::EndOnce(const char* mode) {
   auto& node = m_map.Own<EnumNode>(mode);
-  if (node.entries[node.selected].name == "Once") node.selected = 0;
+  if (node.entries[node.selected].name == AutoEntry::kOnce) node.selected = 0;
 }
 
 void CameraFeatures::FollowPicture(const PictureMeans& means) {

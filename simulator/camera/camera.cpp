@@ -1,9 +1,10 @@
 // camera/camera.cpp
-// One simulated camera as it stands on the link, opened or not.
+// One simulated camera on the link, opened or not.
 #include "camera/camera.h"
 
 #include <algorithm>
 #include <cctype>
+#include <tuple>
 #include <utility>
 
 namespace Simulator {
@@ -14,8 +15,7 @@ std::shared_ptr<const Scene> MakeScene(const CameraConfiguration& camera) {
     case SceneKind::kChart:
       return MakeChartScene(camera.sensor_width, camera.sensor_height, camera.colour, camera.bayer_order);
     case SceneKind::kPicture:
-      return MakePictureScene(camera.picture, camera.sensor_width, camera.sensor_height, camera.colour,
-                              camera.bayer_order);
+      return MakePictureScene(camera.picture, camera.sensor_width, camera.sensor_height, camera.colour);
     case SceneKind::kNone:
       break;
   }
@@ -41,7 +41,7 @@ Camera::Camera(CameraConfiguration configuration, Link& link, Surroundings surro
       m_clock(m_configuration.ticks_per_second),
       m_features(PoweredUp()) {}
 
-// Runs with the features locked, as every feature access does.
+// The commands run with the features locked, as every access to features does.
 AcquisitionCommands Camera::Commands() {
   const auto forward = [this](void (Acquisition::*command)()) {
     return [this, command]() KEL_REQUIRES(m_mutex) {
@@ -94,7 +94,7 @@ bool Camera::Claim(VmbHandle_t owner) {
   return m_owner.compare_exchange_strong(nobody, owner);
 }
 
-void Camera::Release(VmbHandle_t owner) { m_owner.compare_exchange_strong(owner, nullptr); }
+void Camera::Release(VmbHandle_t owner) { std::ignore = m_owner.compare_exchange_strong(owner, nullptr); }
 
 SensorParts Camera::Parts() {
   return {m_scene,

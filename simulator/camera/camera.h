@@ -1,5 +1,5 @@
 // camera/camera.h
-// One simulated camera as it stands on the link, opened or not.
+// One simulated camera on the link, opened or not.
 #pragma once
 
 #include <atomic>
@@ -21,13 +21,13 @@
 
 namespace Simulator {
 
-// Its features keep their values when it is closed and when the API shuts down; plugging it in is a power-up. [any
-// thread]
+// Its features keep their values when it is closed and when the API shuts down. Plugging it in is a power-up.
+// [any thread]
 class Camera {
  public:
-  // What the world around it does for a camera. Both may be called on any thread.
+  // What the world around a camera does for it. [any thread]
   struct Surroundings {
-    // What goes wrong with the exposure that begins now.
+    // The faults that are due for the exposure that begins now.
     std::function<FrameOverride(const Camera&)> frame_faults;
     // Runs without a lock after unplugging and plugging.
     std::function<void(const Camera&, bool plugged)> presence_changed;
@@ -40,7 +40,7 @@ class Camera {
   Camera& operator=(const Camera&) = delete;
 
   const CameraConfiguration& Configuration() const { return m_configuration; }
-  // By camera id, serial number, IP address or MAC address (with or without separators, in any capitals).
+  // By camera id, serial number, IP address or MAC address (with or without separators, in capitals or not).
   bool IsCalled(std::string_view name) const;
 
   bool Plugged() const;
@@ -51,11 +51,11 @@ class Camera {
   bool Claim(VmbHandle_t owner);
   void Release(VmbHandle_t owner);
   bool Claimed() const { return m_owner != nullptr; }
-  // Grows with every power-up: an opening from before an unplugging is dead for good.
+  // Grows with every unplugging: a handle that is older than the last one stays dead.
   std::uint64_t PowerCycle() const { return m_power_cycle; }
 
   SensorParts Parts();
-  // The opening with full access lends its acquisition to the acquisition commands.
+  // The acquisition commands go to the acquisition that is attached: that of the opening with full access.
   void Attach(Acquisition& acquisition);
   void Detach(Acquisition& acquisition);
 
@@ -89,6 +89,7 @@ class Camera {
     VmbInvalidationCallback callback;
     void* context;
     std::shared_ptr<Notifier> notifier;
+    // What the feature last was, as FeatureMap::Describe writes it.
     std::string seen;
   };
 
@@ -100,7 +101,7 @@ class Camera {
   const CameraConfiguration m_configuration;
   Link& m_link;
   const Surroundings m_surroundings;
-  std::shared_ptr<const Scene> m_scene;
+  const std::shared_ptr<const Scene> m_scene;
   CameraClock m_clock;
   Counters m_counters;
   std::atomic<VmbHandle_t> m_owner{nullptr};

@@ -12,6 +12,9 @@
 namespace Simulator {
 namespace {
 
+constexpr std::string_view kOff = "Off";
+constexpr std::string_view kOn = "On";
+
 struct SourceRow {
   const char* entry;
   FrameStart start;
@@ -66,26 +69,26 @@ std::vector<Feature> CameraFeatures::AllRows() {
 
 std::vector<Feature> CameraFeatures::TriggerRows() const {
   using namespace FeatureName;
-  constexpr double kMaxDelay_us = 60e6;
+  constexpr Microseconds kMaxDelay = std::chrono::seconds(60);
   return {{kTriggerSelector, Access::kReadWrite, EnumNode{{{"FrameStart", 0}}}},
-          {kTriggerMode, Access::kReadWrite, EnumNode{{{"Off", 0}, {"On", 1}}}},
+          {kTriggerMode, Access::kReadWrite, EnumNode{{{kOff, 0}, {kOn, 1}}}},
           {kTriggerSource, Access::kReadWrite, EntriesOf(kSources, 0)},
           {kTriggerActivation, Access::kReadWrite, EntriesOf(kEdges, 0)},
-          {kTriggerDelayAbs, Access::kReadWrite, FloatNode{{0.0, kMaxDelay_us}, {0.0}}},
+          {kTriggerDelayAbs, Access::kReadWrite, FloatNode{{0.0, kMaxDelay.count()}, {0.0}}},
           {kTriggerSoftware, Access::kReadWrite, CommandNode{m_commands.software_trigger}}};
 }
 
 TriggerSettings CameraFeatures::Trigger() const {
   using namespace FeatureName;
   TriggerSettings trigger;
-  if (m_map.Entry(kTriggerMode).name == "On") {
+  if (m_map.Entry(kTriggerMode).name == kOn) {
     const SourceRow& source = RowOf(kSources, m_map.Entry(kTriggerSource));
     trigger.start = source.start;
     trigger.line = source.line;
   }
   trigger.edge = RowOf(kEdges, m_map.Entry(kTriggerActivation)).edge;
-  trigger.delay = Seconds(m_map.Float(kTriggerDelayAbs) * 1e-6);
-  trigger.period = Seconds(1.0 / m_map.Float(kAcquisitionFrameRateAbs));
+  trigger.delay = ClockDuration(Microseconds(m_map.Float(kTriggerDelayAbs)));
+  trigger.period = ClockDuration(Seconds(1.0 / m_map.Float(kAcquisitionFrameRateAbs)));
   return trigger;
 }
 
@@ -112,21 +115,22 @@ std::int64_t CameraFeatures::PayloadSize() const {
   return m_map.Integer(FeatureName::kWidth) * m_map.Integer(FeatureName::kHeight) * widest;
 }
 
-double CameraFeatures::ExposureSeconds() const { return m_map.Float(FeatureName::kExposureTimeAbs) * 1e-6; }
+Microseconds CameraFeatures::ExposureTime() const { return Microseconds(m_map.Float(FeatureName::kExposureTimeAbs)); }
 
-double CameraFeatures::ReadoutSeconds() const {
-  return static_cast<double>(m_map.Integer(FeatureName::kHeight)) * m_configuration.line_time_us * 1e-6;
+Seconds CameraFeatures::ReadoutTime() const {
+  return static_cast<double>(m_map.Integer(FeatureName::kHeight)) * m_configuration.line_time;
 }
 
-double CameraFeatures::StreamSeconds() const {
-  return static_cast<double>(ImageBytes()) / static_cast<double>(m_map.Integer(FeatureName::kStreamBytesPerSecond));
+Seconds CameraFeatures::StreamTime() const {
+  return Seconds(static_cast<double>(ImageBytes()) /
+                 static_cast<double>(m_map.Integer(FeatureName::kStreamBytesPerSecond)));
 }
 
-double CameraFeatures::FrameRateLimit() const {
-  return 1.0 / std::max({ExposureSeconds(), ReadoutSeconds(), StreamSeconds()});
+double CameraFeatures::FrameRateLimitHz() const {
+  return Seconds(1.0) / std::max({Seconds(ExposureTime()), ReadoutTime(), StreamTime()});
 }
 
-// After larger binning: what no longer fits moves and shrinks.
+// After larger binning, what no longer fits shrinks and moves.
 void CameraFeatures::ShrinkToSensor() {
   using namespace FeatureName;
   const auto shrink = [&](const char* size, const char* offset, std::int64_t max) {
@@ -152,7 +156,7 @@ CaptureSettings CameraFeatures::Settings() const {
   shot.height = pixels(kHeight);
   shot.binning_x = pixels(kBinningHorizontal);
   shot.binning_y = pixels(kBinningVertical);
-  shot.exposure_us = m_map.Float(kExposureTimeAbs);
+  shot.exposure = ExposureTime();
   shot.gain_db = m_map.Float(kGain);
   shot.balance_red = balance[0];
   shot.balance_blue = balance[1];
@@ -162,12 +166,14 @@ CaptureSettings CameraFeatures::Settings() const {
   settings.automatic = AnyAutomatic();
   settings.trigger = Trigger();
   const std::string_view mode = m_map.Entry(kAcquisitionMode).name;
-  settings.frame_limit = mode == "SingleFrame" ? 1 : mode == "MultiFrame" ? m_map.Integer(kAcquisitionFrameCount) : 0;
+  settings.frame_limit = mode == AcquisitionModeEntry::kSingleFrame  ? 1
+                         : mode == AcquisitionModeEntry::kMultiFrame ? m_map.Integer(kAcquisitionFrameCount)
+                                                                     : 0;
   settings.instant = m_configuration.timing == Timing::kInstant;
   if (!settings.instant) {
-    settings.exposure = Simulator::Seconds(ExposureSeconds());
-    settings.readout = Simulator::Seconds(ReadoutSeconds());
-    settings.stream = Simulator::Seconds(StreamSeconds());
+    settings.exposure = ClockDuration(ExposureTime());
+    settings.readout = ClockDuration(ReadoutTime());
+    settings.stream = ClockDuration(StreamTime());
   }
   settings.stream_bytes_per_s = static_cast<double>(m_map.Integer(kStreamBytesPerSecond));
   settings.packet_bytes = static_cast<std::size_t>(m_map.Integer(kGVSPPacketSize) - kPacketHeaderBytes);

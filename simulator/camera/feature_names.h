@@ -1,5 +1,5 @@
 // camera/feature_names.h
-// The names of all simulated features, each spelled here and nowhere else.
+// The names of all simulated features, and of the entries that the code asks for.
 #pragma once
 
 namespace Simulator::FeatureName {
@@ -83,3 +83,20 @@ inline constexpr char kStatPacketReceived[] = "StatPacketReceived";
 inline constexpr char kStatPacketMissed[] = "StatPacketMissed";
 
 }  // namespace Simulator::FeatureName
+
+// Entries of ExposureAuto, GainAuto and BalanceWhiteAuto.
+namespace Simulator::AutoEntry {
+
+inline constexpr char kOff[] = "Off";
+inline constexpr char kOnce[] = "Once";
+inline constexpr char kContinuous[] = "Continuous";
+
+}  // namespace Simulator::AutoEntry
+
+namespace Simulator::AcquisitionModeEntry {
+
+inline constexpr char kContinuous[] = "Continuous";
+inline constexpr char kSingleFrame[] = "SingleFrame";
+inline constexpr char kMultiFrame[] = "MultiFrame";
+
+}  // namespace Simulator::AcquisitionModeEntry

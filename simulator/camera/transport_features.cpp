@@ -19,7 +19,7 @@ std::vector<Feature> CameraFeatures::TimestampRows() {
       {kGevTimestampTickFrequency, Access::kReadOnly, IntegerNode{{frequency, frequency}, frequency}},
       {kGevTimestampValue, Access::kReadOnly, IntegerNode{{0, kMaxTicks}, 0, {}, [this] { return m_latched_ticks; }}},
       {kGevTimestampControlLatch, Access::kReadWrite,
-       CommandNode{[this] { m_latched_ticks = static_cast<std::int64_t>(m_clock.Ticks(Clock::now())); }}},
+       CommandNode{[this] { m_latched_ticks = static_cast<std::int64_t>(m_clock.TicksAt(Clock::now())); }}},
       {kGevTimestampControlReset, Access::kReadWrite, CommandNode{[this] { m_clock.Reset(); }}}};
 }
 
@@ -34,16 +34,14 @@ std::vector<Feature> CameraFeatures::StreamRows() {
 
 void CameraFeatures::AdjustPacketSize() {
   if (m_commands.running()) return;
-  FeatureMap& map = m_map;
-  IntegerRange range;
-  // Cannot fail: the node is there whether it is missing from outside or not.
-  auto& node = map.Own<IntegerNode>(FeatureName::kGVSPPacketSize);
-  range = node.fixed;
-  const std::int64_t wanted = std::clamp(m_configuration.negotiated_packet_size, range.min, range.max);
+  // The node exists even when API calls do not find the feature.
+  auto& node = m_map.Own<IntegerNode>(FeatureName::kGVSPPacketSize);
+  const IntegerRange& range = node.fixed;
+  const std::int64_t wanted = std::clamp(m_configuration.negotiated_packet_bytes, range.min, range.max);
   node.value = wanted - (wanted - range.min) % range.step;
   const bool instant = m_configuration.timing == Timing::kInstant;
   m_packet_size_adjusted =
-      Clock::now() + (instant ? Clock::duration{} : Seconds(m_configuration.adjust_packet_size_ms * 1e-3));
+      Clock::now() + (instant ? Clock::duration{} : ClockDuration(m_configuration.packet_size_adjustment));
 }
 
 std::vector<Feature> CameraFeatures::StatisticRows() const {
@@ -65,29 +63,30 @@ std::vector<Feature> CameraFeatures::StatisticRows() const {
 
 namespace {
 
-// As far as a configuration may widen the range of a feature that the simulator calculates with. Of the others, some
-// are only told to the caller, and ranges that depend on other features can only be narrowed.
+// How far a configuration may widen the range of a feature that the simulator calculates with, in the feature's own
+// unit. The others have no limit: the simulator only reports some of them, and ranges that depend on other features can
+// only be narrowed.
 struct WidestRange {
   const char* feature;
   double min;
   double max;
 };
-constexpr double kHour_us = 3.6e9;
+constexpr Microseconds kLongestTime = std::chrono::hours(1);
 constexpr WidestRange kWidestRanges[] = {
-    // 0 would mean an acquisition without end.
+    // 0 would stand for an acquisition without end.
     {FeatureName::kAcquisitionFrameCount, 1.0, 1e9},
     {FeatureName::kBalanceRatioAbs, 0.01, 100.0},
     {FeatureName::kBinningHorizontal, 1.0, kMaxBinning},
     {FeatureName::kBinningVertical, 1.0, kMaxBinning},
-    // Not shorter: the limit of the frame rate stays within its own range.
-    {FeatureName::kExposureTimeAbs, 1.0, kHour_us},
-    // Room for a byte of the image.
-    {FeatureName::kGVSPPacketSize, static_cast<double>(kPacketHeaderBytes + 1), static_cast<double>(kMaxPacketSize)},
+    // With a shorter one the limit of the frame rate would leave its own range.
+    {FeatureName::kExposureTimeAbs, 1.0, kLongestTime.count()},
+    // A packet has room for at least one byte of the image.
+    {FeatureName::kGVSPPacketSize, static_cast<double>(kPacketHeaderBytes + 1), static_cast<double>(kMaxPacketBytes)},
     // More would amplify the noise beyond all numbers.
     {FeatureName::kGain, -100.0, 100.0},
-    // The largest image then takes some weeks, which still is a time in nanoseconds.
+    // At the lowest rate the largest image takes some weeks, which the clock can still count in nanoseconds.
     {FeatureName::kStreamBytesPerSecond, 1e3, 1e12},
-    {FeatureName::kTriggerDelayAbs, 0.0, kHour_us}};
+    {FeatureName::kTriggerDelayAbs, 0.0, kLongestTime.count()}};
 
 void CheckBounds(const std::string& name, const RangeOverride& change) {
   const auto* const widest = std::find_if(std::begin(kWidestRanges), std::end(kWidestRanges),
@@ -138,7 +137,7 @@ Range Filled(const Range& range) {
   throw std::invalid_argument("the minimum " + ValueText(range.min) + " is above the maximum " + ValueText(range.max));
 }
 
-// Power-up values follow a changed range.
+// Brings the power-up value into a changed range.
 void Settle(IntegerNode& node) {
   const IntegerRange range = Filled(node.range ? node.range() : node.fixed);
   node.value = std::clamp(node.value, range.min, range.max);
@@ -185,7 +184,7 @@ void CameraFeatures::ApplyRange(const std::string& name, const RangeOverride& ch
   } catch (const std::invalid_argument& error) {
     throw std::invalid_argument("ranges." + name + ": " + error.what());
   }
-  // The settled value may be another: what depends on it follows, as after a write.
+  // Settling may have changed the value: features that depend on it follow, as after a write.
   if (feature->written) feature->written();
 }
 

@@ -1,5 +1,5 @@
 // camera/value_text.cpp
-// Values as the simulator's records and faults write them.
+// Values as text, in the record of calls, in faults and in messages.
 #include "camera/value_text.h"
 
 #include <array>

@@ -1,5 +1,5 @@
 // camera/value_text.h
-// Values as the simulator's records and faults write them.
+// Values as text, in the record of calls, in faults and in messages.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,7 @@
 
 namespace Simulator {
 
-// Integers are decimal, doubles the shortest text that reads back as the same value.
+// Integers in decimal, doubles as the shortest text that reads back as the same value.
 std::string ValueText(std::int64_t value);
 std::string ValueText(double value);
 

@@ -19,7 +19,7 @@ CallRecord::Line CallRecord::Begin(std::string call) {
 
 void CallRecord::End(Line line, std::optional<VmbError_t> result) {
   const BMutexLock lock(m_mutex);
-  // Cleared, or gone for newer ones, while the call ran.
+  // Dropped while the call ran.
   if (line < m_first || line - m_first >= m_entries.size()) return;
   Entry& entry = m_entries[line - m_first];
   entry.ended = true;

@@ -13,17 +13,17 @@
 
 namespace Simulator {
 
-// Knows the names of handles and frames by itself: a call is recorded before it waits for any lock of a camera. Keeps
-// the newest kMostLines lines, so that a program may run for weeks. [any thread]
+// Has the names of handles and frames itself, so that a call is recorded before it waits for any lock of a camera.
+// Keeps the newest kMostLines lines, so that a program may run for weeks. [any thread]
 class CallRecord {
  public:
   static constexpr std::size_t kMostLines = 100'000;
 
-  // A line without its result; 0 when recording is off. Lines are numbered from 1 on and keep their numbers when older
-  // ones go.
+  // Lines are numbered from 1 and keep their numbers when older ones are dropped.
   using Line = std::uint64_t;
+  // Adds a line without its result. Returns 0 when recording is off.
   Line Begin(std::string call);
-  // No result for calls that return nothing. A line that is gone is left alone.
+  // Adds the result; none for a call that returns nothing. Does nothing when the line has been dropped.
   void End(Line line, std::optional<VmbError_t> result);
 
   // Counts a call, recorded or not.
@@ -33,7 +33,7 @@ class CallRecord {
   void SetRecording(bool on);
   bool Recording() const;
   void Clear();
-  // The lines that are kept; calls that have not returned yet end in " = ...".
+  // The kept lines. Those of calls that have not returned yet end in " = ...".
   std::string Text() const;
 
   void NameHandle(VmbHandle_t handle, std::string name);
@@ -42,7 +42,7 @@ class CallRecord {
   // "system", "null", the camera's id or "unknown".
   std::string HandleText(VmbHandle_t handle) const;
 
-  // Gives the frame the next number of its camera, unless it has one; true for a new number.
+  // Gives the frame the next number of its camera unless it has one. Returns whether it did.
   bool NumberFrame(VmbHandle_t camera, const VmbFrame_t* frame);
   void ForgetFrame(VmbHandle_t camera, const VmbFrame_t* frame);
   void ForgetFrames(VmbHandle_t camera);

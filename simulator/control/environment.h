@@ -7,7 +7,7 @@
 
 namespace Simulator {
 
-// VIMBA_SIM_CONFIG as UTF-8; nothing when it is not set or empty.
+// The value of VIMBA_SIM_CONFIG as UTF-8; nothing when it is unset or empty.
 std::optional<std::string> ConfigurationFile();
 
 // Throws std::runtime_error with the file's name and the system's reason.

@@ -15,7 +15,7 @@
 
 namespace Simulator {
 
-// An empty pattern fits every value.
+// An empty text matches every value.
 struct CallPattern {
   std::string call;
   std::string camera;
@@ -25,25 +25,25 @@ struct CallPattern {
 
 struct CallFault {
   CallPattern pattern;
-  // The first call that is hit, counted from 1 over the calls that fit since the fault was added.
+  // The first call that is hit, counted from 1 among those that have matched since the fault was added.
   std::int64_t occurrence = 1;
-  // How many are hit; 0: all from then on.
+  // How many are hit; 0: all from the first one.
   std::int64_t count = 1;
   VmbError_t error = VmbErrorSuccess;
-  // In place of what a command's "is done" reports.
+  // What VmbFeatureCommandIsDone reports in place of the command's state.
   std::optional<bool> done;
   std::chrono::milliseconds delay{};
 };
 
 struct FrameFault {
   std::string camera;
-  // The first exposure that is hit, counted from 0 over the camera's exposures since the fault was added.
+  // The first exposure that is hit, counted from 0 among the camera's exposures since the fault was added.
   std::int64_t frame = 0;
   std::int64_t count = 1;
   FrameOverride effect;
 };
 
-// What is due for one call.
+// What happens to one call.
 struct CallEffect {
   VmbError_t error = VmbErrorSuccess;
   std::optional<bool> done;
@@ -60,7 +60,7 @@ class Faults {
   void Add(Set faults);
   void Clear();
 
-  // Counts the call. Delays of several faults add up; of codes the first one counts.
+  // Counts the call. Delays of several faults add up; of several codes the first one is returned.
   CallEffect ForCall(const CallPattern& call);
   FrameOverride ForExposure(std::string_view camera);
   bool Any() const;

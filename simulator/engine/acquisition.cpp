@@ -87,7 +87,7 @@ void Acquisition::SoftwareTrigger() {
 
 void Acquisition::InputEdge(int line, bool rising) {
   const BMutexLock lock(m_mutex);
-  m_level_high[line] = rising;
+  m_level_high[static_cast<std::size_t>(line)] = rising;
   m_changed.NotifyAll();
   const TriggerSettings& trigger = m_settings.trigger;
   if (trigger.start != FrameStart::kLine || trigger.line != line) return;
@@ -97,15 +97,15 @@ void Acquisition::InputEdge(int line, bool rising) {
 bool Acquisition::LevelHolds() const {
   const TriggerSettings& trigger = m_settings.trigger;
   if (trigger.start != FrameStart::kLine) return false;
-  return trigger.edge == (m_level_high[trigger.line] ? Edge::kLevelHigh : Edge::kLevelLow);
+  return trigger.edge == (m_level_high[static_cast<std::size_t>(trigger.line)] ? Edge::kLevelHigh : Edge::kLevelLow);
 }
 
-// Whether something asks for a frame, now or at a known time.
+// Whether something asks for a frame, now or later.
 bool Acquisition::Wanted() const {
   if (!m_running) return false;
   if (m_settings.trigger.start == FrameStart::kFixedRate || !m_triggers.empty()) return true;
   if (m_settings.trigger.start != FrameStart::kFreerun && !LevelHolds()) return false;
-  // Without exposure and stream time a free run would spin: it takes its pace from the queue.
+  // Without exposure and stream time a free run would spin, so that it waits for queued frames.
   return !m_settings.instant || m_frames.HasQueued();
 }
 
@@ -128,7 +128,7 @@ void Acquisition::Run() {
   }
 }
 
-// False after a wait: everything may have changed and is looked at again.
+// False after a wait: everything may have changed, so that the caller looks again.
 bool Acquisition::NextStart(BMutexLock& lock, Clock::time_point& start) {
   if (!Wanted()) {
     m_changed.Wait(lock);
@@ -152,7 +152,7 @@ Acquisition::Exposure Acquisition::BeginExposure(Clock::time_point start) {
   ++m_activity;
   Exposure exposure{m_settings, start, m_parts.next_faults(), m_next_frame_id++, m_acquisition, m_aborts};
   exposure.settings.shot.frame_number = m_parts.counters.exposed++;
-  exposure.settings.shot.time_s = m_parts.clock.Seconds(start);
+  exposure.settings.shot.time = m_parts.clock.TimeAt(start);
   return exposure;
 }
 
@@ -181,7 +181,7 @@ void Acquisition::Send(BMutexLock& lock, const Exposure& exposure, const Link::T
   if (!settings.instant) {
     m_parts.link.Begin(transfer);
     const BMutexUnlock unlocked(m_mutex, lock);
-    // The picture is ready when the last packet is: rendering hides in the time that the stream takes.
+    // Rendering takes place while the frame is sent, so that it costs no time of its own.
     if (content.scene && m_frames.HasQueued()) content.Render(settings);
   }
   if (!WaitUntil(lock, transfer.end + exposure.faults.delay, exposure)) return;
@@ -201,11 +201,11 @@ void Acquisition::Send(BMutexLock& lock, const Exposure& exposure, const Link::T
   }
 }
 
-// Before the frame is handed over: its callback may start the next acquisition.
+// Runs before the frame is handed over, because its callback may start the next acquisition.
 void Acquisition::FinishFrame(Clock::time_point arrived, const Exposure& exposure) {
   const CaptureSettings& settings = exposure.settings;
-  const auto since_last = std::chrono::duration<double>(arrived - m_last_arrival).count();
-  m_parts.counters.frames_per_s = since_last > 0.0 ? 1.0 / since_last : 0.0;
+  const Seconds since_last = arrived - m_last_arrival;
+  m_parts.counters.frames_per_s = since_last > Seconds::zero() ? Seconds(1.0) / since_last : 0.0;
   m_last_arrival = arrived;
   // The next exposure may overlap this stream, as long as it does not end before.
   m_ready = std::max(exposure.start + settings.exposure, arrived - settings.exposure);
@@ -228,7 +228,7 @@ std::optional<std::uint64_t> Acquisition::Deliver(const Exposure& exposure, Fram
   ++m_parts.counters.delivered;
   VmbFrame_t frame = DescribeFilled(exposure.settings, result);
   frame.frameID = exposure.frame_id;
-  frame.timestamp = m_parts.clock.Ticks(exposure.start);
+  frame.timestamp = m_parts.clock.TicksAt(exposure.start);
   exposure.faults.ApplyTo(frame);
   return m_frames.Complete(filling, frame);
 }
@@ -239,7 +239,7 @@ bool Acquisition::DeliverNow(const FrameOverride& override) {
     const BMutexLock lock(m_mutex);
     exposure = {m_settings, Clock::now(), override, m_next_frame_id++, m_acquisition, m_aborts};
     exposure.settings.shot.frame_number = m_parts.counters.exposed++;
-    exposure.settings.shot.time_s = m_parts.clock.Seconds(exposure.start);
+    exposure.settings.shot.time = m_parts.clock.TimeAt(exposure.start);
   }
   FrameContent content{m_parts.scene.get(), {}, 0.0};
   const std::optional<std::uint64_t> number = Deliver(exposure, content);

@@ -2,6 +2,7 @@
 // The sensor of one opened camera: when frames are exposed, and how they reach the queue.
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <deque>
@@ -36,11 +37,13 @@ struct SensorParts {
   std::uint64_t seed;
   // The faults that are due for the frame now exposed.
   std::function<FrameOverride()> next_faults;
-  // Both are called without a lock: the camera has lost its link; a picture was taken with the automatics on.
+  // Called without a lock when a fault unplugs the camera.
   std::function<void()> unplug;
+  // Called without a lock after each picture that was taken with an automatic on.
   std::function<void(const PictureMeans&)> measured;
 };
 
+// Runs a thread of its own. [any thread] but where a function says otherwise.
 class Acquisition {
  public:
   Acquisition(SensorParts parts, CaptureQueue& frames);
@@ -55,24 +58,26 @@ class Acquisition {
   void Start();
   // The frame that is being exposed or sent still arrives.
   void Stop();
-  // It does not.
+  // The frame that is being exposed or sent is dropped.
   void Abort();
   bool Running() const;
 
   void SoftwareTrigger();
   void InputEdge(int line, bool rising);
-  // Something has changed that may let a frame begin.
+  // Has the thread look again whether a frame may begin.
   void Wake();
 
-  // One frame of the present settings at once, past every acquisition rule; false when none is queued. Returns after
-  // its callback.
+  // Delivers one frame of the present settings at once, past every acquisition rule. Returns after its callback; false
+  // when no frame is queued.
   bool DeliverNow(const FrameOverride& override);
 
-  // No frame can begin without time passing or something being done.
+  // No frame is being exposed or sent, and none will be unless time passes or somebody calls.
   bool Idle() const;
   // Grows with every start, trigger and exposure.
   std::uint64_t Activity() const { return m_activity; }
+  // Ends the thread and drops the frame that is being exposed or sent. Not on that thread.
   void Close();
+  // Whether the caller runs on the thread.
   bool OnThread() const;
 
  private:
@@ -94,7 +99,7 @@ class Acquisition {
       KEL_REQUIRES(m_mutex);
   bool WaitUntil(BMutexLock& lock, Clock::time_point moment, const Exposure& exposure) KEL_REQUIRES(m_mutex);
   void FinishFrame(Clock::time_point arrived, const Exposure& exposure) KEL_REQUIRES(m_mutex);
-  // Without a lock: fills the oldest queued frame, if there is one, and gives its number.
+  // Fills the oldest queued frame, if there is one, and returns its number. Called without the lock.
   std::optional<std::uint64_t> Deliver(const Exposure& exposure, FrameContent& content);
   void AddTrigger() KEL_REQUIRES(m_mutex);
   bool LevelHolds() const KEL_REQUIRES(m_mutex);
@@ -109,23 +114,25 @@ class Acquisition {
   bool m_closing KEL_GUARDED_BY(m_mutex) = false;
   bool m_running KEL_GUARDED_BY(m_mutex) = false;
   bool m_exposing KEL_GUARDED_BY(m_mutex) = false;
-  // Counts starts, so that a late frame does not count for the next acquisition.
+  // Starts so far, so that a late frame does not count for the next acquisition.
   std::uint64_t m_acquisition KEL_GUARDED_BY(m_mutex) = 0;
   std::uint64_t m_aborts KEL_GUARDED_BY(m_mutex) = 0;
   std::uint64_t m_next_frame_id KEL_GUARDED_BY(m_mutex) = 0;
   std::int64_t m_frames_done KEL_GUARDED_BY(m_mutex) = 0;
   std::int64_t m_frame_limit KEL_GUARDED_BY(m_mutex) = 0;
   std::deque<Clock::time_point> m_triggers KEL_GUARDED_BY(m_mutex);
-  bool m_level_high[5] KEL_GUARDED_BY(m_mutex) = {};
-  // No exposure starts before these: start of acquisition or choice of source; sensor and stream free again.
+  // By the numbers of the lines, which begin with 1.
+  std::array<bool, kInputLines + 1> m_level_high KEL_GUARDED_BY(m_mutex) = {};
+  // The last start of an acquisition or choice of a source. No exposure starts earlier.
   Clock::time_point m_armed KEL_GUARDED_BY(m_mutex);
+  // When sensor and stream are free again. No exposure starts earlier.
   Clock::time_point m_ready KEL_GUARDED_BY(m_mutex);
   Clock::time_point m_last_start KEL_GUARDED_BY(m_mutex);
   Clock::time_point m_last_arrival KEL_GUARDED_BY(m_mutex);
   // The memory of the last rendered picture, for the next one.
   std::vector<std::uint8_t> m_scratch KEL_GUARDED_BY(m_mutex);
 
-  // Decides about packet loss; used on the acquisition's thread alone.
+  // Decides about packet loss. Used on the thread alone: frames delivered by hand lose no packets.
   std::mt19937_64 m_random;
   std::atomic<std::uint64_t> m_activity{0};
   std::atomic<std::thread::id> m_thread_id;

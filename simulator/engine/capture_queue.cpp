@@ -2,6 +2,7 @@
 // The announced frames of one opened camera, their way through the queue, and the thread that calls back.
 #include "engine/capture_queue.h"
 
+#include <tuple>
 #include <utility>
 
 namespace Simulator {
@@ -9,7 +10,7 @@ namespace Simulator {
 struct CaptureQueue::Entry {
   enum class State { kCaller, kQueued, kFilling, kCompleted, kCalling };
 
-  // The caller's record: the library may write it while the frame is its own.
+  // The caller's record, which the library writes while it owns the frame.
   VmbFrame_t* frame;
   // As announced; later changes of the record do not move the buffer.
   Buffer buffer;
@@ -21,7 +22,7 @@ struct CaptureQueue::Entry {
 using State = CaptureQueue::Entry::State;
 
 CaptureQueue::CaptureQueue(VmbHandle_t camera, std::function<void()> queued)
-    : m_camera(camera), m_queued_hook(std::move(queued)), m_thread([this] { RunCallbacks(); }) {}
+    : m_camera(camera), m_after_queueing(std::move(queued)), m_thread([this] { RunCallbacks(); }) {}
 
 CaptureQueue::~CaptureQueue() { Close(); }
 
@@ -85,7 +86,7 @@ VmbError_t CaptureQueue::Queue(const VmbFrame_t* frame, VmbFrameCallback callbac
     entry.state = State::kQueued;
     m_queued.push_back(found->second);
   }
-  m_queued_hook();
+  m_after_queueing();
   return VmbErrorSuccess;
 }
 
@@ -109,7 +110,7 @@ void CaptureQueue::Close() {
   }
   End();
   Flush();
-  RevokeAll();
+  std::ignore = RevokeAll();
   if (m_thread.joinable()) m_thread.join();
 }
 
@@ -184,7 +185,7 @@ void CaptureQueue::CallBack(BMutexLock& lock) {
   m_calling = false;
   ++m_activity;
   m_last_called = number;
-  // The callback may have queued the frame again, and it may even be on its way once more.
+  // The callback may have queued the frame again, which may even be filled once more by now.
   if (entry->state == State::kCalling) entry->state = State::kCaller;
   m_changed.NotifyAll();
 }

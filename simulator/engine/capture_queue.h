@@ -16,7 +16,7 @@
 namespace Simulator {
 
 // A frame goes caller -> queued -> filling -> completed -> calling -> caller. From queued to completed the library owns
-// it.
+// it. [any thread] but where a function says otherwise.
 class CaptureQueue {
  public:
   // `queued` runs after each queueing, without a lock.
@@ -30,31 +30,33 @@ class CaptureQueue {
   VmbError_t Announce(const VmbFrame_t* frame);
   VmbError_t RevokeAll();
   VmbError_t Start();
-  // Returns after the running callback, at once when called from it.
+  // Returns after the running callback, or at once when called from it.
   void End();
   VmbError_t Queue(const VmbFrame_t* frame, VmbFrameCallback callback);
   void Flush();
 
-  // Ends capture, takes all frames back and ends the thread. Not from a callback.
+  // Ends capture, takes all frames back and ends the callback thread. Not from a callback.
   void Close();
+  // Whether the caller runs on that thread.
   bool OnCallbackThread() const;
 
-  // A frame being filled. Its buffer may be written until Complete or GiveBack.
+  // A frame being filled. Its buffer may be written until Complete.
   struct Entry;
   using Filling = std::shared_ptr<Entry>;
   struct Buffer {
     std::uint8_t* bytes;
-    std::uint32_t size;
+    std::uint32_t size_bytes;
   };
   static Buffer BufferOf(const Filling& filling);
 
   bool HasQueued() const;
   // The frame queued longest, or null.
   Filling Take();
-  // Hands the frame to the callback thread with what `received` says; its number is for WaitForCallback.
+  // Copies the received part of the record to the frame and hands it to the callback thread. Returns the number for
+  // WaitForCallback.
   std::uint64_t Complete(const Filling& filling, const VmbFrame_t& received);
 
-  // Until the callback of that frame has returned or capture has ended.
+  // Returns when the callback of that frame has returned or capture has ended.
   void WaitForCallback(std::uint64_t number);
   // No callback runs or is due.
   bool Idle() const;
@@ -75,7 +77,7 @@ class CaptureQueue {
   void WaitForWriters(BMutexLock& lock) KEL_REQUIRES(m_mutex);
 
   const VmbHandle_t m_camera;
-  const std::function<void()> m_queued_hook;
+  const std::function<void()> m_after_queueing;
 
   mutable BMutex m_mutex;
   BCondition m_changed;

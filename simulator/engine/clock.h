@@ -4,8 +4,13 @@
 
 #include <chrono>
 
+#include "scene/times.h"
+
 namespace Simulator {
 
 using Clock = std::chrono::steady_clock;
+
+// The time in the clock's own steps, rounded down.
+constexpr Clock::duration ClockDuration(Seconds time) { return std::chrono::duration_cast<Clock::duration>(time); }
 
 }  // namespace Simulator

@@ -28,7 +28,7 @@ struct FrameOverride {
   bool drop = false;
   bool unplug = false;
 
-  // Members that are given here win over those of `other`.
+  // Takes from `other` the members that have no value here. Delays add up.
   void MergeFrom(const FrameOverride& other);
   void ApplyTo(VmbFrame_t& frame) const;
 };

@@ -23,7 +23,7 @@ struct Notification {
   std::function<void()> before;
 };
 
-// One after another, in the order of posting.
+// Calls back one after another, in the order of posting. [any thread] but where a function says otherwise.
 class Notifier {
  public:
   Notifier();
@@ -38,6 +38,7 @@ class Notifier {
   bool Idle() const;
   // Grows with every posting and callback.
   std::uint64_t Activity() const { return m_activity; }
+  // Whether the caller runs on the notifier's thread.
   bool OnThread() const { return std::this_thread::get_id() == m_thread_id; }
   // Forgets all and waits for the running callback. Not from a callback.
   void Stop();
@@ -48,7 +49,7 @@ class Notifier {
   mutable BMutex m_mutex;
   BCondition m_changed;
   std::deque<Notification> m_posted KEL_GUARDED_BY(m_mutex);
-  // Of the running callback.
+  // The handle of the running callback; null when none runs.
   VmbHandle_t m_calling KEL_GUARDED_BY(m_mutex) = nullptr;
   bool m_stopping KEL_GUARDED_BY(m_mutex) = false;
   std::atomic<std::uint64_t> m_activity{0};

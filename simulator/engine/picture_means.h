@@ -1,5 +1,5 @@
 // engine/picture_means.h
-// How bright a picture is and of what colour: what a camera's automatics go by.
+// How bright a picture is and of what colour, for a camera's automatics.
 #pragma once
 
 #include <cstdint>

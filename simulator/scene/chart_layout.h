@@ -8,17 +8,17 @@
 
 namespace Simulator {
 
-// Symmetrical about the sensor's middle. `unit` is one hundredth of the content's height, the measure of everything
-// inside.
-// With its edges between pixels, so that they are sharp.
+// The box with its edges moved between pixels, so that they are sharp.
 Box WholePixels(const Box& box);
 
+// Symmetrical about the sensor's middle.
 struct ChartLayout {
   ChartLayout(int sensor_width, int sensor_height);
 
   Box sensor;
   Point middle;
   double border = 0;
+  // One hundredth of the content's height, the measure of everything inside.
   double unit = 0;
   Box content;
   Box title;

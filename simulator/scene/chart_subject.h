@@ -3,8 +3,10 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "scene/bayer_order.h"
 #include "scene/chart_layout.h"
 #include "scene/subject.h"
 
@@ -14,10 +16,10 @@ namespace Simulator {
 // hand that turns once in a second, and a frame counter.
 class ChartSubject : public Subject {
  public:
-  ChartSubject(int sensor_width, int sensor_height, bool colour, int bayer_order);
+  ChartSubject(int sensor_width, int sensor_height, bool colour, BayerOrder bayer_order);
 
   void Paint(Canvas& canvas) const override;
-  std::vector<MovingPart> MovingParts(std::uint64_t frame_number, double time_s) const override;
+  std::vector<MovingPart> MovingParts(std::uint64_t frame_number, Seconds time) const override;
 
  private:
   void PaintBackground(Canvas& canvas) const;
@@ -34,7 +36,7 @@ class ChartSubject : public Subject {
   void PaintCounterPlate(Canvas& canvas) const;
   double CounterHeight() const;
   Point CounterMiddle(std::string_view part) const;
-  MovingPart Hand(double time_s) const;
+  MovingPart Hand(Seconds time) const;
   MovingPart Counter(std::uint64_t frame_number) const;
 
   const ChartLayout m_layout;

@@ -16,7 +16,7 @@ class PictureSubject : public Subject {
   PictureSubject(const std::string& utf8_path, int sensor_width, int sensor_height);
 
   void Paint(Canvas& canvas) const override;
-  std::vector<MovingPart> MovingParts(std::uint64_t frame_number, double time_s) const override;
+  std::vector<MovingPart> MovingParts(std::uint64_t frame_number, Seconds time) const override;
 
  private:
   const int m_width;

@@ -10,8 +10,8 @@ namespace Simulator {
 
 enum class Turn { kUpright, kUpwards, kDownwards };
 
-// One line of text. Capitals are `height` high; the strokes' thickness goes with it. Knows Latin letters, digits and "
-// .,:-+/()="; other characters are left blank.
+// One line of text. Capitals are `height` high; the strokes' thickness is a part of it. The font has Latin letters,
+// digits and " .,:-+/()"; other characters stay blank.
 struct TextLine {
   std::string_view text;
   // The middle of the capitals' height, half-way along the line.

@@ -33,10 +33,10 @@ std::vector<Feature> SystemFeatures::Rows(const SystemConfiguration& configurati
   const auto status = [this](DiscoveryStatus value) {
     return CommandNode{[this, value]() KEL_REQUIRES(m_mutex) { SetStatus(value); }};
   };
-  const auto elapsed = [this] { return std::chrono::duration<double>(Clock::now() - m_started).count(); };
+  const auto elapsed = [this] { return Seconds(Clock::now() - m_started).count(); };
   return {{kGeVTLIsPresent, Access::kReadOnly, BoolNode{configuration.gige_present}},
           {kGeVDiscoveryStatus, Access::kReadOnly, StatusEntries()},
-          // Simulated cameras answer at once: what is on the link is known without asking.
+          // The simulated cameras on the link are known without a search.
           {kGeVDiscoveryAllOnce, Access::kReadWrite, CommandNode{[] {}}},
           {kGeVDiscoveryAllAuto, Access::kReadWrite, status(DiscoveryStatus::kAutomatic)},
           {kGeVDiscoveryAllOff, Access::kReadWrite, status(DiscoveryStatus::kOff)},

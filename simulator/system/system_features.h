@@ -16,7 +16,7 @@ namespace Simulator {
 
 enum class CameraEvent { kMissing, kDetected };
 
-// One start of the API. [any thread]
+// They live from one start of the API to its shut-down. [any thread]
 class SystemFeatures {
  public:
   SystemFeatures(const SystemConfiguration& configuration, std::shared_ptr<Notifier> notifier);
@@ -33,8 +33,8 @@ class SystemFeatures {
   }
   VmbError_t Watch(const std::string& feature, VmbInvalidationCallback callback, void* context);
 
-  // Tells of a camera, while discovery is automatic: the two event features take their values on the notifier's thread,
-  // right before the callbacks, so that each callback reads its own event.
+  // Reports a camera to the watchers while discovery is automatic. The two event features take their values on the
+  // notifier's thread right before the callbacks, so that each callback reads its own event.
   void Announce(const std::string& camera_id, CameraEvent event);
 
  private:

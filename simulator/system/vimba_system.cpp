@@ -11,11 +11,10 @@
 namespace Simulator {
 namespace {
 
-// Made when the library is loaded, so that it outlives what a module that is linked to the library does when it is
-// unloaded.
+// Made when the library is loaded: a module that is linked to the library may still use it while it is unloaded.
 struct Holder {
   VimbaSystem* system = nullptr;
-  // A process that ends with the API started still has threads that use it.
+  // In a process that ends with the API started, threads still use the system.
   ~Holder() {
     if (system && !system->Started()) delete system;
   }
@@ -33,8 +32,8 @@ VimbaSystem& VimbaSystem::Instance() {
 }
 
 namespace {
-// Forces the making above at load time.
-[[maybe_unused]] const VimbaSystem& made_at_load = VimbaSystem::Instance();
+// Has the function above run when the library is loaded.
+[[maybe_unused]] const VimbaSystem& kMadeAtLoad = VimbaSystem::Instance();
 }  // namespace
 
 World::World(const Configuration& configuration, const Camera::Surroundings& surroundings)
@@ -169,13 +168,14 @@ VmbError_t VimbaSystem::Open(const char* name, VmbAccessMode_t access, VmbHandle
   VmbHandle_t fresh = nullptr;
   {
     const BMutexLock lock(m_mutex);
-    fresh = reinterpret_cast<VmbHandle_t>(m_next_handle++);  // NOLINT(performance-no-int-to-ptr): only ever compared
+    // A handle is only ever compared.
+    fresh = reinterpret_cast<VmbHandle_t>(m_next_handle++);  // NOLINT(performance-no-int-to-ptr)
   }
   const bool full = access == VmbAccessModeFull;
   if (full ? !camera->Claim(fresh) : camera->Claimed()) return VmbErrorInvalidAccess;
   const auto session = std::make_shared<Session>(fresh, camera, access);
   const BMutexLock lock(m_mutex);
-  // Shut down meanwhile: the session ends with this scope.
+  // Shut down meanwhile: the session is closed at the end of this function.
   if (!m_features) return VmbErrorApiNotStarted;
   m_sessions.emplace(fresh, session);
   m_record.NameHandle(fresh, camera->Configuration().id);
@@ -184,7 +184,7 @@ VmbError_t VimbaSystem::Open(const char* name, VmbAccessMode_t access, VmbHandle
 }
 
 VmbError_t VimbaSystem::Close(VmbHandle_t handle) {
-  // Its end would wait for the callback that waits for it.
+  // Closing would wait for the callback that called it.
   if (FindSession(handle) && OnLibraryThread()) return VmbErrorInvalidCall;
   std::shared_ptr<Session> session;
   {
@@ -237,8 +237,8 @@ void VimbaSystem::PresenceChanged(const Camera& camera, bool plugged) {
   features->Announce(camera.Configuration().id, plugged ? CameraEvent::kDetected : CameraEvent::kMissing);
 }
 
-// One part may have set another going after that one was looked at: idle is what was idle without any activity
-// meanwhile.
+// A part may set another one going that was already found idle. So nothing is idle unless there was no activity while
+// all parts were asked.
 bool VimbaSystem::Idle() const {
   const auto notifier = CurrentNotifier();
   const auto sessions = Sessions();

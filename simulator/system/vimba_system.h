@@ -21,8 +21,8 @@
 
 namespace Simulator {
 
-// What one configuration describes. Built whole or not at all: throws as Camera does, a configured value's error with
-// the camera's place in front.
+// What one configuration describes. The constructor throws as Camera's does, with the camera's index in front of the
+// message about a configured value.
 struct World {
   World(const Configuration& configuration, const Camera::Surroundings& surroundings);
   Link link;
@@ -42,7 +42,7 @@ struct World {
 // held while a callback of the caller runs.
 class VimbaSystem {
  public:
-  // The one of this library.
+  // The only one of this library.
   static VimbaSystem& Instance();
 
   // Forgets faults and calls and replaces the cameras. Throws as World does, for a configuration from a file
@@ -52,10 +52,10 @@ class VimbaSystem {
   // EnvironmentConfiguration and Configure do.
   void Prepare();
 
-  // As Prepare; a failure is Other, and its reason is printed the first time.
+  // As Prepare. A failure is Other; the first one prints its reason on standard error.
   VmbError_t PrepareForStartup();
   VmbError_t Startup();
-  // Returns when no callback runs and no thread is left. From a callback, where that can never be, it does nothing.
+  // Returns when no callback runs and no thread is left. In a callback, which it could never outlast, it does nothing.
   void Shutdown();
   bool Started() const { return m_startups != 0; }
 
@@ -102,7 +102,7 @@ class VimbaSystem {
   CallRecord& Record() { return m_record; }
 
  private:
-  // Makes the one.
+  // Makes the only one.
   struct Access;
 
   VimbaSystem() = default;
@@ -116,7 +116,7 @@ class VimbaSystem {
 
   Faults m_faults;
   CallRecord m_record;
-  // Held by start-up, shut-down and configuration from beginning to end.
+  // Held through the whole of start-up, shut-down and configuration, so that they take turns.
   BMutex m_lifecycle;
   std::atomic<int> m_startups{0};
   std::atomic<bool> m_reported{false};
@@ -126,7 +126,7 @@ class VimbaSystem {
   std::shared_ptr<Notifier> m_notifier KEL_GUARDED_BY(m_mutex);
   std::shared_ptr<SystemFeatures> m_features KEL_GUARDED_BY(m_mutex);
   std::map<VmbHandle_t, std::shared_ptr<Session>> m_sessions KEL_GUARDED_BY(m_mutex);
-  // Handles are never used again, so that a stale one is told.
+  // No handle is used twice, so that a stale one is recognised.
   std::uintptr_t m_next_handle KEL_GUARDED_BY(m_mutex) = 0x1000;
 };
 

@@ -1,12 +1,12 @@
 // scene/shots.cpp
-// Shots of scenes and questions about the pictures they give.
+// Shots of scenes, and what to ask of the pictures.
 #include "unit/scene/shots.h"
 
 #include <cmath>
 
 namespace SceneTest {
 
-Simulator::Shot WholeShot(std::uint32_t pixel_format, int width, int height) {
+Simulator::Shot WholeShot(VmbPixelFormat_t pixel_format, int width, int height) {
   Simulator::Shot shot;
   shot.pixel_format = pixel_format;
   shot.width = width;
@@ -16,19 +16,21 @@ Simulator::Shot WholeShot(std::uint32_t pixel_format, int width, int height) {
 }
 
 Bytes Take(const Simulator::Scene& scene, const Simulator::Shot& shot) {
-  // Bits 16 to 23 of a format are the bits of a pixel.
-  const std::size_t bytes_per_pixel = (shot.pixel_format >> 16 & 0xFF) / 8;
-  Bytes bytes(static_cast<std::size_t>(shot.width) * static_cast<std::size_t>(shot.height) * bytes_per_pixel);
+  const std::size_t pixels = static_cast<std::size_t>(shot.width) * static_cast<std::size_t>(shot.height);
+  Bytes bytes(pixels * BytesPerPixel(shot.pixel_format));
   scene.Render(shot, bytes.data());
   return bytes;
 }
 
+// Bits 16 to 23 of a format are the bits of a pixel.
+std::size_t BytesPerPixel(VmbPixelFormat_t format) { return (format >> 16 & 0xFF) / 8; }
+
 std::shared_ptr<const Simulator::Scene> ColourChart(int width, int height) {
-  return Simulator::MakeChartScene(width, height, true, 1);
+  return Simulator::MakeChartScene(width, height, true, Simulator::BayerOrder::kRggb);
 }
 
 std::shared_ptr<const Simulator::Scene> MonoChart(int width, int height) {
-  return Simulator::MakeChartScene(width, height, false, 1);
+  return Simulator::MakeChartScene(width, height, false, Simulator::BayerOrder::kRggb);
 }
 
 Rgb PixelAt(const Bytes& rgb, const Simulator::Shot& shot, int x, int y) {
