@@ -2,17 +2,17 @@
 // A camera as a program uses it: opened, frames announced, every frame that came back kept.
 #include "frame_ring.h"
 
-#include <utility>
+#include <tuple>
 
 OpenedHandle::OpenedHandle(const std::string& id, VmbAccessMode_t access) {
   EXPECT_EQ(VmbCameraOpen(id.c_str(), access, &m_handle), VmbErrorSuccess);
 }
 
-OpenedHandle::~OpenedHandle() { VmbCameraClose(m_handle); }
+OpenedHandle::~OpenedHandle() { std::ignore = VmbCameraClose(m_handle); }
 
-FrameRing::FrameRing(VmbHandle_t camera, std::size_t count, std::optional<std::uint32_t> buffer_size)
+FrameRing::FrameRing(VmbHandle_t camera, std::size_t count, std::optional<std::uint32_t> buffer_bytes)
     : m_camera(camera), m_frames(count) {
-  const std::size_t size = buffer_size ? *buffer_size : static_cast<std::size_t>(IntOf(camera, "PayloadSize"));
+  const std::size_t size = buffer_bytes ? *buffer_bytes : static_cast<std::size_t>(IntOf(camera, "PayloadSize"));
   for (VmbFrame_t& frame : m_frames) {
     m_buffers.emplace_back(size);
     frame.buffer = m_buffers.back().data();
@@ -23,9 +23,9 @@ FrameRing::FrameRing(VmbHandle_t camera, std::size_t count, std::optional<std::u
 }
 
 FrameRing::~FrameRing() {
-  VmbCaptureEnd(m_camera);
-  VmbCaptureQueueFlush(m_camera);
-  VmbFrameRevokeAll(m_camera);
+  std::ignore = VmbCaptureEnd(m_camera);
+  std::ignore = VmbCaptureQueueFlush(m_camera);
+  std::ignore = VmbFrameRevokeAll(m_camera);
 }
 
 void FrameRing::Start() {
@@ -36,6 +36,11 @@ void FrameRing::Start() {
 VmbError_t FrameRing::Queue(std::size_t index) { return Queue(m_frames[index]); }
 
 VmbError_t FrameRing::Queue(VmbFrame_t& frame) { return VmbCaptureFrameQueue(m_camera, &frame, &OnFrame); }
+
+void FrameRing::KeepQueued() {
+  // Refused once capture has ended.
+  on_frame = [this](VmbFrame_t& frame) { std::ignore = Queue(frame); };
+}
 
 void FrameRing::OnFrame(VmbHandle_t, VmbFrame_t* frame) {
   FrameRing& ring = *static_cast<FrameRing*>(frame->context[0]);
@@ -99,7 +104,8 @@ void TriggerBy(VmbHandle_t camera, const char* source) {
 }
 
 void WaitIdle() {
-  EXPECT_EQ(VimbaSimWaitIdle(static_cast<std::uint32_t>(std::chrono::milliseconds(kDeadline).count())), 0);
+  constexpr std::chrono::milliseconds kTimeout = kDeadline;
+  EXPECT_EQ(VimbaSimWaitIdle(static_cast<std::uint32_t>(kTimeout.count())), 0);
 }
 
 std::string RecordedCalls() {
