@@ -43,15 +43,19 @@ class LastErrors {
 
 LastErrors last_errors;
 
-// Runs the body. An exception becomes the thread's last error and the answer 1.
+// What the functions of the interface answer.
+constexpr int kSuccess = 0;
+constexpr int kFailure = 1;
+
+// Runs the body. An exception becomes a failure and the thread's last error.
 template <class Body>
 int Control(Body body) {
   try {
     body(VimbaSystem::Instance());
-    return 0;
+    return kSuccess;
   } catch (const std::exception& error) {
     last_errors.Set(error.what());
-    return 1;
+    return kFailure;
   }
 }
 
@@ -143,10 +147,10 @@ int VimbaSimWaitIdle(uint32_t timeout_ms) {
   const auto deadline = Simulator::Clock::now() + std::chrono::milliseconds(timeout_ms);
   const VimbaSystem& system = VimbaSystem::Instance();
   while (!system.Idle()) {
-    if (Simulator::Clock::now() >= deadline) return 1;
+    if (Simulator::Clock::now() >= deadline) return kFailure;
     std::this_thread::sleep_for(kPause);
   }
-  return 0;
+  return kSuccess;
 }
 
 size_t VimbaSimCalls(char* buffer, size_t size) {

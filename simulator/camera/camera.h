@@ -33,7 +33,7 @@ class Camera {
     std::function<void(const Camera&, bool plugged)> presence_changed;
   };
 
-  // Throws std::invalid_argument for a configuration that cannot be, std::runtime_error for a picture that cannot be
+  // Throws std::invalid_argument for an impossible configuration and std::runtime_error for a picture that cannot be
   // read.
   Camera(CameraConfiguration configuration, Link& link, Surroundings surroundings);
   Camera(const Camera&) = delete;

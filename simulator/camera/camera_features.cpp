@@ -1,5 +1,5 @@
 // camera/camera_features.cpp
-// What the features of a camera say together: sizes, times, the settings of the next exposure.
+// What follows from several features of a camera: sizes, times, the settings of the next exposure.
 #include "camera/camera_features.h"
 
 #include <algorithm>

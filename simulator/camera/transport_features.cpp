@@ -82,7 +82,7 @@ constexpr WidestRange kWidestRanges[] = {
     {FeatureName::kExposureTimeAbs, 1.0, kLongestTime.count()},
     // A packet has room for at least one byte of the image.
     {FeatureName::kGVSPPacketSize, static_cast<double>(kPacketHeaderBytes + 1), static_cast<double>(kMaxPacketBytes)},
-    // More would amplify the noise beyond all numbers.
+    // With more gain the noise would leave the range of numbers.
     {FeatureName::kGain, -100.0, 100.0},
     // At the lowest rate the largest image takes some weeks, which the clock can still count in nanoseconds.
     {FeatureName::kStreamBytesPerSecond, 1e3, 1e12},

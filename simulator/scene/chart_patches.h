@@ -25,7 +25,7 @@ inline constexpr std::array<ChartPatch, 24> kChartPatches{{
     {"neutral 5", 122, 122, 121}, {"neutral 3.5", 85, 85, 85},    {"black", 52, 52, 52},
 }};
 
-// In sensor pixels. Part of every pixel within [left, right) x [top, bottom) may belong to the patch's surroundings.
+// In sensor pixels: [left, right) x [top, bottom). The pixels along its edges may show part of the surroundings.
 struct PatchArea {
   double left;
   double top;
