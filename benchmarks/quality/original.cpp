@@ -41,12 +41,13 @@ Original HalvedPhotograph(const std::string& path) {
 Original TestChart() {
   constexpr BSize kSize{1292, 964};
   constexpr std::uint32_t kRgb8 = 0x02180014;
-  simulator::Shot shot;
+  Simulator::Shot shot;
   shot.pixel_format = kRgb8;
   shot.width = kSize.width;
   shot.height = kSize.height;
   shot.noise = false;
   Original chart{"test chart", kSize, std::vector<std::uint8_t>(std::size_t{kSize.width} * kSize.height * kChannels)};
-  simulator::MakeChartScene(kSize.width, kSize.height, true, 1)->Render(shot, chart.rgb.data());
+  Simulator::MakeChartScene(kSize.width, kSize.height, true, Simulator::BayerOrder::kRggb)
+      ->Render(shot, chart.rgb.data());
   return chart;
 }

@@ -1,5 +1,5 @@
 // api/api_call.cpp
-// What every API call goes through: record, start-up check, faults, argument check, result.
+// The steps of every API call: record, start-up check, faults, argument check, result.
 #include "api/api_call.h"
 
 #include <thread>
@@ -7,7 +7,7 @@
 
 #include "camera/value_text.h"
 
-namespace simulator {
+namespace Simulator {
 
 ApiCall::ApiCall(const char* function)
     : m_system(VimbaSystem::Instance()), m_texts(m_system.Record().Recording() || m_system.FaultSet().Any()) {
@@ -98,4 +98,4 @@ VmbError_t ApiCall::Check() {
   return m_effect.error ? m_effect.error : m_argument_error;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

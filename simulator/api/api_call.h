@@ -1,7 +1,6 @@
 // api/api_call.h
-// What every API call goes through: record, start-up check, faults, argument check, result.
-#ifndef KEL_SIMULATOR_API_API_CALL_H
-#define KEL_SIMULATOR_API_API_CALL_H
+// The steps of every API call: record, start-up check, faults, argument check, result.
+#pragma once
 
 #include <cstdint>
 #include <exception>
@@ -14,9 +13,9 @@
 #include "control/faults.h"
 #include "system/vimba_system.h"
 
-namespace simulator {
+namespace Simulator {
 
-// Arguments are named in their order, then the call answers once.
+// Arguments are named in their order; then Answer or Run is called once.
 class ApiCall {
  public:
   explicit ApiCall(const char* function);
@@ -28,7 +27,7 @@ class ApiCall {
   ApiCall& Value(std::int64_t value);
   ApiCall& Value(double value);
   ApiCall& Frame(const VmbFrame_t* frame);
-  // Arguments that are checked and not written down.
+  // Arguments that are checked but not recorded.
   ApiCall& Needs(const void* pointer);
   ApiCall& Needs(VmbInvalidationCallback callback);
   ApiCall& Size(std::uint32_t given, std::size_t needed);
@@ -49,7 +48,7 @@ class ApiCall {
     body(m_system);
     m_system.Record().End(line, std::nullopt);
   }
-  // In the body: what a fault says in place of a command's state.
+  // For the body: what a fault reports in place of a command's state.
   const std::optional<bool>& FaultyDone() const { return m_effect.done; }
 
  private:
@@ -68,7 +67,7 @@ class ApiCall {
   }
 
   VimbaSystem& m_system;
-  // Texts cost time that an unrecorded call without faults need not spend.
+  // An unrecorded call without faults saves the time that texts cost.
   const bool m_texts;
   std::string m_text;
   CallPattern m_pattern;
@@ -79,6 +78,4 @@ class ApiCall {
   VmbError_t m_argument_error = VmbErrorSuccess;
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

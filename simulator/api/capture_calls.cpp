@@ -3,16 +3,16 @@
 #include "VimbaC.h"
 #include "api/api_call.h"
 
-using simulator::ApiCall;
-using simulator::CaptureQueue;
-using simulator::Session;
-using simulator::VimbaSystem;
+using Simulator::ApiCall;
+using Simulator::CaptureQueue;
+using Simulator::Session;
+using Simulator::VimbaSystem;
 
 namespace {
 
+// Whether a call works on a lost camera, as all do that take frames back.
 enum class Lost { kRefused, kAllowed };
 
-// Taking frames back works on a lost camera too.
 template <class Body>
 VmbError_t WithFrames(VimbaSystem& system, VmbHandle_t camera, Lost lost, Body body) {
   const std::shared_ptr<Session> session = system.FindSession(camera);
@@ -25,7 +25,7 @@ VmbError_t WithFrames(VimbaSystem& system, VmbHandle_t camera, Lost lost, Body b
 }  // namespace
 
 VmbError_t VmbFrameAnnounce(VmbHandle_t camera, const VmbFrame_t* frame, VmbUint32_t sizeofFrame) {
-  simulator::CallRecord& record = VimbaSystem::Instance().Record();
+  Simulator::CallRecord& record = VimbaSystem::Instance().Record();
   const bool numbered = record.NumberFrame(camera, frame);
   const VmbError_t result =
       ApiCall(__func__).On(camera).Frame(frame).Size(sizeofFrame, sizeof *frame).Answer([&](VimbaSystem& system) {

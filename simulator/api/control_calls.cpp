@@ -6,47 +6,56 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <tuple>
+#include <utility>
 
+#include "bmutex.h"
 #include "control/configuration.h"
 #include "control/json_members.h"
+#include "engine/capture_settings.h"
+#include "engine/clock.h"
 #include "system/vimba_system.h"
 #include "vimba_simulator.h"
 
 namespace {
 
-using simulator::Camera;
-using simulator::Json;
-using simulator::Lock;
-using simulator::VimbaSystem;
+using Simulator::Camera;
+using Simulator::Json;
+using Simulator::VimbaSystem;
 
-// A thread_local text would keep the library loaded as long as one of its threads lives.
+// One text for each thread. As a thread_local variable it would keep the library loaded while any of its threads lives.
 class LastErrors {
  public:
   void Set(std::string text) {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     m_texts[std::this_thread::get_id()] = std::move(text);
   }
   const char* Get() {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     const auto found = m_texts.find(std::this_thread::get_id());
     return found == m_texts.end() ? "" : found->second.c_str();
   }
 
  private:
-  simulator::Mutex m_mutex;
-  std::map<std::thread::id, std::string> m_texts SIM_GUARDED_BY(m_mutex);
+  BMutex m_mutex;
+  std::map<std::thread::id, std::string> m_texts KEL_GUARDED_BY(m_mutex);
 };
 
 LastErrors last_errors;
 
+// What the functions of the interface answer.
+constexpr int kSuccess = 0;
+constexpr int kFailure = 1;
+
+// Runs the body. An exception becomes a failure and the thread's last error.
 template <class Body>
 int Control(Body body) {
   try {
     body(VimbaSystem::Instance());
-    return 0;
+    return kSuccess;
   } catch (const std::exception& error) {
     last_errors.Set(error.what());
-    return 1;
+    return kFailure;
   }
 }
 
@@ -72,9 +81,9 @@ std::size_t CopyText(const std::string& text, char* buffer, std::size_t size) {
 }
 
 Json StateOf(const VimbaSystem& system, const Camera& camera) {
-  const simulator::Counters& counters = camera.Counted();
+  const Simulator::Counters& counters = camera.Counted();
   const auto session = system.FullSessionOf(camera);
-  const auto frames = session ? session->Frames()->Count() : simulator::CaptureQueue::Sizes{};
+  const auto frames = session ? session->Frames()->Count() : Simulator::CaptureQueue::Sizes{};
   Json state{{"plugged", camera.Plugged()},        {"openHandles", system.OpenHandles(camera)},
              {"acquiring", camera.Running()},      {"capturing", frames.capturing},
              {"announced", frames.announced},      {"queued", frames.queued},
@@ -88,7 +97,7 @@ Json StateOf(const VimbaSystem& system, const Camera& camera) {
 
 int VimbaSimConfigure(const char* json) {
   return Control([&](VimbaSystem& system) {
-    system.Configure(json ? simulator::ParseConfiguration(json) : simulator::EnvironmentConfiguration());
+    system.Configure(json ? Simulator::ParseConfiguration(json) : Simulator::EnvironmentConfiguration());
   });
 }
 
@@ -96,7 +105,7 @@ int VimbaSimAddFaults(const char* json) {
   return Control([&](VimbaSystem& system) {
     // The first configuration would forget them.
     system.Prepare();
-    system.FaultSet().Add(simulator::ParseFaults(Given(json, "the text")));
+    system.FaultSet().Add(Simulator::ParseFaults(Given(json, "the text")));
   });
 }
 
@@ -113,7 +122,10 @@ int VimbaSimPlug(const char* camera_id) {
 int VimbaSimSetLine(const char* camera_id, int line, int level) {
   return Control([&](VimbaSystem& system) {
     const auto camera = CameraCalled(system, camera_id);
-    if (line < 1 || line > 4) throw std::invalid_argument("line " + std::to_string(line) + " is none of 1 to 4");
+    if (line < 1 || line > Simulator::kInputLines) {
+      throw std::invalid_argument("line " + std::to_string(line) + " is none of 1 to " +
+                                  std::to_string(Simulator::kInputLines));
+    }
     if (level != 0 && level != 1) throw std::invalid_argument("level " + std::to_string(level) + " is neither 0 nor 1");
     camera->InputEdge(line, level == 1);
   });
@@ -122,7 +134,7 @@ int VimbaSimSetLine(const char* camera_id, int line, int level) {
 int VimbaSimDeliverFrame(const char* camera_id, const char* json) {
   return Control([&](VimbaSystem& system) {
     const auto camera = CameraCalled(system, camera_id);
-    const simulator::FrameOverride frame = simulator::ParseFrameOverride(json ? json : "{}");
+    const Simulator::FrameOverride frame = Simulator::ParseFrameOverride(json ? json : "{}");
     const auto session = system.FullSessionOf(*camera);
     if (!session || !session->DeliverNow(frame)) {
       throw std::runtime_error("camera " + std::string(camera_id) + " has no frame queued");
@@ -131,13 +143,14 @@ int VimbaSimDeliverFrame(const char* camera_id, const char* json) {
 }
 
 int VimbaSimWaitIdle(uint32_t timeout_ms) {
-  const auto deadline = simulator::Clock::now() + std::chrono::milliseconds(timeout_ms);
+  constexpr std::chrono::microseconds kPause{200};
+  const auto deadline = Simulator::Clock::now() + std::chrono::milliseconds(timeout_ms);
   const VimbaSystem& system = VimbaSystem::Instance();
   while (!system.Idle()) {
-    if (simulator::Clock::now() >= deadline) return 1;
-    std::this_thread::sleep_for(std::chrono::microseconds(200));
+    if (Simulator::Clock::now() >= deadline) return kFailure;
+    std::this_thread::sleep_for(kPause);
   }
-  return 0;
+  return kSuccess;
 }
 
 size_t VimbaSimCalls(char* buffer, size_t size) {
@@ -152,7 +165,7 @@ uint64_t VimbaSimCallCount() { return VimbaSystem::Instance().Record().Total(); 
 
 size_t VimbaSimState(char* buffer, size_t size) {
   std::string text = "{}";
-  Control([&](VimbaSystem& system) {
+  std::ignore = Control([&](VimbaSystem& system) {
     system.Prepare();
     Json state{{"started", system.Started()}, {"cameras", Json::object()}};
     for (const auto& camera : system.AllCameras()) {

@@ -7,9 +7,9 @@
 #include "VimbaC.h"
 #include "api/api_call.h"
 
-using simulator::ApiCall;
-using simulator::FeatureMap;
-using simulator::VimbaSystem;
+using Simulator::ApiCall;
+using Simulator::FeatureMap;
+using Simulator::VimbaSystem;
 
 VmbError_t VmbFeatureIntGet(VmbHandle_t handle, const char* name, VmbInt64_t* value) {
   return ApiCall(__func__).On(handle).Feature(name).Needs(value).Answer([&](VimbaSystem& system) {
@@ -25,7 +25,7 @@ VmbError_t VmbFeatureIntSet(VmbHandle_t handle, const char* name, VmbInt64_t val
 
 VmbError_t VmbFeatureIntRangeQuery(VmbHandle_t handle, const char* name, VmbInt64_t* min, VmbInt64_t* max) {
   return ApiCall(__func__).On(handle).Feature(name).Needs(min).Needs(max).Answer([&](VimbaSystem& system) {
-    simulator::IntegerRange range;
+    Simulator::IntegerRange range;
     const VmbError_t error =
         system.ReadFeatures(handle, [&](const FeatureMap& features) { return features.IntegerRangeOf(name, range); });
     if (error) return error;
@@ -49,7 +49,7 @@ VmbError_t VmbFeatureFloatSet(VmbHandle_t handle, const char* name, double value
 
 VmbError_t VmbFeatureFloatRangeQuery(VmbHandle_t handle, const char* name, double* min, double* max) {
   return ApiCall(__func__).On(handle).Feature(name).Needs(min).Needs(max).Answer([&](VimbaSystem& system) {
-    simulator::FloatRange range;
+    Simulator::FloatRange range;
     const VmbError_t error =
         system.ReadFeatures(handle, [&](const FeatureMap& features) { return features.FloatRangeOf(name, range); });
     if (error) return error;
@@ -78,7 +78,7 @@ VmbError_t VmbFeatureEnumAsInt(VmbHandle_t handle, const char* name, const char*
   });
 }
 
-// Without a buffer only the needed size is told; in a buffer that is too small lies as much of the text as fits.
+// Without a buffer it only reports the needed size. Into a buffer that is too small it copies what fits.
 VmbError_t VmbFeatureStringGet(VmbHandle_t handle, const char* name, char* buffer, VmbUint32_t bufferSize,
                                VmbUint32_t* sizeFilled) {
   ApiCall call(__func__);

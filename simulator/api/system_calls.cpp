@@ -5,16 +5,16 @@
 #include "VimbaC.h"
 #include "api/api_call.h"
 
-using simulator::ApiCall;
-using simulator::CameraConfiguration;
-using simulator::VimbaSystem;
+using Simulator::ApiCall;
+using Simulator::CameraConfiguration;
+using Simulator::VimbaSystem;
 
 namespace {
 
 constexpr VmbVersionInfo_t kVersion{1, 8, 3};
 constexpr VmbAccessMode_t kOpenable = VmbAccessModeFull | VmbAccessModeRead;
 
-void FillInfo(const simulator::Camera& camera, VmbCameraInfo_t& info) {
+void FillInfo(const Simulator::Camera& camera, VmbCameraInfo_t& info) {
   const CameraConfiguration& configuration = camera.Configuration();
   info = {configuration.id.c_str(),
           configuration.name.c_str(),
@@ -38,7 +38,7 @@ VmbError_t VmbVersionQuery(VmbVersionInfo_t* version, VmbUint32_t sizeofVersionI
 }
 
 VmbError_t VmbStartup() {
-  // First of all: a configuration may put a fault on this very call.
+  // Comes first, because a configuration may have a fault for this very call.
   const VmbError_t prepared = VimbaSystem::Instance().PrepareForStartup();
   return ApiCall(__func__).WithoutStartup().Answer(
       [&](VimbaSystem& system) { return prepared ? prepared : system.Startup(); });

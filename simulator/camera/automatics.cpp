@@ -7,13 +7,13 @@
 #include "camera/camera_features.h"
 #include "camera/feature_names.h"
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
-// Mean of linear light that a picture is brought to, and how near is near enough.
+// The mean of linear light that a picture is brought to, and how near is near enough.
 constexpr double kBrightness = 0.2;
 constexpr double kTolerance = 0.03;
-// What one picture may change; a black or a white one says nothing about how far to go.
+// The largest factor that one picture may cause: a black or a white one does not show how far to go.
 constexpr double kMostAtOnce = 8.0;
 
 double Correction(double wanted, double found) {
@@ -27,11 +27,11 @@ bool Near(double correction) { return std::abs(correction - 1.0) <= kTolerance; 
 bool CameraFeatures::IsAutomatic(const char* mode) const { return m_map.Own<EnumNode>(mode).selected != 0; }
 
 bool CameraFeatures::AnyAutomatic() const {
-  using namespace feature;
+  using namespace FeatureName;
   return IsAutomatic(kExposureAuto) || IsAutomatic(kGainAuto) || IsAutomatic(kBalanceWhiteAuto);
 }
 
-// Gives what the range did not allow as a factor; 1 when it allowed all.
+// Returns the factor that the range did not allow; 1 when it allowed all.
 double CameraFeatures::Correct(const char* name, std::size_t index, double wanted) {
   auto& node = m_map.Own<FloatNode>(name);
   node.values[index] = std::clamp(wanted, node.fixed.min, node.fixed.max);
@@ -40,11 +40,11 @@ double CameraFeatures::Correct(const char* name, std::size_t index, double wante
 
 void CameraFeatures::EndOnce(const char* mode) {
   auto& node = m_map.Own<EnumNode>(mode);
-  if (node.entries[node.selected].name == "Once") node.selected = 0;
+  if (node.entries[node.selected].name == AutoEntry::kOnce) node.selected = 0;
 }
 
 void CameraFeatures::FollowPicture(const PictureMeans& means) {
-  using namespace feature;
+  using namespace FeatureName;
   double missing = Correction(kBrightness, means.Brightness());
   const bool bright_enough = Near(missing);
   if (IsAutomatic(kExposureAuto)) {
@@ -61,7 +61,7 @@ void CameraFeatures::FollowPicture(const PictureMeans& means) {
 }
 
 void CameraFeatures::FollowColour(const PictureMeans& means) {
-  using namespace feature;
+  using namespace FeatureName;
   const double red = Correction(means.green, means.red);
   const double blue = Correction(means.green, means.blue);
   const std::vector<double> now = m_map.Own<FloatNode>(kBalanceRatioAbs).values;
@@ -71,4 +71,4 @@ void CameraFeatures::FollowColour(const PictureMeans& means) {
   if ((Near(red) && Near(blue)) || at_the_end) EndOnce(kBalanceWhiteAuto);
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -1,12 +1,13 @@
 // camera/camera.cpp
-// One simulated camera as it stands on the link, opened or not.
+// One simulated camera on the link, opened or not.
 #include "camera/camera.h"
 
 #include <algorithm>
 #include <cctype>
+#include <tuple>
 #include <utility>
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 std::shared_ptr<const Scene> MakeScene(const CameraConfiguration& camera) {
@@ -14,8 +15,7 @@ std::shared_ptr<const Scene> MakeScene(const CameraConfiguration& camera) {
     case SceneKind::kChart:
       return MakeChartScene(camera.sensor_width, camera.sensor_height, camera.colour, camera.bayer_order);
     case SceneKind::kPicture:
-      return MakePictureScene(camera.picture, camera.sensor_width, camera.sensor_height, camera.colour,
-                              camera.bayer_order);
+      return MakePictureScene(camera.picture, camera.sensor_width, camera.sensor_height, camera.colour);
     case SceneKind::kNone:
       break;
   }
@@ -41,16 +41,16 @@ Camera::Camera(CameraConfiguration configuration, Link& link, Surroundings surro
       m_clock(m_configuration.ticks_per_second),
       m_features(PoweredUp()) {}
 
-// Runs with the features locked, as every feature access does.
+// The commands run with the features locked, as every access to features does.
 AcquisitionCommands Camera::Commands() {
   const auto forward = [this](void (Acquisition::*command)()) {
-    return [this, command]() SIM_REQUIRES(m_mutex) {
+    return [this, command]() KEL_REQUIRES(m_mutex) {
       if (m_acquisition) (m_acquisition->*command)();
     };
   };
   return {forward(&Acquisition::Start), forward(&Acquisition::Stop), forward(&Acquisition::Abort),
           forward(&Acquisition::SoftwareTrigger),
-          [this]() SIM_REQUIRES(m_mutex) { return m_acquisition && m_acquisition->Running(); }};
+          [this]() KEL_REQUIRES(m_mutex) { return m_acquisition && m_acquisition->Running(); }};
 }
 
 std::unique_ptr<CameraFeatures> Camera::PoweredUp() {
@@ -66,7 +66,7 @@ bool Camera::Plugged() const { return m_plugged; }
 
 void Camera::Unplug() {
   {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     if (!m_plugged.exchange(false)) return;
     ++m_power_cycle;
     m_owner = nullptr;
@@ -79,7 +79,7 @@ void Camera::Unplug() {
 
 void Camera::Plug() {
   {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     if (m_plugged) return;
     m_clock.Reset();
     m_counters.Reset();
@@ -94,7 +94,7 @@ bool Camera::Claim(VmbHandle_t owner) {
   return m_owner.compare_exchange_strong(nobody, owner);
 }
 
-void Camera::Release(VmbHandle_t owner) { m_owner.compare_exchange_strong(owner, nullptr); }
+void Camera::Release(VmbHandle_t owner) { std::ignore = m_owner.compare_exchange_strong(owner, nullptr); }
 
 SensorParts Camera::Parts() {
   return {m_scene,
@@ -109,18 +109,18 @@ SensorParts Camera::Parts() {
 }
 
 void Camera::Attach(Acquisition& acquisition) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   m_acquisition = &acquisition;
   acquisition.Apply(m_features->Settings());
 }
 
 void Camera::Detach(Acquisition& acquisition) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (m_acquisition == &acquisition) m_acquisition = nullptr;
 }
 
 void Camera::FollowPicture(const PictureMeans& means) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   m_features->FollowPicture(means);
   FeaturesChanged();
 }
@@ -137,7 +137,7 @@ void Camera::FeaturesChanged() {
 
 VmbError_t Camera::Watch(VmbHandle_t handle, const std::string& feature, VmbInvalidationCallback callback,
                          void* context, std::shared_ptr<Notifier> notifier) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   const FeatureMap& map = m_features->Map();
   if (!map.Has(feature)) return VmbErrorNotFound;
   m_watchers.push_back({handle, feature, callback, context, std::move(notifier), map.Describe(feature)});
@@ -145,25 +145,25 @@ VmbError_t Camera::Watch(VmbHandle_t handle, const std::string& feature, VmbInva
 }
 
 void Camera::Unwatch(VmbHandle_t handle) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   m_watchers.erase(std::remove_if(m_watchers.begin(), m_watchers.end(),
                                   [&](const Watcher& watcher) { return watcher.handle == handle; }),
                    m_watchers.end());
 }
 
 void Camera::InputEdge(int line, bool rising) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (m_acquisition) m_acquisition->InputEdge(line, rising);
 }
 
 bool Camera::Running() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return m_acquisition && m_acquisition->Running();
 }
 
 std::map<std::string, std::string> Camera::FeatureValues() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return m_features->Map().Values();
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -1,7 +1,6 @@
 // camera/camera.h
-// One simulated camera as it stands on the link, opened or not.
-#ifndef KEL_SIMULATOR_CAMERA_CAMERA_H
-#define KEL_SIMULATOR_CAMERA_CAMERA_H
+// One simulated camera on the link, opened or not.
+#pragma once
 
 #include <atomic>
 #include <functional>
@@ -12,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "bmutex.h"
 #include "camera/camera_configuration.h"
 #include "camera/camera_features.h"
 #include "engine/acquisition.h"
@@ -19,28 +19,28 @@
 #include "engine/counters.h"
 #include "engine/notifier.h"
 
-namespace simulator {
+namespace Simulator {
 
-// Its features keep their values when it is closed and when the API shuts down; plugging it in is a power-up. [any
-// thread]
+// Its features keep their values when it is closed and when the API shuts down. Plugging it in is a power-up.
+// [any thread]
 class Camera {
  public:
-  // What the world around it does for a camera. Both may be called on any thread.
+  // What the world around a camera does for it. [any thread]
   struct Surroundings {
-    // What goes wrong with the exposure that begins now.
+    // The faults that are due for the exposure that begins now.
     std::function<FrameOverride(const Camera&)> frame_faults;
     // Runs without a lock after unplugging and plugging.
     std::function<void(const Camera&, bool plugged)> presence_changed;
   };
 
-  // Throws std::invalid_argument for a configuration that cannot be, std::runtime_error for a picture that cannot be
+  // Throws std::invalid_argument for an impossible configuration and std::runtime_error for a picture that cannot be
   // read.
   Camera(CameraConfiguration configuration, Link& link, Surroundings surroundings);
   Camera(const Camera&) = delete;
   Camera& operator=(const Camera&) = delete;
 
   const CameraConfiguration& Configuration() const { return m_configuration; }
-  // By camera id, serial number, IP address or MAC address (with or without separators, in any capitals).
+  // By camera id, serial number, IP address or MAC address (with or without separators, in capitals or not).
   bool IsCalled(std::string_view name) const;
 
   bool Plugged() const;
@@ -51,22 +51,22 @@ class Camera {
   bool Claim(VmbHandle_t owner);
   void Release(VmbHandle_t owner);
   bool Claimed() const { return m_owner != nullptr; }
-  // Grows with every power-up: an opening from before an unplugging is dead for good.
+  // Grows with every unplugging: a handle that is older than the last one stays dead.
   std::uint64_t PowerCycle() const { return m_power_cycle; }
 
   SensorParts Parts();
-  // The opening with full access lends its acquisition to the acquisition commands.
+  // The acquisition commands go to the acquisition that is attached: that of the opening with full access.
   void Attach(Acquisition& acquisition);
   void Detach(Acquisition& acquisition);
 
   template <class Body>
   VmbError_t Read(Body body) const {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     return body(m_features->Map());
   }
   template <class Body>
   VmbError_t Write(Body body) {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     const VmbError_t error = body(m_features->Map());
     if (!error) FeaturesChanged();
     return error;
@@ -89,30 +89,29 @@ class Camera {
     VmbInvalidationCallback callback;
     void* context;
     std::shared_ptr<Notifier> notifier;
+    // What the feature last was, as FeatureMap::Describe writes it.
     std::string seen;
   };
 
   AcquisitionCommands Commands();
   std::unique_ptr<CameraFeatures> PoweredUp();
   void FollowPicture(const PictureMeans& means);
-  void FeaturesChanged() SIM_REQUIRES(m_mutex);
+  void FeaturesChanged() KEL_REQUIRES(m_mutex);
 
   const CameraConfiguration m_configuration;
   Link& m_link;
   const Surroundings m_surroundings;
-  std::shared_ptr<const Scene> m_scene;
+  const std::shared_ptr<const Scene> m_scene;
   CameraClock m_clock;
   Counters m_counters;
   std::atomic<VmbHandle_t> m_owner{nullptr};
   std::atomic<std::uint64_t> m_power_cycle{0};
   std::atomic<bool> m_plugged{true};
 
-  mutable Mutex m_mutex;
-  Acquisition* m_acquisition SIM_GUARDED_BY(m_mutex) = nullptr;
-  std::unique_ptr<CameraFeatures> m_features SIM_GUARDED_BY(m_mutex);
-  std::vector<Watcher> m_watchers SIM_GUARDED_BY(m_mutex);
+  mutable BMutex m_mutex;
+  Acquisition* m_acquisition KEL_GUARDED_BY(m_mutex) = nullptr;
+  std::unique_ptr<CameraFeatures> m_features KEL_GUARDED_BY(m_mutex);
+  std::vector<Watcher> m_watchers KEL_GUARDED_BY(m_mutex);
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

@@ -1,7 +1,6 @@
 // camera/camera_configuration.h
 // What one simulated camera is: everything that does not change while it is on the link.
-#ifndef KEL_SIMULATOR_CAMERA_CAMERA_CONFIGURATION_H
-#define KEL_SIMULATOR_CAMERA_CAMERA_CONFIGURATION_H
+#pragma once
 
 #include <cstdint>
 #include <map>
@@ -11,14 +10,19 @@
 #include <variant>
 #include <vector>
 
-namespace simulator {
+#include "scene/bayer_order.h"
+#include "scene/times.h"
 
-// Pixels of a sensor's side.
-inline constexpr int kMinSensor = 8;
-inline constexpr int kMaxSensor = 32768;
-// Leaves the smallest sensor a pixel.
-inline constexpr int kMaxBinning = kMinSensor;
-inline constexpr std::int64_t kMaxPacketSize = 65535;
+namespace Simulator {
+
+// The pixels of a sensor's side.
+inline constexpr int kMinSensorSide = 8;
+inline constexpr int kMaxSensorSide = 32768;
+// The smallest sensor, binned so, still has a pixel.
+inline constexpr int kMaxBinning = kMinSensorSide;
+inline constexpr std::int64_t kMaxPacketBytes = 65535;
+inline constexpr double kMinTemperatureCelsius = -40.0;
+inline constexpr double kMaxTemperatureCelsius = 120.0;
 
 // Replaces single ends of a feature's range.
 struct RangeOverride {
@@ -32,7 +36,7 @@ using FeatureSetting = std::variant<std::int64_t, double, std::string>;
 enum class Timing {
   // Exposure, read-out and stream take their time.
   kReal,
-  // They take none; a free-running camera waits for a queued frame.
+  // They take no time, and a free-running camera waits for a queued frame.
   kInstant
 };
 
@@ -54,8 +58,7 @@ struct CameraConfiguration {
   int sensor_height = 0;
   int sensor_bits = 12;
   bool colour = false;
-  // Index into kBayerOrders.
-  int bayer_order = 1;
+  BayerOrder bayer_order = BayerOrder::kRggb;
   // Names of kPixelFormats; the first is set at power-up.
   std::vector<std::string> formats;
   // PayloadSize is that of the widest format, whichever is set.
@@ -69,22 +72,22 @@ struct CameraConfiguration {
   std::vector<std::pair<std::string, FeatureSetting>> features;
 
   Timing timing = Timing::kReal;
-  double line_time_us = 20.0;
+  // How long a line is read out.
+  Microseconds line_time{20.0};
   std::int64_t ticks_per_second = 1'000'000'000;
-  double adjust_packet_size_ms = 50.0;
-  // What GVSPAdjustPacketSize finds that the link carries.
-  std::int64_t negotiated_packet_size = 8228;
+  // How long GVSPAdjustPacketSize runs, and the size that it finds.
+  Milliseconds packet_size_adjustment{50.0};
+  std::int64_t negotiated_packet_bytes = 8228;
   double packet_loss = 0.0;
   std::uint64_t seed = 1;
   // Without noise equal scenes give equal pictures.
   bool noise = true;
-  double sensor_temperature = 41.5;
-  double main_temperature = 46.25;
+  double sensor_temperature_celsius = 41.5;
+  double main_temperature_celsius = 46.25;
 
   SceneKind scene = SceneKind::kChart;
+  // The file of a picture, UTF-8.
   std::string picture;
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

@@ -1,5 +1,5 @@
 // camera/camera_features.cpp
-// What the features of a camera say together: sizes, times, the settings of the next exposure.
+// What follows from several features of a camera: sizes, times, the settings of the next exposure.
 #include "camera/camera_features.h"
 
 #include <algorithm>
@@ -9,8 +9,11 @@
 #include "camera/feature_names.h"
 #include "camera/pixel_format.h"
 
-namespace simulator {
+namespace Simulator {
 namespace {
+
+constexpr std::string_view kOff = "Off";
+constexpr std::string_view kOn = "On";
 
 struct SourceRow {
   const char* entry;
@@ -65,41 +68,42 @@ std::vector<Feature> CameraFeatures::AllRows() {
 }
 
 std::vector<Feature> CameraFeatures::TriggerRows() const {
-  using namespace feature;
-  constexpr double kMaxDelay_us = 60e6;
+  using namespace FeatureName;
+  constexpr Microseconds kMaxDelay = std::chrono::seconds(60);
   return {{kTriggerSelector, Access::kReadWrite, EnumNode{{{"FrameStart", 0}}}},
-          {kTriggerMode, Access::kReadWrite, EnumNode{{{"Off", 0}, {"On", 1}}}},
+          {kTriggerMode, Access::kReadWrite, EnumNode{{{kOff, 0}, {kOn, 1}}}},
           {kTriggerSource, Access::kReadWrite, EntriesOf(kSources, 0)},
           {kTriggerActivation, Access::kReadWrite, EntriesOf(kEdges, 0)},
-          {kTriggerDelayAbs, Access::kReadWrite, FloatNode{{0.0, kMaxDelay_us}, {0.0}}},
+          {kTriggerDelayAbs, Access::kReadWrite, FloatNode{{0.0, kMaxDelay.count()}, {0.0}}},
           {kTriggerSoftware, Access::kReadWrite, CommandNode{m_commands.software_trigger}}};
 }
 
 TriggerSettings CameraFeatures::Trigger() const {
-  using namespace feature;
+  using namespace FeatureName;
   TriggerSettings trigger;
-  if (m_map.Entry(kTriggerMode).name == "On") {
+  if (m_map.Entry(kTriggerMode).name == kOn) {
     const SourceRow& source = RowOf(kSources, m_map.Entry(kTriggerSource));
     trigger.start = source.start;
     trigger.line = source.line;
   }
   trigger.edge = RowOf(kEdges, m_map.Entry(kTriggerActivation)).edge;
-  trigger.delay = Seconds(m_map.Float(kTriggerDelayAbs) * 1e-6);
-  trigger.period = Seconds(1.0 / m_map.Float(kAcquisitionFrameRateAbs));
+  trigger.delay = ClockDuration(Microseconds(m_map.Float(kTriggerDelayAbs)));
+  trigger.period = ClockDuration(Seconds(1.0 / m_map.Float(kAcquisitionFrameRateAbs)));
   return trigger;
 }
 
 int CameraFeatures::WidthMax() const {
-  return m_configuration.sensor_width / static_cast<int>(m_map.Integer(feature::kBinningHorizontal));
+  return m_configuration.sensor_width / static_cast<int>(m_map.Integer(FeatureName::kBinningHorizontal));
 }
 
 int CameraFeatures::HeightMax() const {
-  return m_configuration.sensor_height / static_cast<int>(m_map.Integer(feature::kBinningVertical));
+  return m_configuration.sensor_height / static_cast<int>(m_map.Integer(FeatureName::kBinningVertical));
 }
 
 std::size_t CameraFeatures::ImageBytes() const {
-  const int bytes_per_pixel = FindPixelFormat(m_map.Entry(feature::kPixelFormat).name)->bytes_per_pixel;
-  return static_cast<std::size_t>(m_map.Integer(feature::kWidth) * m_map.Integer(feature::kHeight) * bytes_per_pixel);
+  const int bytes_per_pixel = FindPixelFormat(m_map.Entry(FeatureName::kPixelFormat).name)->bytes_per_pixel;
+  return static_cast<std::size_t>(m_map.Integer(FeatureName::kWidth) * m_map.Integer(FeatureName::kHeight) *
+                                  bytes_per_pixel);
 }
 
 std::int64_t CameraFeatures::PayloadSize() const {
@@ -108,26 +112,27 @@ std::int64_t CameraFeatures::PayloadSize() const {
   for (const std::string& format : m_configuration.formats) {
     widest = std::max(widest, FindPixelFormat(format)->bytes_per_pixel);
   }
-  return m_map.Integer(feature::kWidth) * m_map.Integer(feature::kHeight) * widest;
+  return m_map.Integer(FeatureName::kWidth) * m_map.Integer(FeatureName::kHeight) * widest;
 }
 
-double CameraFeatures::ExposureSeconds() const { return m_map.Float(feature::kExposureTimeAbs) * 1e-6; }
+Microseconds CameraFeatures::ExposureTime() const { return Microseconds(m_map.Float(FeatureName::kExposureTimeAbs)); }
 
-double CameraFeatures::ReadoutSeconds() const {
-  return static_cast<double>(m_map.Integer(feature::kHeight)) * m_configuration.line_time_us * 1e-6;
+Seconds CameraFeatures::ReadoutTime() const {
+  return static_cast<double>(m_map.Integer(FeatureName::kHeight)) * m_configuration.line_time;
 }
 
-double CameraFeatures::StreamSeconds() const {
-  return static_cast<double>(ImageBytes()) / static_cast<double>(m_map.Integer(feature::kStreamBytesPerSecond));
+Seconds CameraFeatures::StreamTime() const {
+  return Seconds(static_cast<double>(ImageBytes()) /
+                 static_cast<double>(m_map.Integer(FeatureName::kStreamBytesPerSecond)));
 }
 
-double CameraFeatures::FrameRateLimit() const {
-  return 1.0 / std::max({ExposureSeconds(), ReadoutSeconds(), StreamSeconds()});
+double CameraFeatures::FrameRateLimitHz() const {
+  return Seconds(1.0) / std::max({Seconds(ExposureTime()), ReadoutTime(), StreamTime()});
 }
 
-// After larger binning: what no longer fits moves and shrinks.
+// After larger binning, what no longer fits shrinks and moves.
 void CameraFeatures::ShrinkToSensor() {
-  using namespace feature;
+  using namespace FeatureName;
   const auto shrink = [&](const char* size, const char* offset, std::int64_t max) {
     auto& size_value = m_map.Own<IntegerNode>(size).value;
     auto& offset_value = m_map.Own<IntegerNode>(offset).value;
@@ -139,7 +144,7 @@ void CameraFeatures::ShrinkToSensor() {
 }
 
 CaptureSettings CameraFeatures::Settings() const {
-  using namespace feature;
+  using namespace FeatureName;
   const auto pixels = [&](const char* name) { return static_cast<int>(m_map.Integer(name)); };
   const auto& balance = m_map.Own<FloatNode>(kBalanceRatioAbs).values;
   CaptureSettings settings;
@@ -151,7 +156,7 @@ CaptureSettings CameraFeatures::Settings() const {
   shot.height = pixels(kHeight);
   shot.binning_x = pixels(kBinningHorizontal);
   shot.binning_y = pixels(kBinningVertical);
-  shot.exposure_us = m_map.Float(kExposureTimeAbs);
+  shot.exposure = ExposureTime();
   shot.gain_db = m_map.Float(kGain);
   shot.balance_red = balance[0];
   shot.balance_blue = balance[1];
@@ -161,16 +166,18 @@ CaptureSettings CameraFeatures::Settings() const {
   settings.automatic = AnyAutomatic();
   settings.trigger = Trigger();
   const std::string_view mode = m_map.Entry(kAcquisitionMode).name;
-  settings.frame_limit = mode == "SingleFrame" ? 1 : mode == "MultiFrame" ? m_map.Integer(kAcquisitionFrameCount) : 0;
+  settings.frame_limit = mode == AcquisitionModeEntry::kSingleFrame  ? 1
+                         : mode == AcquisitionModeEntry::kMultiFrame ? m_map.Integer(kAcquisitionFrameCount)
+                                                                     : 0;
   settings.instant = m_configuration.timing == Timing::kInstant;
   if (!settings.instant) {
-    settings.exposure = simulator::Seconds(ExposureSeconds());
-    settings.readout = simulator::Seconds(ReadoutSeconds());
-    settings.stream = simulator::Seconds(StreamSeconds());
+    settings.exposure = ClockDuration(ExposureTime());
+    settings.readout = ClockDuration(ReadoutTime());
+    settings.stream = ClockDuration(StreamTime());
   }
   settings.stream_bytes_per_s = static_cast<double>(m_map.Integer(kStreamBytesPerSecond));
   settings.packet_bytes = static_cast<std::size_t>(m_map.Integer(kGVSPPacketSize) - kPacketHeaderBytes);
   return settings;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

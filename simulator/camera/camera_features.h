@@ -1,7 +1,6 @@
 // camera/camera_features.h
 // The features of one simulated camera, and what they say about the next exposure.
-#ifndef KEL_SIMULATOR_CAMERA_CAMERA_FEATURES_H
-#define KEL_SIMULATOR_CAMERA_CAMERA_FEATURES_H
+#pragma once
 
 #include <functional>
 #include <vector>
@@ -10,15 +9,16 @@
 #include "camera/feature.h"
 #include "engine/camera_clock.h"
 #include "engine/capture_settings.h"
+#include "engine/clock.h"
 #include "engine/counters.h"
 #include "engine/picture_means.h"
 
-namespace simulator {
+namespace Simulator {
 
 // Ethernet, IP, UDP and stream headers in each packet.
 inline constexpr std::int64_t kPacketHeaderBytes = 36;
 
-// What the acquisition commands do; all may run while the features are locked.
+// What the acquisition commands do. All may be called while the features are locked.
 struct AcquisitionCommands {
   std::function<void()> start;
   std::function<void()> stop;
@@ -27,11 +27,11 @@ struct AcquisitionCommands {
   std::function<bool()> running;
 };
 
-// The state of a camera from its power-up on. Holds no lock: its owner does.
+// The state of a camera from its power-up on. Takes no lock: its owner does.
 class CameraFeatures {
  public:
-  // Everything given outlives this. Throws std::invalid_argument with the setting's name when a configured value cannot
-  // be set.
+  // The arguments outlive this. Throws std::invalid_argument with the setting's name when a configured value cannot be
+  // set.
   CameraFeatures(const CameraConfiguration& configuration, CameraClock& clock, const Counters& counters,
                  AcquisitionCommands commands);
   CameraFeatures(const CameraFeatures&) = delete;
@@ -40,7 +40,7 @@ class CameraFeatures {
   FeatureMap& Map() { return m_map; }
   const FeatureMap& Map() const { return m_map; }
   CaptureSettings Settings() const;
-  // What the automatics make of the picture that was taken last.
+  // Lets the automatics adjust exposure, gain and balance by the last picture.
   void FollowPicture(const PictureMeans& means);
 
  private:
@@ -71,11 +71,10 @@ class CameraFeatures {
   int HeightMax() const;
   std::size_t ImageBytes() const;
   std::int64_t PayloadSize() const;
-  double ExposureSeconds() const;
-  double ReadoutSeconds() const;
-  double StreamSeconds() const;
-  double FrameRateLimit() const;
-  bool HasEntry(const char* name, const char* entry) const;
+  Microseconds ExposureTime() const;
+  Seconds ReadoutTime() const;
+  Seconds StreamTime() const;
+  double FrameRateLimitHz() const;
   TriggerSettings Trigger() const;
 
   const CameraConfiguration& m_configuration;
@@ -87,6 +86,4 @@ class CameraFeatures {
   FeatureMap m_map;
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

@@ -7,7 +7,17 @@
 
 #include "camera/value_text.h"
 
-namespace simulator {
+namespace Simulator {
+namespace {
+
+// Null for an unknown entry.
+const EnumEntry* EntryOf(const EnumNode& node, std::string_view name) {
+  const auto found = std::find_if(node.entries.begin(), node.entries.end(),
+                                  [&](const EnumEntry& entry) { return entry.name == name; });
+  return found == node.entries.end() ? nullptr : &*found;
+}
+
+}  // namespace
 
 FeatureMap::FeatureMap(std::vector<Feature> rows, std::function<bool()> acquiring) : m_acquiring(std::move(acquiring)) {
   for (Feature& row : rows) {
@@ -111,14 +121,6 @@ VmbError_t FeatureMap::FloatRangeOf(std::string_view name, FloatRange& range) co
   if (!error) range = RangeNow(*node);
   return error;
 }
-
-namespace {
-const EnumEntry* EntryOf(const EnumNode& node, std::string_view name) {
-  const auto found = std::find_if(node.entries.begin(), node.entries.end(),
-                                  [&](const EnumEntry& entry) { return entry.name == name; });
-  return found == node.entries.end() ? nullptr : &*found;
-}
-}  // namespace
 
 VmbError_t FeatureMap::GetEnum(std::string_view name, const char*& value) const {
   const EnumNode* node = nullptr;
@@ -224,4 +226,4 @@ std::map<std::string, std::string> FeatureMap::Values() const {
   return values;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

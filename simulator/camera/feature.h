@@ -1,7 +1,6 @@
 // camera/feature.h
 // Typed feature nodes and the rules by which they are read and written.
-#ifndef KEL_SIMULATOR_CAMERA_FEATURE_H
-#define KEL_SIMULATOR_CAMERA_FEATURE_H
+#pragma once
 
 #include <cstdint>
 #include <functional>
@@ -13,7 +12,7 @@
 
 #include "VimbaC.h"
 
-namespace simulator {
+namespace Simulator {
 
 enum class Access {
   kReadOnly,
@@ -25,7 +24,7 @@ enum class Access {
 struct IntegerRange {
   std::int64_t min = 0;
   std::int64_t max = 0;
-  // A value lies a whole number of steps above the minimum.
+  // Values are whole numbers of steps above the minimum.
   std::int64_t step = 1;
 };
 
@@ -40,13 +39,13 @@ struct EnumEntry {
   std::int64_t value = 0;
 };
 
-// In every node an empty function means: the stored value, the fixed range, nothing more to check or to do.
+// In every node an empty function stands for the stored value, the fixed range, or nothing to check and to do.
 struct IntegerNode {
   IntegerRange fixed;
   std::int64_t value = 0;
   std::function<IntegerRange()> range = {};
   std::function<std::int64_t()> read = {};
-  // A value within the range that cannot be taken all the same.
+  // Whether a value within the range can be set; empty: all can.
   std::function<bool(std::int64_t)> accepts = {};
 };
 
@@ -88,17 +87,17 @@ struct Feature {
   std::variant<IntegerNode, FloatNode, EnumNode, StringNode, BoolNode, CommandNode> node;
   // Runs after a successful write.
   std::function<void()> written = {};
-  // A missing feature is not found from outside; the device itself goes on using its value.
+  // API calls do not find a missing feature. The device itself still uses its value.
   bool missing = false;
 };
 
-// The features of one device. Holds no lock: its owner does.
+// The features of one device. Takes no lock: its owner does.
 class FeatureMap {
  public:
   // `acquiring` decides about features that are writable while idle.
   FeatureMap(std::vector<Feature> rows, std::function<bool()> acquiring);
 
-  // As the calls of the same names; the codes are those that the calls answer.
+  // As the API calls of the same names. The codes are those of the API.
   VmbError_t GetInteger(std::string_view name, std::int64_t& value) const;
   VmbError_t SetInteger(std::string_view name, std::int64_t value);
   VmbError_t IntegerRangeOf(std::string_view name, IntegerRange& range) const;
@@ -116,7 +115,7 @@ class FeatureMap {
   VmbError_t IsDone(std::string_view name, bool& done) const;
   bool Has(std::string_view name) const { return Find(name) != nullptr; }
 
-  // The device's own access, past "missing" and access rules. The feature must be of the asked type.
+  // The device's own access, past "missing" and access rules. The feature must be of this type.
   template <class Node>
   Node& Own(std::string_view name) {
     return std::get<Node>(m_features.at(name).node);
@@ -130,7 +129,7 @@ class FeatureMap {
   const EnumEntry& Entry(std::string_view name) const;
   Feature* Row(std::string_view name);
 
-  // Value and range as one text: what a watcher compares. Empty for commands and unknown names.
+  // Value and range as one text, which a watcher compares. Empty for commands and unknown names.
   std::string Describe(std::string_view name) const;
   // Every readable feature with its value as text, in order of name.
   std::map<std::string, std::string> Values() const;
@@ -150,6 +149,4 @@ class FeatureMap {
   std::function<bool()> m_acquiring;
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

@@ -1,9 +1,8 @@
 // camera/feature_names.h
-// The names of all simulated features, each spelled here and nowhere else.
-#ifndef KEL_SIMULATOR_CAMERA_FEATURE_NAMES_H
-#define KEL_SIMULATOR_CAMERA_FEATURE_NAMES_H
+// The names of all simulated features, and of the entries that the code asks for.
+#pragma once
 
-namespace simulator::feature {
+namespace Simulator::FeatureName {
 
 // The Vimba system.
 inline constexpr char kGeVTLIsPresent[] = "GeVTLIsPresent";
@@ -83,6 +82,21 @@ inline constexpr char kStatFrameDropped[] = "StatFrameDropped";
 inline constexpr char kStatPacketReceived[] = "StatPacketReceived";
 inline constexpr char kStatPacketMissed[] = "StatPacketMissed";
 
-}  // namespace simulator::feature
+}  // namespace Simulator::FeatureName
 
-#endif
+// Entries of ExposureAuto, GainAuto and BalanceWhiteAuto.
+namespace Simulator::AutoEntry {
+
+inline constexpr char kOff[] = "Off";
+inline constexpr char kOnce[] = "Once";
+inline constexpr char kContinuous[] = "Continuous";
+
+}  // namespace Simulator::AutoEntry
+
+namespace Simulator::AcquisitionModeEntry {
+
+inline constexpr char kContinuous[] = "Continuous";
+inline constexpr char kSingleFrame[] = "SingleFrame";
+inline constexpr char kMultiFrame[] = "MultiFrame";
+
+}  // namespace Simulator::AcquisitionModeEntry

@@ -7,20 +7,20 @@
 #include "camera/feature_names.h"
 #include "camera/pixel_format.h"
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 Feature Text(const char* name, std::string value) { return {name, Access::kReadOnly, StringNode{std::move(value)}}; }
 
-EnumNode AutoMode() { return {{{"Off", 0}, {"Once", 1}, {"Continuous", 2}}}; }
+EnumNode AutoMode() { return {{{AutoEntry::kOff, 0}, {AutoEntry::kOnce, 1}, {AutoEntry::kContinuous, 2}}}; }
 
 }  // namespace
 
 std::vector<Feature> CameraFeatures::IdentityRows() const {
-  using namespace feature;
+  using namespace FeatureName;
   const CameraConfiguration& camera = m_configuration;
-  // By name: g++ 12 for Windows loses its place in a list of this depth that is written into the one below.
-  const std::vector<double> temperatures{camera.sensor_temperature, camera.main_temperature};
+  // A variable: g++ 12 for Windows fails to compile a list of this depth within the one below.
+  const std::vector<double> temperatures{camera.sensor_temperature_celsius, camera.main_temperature_celsius};
   return {Text(kDeviceVendorName, camera.vendor),
           Text(kDeviceModelName, camera.model),
           Text(kDeviceID, camera.device_id),
@@ -29,11 +29,12 @@ std::vector<Feature> CameraFeatures::IdentityRows() const {
           Text(kGevCurrentIPAddress, camera.ip),
           Text(kGevDeviceMACAddress, camera.mac),
           {kDeviceTemperatureSelector, Access::kReadWrite, EnumNode{{{"Sensor", 0}, {"Main", 1}}}},
-          {kDeviceTemperature, Access::kReadOnly, FloatNode{{-40.0, 120.0}, temperatures, kDeviceTemperatureSelector}}};
+          {kDeviceTemperature, Access::kReadOnly,
+           FloatNode{{kMinTemperatureCelsius, kMaxTemperatureCelsius}, temperatures, kDeviceTemperatureSelector}}};
 }
 
 std::vector<Feature> CameraFeatures::ImageFormatRows() {
-  using namespace feature;
+  using namespace FeatureName;
   constexpr std::int64_t kMinSize = 8;
   const std::int64_t width = m_configuration.sensor_width;
   const std::int64_t height = m_configuration.sensor_height;
@@ -48,7 +49,7 @@ std::vector<Feature> CameraFeatures::ImageFormatRows() {
   const auto derived = [](const char* name, std::int64_t max, std::function<std::int64_t()> read) {
     return Feature{name, Access::kReadOnly, IntegerNode{{0, max}, 0, {}, std::move(read)}};
   };
-  // A size has the whole binned sensor as its range, but must fit at the offset where the image now lies.
+  // A size has the whole binned sensor as its range, but must fit at the present offset.
   const auto size = [&](const char* name, std::int64_t value, const char* offset, int (CameraFeatures::*max)() const) {
     return Feature{name, Access::kIdle,
                    IntegerNode{{},
@@ -82,7 +83,7 @@ std::vector<Feature> CameraFeatures::ImageFormatRows() {
 }
 
 std::vector<Feature> CameraFeatures::BinningRows() {
-  using namespace feature;
+  using namespace FeatureName;
   const bool missing = m_configuration.max_binning == 0;
   const IntegerNode node{{1, missing ? 1 : m_configuration.max_binning}, 1};
   const auto shrink = [this] { ShrinkToSensor(); };
@@ -91,44 +92,48 @@ std::vector<Feature> CameraFeatures::BinningRows() {
 }
 
 std::vector<Feature> CameraFeatures::AcquisitionRows() {
-  using namespace feature;
-  constexpr double kMinRate = 0.01;
-  constexpr double kDefaultRate = 10.0;
-  const auto limit = [this] { return FrameRateLimit(); };
-  return {{kAcquisitionMode, Access::kReadWrite, EnumNode{{{"Continuous", 0}, {"SingleFrame", 1}, {"MultiFrame", 2}}}},
+  using namespace FeatureName;
+  using namespace AcquisitionModeEntry;
+  constexpr double kMinRateHz = 0.01;
+  constexpr double kDefaultRateHz = 10.0;
+  const auto limit = [this] { return FrameRateLimitHz(); };
+  return {{kAcquisitionMode, Access::kReadWrite, EnumNode{{{kContinuous, 0}, {kSingleFrame, 1}, {kMultiFrame, 2}}}},
           {kAcquisitionFrameCount, Access::kReadWrite, IntegerNode{{1, 65535}, 1}},
           {kAcquisitionStart, Access::kReadWrite, CommandNode{m_commands.start}},
           {kAcquisitionStop, Access::kReadWrite, CommandNode{m_commands.stop}},
           {kAcquisitionAbort, Access::kReadWrite, CommandNode{m_commands.abort}},
           {kAcquisitionFrameRateAbs, Access::kReadWrite,
            FloatNode{{},
-                     {kDefaultRate},
+                     {kDefaultRateHz},
                      nullptr,
                      [limit] {
-                       return FloatRange{kMinRate, limit()};
+                       return FloatRange{kMinRateHz, limit()};
                      }}},
           {kAcquisitionFrameRateLimit, Access::kReadOnly, FloatNode{{0.0, 1e6}, {0.0}, nullptr, {}, limit}}};
 }
 
 std::vector<Feature> CameraFeatures::LightRows() const {
-  using namespace feature;
-  constexpr FloatRange kExposure_us{30.0, 60e6};
-  constexpr FloatRange kGain_dB{0.0, 40.0};
-  constexpr FloatRange kBalance{0.8, 3.0};
-  // A monochrome camera balances nothing.
+  using namespace FeatureName;
+  constexpr Microseconds kMinExposure{30.0};
+  constexpr Microseconds kMaxExposure = std::chrono::seconds(60);
+  constexpr FloatRange kExposureRange{kMinExposure.count(), kMaxExposure.count()};
+  constexpr FloatRange kGainRangeDb{0.0, 40.0};
+  constexpr FloatRange kBalanceRange{0.8, 3.0};
+  // A monochrome camera has no white balance.
   const bool mono = !m_configuration.colour;
   return {{kExposureMode, Access::kReadWrite, EnumNode{{{"Timed", 1}}}},
           {kExposureAuto, Access::kReadWrite, AutoMode()},
-          {kExposureTimeAbs, Access::kReadWrite, FloatNode{kExposure_us, {10000.0}, nullptr, {}, {}, kExposureAuto}},
+          {kExposureTimeAbs, Access::kReadWrite,
+           FloatNode{kExposureRange, {kDefaultExposure.count()}, nullptr, {}, {}, kExposureAuto}},
           {kGainAuto, Access::kReadWrite, AutoMode()},
-          {kGain, Access::kReadWrite, FloatNode{kGain_dB, {0.0}, nullptr, {}, {}, kGainAuto}},
+          {kGain, Access::kReadWrite, FloatNode{kGainRangeDb, {0.0}, nullptr, {}, {}, kGainAuto}},
           {kBalanceWhiteAuto, Access::kReadWrite, AutoMode(), {}, mono},
           {kBalanceRatioSelector, Access::kReadWrite, EnumNode{{{"Red", 0}, {"Blue", 1}}}, {}, mono},
           {kBalanceRatioAbs,
            Access::kReadWrite,
-           FloatNode{kBalance, {1.0, 1.0}, kBalanceRatioSelector, {}, {}, kBalanceWhiteAuto},
+           FloatNode{kBalanceRange, {1.0, 1.0}, kBalanceRatioSelector, {}, {}, kBalanceWhiteAuto},
            {},
            mono}};
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -1,7 +1,6 @@
 // camera/pixel_format.h
-// The pixel formats that simulated cameras know.
-#ifndef KEL_SIMULATOR_CAMERA_PIXEL_FORMAT_H
-#define KEL_SIMULATOR_CAMERA_PIXEL_FORMAT_H
+// The pixel formats of simulated cameras.
+#pragma once
 
 #include <algorithm>
 #include <array>
@@ -9,7 +8,20 @@
 
 #include "VimbaC.h"
 
-namespace simulator {
+namespace Simulator {
+
+// Entries of the feature PixelFormat.
+namespace PixelFormatName {
+
+inline constexpr char kMono8[] = "Mono8";
+inline constexpr char kBayerGR8[] = "BayerGR8";
+inline constexpr char kBayerRG8[] = "BayerRG8";
+inline constexpr char kBayerGB8[] = "BayerGB8";
+inline constexpr char kBayerBG8[] = "BayerBG8";
+inline constexpr char kRgb8[] = "RGB8Packed";
+inline constexpr char kYuv422[] = "YUV422Packed";
+
+}  // namespace PixelFormatName
 
 struct PixelFormat {
   std::string_view name;
@@ -19,13 +31,14 @@ struct PixelFormat {
   bool colour;
 };
 
-inline constexpr std::array<PixelFormat, 7> kPixelFormats{{{"Mono8", VmbPixelFormatMono8, 1, false},
-                                                           {"BayerGR8", VmbPixelFormatBayerGR8, 1, true},
-                                                           {"BayerRG8", VmbPixelFormatBayerRG8, 1, true},
-                                                           {"BayerGB8", VmbPixelFormatBayerGB8, 1, true},
-                                                           {"BayerBG8", VmbPixelFormatBayerBG8, 1, true},
-                                                           {"RGB8Packed", VmbPixelFormatRgb8, 3, true},
-                                                           {"YUV422Packed", VmbPixelFormatYuv422, 2, true}}};
+inline constexpr std::array<PixelFormat, 7> kPixelFormats{
+    {{PixelFormatName::kMono8, VmbPixelFormatMono8, 1, false},
+     {PixelFormatName::kBayerGR8, VmbPixelFormatBayerGR8, 1, true},
+     {PixelFormatName::kBayerRG8, VmbPixelFormatBayerRG8, 1, true},
+     {PixelFormatName::kBayerGB8, VmbPixelFormatBayerGB8, 1, true},
+     {PixelFormatName::kBayerBG8, VmbPixelFormatBayerBG8, 1, true},
+     {PixelFormatName::kRgb8, VmbPixelFormatRgb8, 3, true},
+     {PixelFormatName::kYuv422, VmbPixelFormatYuv422, 2, true}}};
 
 // Null for an unknown name.
 constexpr const PixelFormat* FindPixelFormat(std::string_view name) {
@@ -34,9 +47,4 @@ constexpr const PixelFormat* FindPixelFormat(std::string_view name) {
   return found == kPixelFormats.end() ? nullptr : found;
 }
 
-// The sensor's mosaics, by their Bayer order.
-inline constexpr std::array<std::string_view, 4> kBayerOrders{"BGGR", "RGGB", "GBRG", "GRBG"};
-
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

@@ -9,22 +9,22 @@
 #include "camera/feature_names.h"
 #include "camera/value_text.h"
 
-namespace simulator {
+namespace Simulator {
 
 std::vector<Feature> CameraFeatures::TimestampRows() {
-  using namespace feature;
+  using namespace FeatureName;
   constexpr std::int64_t kMaxTicks = INT64_MAX;
   const std::int64_t frequency = m_clock.TicksPerSecond();
   return {
       {kGevTimestampTickFrequency, Access::kReadOnly, IntegerNode{{frequency, frequency}, frequency}},
       {kGevTimestampValue, Access::kReadOnly, IntegerNode{{0, kMaxTicks}, 0, {}, [this] { return m_latched_ticks; }}},
       {kGevTimestampControlLatch, Access::kReadWrite,
-       CommandNode{[this] { m_latched_ticks = static_cast<std::int64_t>(m_clock.Ticks(Clock::now())); }}},
+       CommandNode{[this] { m_latched_ticks = static_cast<std::int64_t>(m_clock.TicksAt(Clock::now())); }}},
       {kGevTimestampControlReset, Access::kReadWrite, CommandNode{[this] { m_clock.Reset(); }}}};
 }
 
 std::vector<Feature> CameraFeatures::StreamRows() {
-  using namespace feature;
+  using namespace FeatureName;
   return {{kGevHeartbeatTimeout, Access::kReadWrite, IntegerNode{{500, 10'000}, 3000}},
           {kStreamBytesPerSecond, Access::kReadWrite, IntegerNode{{1'000'000, 124'000'000}, 115'000'000}},
           {kGVSPPacketSize, Access::kIdle, IntegerNode{{500, 9000, 4}, 1500}},
@@ -34,20 +34,18 @@ std::vector<Feature> CameraFeatures::StreamRows() {
 
 void CameraFeatures::AdjustPacketSize() {
   if (m_commands.running()) return;
-  FeatureMap& map = m_map;
-  IntegerRange range;
-  // Cannot fail: the node is there whether it is missing from outside or not.
-  auto& node = map.Own<IntegerNode>(feature::kGVSPPacketSize);
-  range = node.fixed;
-  const std::int64_t wanted = std::clamp(m_configuration.negotiated_packet_size, range.min, range.max);
+  // The node exists even when API calls do not find the feature.
+  auto& node = m_map.Own<IntegerNode>(FeatureName::kGVSPPacketSize);
+  const IntegerRange& range = node.fixed;
+  const std::int64_t wanted = std::clamp(m_configuration.negotiated_packet_bytes, range.min, range.max);
   node.value = wanted - (wanted - range.min) % range.step;
   const bool instant = m_configuration.timing == Timing::kInstant;
   m_packet_size_adjusted =
-      Clock::now() + (instant ? Clock::duration{} : Seconds(m_configuration.adjust_packet_size_ms * 1e-3));
+      Clock::now() + (instant ? Clock::duration{} : ClockDuration(m_configuration.packet_size_adjustment));
 }
 
 std::vector<Feature> CameraFeatures::StatisticRows() const {
-  using namespace feature;
+  using namespace FeatureName;
   constexpr std::int64_t kMaxCount = INT64_MAX;
   const auto count = [](const char* name, const std::atomic<std::uint64_t>& counter) {
     return Feature{name, Access::kReadOnly, IntegerNode{{0, kMaxCount}, 0, {}, [&counter] {
@@ -65,29 +63,30 @@ std::vector<Feature> CameraFeatures::StatisticRows() const {
 
 namespace {
 
-// As far as a configuration may widen the range of a feature that the simulator calculates with. Of the others, some
-// are only told to the caller, and ranges that depend on other features can only be narrowed.
+// How far a configuration may widen the range of a feature that the simulator calculates with, in the feature's own
+// unit. The others have no limit: the simulator only reports some of them, and ranges that depend on other features can
+// only be narrowed.
 struct WidestRange {
   const char* feature;
   double min;
   double max;
 };
-constexpr double kHour_us = 3.6e9;
+constexpr Microseconds kLongestTime = std::chrono::hours(1);
 constexpr WidestRange kWidestRanges[] = {
-    // 0 would mean an acquisition without end.
-    {feature::kAcquisitionFrameCount, 1.0, 1e9},
-    {feature::kBalanceRatioAbs, 0.01, 100.0},
-    {feature::kBinningHorizontal, 1.0, kMaxBinning},
-    {feature::kBinningVertical, 1.0, kMaxBinning},
-    // Not shorter: the limit of the frame rate stays within its own range.
-    {feature::kExposureTimeAbs, 1.0, kHour_us},
-    // Room for a byte of the image.
-    {feature::kGVSPPacketSize, static_cast<double>(kPacketHeaderBytes + 1), static_cast<double>(kMaxPacketSize)},
-    // More would amplify the noise beyond all numbers.
-    {feature::kGain, -100.0, 100.0},
-    // The largest image then takes some weeks, which still is a time in nanoseconds.
-    {feature::kStreamBytesPerSecond, 1e3, 1e12},
-    {feature::kTriggerDelayAbs, 0.0, kHour_us}};
+    // 0 would stand for an acquisition without end.
+    {FeatureName::kAcquisitionFrameCount, 1.0, 1e9},
+    {FeatureName::kBalanceRatioAbs, 0.01, 100.0},
+    {FeatureName::kBinningHorizontal, 1.0, kMaxBinning},
+    {FeatureName::kBinningVertical, 1.0, kMaxBinning},
+    // With a shorter one the limit of the frame rate would leave its own range.
+    {FeatureName::kExposureTimeAbs, 1.0, kLongestTime.count()},
+    // A packet has room for at least one byte of the image.
+    {FeatureName::kGVSPPacketSize, static_cast<double>(kPacketHeaderBytes + 1), static_cast<double>(kMaxPacketBytes)},
+    // With more gain the noise would leave the range of numbers.
+    {FeatureName::kGain, -100.0, 100.0},
+    // At the lowest rate the largest image takes some weeks, which the clock can still count in nanoseconds.
+    {FeatureName::kStreamBytesPerSecond, 1e3, 1e12},
+    {FeatureName::kTriggerDelayAbs, 0.0, kLongestTime.count()}};
 
 void CheckBounds(const std::string& name, const RangeOverride& change) {
   const auto* const widest = std::find_if(std::begin(kWidestRanges), std::end(kWidestRanges),
@@ -138,7 +137,7 @@ Range Filled(const Range& range) {
   throw std::invalid_argument("the minimum " + ValueText(range.min) + " is above the maximum " + ValueText(range.max));
 }
 
-// Power-up values follow a changed range.
+// Brings the power-up value into a changed range.
 void Settle(IntegerNode& node) {
   const IntegerRange range = Filled(node.range ? node.range() : node.fixed);
   node.value = std::clamp(node.value, range.min, range.max);
@@ -185,7 +184,7 @@ void CameraFeatures::ApplyRange(const std::string& name, const RangeOverride& ch
   } catch (const std::invalid_argument& error) {
     throw std::invalid_argument("ranges." + name + ": " + error.what());
   }
-  // The settled value may be another: what depends on it follows, as after a write.
+  // Settling may have changed the value: features that depend on it follow, as after a write.
   if (feature->written) feature->written();
 }
 
@@ -205,4 +204,4 @@ void CameraFeatures::ApplySetting(const std::string& name, const FeatureSetting&
   }
 }
 
-}  // namespace simulator
+}  // namespace Simulator

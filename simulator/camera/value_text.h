@@ -1,20 +1,17 @@
 // camera/value_text.h
-// Values as the simulator's records and faults write them.
-#ifndef KEL_SIMULATOR_CAMERA_VALUE_TEXT_H
-#define KEL_SIMULATOR_CAMERA_VALUE_TEXT_H
+// Values as text, in the record of calls, in faults and in messages.
+#pragma once
 
 #include <cstdint>
 #include <string>
 
-namespace simulator {
+namespace Simulator {
 
-// Integers are decimal, doubles the shortest text that reads back as the same value.
+// Integers in decimal, doubles as the shortest text that reads back as the same value.
 std::string ValueText(std::int64_t value);
 std::string ValueText(double value);
 
 // In quotes, with quotes, backslashes and control characters escaped; null for a null pointer.
 std::string QuotedText(const char* text);
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

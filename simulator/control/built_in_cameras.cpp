@@ -1,8 +1,9 @@
 // control/built_in_cameras.cpp
-// The three cameras that stand on the link without any configuration.
+// The three cameras on a link without configuration.
+#include "camera/pixel_format.h"
 #include "control/configuration.h"
 
-namespace simulator {
+namespace Simulator {
 
 std::vector<CameraConfiguration> BuiltInCameras() {
   CameraConfiguration mono;
@@ -14,7 +15,7 @@ std::vector<CameraConfiguration> BuiltInCameras() {
   mono.device_id = "50-0536953957";
   mono.sensor_width = 2464;
   mono.sensor_height = 2056;
-  mono.formats = {"Mono8"};
+  mono.formats = {PixelFormatName::kMono8};
 
   CameraConfiguration colour = mono;
   colour.id = "DEV_000F31034C66";
@@ -24,7 +25,8 @@ std::vector<CameraConfiguration> BuiltInCameras() {
   colour.mac = "00:0F:31:03:4C:66";
   colour.device_id = "50-0536953958";
   colour.colour = true;
-  colour.formats = {"BayerRG8", "Mono8", "YUV422Packed", "RGB8Packed"};
+  colour.formats = {PixelFormatName::kBayerRG8, PixelFormatName::kMono8, PixelFormatName::kYuv422,
+                    PixelFormatName::kRgb8};
   colour.seed = 2;
 
   CameraConfiguration other = colour;
@@ -39,12 +41,12 @@ std::vector<CameraConfiguration> BuiltInCameras() {
   other.sensor_width = 1292;
   other.sensor_height = 964;
   other.payload_widest = true;
-  other.line_time_us = 31.0;
+  other.line_time = Microseconds(31.0);
   other.ticks_per_second = 36'858'974;
-  other.sensor_temperature = 44.0;
-  other.main_temperature = 48.5;
+  other.sensor_temperature_celsius = 44.0;
+  other.main_temperature_celsius = 48.5;
   other.seed = 3;
   return {mono, colour, other};
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -4,10 +4,10 @@
 
 #include <utility>
 
-namespace simulator {
+namespace Simulator {
 
 CallRecord::Line CallRecord::Begin(std::string call) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (!m_recording) return 0;
   m_entries.push_back({std::move(call), false, std::nullopt});
   if (m_entries.size() > kMostLines) {
@@ -18,8 +18,8 @@ CallRecord::Line CallRecord::Begin(std::string call) {
 }
 
 void CallRecord::End(Line line, std::optional<VmbError_t> result) {
-  const Lock lock(m_mutex);
-  // Cleared, or gone for newer ones, while the call ran.
+  const BMutexLock lock(m_mutex);
+  // Dropped while the call ran.
   if (line < m_first || line - m_first >= m_entries.size()) return;
   Entry& entry = m_entries[line - m_first];
   entry.ended = true;
@@ -27,34 +27,34 @@ void CallRecord::End(Line line, std::optional<VmbError_t> result) {
 }
 
 void CallRecord::Count() {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   ++m_total;
 }
 
 std::uint64_t CallRecord::Total() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return m_total;
 }
 
 void CallRecord::SetRecording(bool on) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   m_recording = on;
 }
 
 bool CallRecord::Recording() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return m_recording;
 }
 
 void CallRecord::Clear() {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   m_first += m_entries.size();
   m_entries.clear();
   m_total = 0;
 }
 
 std::string CallRecord::Text() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   std::string text;
   for (const Entry& entry : m_entries) {
     text += entry.call;
@@ -66,25 +66,25 @@ std::string CallRecord::Text() const {
 }
 
 void CallRecord::NameHandle(VmbHandle_t handle, std::string name) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   m_handles[handle].name = std::move(name);
 }
 
 void CallRecord::ForgetHandle(VmbHandle_t handle) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   m_handles.erase(handle);
 }
 
 std::string CallRecord::HandleText(VmbHandle_t handle) const {
   if (!handle) return "null";
   if (handle == gVimbaHandle) return "system";
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   const auto found = m_handles.find(handle);
   return found == m_handles.end() ? "unknown" : found->second.name;
 }
 
 bool CallRecord::NumberFrame(VmbHandle_t camera, const VmbFrame_t* frame) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   const auto found = m_handles.find(camera);
   if (found == m_handles.end() || !frame) return false;
   Handle& handle = found->second;
@@ -94,14 +94,14 @@ bool CallRecord::NumberFrame(VmbHandle_t camera, const VmbFrame_t* frame) {
 }
 
 void CallRecord::ForgetFrame(VmbHandle_t camera, const VmbFrame_t* frame) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   const auto found = m_handles.find(camera);
   if (found == m_handles.end() || found->second.frames.erase(frame) == 0) return;
   --found->second.next_frame;
 }
 
 void CallRecord::ForgetFrames(VmbHandle_t camera) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   const auto found = m_handles.find(camera);
   if (found == m_handles.end()) return;
   found->second.frames.clear();
@@ -110,11 +110,11 @@ void CallRecord::ForgetFrames(VmbHandle_t camera) {
 
 std::string CallRecord::FrameText(VmbHandle_t camera, const VmbFrame_t* frame) const {
   if (!frame) return "frame null";
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   const auto handle = m_handles.find(camera);
   if (handle == m_handles.end()) return "frame unknown";
   const auto found = handle->second.frames.find(frame);
   return found == handle->second.frames.end() ? "frame unknown" : "frame " + std::to_string(found->second);
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -1,7 +1,6 @@
 // control/call_record.h
 // The record of API calls, a line a call in the order in which they began.
-#ifndef KEL_SIMULATOR_CONTROL_CALL_RECORD_H
-#define KEL_SIMULATOR_CONTROL_CALL_RECORD_H
+#pragma once
 
 #include <cstdint>
 #include <deque>
@@ -10,21 +9,21 @@
 #include <string>
 
 #include "VimbaC.h"
-#include "threads/mutex.h"
+#include "bmutex.h"
 
-namespace simulator {
+namespace Simulator {
 
-// Knows the names of handles and frames by itself: a call is recorded before it waits for any lock of a camera. Keeps
-// the newest kMostLines lines, so that a program may run for weeks. [any thread]
+// Has the names of handles and frames itself, so that a call is recorded before it waits for any lock of a camera.
+// Keeps the newest kMostLines lines, so that a program may run for weeks. [any thread]
 class CallRecord {
  public:
   static constexpr std::size_t kMostLines = 100'000;
 
-  // A line without its result; 0 when recording is off. Lines are numbered from 1 on and keep their numbers when older
-  // ones go.
+  // Lines are numbered from 1 and keep their numbers when older ones are dropped.
   using Line = std::uint64_t;
+  // Adds a line without its result. Returns 0 when recording is off.
   Line Begin(std::string call);
-  // No result for calls that return nothing. A line that is gone is left alone.
+  // Adds the result; none for a call that returns nothing. Does nothing when the line has been dropped.
   void End(Line line, std::optional<VmbError_t> result);
 
   // Counts a call, recorded or not.
@@ -34,7 +33,7 @@ class CallRecord {
   void SetRecording(bool on);
   bool Recording() const;
   void Clear();
-  // The lines that are kept; calls that have not returned yet end in " = ...".
+  // The kept lines. Those of calls that have not returned yet end in " = ...".
   std::string Text() const;
 
   void NameHandle(VmbHandle_t handle, std::string name);
@@ -43,7 +42,7 @@ class CallRecord {
   // "system", "null", the camera's id or "unknown".
   std::string HandleText(VmbHandle_t handle) const;
 
-  // Gives the frame the next number of its camera, unless it has one; true for a new number.
+  // Gives the frame the next number of its camera unless it has one. Returns whether it did.
   bool NumberFrame(VmbHandle_t camera, const VmbFrame_t* frame);
   void ForgetFrame(VmbHandle_t camera, const VmbFrame_t* frame);
   void ForgetFrames(VmbHandle_t camera);
@@ -62,15 +61,13 @@ class CallRecord {
     std::size_t next_frame = 0;
   };
 
-  mutable Mutex m_mutex;
-  std::deque<Entry> m_entries SIM_GUARDED_BY(m_mutex);
+  mutable BMutex m_mutex;
+  std::deque<Entry> m_entries KEL_GUARDED_BY(m_mutex);
   // The line number of the first entry.
-  Line m_first SIM_GUARDED_BY(m_mutex) = 1;
-  std::uint64_t m_total SIM_GUARDED_BY(m_mutex) = 0;
-  bool m_recording SIM_GUARDED_BY(m_mutex) = true;
-  std::map<VmbHandle_t, Handle> m_handles SIM_GUARDED_BY(m_mutex);
+  Line m_first KEL_GUARDED_BY(m_mutex) = 1;
+  std::uint64_t m_total KEL_GUARDED_BY(m_mutex) = 0;
+  bool m_recording KEL_GUARDED_BY(m_mutex) = true;
+  std::map<VmbHandle_t, Handle> m_handles KEL_GUARDED_BY(m_mutex);
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

@@ -12,25 +12,27 @@
 #include "control/fault_text.h"
 #include "control/json_members.h"
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 std::vector<std::string> FormatsOf(const CameraConfiguration& camera) {
-  if (!camera.colour) return {"Mono8"};
-  constexpr std::string_view kBayerFormats[] = {"BayerBG8", "BayerRG8", "BayerGB8", "BayerGR8"};
-  return {std::string(kBayerFormats[camera.bayer_order]), "Mono8", "YUV422Packed", "RGB8Packed"};
+  using namespace PixelFormatName;
+  // By their Bayer order.
+  constexpr const char* kBayerFormats[] = {kBayerBG8, kBayerRG8, kBayerGB8, kBayerGR8};
+  if (!camera.colour) return {kMono8};
+  return {kBayerFormats[static_cast<std::size_t>(camera.bayer_order)], kMono8, kYuv422, kRgb8};
 }
 
 void ReadSensor(JsonMembers& sensor, CameraConfiguration& camera) {
-  sensor.Integer("width", camera.sensor_width, kMinSensor, kMaxSensor);
-  sensor.Integer("height", camera.sensor_height, kMinSensor, kMaxSensor);
+  sensor.Integer("width", camera.sensor_width, kMinSensorSide, kMaxSensorSide);
+  sensor.Integer("height", camera.sensor_height, kMinSensorSide, kMaxSensorSide);
   sensor.Integer("bits", camera.sensor_bits, 8, 16);
-  std::vector<std::string_view> types(kBayerOrders.begin(), kBayerOrders.end());
+  std::vector<std::string_view> types(kBayerOrderNames.begin(), kBayerOrderNames.end());
   types.push_back("mono");
   int type = 0;
   if (!sensor.Choice("type", types, type)) return;
-  camera.colour = type < static_cast<int>(kBayerOrders.size());
-  if (camera.colour) camera.bayer_order = type;
+  camera.colour = type < static_cast<int>(kBayerOrderNames.size());
+  if (camera.colour) camera.bayer_order = static_cast<BayerOrder>(type);
   camera.formats = FormatsOf(camera);
 }
 
@@ -121,18 +123,18 @@ void ReadBehaviour(JsonMembers& members, CameraConfiguration& camera) {
   members.Integer("binning", camera.max_binning, 0, kMaxBinning);
   members.Texts("missing", camera.missing);
   ReadTiming(members, camera.timing);
-  members.Number("lineTime_us", camera.line_time_us, 0.0, 1e6);
+  members.Time("lineTime_us", camera.line_time, std::chrono::seconds(1));
   members.Integer("tickFrequency", camera.ticks_per_second, 1, 1'000'000'000);
   members.Object("packetSize", [&](JsonMembers& packet) {
-    packet.Integer("negotiated", camera.negotiated_packet_size, 1, kMaxPacketSize);
-    packet.Number("adjust_ms", camera.adjust_packet_size_ms, 0.0, 1e6);
+    packet.Integer("negotiated", camera.negotiated_packet_bytes, 1, kMaxPacketBytes);
+    packet.Time("adjust_ms", camera.packet_size_adjustment, std::chrono::seconds(1000));
   });
   members.Number("packetLoss", camera.packet_loss, 0.0, 1.0);
   members.Integer("seed", camera.seed, 0);
   members.Flag("noise", camera.noise);
   members.Object("temperature", [&](JsonMembers& temperature) {
-    temperature.Number("sensor", camera.sensor_temperature, -40.0, 120.0);
-    temperature.Number("main", camera.main_temperature, -40.0, 120.0);
+    temperature.Number("sensor", camera.sensor_temperature_celsius, kMinTemperatureCelsius, kMaxTemperatureCelsius);
+    temperature.Number("main", camera.main_temperature_celsius, kMinTemperatureCelsius, kMaxTemperatureCelsius);
   });
 }
 
@@ -202,4 +204,4 @@ Configuration EnvironmentConfiguration() {
   return configuration;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

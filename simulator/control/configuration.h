@@ -1,7 +1,6 @@
 // control/configuration.h
 // The simulator's JSON: configurations, faults, frames delivered by hand. docs/simulator.md lists every member.
-#ifndef KEL_SIMULATOR_CONTROL_CONFIGURATION_H
-#define KEL_SIMULATOR_CONTROL_CONFIGURATION_H
+#pragma once
 
 #include <array>
 #include <exception>
@@ -13,7 +12,7 @@
 #include "camera/camera_configuration.h"
 #include "control/faults.h"
 
-namespace simulator {
+namespace Simulator {
 
 enum class DiscoveryStatus { kOff, kAutomatic };
 // The entries of GeVDiscoveryStatus, by the values above.
@@ -29,11 +28,11 @@ struct Configuration {
   double link_bytes_per_s = 124'000'000.0;
   SystemConfiguration system;
   Faults::Set faults;
-  // What it was read from, UTF-8; empty: no file.
+  // The file that it was read from, UTF-8; empty: none.
   std::string file;
 };
 
-// Runs the body; what it throws gets the file's name put in front, if there is a file.
+// Runs the body and puts the file's name, if there is one, in front of the error that it throws.
 template <class Body>
 auto NamingFile(const std::string& file, Body body) {
   try {
@@ -44,19 +43,17 @@ auto NamingFile(const std::string& file, Body body) {
   }
 }
 
-// The cameras without any configuration: a monochrome and a colour one, and a colour one of another family.
+// The cameras of a link without configuration: a monochrome and a colour one, and a colour one of another family.
 std::vector<CameraConfiguration> BuiltInCameras();
 
-// All throw std::invalid_argument that names the member and its value.
+// Like the next two, throws std::invalid_argument that names the member and its value.
 Configuration ParseConfiguration(std::string_view json);
 // One fault or an array of them.
 Faults::Set ParseFaults(std::string_view json);
 FrameOverride ParseFrameOverride(std::string_view json);
 
-// Of the file that VIMBA_SIM_CONFIG names; the built-in cameras without it. Throws std::runtime_error that names the
-// file when it cannot be read or is wrong.
+// The configuration of the file that VIMBA_SIM_CONFIG names; without that variable, the built-in cameras. Throws
+// std::runtime_error that names the file when it cannot be read or is wrong.
 Configuration EnvironmentConfiguration();
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

@@ -10,7 +10,7 @@
 #include <stdexcept>
 #include <system_error>
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 std::filesystem::path PathOf(const std::string& utf8) {
@@ -21,7 +21,7 @@ std::filesystem::path PathOf(const std::string& utf8) {
   throw std::runtime_error(utf8_path + ": cannot be read: " + reason.message());
 }
 
-// The streams tell no reason themselves; the calls beneath them leave it here, where the system makes them.
+// Streams do not report why they failed. The system calls beneath them leave the reason in errno.
 std::error_code LastError() { return {errno != 0 ? errno : EIO, std::generic_category()}; }
 
 }  // namespace
@@ -42,7 +42,7 @@ std::optional<std::string> ConfigurationFile() {
 std::string ReadTextFile(const std::string& utf8_path) {
   const std::filesystem::path path = PathOf(utf8_path);
   std::error_code ignored;
-  // Some systems open a folder as if it were a file, others call it one without permission.
+  // Some systems open a folder like a file, others report that the permission is missing.
   if (std::filesystem::is_directory(path, ignored))
     FailToRead(utf8_path, std::make_error_code(std::errc::is_a_directory));
   errno = 0;
@@ -58,4 +58,4 @@ std::string ReadTextFile(const std::string& utf8_path) {
   return text;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -1,19 +1,16 @@
 // control/environment.h
 // The environment variable and the file that it names: where operating systems differ.
-#ifndef KEL_SIMULATOR_CONTROL_ENVIRONMENT_H
-#define KEL_SIMULATOR_CONTROL_ENVIRONMENT_H
+#pragma once
 
 #include <optional>
 #include <string>
 
-namespace simulator {
+namespace Simulator {
 
-// VIMBA_SIM_CONFIG as UTF-8; nothing when it is not set or empty.
+// The value of VIMBA_SIM_CONFIG as UTF-8; nothing when it is unset or empty.
 std::optional<std::string> ConfigurationFile();
 
 // Throws std::runtime_error with the file's name and the system's reason.
 std::string ReadTextFile(const std::string& utf8_path);
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

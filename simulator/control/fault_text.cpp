@@ -4,18 +4,24 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <stdexcept>
 #include <utility>
 
 #include "camera/value_text.h"
 #include "control/configuration.h"
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
-constexpr std::int64_t kMaxDelay_ms = 600'000;
+constexpr std::chrono::milliseconds kMaxDelay = std::chrono::minutes(10);
 
-// The calls that faults can be put on: all of the API that can fail.
+// Members by which the kinds of faults are recognised.
+constexpr char kCallMember[] = "call";
+constexpr char kFrameMember[] = "frame";
+constexpr char kUnplugMember[] = "unplugAtFrame";
+
+// The calls that can have faults: all of the API that can fail.
 constexpr std::array<std::string_view, 27> kCalls{"VmbVersionQuery",
                                                   "VmbStartup",
                                                   "VmbCamerasList",
@@ -60,14 +66,14 @@ void ReadFrameMembers(JsonMembers& members, FrameOverride& frame) {
 
 void ReadDelay(JsonMembers& members, std::chrono::milliseconds& delay) {
   std::int64_t delay_ms = 0;
-  if (members.Integer("delay_ms", delay_ms, 0, kMaxDelay_ms)) delay = std::chrono::milliseconds(delay_ms);
+  if (members.Integer("delay_ms", delay_ms, 0, kMaxDelay.count())) delay = std::chrono::milliseconds(delay_ms);
 }
 
 CallFault ReadCallFault(JsonMembers& members) {
   CallFault fault;
-  members.Text("call", fault.pattern.call);
+  members.Text(kCallMember, fault.pattern.call);
   if (std::find(kCalls.begin(), kCalls.end(), fault.pattern.call) == kCalls.end()) {
-    members.Refuse("call", "is no call that can fail");
+    members.Refuse(kCallMember, "is no call that can fail");
   }
   members.Text("camera", fault.pattern.camera);
   members.Text("feature", fault.pattern.feature);
@@ -89,9 +95,9 @@ CallFault ReadCallFault(JsonMembers& members) {
 FrameFault ReadFrameFault(JsonMembers& members) {
   FrameFault fault;
   members.Text("camera", fault.camera);
-  fault.effect.unplug = members.Integer("unplugAtFrame", fault.frame, 0);
+  fault.effect.unplug = members.Integer(kUnplugMember, fault.frame, 0);
   if (fault.effect.unplug) return fault;
-  members.Integer("frame", fault.frame, 0);
+  members.Integer(kFrameMember, fault.frame, 0);
   members.Integer("count", fault.count, 0);
   ReadFrameMembers(members, fault.effect);
   members.Flag("drop", fault.effect.drop);
@@ -102,12 +108,12 @@ FrameFault ReadFrameFault(JsonMembers& members) {
 }  // namespace
 
 void ReadFault(JsonMembers& members, Faults::Set& faults) {
-  if (members.Any("call")) {
+  if (members.Any(kCallMember)) {
     faults.calls.push_back(ReadCallFault(members));
-  } else if (members.Any("frame") || members.Any("unplugAtFrame")) {
+  } else if (members.Any(kFrameMember) || members.Any(kUnplugMember)) {
     faults.frames.push_back(ReadFrameFault(members));
   } else {
-    throw std::invalid_argument(members.PathOf("call") + ": a fault needs one of call, frame and unplugAtFrame");
+    throw std::invalid_argument(members.PathOf(kCallMember) + ": a fault needs one of call, frame and unplugAtFrame");
   }
 }
 
@@ -130,4 +136,4 @@ FrameOverride ParseFrameOverride(std::string_view json) {
   return frame;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 bool Fits(const std::string& pattern, std::string_view value) { return pattern.empty() || pattern == value; }
@@ -22,25 +22,25 @@ bool Due(std::int64_t seen, std::int64_t first, std::int64_t count) {
 }  // namespace
 
 void Faults::Add(Set faults) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   for (CallFault& fault : faults.calls) m_calls.push_back({std::move(fault)});
   for (FrameFault& fault : faults.frames) m_frames.push_back({std::move(fault)});
 }
 
 void Faults::Clear() {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   m_calls.clear();
   m_frames.clear();
 }
 
 bool Faults::Any() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return !m_calls.empty();
 }
 
 CallEffect Faults::ForCall(const CallPattern& call) {
   CallEffect effect;
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   for (Counted<CallFault>& counted : m_calls) {
     const CallFault& fault = counted.fault;
     if (!Fits(fault.pattern, call) || !Due(++counted.seen, fault.occurrence, fault.count)) continue;
@@ -53,7 +53,7 @@ CallEffect Faults::ForCall(const CallPattern& call) {
 
 FrameOverride Faults::ForExposure(std::string_view camera) {
   FrameOverride effect;
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   for (Counted<FrameFault>& counted : m_frames) {
     const FrameFault& fault = counted.fault;
     if (Fits(fault.camera, camera) && Due(counted.seen++, fault.frame, fault.count)) effect.MergeFrom(fault.effect);
@@ -61,4 +61,4 @@ FrameOverride Faults::ForExposure(std::string_view camera) {
   return effect;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -1,7 +1,6 @@
 // control/faults.h
 // The faults that a test or a configuration has asked for, and when each is due.
-#ifndef KEL_SIMULATOR_CONTROL_FAULTS_H
-#define KEL_SIMULATOR_CONTROL_FAULTS_H
+#pragma once
 
 #include <chrono>
 #include <cstdint>
@@ -11,12 +10,12 @@
 #include <vector>
 
 #include "VimbaC.h"
+#include "bmutex.h"
 #include "engine/frame_override.h"
-#include "threads/mutex.h"
 
-namespace simulator {
+namespace Simulator {
 
-// An empty pattern fits every value.
+// An empty text matches every value.
 struct CallPattern {
   std::string call;
   std::string camera;
@@ -26,25 +25,25 @@ struct CallPattern {
 
 struct CallFault {
   CallPattern pattern;
-  // The first call that is hit, counted from 1 over the calls that fit since the fault was added.
+  // The first call that is hit, counted from 1 among those that have matched since the fault was added.
   std::int64_t occurrence = 1;
-  // How many are hit; 0: all from then on.
+  // How many are hit; 0: all from the first one.
   std::int64_t count = 1;
   VmbError_t error = VmbErrorSuccess;
-  // In place of what a command's "is done" reports.
+  // What VmbFeatureCommandIsDone reports in place of the command's state.
   std::optional<bool> done;
   std::chrono::milliseconds delay{};
 };
 
 struct FrameFault {
   std::string camera;
-  // The first exposure that is hit, counted from 0 over the camera's exposures since the fault was added.
+  // The first exposure that is hit, counted from 0 among the camera's exposures since the fault was added.
   std::int64_t frame = 0;
   std::int64_t count = 1;
   FrameOverride effect;
 };
 
-// What is due for one call.
+// What happens to one call.
 struct CallEffect {
   VmbError_t error = VmbErrorSuccess;
   std::optional<bool> done;
@@ -61,7 +60,7 @@ class Faults {
   void Add(Set faults);
   void Clear();
 
-  // Counts the call. Delays of several faults add up; of codes the first one counts.
+  // Counts the call. Delays of several faults add up; of several codes the first one is returned.
   CallEffect ForCall(const CallPattern& call);
   FrameOverride ForExposure(std::string_view camera);
   bool Any() const;
@@ -73,11 +72,9 @@ class Faults {
     std::int64_t seen = 0;
   };
 
-  mutable Mutex m_mutex;
-  std::vector<Counted<CallFault>> m_calls SIM_GUARDED_BY(m_mutex);
-  std::vector<Counted<FrameFault>> m_frames SIM_GUARDED_BY(m_mutex);
+  mutable BMutex m_mutex;
+  std::vector<Counted<CallFault>> m_calls KEL_GUARDED_BY(m_mutex);
+  std::vector<Counted<FrameFault>> m_frames KEL_GUARDED_BY(m_mutex);
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

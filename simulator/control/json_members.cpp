@@ -7,10 +7,14 @@
 
 #include "camera/value_text.h"
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
-// What stands between quotes in the message: the library tells the number in no other way.
+constexpr char kNoTexts[] = "is no array of texts";
+// The range of numbers that may be anything.
+constexpr double kLargestNumber = 1e18;
+
+// The quoted part of the message, in which alone the library reports the number.
 std::string Quoted(const std::string& message) {
   const std::size_t begin = message.find('\'') + 1;
   return message.substr(begin, message.rfind('\'') - begin);
@@ -61,7 +65,7 @@ std::optional<std::int64_t> JsonMembers::IntegerWithin(const char* name, std::in
 bool JsonMembers::Number(const char* name, double& target, double min, double max) {
   const Json* value = Any(name);
   if (!value) return false;
-  // What is no number at all must not become one, whatever the range.
+  // A value of another type becomes NaN, which no range holds.
   const double number = value->is_number() ? value->get<double>() : std::numeric_limits<double>::quiet_NaN();
   if (!(number >= min && number <= max)) Refuse(name, "is no number from " + ValueText(min) + " to " + ValueText(max));
   target = number;
@@ -70,7 +74,7 @@ bool JsonMembers::Number(const char* name, double& target, double min, double ma
 
 bool JsonMembers::Number(const char* name, std::optional<double>& target) {
   double number = 0.0;
-  if (!Number(name, number, -1e18, 1e18)) return false;
+  if (!Number(name, number, -kLargestNumber, kLargestNumber)) return false;
   target = number;
   return true;
 }
@@ -108,10 +112,10 @@ bool JsonMembers::Choice(const char* name, const std::vector<std::string_view>& 
 bool JsonMembers::Texts(const char* name, std::vector<std::string>& target) {
   const Json* value = Any(name);
   if (!value) return false;
-  if (!value->is_array()) Refuse(name, "is no array of texts");
+  if (!value->is_array()) Refuse(name, kNoTexts);
   std::vector<std::string> texts;
   for (const Json& element : *value) {
-    if (!element.is_string()) Refuse(name, "is no array of texts");
+    if (!element.is_string()) Refuse(name, kNoTexts);
     texts.push_back(element.get<std::string>());
   }
   target = std::move(texts);
@@ -145,4 +149,4 @@ void JsonMembers::RefuseOthers() const {
   }
 }
 
-}  // namespace simulator
+}  // namespace Simulator

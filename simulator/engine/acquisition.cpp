@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace simulator {
+namespace Simulator {
 
 Acquisition::Acquisition(SensorParts parts, CaptureQueue& frames)
     : m_parts(std::move(parts)), m_frames(frames), m_random(m_parts.seed), m_thread([this] { Run(); }) {}
@@ -14,7 +14,7 @@ Acquisition::~Acquisition() { Close(); }
 
 void Acquisition::Close() {
   {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     m_closing = true;
     m_running = false;
     m_changed.NotifyAll();
@@ -25,7 +25,7 @@ void Acquisition::Close() {
 bool Acquisition::OnThread() const { return std::this_thread::get_id() == m_thread_id; }
 
 void Acquisition::Apply(const CaptureSettings& settings) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (!settings.trigger.SameSource(m_settings.trigger)) {
     m_triggers.clear();
     m_armed = Clock::now();
@@ -35,7 +35,7 @@ void Acquisition::Apply(const CaptureSettings& settings) {
 }
 
 void Acquisition::Start() {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (m_running || m_closing) return;
   m_running = true;
   ++m_activity;
@@ -50,7 +50,7 @@ void Acquisition::Start() {
 }
 
 void Acquisition::Stop() {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   m_running = false;
   m_triggers.clear();
   m_changed.NotifyAll();
@@ -58,18 +58,18 @@ void Acquisition::Stop() {
 
 void Acquisition::Abort() {
   Stop();
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   ++m_aborts;
   m_changed.NotifyAll();
 }
 
 bool Acquisition::Running() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return m_running;
 }
 
 void Acquisition::Wake() {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   m_changed.NotifyAll();
 }
 
@@ -81,13 +81,13 @@ void Acquisition::AddTrigger() {
 }
 
 void Acquisition::SoftwareTrigger() {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (m_settings.trigger.start == FrameStart::kSoftware) AddTrigger();
 }
 
 void Acquisition::InputEdge(int line, bool rising) {
-  const Lock lock(m_mutex);
-  m_level_high[line] = rising;
+  const BMutexLock lock(m_mutex);
+  m_level_high[static_cast<std::size_t>(line)] = rising;
   m_changed.NotifyAll();
   const TriggerSettings& trigger = m_settings.trigger;
   if (trigger.start != FrameStart::kLine || trigger.line != line) return;
@@ -97,20 +97,20 @@ void Acquisition::InputEdge(int line, bool rising) {
 bool Acquisition::LevelHolds() const {
   const TriggerSettings& trigger = m_settings.trigger;
   if (trigger.start != FrameStart::kLine) return false;
-  return trigger.edge == (m_level_high[trigger.line] ? Edge::kLevelHigh : Edge::kLevelLow);
+  return trigger.edge == (m_level_high[static_cast<std::size_t>(trigger.line)] ? Edge::kLevelHigh : Edge::kLevelLow);
 }
 
-// Whether something asks for a frame, now or at a known time.
+// Whether something asks for a frame, now or later.
 bool Acquisition::Wanted() const {
   if (!m_running) return false;
   if (m_settings.trigger.start == FrameStart::kFixedRate || !m_triggers.empty()) return true;
   if (m_settings.trigger.start != FrameStart::kFreerun && !LevelHolds()) return false;
-  // Without exposure and stream time a free run would spin: it takes its pace from the queue.
+  // Without exposure and stream time a free run would spin, so that it waits for queued frames.
   return !m_settings.instant || m_frames.HasQueued();
 }
 
 bool Acquisition::Idle() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (m_exposing) return false;
   return !Wanted() || (m_settings.trigger.start == FrameStart::kFixedRate &&
                        m_last_start + m_settings.trigger.period > Clock::now());
@@ -118,7 +118,7 @@ bool Acquisition::Idle() const {
 
 void Acquisition::Run() {
   m_thread_id = std::this_thread::get_id();
-  Lock lock(m_mutex);
+  BMutexLock lock(m_mutex);
   while (!m_closing) {
     Clock::time_point start;
     if (!NextStart(lock, start)) continue;
@@ -128,8 +128,8 @@ void Acquisition::Run() {
   }
 }
 
-// False after a wait: everything may have changed and is looked at again.
-bool Acquisition::NextStart(Lock& lock, Clock::time_point& start) {
+// False after a wait: everything may have changed, so that the caller looks again.
+bool Acquisition::NextStart(BMutexLock& lock, Clock::time_point& start) {
   if (!Wanted()) {
     m_changed.Wait(lock);
     return false;
@@ -152,16 +152,16 @@ Acquisition::Exposure Acquisition::BeginExposure(Clock::time_point start) {
   ++m_activity;
   Exposure exposure{m_settings, start, m_parts.next_faults(), m_next_frame_id++, m_acquisition, m_aborts};
   exposure.settings.shot.frame_number = m_parts.counters.exposed++;
-  exposure.settings.shot.time_s = m_parts.clock.Seconds(start);
+  exposure.settings.shot.time = m_parts.clock.TimeAt(start);
   return exposure;
 }
 
-bool Acquisition::WaitUntil(Lock& lock, Clock::time_point moment, const Exposure& exposure) {
+bool Acquisition::WaitUntil(BMutexLock& lock, Clock::time_point moment, const Exposure& exposure) {
   while (!m_closing && m_aborts == exposure.aborts && Clock::now() < moment) m_changed.WaitUntil(lock, moment);
   return !m_closing && m_aborts == exposure.aborts;
 }
 
-void Acquisition::Expose(Lock& lock, const Exposure& exposure) {
+void Acquisition::Expose(BMutexLock& lock, const Exposure& exposure) {
   const CaptureSettings& settings = exposure.settings;
   const Clock::time_point exposed = exposure.start + settings.exposure;
   const Clock::time_point sending = std::max(exposed, m_last_arrival);
@@ -175,12 +175,13 @@ void Acquisition::Expose(Lock& lock, const Exposure& exposure) {
   m_scratch = std::move(content.rendered);
 }
 
-void Acquisition::Send(Lock& lock, const Exposure& exposure, const Link::Transfer& transfer, FrameContent& content) {
+void Acquisition::Send(BMutexLock& lock, const Exposure& exposure, const Link::Transfer& transfer,
+                       FrameContent& content) {
   const CaptureSettings& settings = exposure.settings;
   if (!settings.instant) {
     m_parts.link.Begin(transfer);
-    const Unlocked unlocked(m_mutex, lock);
-    // The picture is ready when the last packet is: rendering hides in the time that the stream takes.
+    const BMutexUnlock unlocked(m_mutex, lock);
+    // Rendering takes place while the frame is sent, so that it costs no time of its own.
     if (content.scene && m_frames.HasQueued()) content.Render(settings);
   }
   if (!WaitUntil(lock, transfer.end + exposure.faults.delay, exposure)) return;
@@ -188,7 +189,7 @@ void Acquisition::Send(Lock& lock, const Exposure& exposure, const Link::Transfe
     content.packet_loss = 1.0 - (1.0 - content.packet_loss) * (1.0 - m_parts.link.LostShare(transfer));
   }
   FinishFrame(std::max(transfer.end, Clock::now()), exposure);
-  const Unlocked unlocked(m_mutex, lock);
+  const BMutexUnlock unlocked(m_mutex, lock);
   if (exposure.faults.unplug) {
     m_parts.unplug();
   } else if (exposure.faults.drop) {
@@ -200,11 +201,11 @@ void Acquisition::Send(Lock& lock, const Exposure& exposure, const Link::Transfe
   }
 }
 
-// Before the frame is handed over: its callback may start the next acquisition.
+// Runs before the frame is handed over, because its callback may start the next acquisition.
 void Acquisition::FinishFrame(Clock::time_point arrived, const Exposure& exposure) {
   const CaptureSettings& settings = exposure.settings;
-  const auto since_last = std::chrono::duration<double>(arrived - m_last_arrival).count();
-  m_parts.counters.frames_per_s = since_last > 0.0 ? 1.0 / since_last : 0.0;
+  const Seconds since_last = arrived - m_last_arrival;
+  m_parts.counters.frames_per_s = since_last > Seconds::zero() ? Seconds(1.0) / since_last : 0.0;
   m_last_arrival = arrived;
   // The next exposure may overlap this stream, as long as it does not end before.
   m_ready = std::max(exposure.start + settings.exposure, arrived - settings.exposure);
@@ -227,7 +228,7 @@ std::optional<std::uint64_t> Acquisition::Deliver(const Exposure& exposure, Fram
   ++m_parts.counters.delivered;
   VmbFrame_t frame = DescribeFilled(exposure.settings, result);
   frame.frameID = exposure.frame_id;
-  frame.timestamp = m_parts.clock.Ticks(exposure.start);
+  frame.timestamp = m_parts.clock.TicksAt(exposure.start);
   exposure.faults.ApplyTo(frame);
   return m_frames.Complete(filling, frame);
 }
@@ -235,10 +236,10 @@ std::optional<std::uint64_t> Acquisition::Deliver(const Exposure& exposure, Fram
 bool Acquisition::DeliverNow(const FrameOverride& override) {
   Exposure exposure;
   {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     exposure = {m_settings, Clock::now(), override, m_next_frame_id++, m_acquisition, m_aborts};
     exposure.settings.shot.frame_number = m_parts.counters.exposed++;
-    exposure.settings.shot.time_s = m_parts.clock.Seconds(exposure.start);
+    exposure.settings.shot.time = m_parts.clock.TimeAt(exposure.start);
   }
   FrameContent content{m_parts.scene.get(), {}, 0.0};
   const std::optional<std::uint64_t> number = Deliver(exposure, content);
@@ -246,4 +247,4 @@ bool Acquisition::DeliverNow(const FrameOverride& override) {
   return number.has_value();
 }
 
-}  // namespace simulator
+}  // namespace Simulator

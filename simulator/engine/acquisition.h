@@ -1,8 +1,9 @@
 // engine/acquisition.h
 // The sensor of one opened camera: when frames are exposed, and how they reach the queue.
-#ifndef KEL_SIMULATOR_ENGINE_ACQUISITION_H
-#define KEL_SIMULATOR_ENGINE_ACQUISITION_H
+#pragma once
 
+#include <array>
+#include <atomic>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -13,16 +14,18 @@
 #include <thread>
 #include <vector>
 
+#include "bmutex.h"
 #include "engine/camera_clock.h"
 #include "engine/capture_queue.h"
 #include "engine/capture_settings.h"
+#include "engine/clock.h"
 #include "engine/counters.h"
 #include "engine/frame_filling.h"
 #include "engine/frame_override.h"
 #include "engine/link.h"
 #include "engine/picture_means.h"
 
-namespace simulator {
+namespace Simulator {
 
 // What the acquisition needs of the camera that it belongs to. All of it outlives the acquisition.
 struct SensorParts {
@@ -34,11 +37,13 @@ struct SensorParts {
   std::uint64_t seed;
   // The faults that are due for the frame now exposed.
   std::function<FrameOverride()> next_faults;
-  // Both are called without a lock: the camera has lost its link; a picture was taken with the automatics on.
+  // Called without a lock when a fault unplugs the camera.
   std::function<void()> unplug;
+  // Called without a lock after each picture that was taken with an automatic on.
   std::function<void(const PictureMeans&)> measured;
 };
 
+// Runs a thread of its own. [any thread] but where a function says otherwise.
 class Acquisition {
  public:
   Acquisition(SensorParts parts, CaptureQueue& frames);
@@ -53,24 +58,26 @@ class Acquisition {
   void Start();
   // The frame that is being exposed or sent still arrives.
   void Stop();
-  // It does not.
+  // The frame that is being exposed or sent is dropped.
   void Abort();
   bool Running() const;
 
   void SoftwareTrigger();
   void InputEdge(int line, bool rising);
-  // Something has changed that may let a frame begin.
+  // Has the thread look again whether a frame may begin.
   void Wake();
 
-  // One frame of the present settings at once, past every acquisition rule; false when none is queued. Returns after
-  // its callback.
+  // Delivers one frame of the present settings at once, past every acquisition rule. Returns after its callback; false
+  // when no frame is queued.
   bool DeliverNow(const FrameOverride& override);
 
-  // No frame can begin without time passing or something being done.
+  // No frame is being exposed or sent, and none will be unless time passes or somebody calls.
   bool Idle() const;
   // Grows with every start, trigger and exposure.
   std::uint64_t Activity() const { return m_activity; }
+  // Ends the thread and drops the frame that is being exposed or sent. Not on that thread.
   void Close();
+  // Whether the caller runs on the thread.
   bool OnThread() const;
 
  private:
@@ -85,49 +92,51 @@ class Acquisition {
   };
 
   void Run();
-  bool NextStart(Lock& lock, Clock::time_point& start) SIM_REQUIRES(m_mutex);
-  Exposure BeginExposure(Clock::time_point start) SIM_REQUIRES(m_mutex);
-  void Expose(Lock& lock, const Exposure& exposure) SIM_REQUIRES(m_mutex);
-  void Send(Lock& lock, const Exposure& exposure, const Link::Transfer& transfer, FrameContent& content)
-      SIM_REQUIRES(m_mutex);
-  bool WaitUntil(Lock& lock, Clock::time_point moment, const Exposure& exposure) SIM_REQUIRES(m_mutex);
-  void FinishFrame(Clock::time_point arrived, const Exposure& exposure) SIM_REQUIRES(m_mutex);
-  // Without a lock: fills the oldest queued frame, if there is one, and gives its number.
+  bool NextStart(BMutexLock& lock, Clock::time_point& start) KEL_REQUIRES(m_mutex);
+  Exposure BeginExposure(Clock::time_point start) KEL_REQUIRES(m_mutex);
+  void Expose(BMutexLock& lock, const Exposure& exposure) KEL_REQUIRES(m_mutex);
+  void Send(BMutexLock& lock, const Exposure& exposure, const Link::Transfer& transfer, FrameContent& content)
+      KEL_REQUIRES(m_mutex);
+  bool WaitUntil(BMutexLock& lock, Clock::time_point moment, const Exposure& exposure) KEL_REQUIRES(m_mutex);
+  void FinishFrame(Clock::time_point arrived, const Exposure& exposure) KEL_REQUIRES(m_mutex);
+  // Fills the oldest queued frame, if there is one, and returns its number. Called without the lock.
   std::optional<std::uint64_t> Deliver(const Exposure& exposure, FrameContent& content);
-  void AddTrigger() SIM_REQUIRES(m_mutex);
-  bool LevelHolds() const SIM_REQUIRES(m_mutex);
-  bool Wanted() const SIM_REQUIRES(m_mutex);
+  void AddTrigger() KEL_REQUIRES(m_mutex);
+  bool LevelHolds() const KEL_REQUIRES(m_mutex);
+  bool Wanted() const KEL_REQUIRES(m_mutex);
 
   const SensorParts m_parts;
   CaptureQueue& m_frames;
 
-  mutable Mutex m_mutex;
-  Condition m_changed;
-  CaptureSettings m_settings SIM_GUARDED_BY(m_mutex);
-  bool m_closing SIM_GUARDED_BY(m_mutex) = false;
-  bool m_running SIM_GUARDED_BY(m_mutex) = false;
-  bool m_exposing SIM_GUARDED_BY(m_mutex) = false;
-  // Counts starts, so that a late frame does not count for the next acquisition.
-  std::uint64_t m_acquisition SIM_GUARDED_BY(m_mutex) = 0;
-  std::uint64_t m_aborts SIM_GUARDED_BY(m_mutex) = 0;
-  std::uint64_t m_next_frame_id SIM_GUARDED_BY(m_mutex) = 0;
-  std::int64_t m_frames_done SIM_GUARDED_BY(m_mutex) = 0;
-  std::int64_t m_frame_limit SIM_GUARDED_BY(m_mutex) = 0;
-  std::deque<Clock::time_point> m_triggers SIM_GUARDED_BY(m_mutex);
-  bool m_level_high[5] SIM_GUARDED_BY(m_mutex) = {};
-  // No exposure starts before these: start of acquisition or choice of source; sensor and stream free again.
-  Clock::time_point m_armed SIM_GUARDED_BY(m_mutex);
-  Clock::time_point m_ready SIM_GUARDED_BY(m_mutex);
-  Clock::time_point m_last_start SIM_GUARDED_BY(m_mutex);
-  Clock::time_point m_last_arrival SIM_GUARDED_BY(m_mutex);
-  std::atomic<std::uint64_t> m_activity{0};
-  std::mt19937_64 m_random;
-  std::vector<std::uint8_t> m_scratch;
+  mutable BMutex m_mutex;
+  BCondition m_changed;
+  CaptureSettings m_settings KEL_GUARDED_BY(m_mutex);
+  bool m_closing KEL_GUARDED_BY(m_mutex) = false;
+  bool m_running KEL_GUARDED_BY(m_mutex) = false;
+  bool m_exposing KEL_GUARDED_BY(m_mutex) = false;
+  // Starts so far, so that a late frame does not count for the next acquisition.
+  std::uint64_t m_acquisition KEL_GUARDED_BY(m_mutex) = 0;
+  std::uint64_t m_aborts KEL_GUARDED_BY(m_mutex) = 0;
+  std::uint64_t m_next_frame_id KEL_GUARDED_BY(m_mutex) = 0;
+  std::int64_t m_frames_done KEL_GUARDED_BY(m_mutex) = 0;
+  std::int64_t m_frame_limit KEL_GUARDED_BY(m_mutex) = 0;
+  std::deque<Clock::time_point> m_triggers KEL_GUARDED_BY(m_mutex);
+  // By the numbers of the lines, which begin with 1.
+  std::array<bool, kInputLines + 1> m_level_high KEL_GUARDED_BY(m_mutex) = {};
+  // The last start of an acquisition or choice of a source. No exposure starts earlier.
+  Clock::time_point m_armed KEL_GUARDED_BY(m_mutex);
+  // When sensor and stream are free again. No exposure starts earlier.
+  Clock::time_point m_ready KEL_GUARDED_BY(m_mutex);
+  Clock::time_point m_last_start KEL_GUARDED_BY(m_mutex);
+  Clock::time_point m_last_arrival KEL_GUARDED_BY(m_mutex);
+  // The memory of the last rendered picture, for the next one.
+  std::vector<std::uint8_t> m_scratch KEL_GUARDED_BY(m_mutex);
 
+  // Decides about packet loss. Used on the thread alone: frames delivered by hand lose no packets.
+  std::mt19937_64 m_random;
+  std::atomic<std::uint64_t> m_activity{0};
   std::atomic<std::thread::id> m_thread_id;
   std::thread m_thread;
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

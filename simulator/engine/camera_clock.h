@@ -1,15 +1,15 @@
 // engine/camera_clock.h
 // The camera's own time: ticks since its power-up or last reset.
-#ifndef KEL_SIMULATOR_ENGINE_CAMERA_CLOCK_H
-#define KEL_SIMULATOR_ENGINE_CAMERA_CLOCK_H
+#pragma once
 
 #include <atomic>
 #include <cstdint>
 
-#include "threads/mutex.h"
+#include "engine/clock.h"
 
-namespace simulator {
+namespace Simulator {
 
+// [any thread]
 class CameraClock {
  public:
   explicit CameraClock(std::int64_t ticks_per_second) : m_ticks_per_second(ticks_per_second) { Reset(); }
@@ -18,15 +18,15 @@ class CameraClock {
   std::int64_t TicksPerSecond() const { return m_ticks_per_second; }
 
   // A moment before the start is the start.
-  std::uint64_t Ticks(Clock::time_point moment) const {
-    // Whole seconds apart, so that nothing overflows at a gigahertz in centuries.
-    constexpr std::int64_t kNanoseconds = 1'000'000'000;
-    const std::int64_t elapsed = Elapsed(moment).count();
+  std::uint64_t TicksAt(Clock::time_point moment) const {
+    // Whole seconds and the rest on their own: their product in one would overflow within seconds at a gigahertz.
+    constexpr std::chrono::nanoseconds kSecond = std::chrono::seconds(1);
+    const std::chrono::nanoseconds elapsed = Elapsed(moment);
     const std::int64_t ticks =
-        elapsed / kNanoseconds * m_ticks_per_second + elapsed % kNanoseconds * m_ticks_per_second / kNanoseconds;
+        elapsed / kSecond * m_ticks_per_second + (elapsed % kSecond).count() * m_ticks_per_second / kSecond.count();
     return static_cast<std::uint64_t>(ticks);
   }
-  double Seconds(Clock::time_point moment) const { return std::chrono::duration<double>(Elapsed(moment)).count(); }
+  Seconds TimeAt(Clock::time_point moment) const { return Elapsed(moment); }
 
  private:
   std::chrono::nanoseconds Elapsed(Clock::time_point moment) const {
@@ -38,6 +38,4 @@ class CameraClock {
   std::atomic<Clock::duration> m_start;
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

@@ -2,14 +2,15 @@
 // The announced frames of one opened camera, their way through the queue, and the thread that calls back.
 #include "engine/capture_queue.h"
 
+#include <tuple>
 #include <utility>
 
-namespace simulator {
+namespace Simulator {
 
 struct CaptureQueue::Entry {
   enum class State { kCaller, kQueued, kFilling, kCompleted, kCalling };
 
-  // The caller's record: the library may write it while the frame is its own.
+  // The caller's record, which the library writes while it owns the frame.
   VmbFrame_t* frame;
   // As announced; later changes of the record do not move the buffer.
   Buffer buffer;
@@ -21,7 +22,7 @@ struct CaptureQueue::Entry {
 using State = CaptureQueue::Entry::State;
 
 CaptureQueue::CaptureQueue(VmbHandle_t camera, std::function<void()> queued)
-    : m_camera(camera), m_queued_hook(std::move(queued)), m_thread([this] { RunCallbacks(); }) {}
+    : m_camera(camera), m_after_queueing(std::move(queued)), m_thread([this] { RunCallbacks(); }) {}
 
 CaptureQueue::~CaptureQueue() { Close(); }
 
@@ -29,7 +30,7 @@ bool CaptureQueue::OnCallbackThread() const { return std::this_thread::get_id() 
 
 VmbError_t CaptureQueue::Announce(const VmbFrame_t* frame) {
   if (!frame || !frame->buffer || frame->bufferSize == 0) return VmbErrorBadParameter;
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (m_closing) return VmbErrorBadHandle;
   auto entry = std::make_shared<Entry>();
   entry->frame = const_cast<VmbFrame_t*>(frame);
@@ -38,7 +39,7 @@ VmbError_t CaptureQueue::Announce(const VmbFrame_t* frame) {
 }
 
 VmbError_t CaptureQueue::RevokeAll() {
-  Lock lock(m_mutex);
+  BMutexLock lock(m_mutex);
   if (m_capturing) return VmbErrorInvalidCall;
   m_queued.clear();
   for (const auto& [frame, entry] : m_announced) entry->state = State::kCaller;
@@ -48,7 +49,7 @@ VmbError_t CaptureQueue::RevokeAll() {
 }
 
 VmbError_t CaptureQueue::Start() {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (m_closing) return VmbErrorBadHandle;
   if (m_capturing) return VmbErrorInvalidCall;
   m_capturing = true;
@@ -56,7 +57,7 @@ VmbError_t CaptureQueue::Start() {
 }
 
 void CaptureQueue::End() {
-  Lock lock(m_mutex);
+  BMutexLock lock(m_mutex);
   m_capturing = false;
   RequeueCompleted();
   m_changed.NotifyAll();
@@ -75,7 +76,7 @@ void CaptureQueue::RequeueCompleted() {
 VmbError_t CaptureQueue::Queue(const VmbFrame_t* frame, VmbFrameCallback callback) {
   if (!frame) return VmbErrorBadParameter;
   {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     const auto found = m_announced.find(frame);
     if (found == m_announced.end()) return VmbErrorBadParameter;
     Entry& entry = *found->second;
@@ -85,12 +86,12 @@ VmbError_t CaptureQueue::Queue(const VmbFrame_t* frame, VmbFrameCallback callbac
     entry.state = State::kQueued;
     m_queued.push_back(found->second);
   }
-  m_queued_hook();
+  m_after_queueing();
   return VmbErrorSuccess;
 }
 
 void CaptureQueue::Flush() {
-  Lock lock(m_mutex);
+  BMutexLock lock(m_mutex);
   RequeueCompleted();
   m_queued.clear();
   for (const auto& [frame, entry] : m_announced) entry->state = State::kCaller;
@@ -98,30 +99,30 @@ void CaptureQueue::Flush() {
   WaitForWriters(lock);
 }
 
-void CaptureQueue::WaitForWriters(Lock& lock) {
+void CaptureQueue::WaitForWriters(BMutexLock& lock) {
   while (m_writers != 0) m_changed.Wait(lock);
 }
 
 void CaptureQueue::Close() {
   {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     m_closing = true;
   }
   End();
   Flush();
-  RevokeAll();
+  std::ignore = RevokeAll();
   if (m_thread.joinable()) m_thread.join();
 }
 
 CaptureQueue::Buffer CaptureQueue::BufferOf(const Filling& filling) { return filling->buffer; }
 
 bool CaptureQueue::HasQueued() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return m_capturing && !m_queued.empty();
 }
 
 CaptureQueue::Filling CaptureQueue::Take() {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (!m_capturing || m_queued.empty()) return nullptr;
   Filling filling = std::move(m_queued.front());
   m_queued.pop_front();
@@ -132,7 +133,7 @@ CaptureQueue::Filling CaptureQueue::Take() {
 }
 
 std::uint64_t CaptureQueue::Complete(const Filling& filling, const VmbFrame_t& received) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   --m_writers;
   ++m_activity;
   m_changed.NotifyAll();
@@ -159,7 +160,7 @@ std::uint64_t CaptureQueue::Complete(const Filling& filling, const VmbFrame_t& r
 
 void CaptureQueue::RunCallbacks() {
   m_thread_id = std::this_thread::get_id();
-  Lock lock(m_mutex);
+  BMutexLock lock(m_mutex);
   while (!m_closing) {
     if (m_capturing && !m_completed.empty()) {
       CallBack(lock);
@@ -169,7 +170,7 @@ void CaptureQueue::RunCallbacks() {
   }
 }
 
-void CaptureQueue::CallBack(Lock& lock) {
+void CaptureQueue::CallBack(BMutexLock& lock) {
   const Filling entry = std::move(m_completed.front());
   m_completed.pop_front();
   entry->state = State::kCalling;
@@ -178,30 +179,30 @@ void CaptureQueue::CallBack(Lock& lock) {
   const VmbFrameCallback callback = entry->callback;
   const std::uint64_t number = entry->number;
   {
-    const Unlocked unlocked(m_mutex, lock);
+    const BMutexUnlock unlocked(m_mutex, lock);
     if (callback) callback(m_camera, frame);
   }
   m_calling = false;
   ++m_activity;
   m_last_called = number;
-  // The callback may have queued the frame again, and it may even be on its way once more.
+  // The callback may have queued the frame again, which may even be filled once more by now.
   if (entry->state == State::kCalling) entry->state = State::kCaller;
   m_changed.NotifyAll();
 }
 
 void CaptureQueue::WaitForCallback(std::uint64_t number) {
-  Lock lock(m_mutex);
+  BMutexLock lock(m_mutex);
   while (m_capturing && m_last_called < number) m_changed.Wait(lock);
 }
 
 bool CaptureQueue::Idle() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return !m_calling && m_completed.empty() && m_writers == 0;
 }
 
 CaptureQueue::Sizes CaptureQueue::Count() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return {m_announced.size(), m_queued.size(), m_capturing};
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -1,7 +1,6 @@
 // engine/capture_queue.h
 // The announced frames of one opened camera, their way through the queue, and the thread that calls back.
-#ifndef KEL_SIMULATOR_ENGINE_CAPTURE_QUEUE_H
-#define KEL_SIMULATOR_ENGINE_CAPTURE_QUEUE_H
+#pragma once
 
 #include <atomic>
 #include <cstdint>
@@ -12,12 +11,12 @@
 #include <thread>
 
 #include "VimbaC.h"
-#include "threads/mutex.h"
+#include "bmutex.h"
 
-namespace simulator {
+namespace Simulator {
 
 // A frame goes caller -> queued -> filling -> completed -> calling -> caller. From queued to completed the library owns
-// it.
+// it. [any thread] but where a function says otherwise.
 class CaptureQueue {
  public:
   // `queued` runs after each queueing, without a lock.
@@ -31,31 +30,33 @@ class CaptureQueue {
   VmbError_t Announce(const VmbFrame_t* frame);
   VmbError_t RevokeAll();
   VmbError_t Start();
-  // Returns after the running callback, at once when called from it.
+  // Returns after the running callback, or at once when called from it.
   void End();
   VmbError_t Queue(const VmbFrame_t* frame, VmbFrameCallback callback);
   void Flush();
 
-  // Ends capture, takes all frames back and ends the thread. Not from a callback.
+  // Ends capture, takes all frames back and ends the callback thread. Not from a callback.
   void Close();
+  // Whether the caller runs on that thread.
   bool OnCallbackThread() const;
 
-  // A frame being filled. Its buffer may be written until Complete or GiveBack.
+  // A frame being filled. Its buffer may be written until Complete.
   struct Entry;
   using Filling = std::shared_ptr<Entry>;
   struct Buffer {
     std::uint8_t* bytes;
-    std::uint32_t size;
+    std::uint32_t size_bytes;
   };
   static Buffer BufferOf(const Filling& filling);
 
   bool HasQueued() const;
   // The frame queued longest, or null.
   Filling Take();
-  // Hands the frame to the callback thread with what `received` says; its number is for WaitForCallback.
+  // Copies the received part of the record to the frame and hands it to the callback thread. Returns the number for
+  // WaitForCallback.
   std::uint64_t Complete(const Filling& filling, const VmbFrame_t& received);
 
-  // Until the callback of that frame has returned or capture has ended.
+  // Returns when the callback of that frame has returned or capture has ended.
   void WaitForCallback(std::uint64_t number);
   // No callback runs or is due.
   bool Idle() const;
@@ -71,29 +72,27 @@ class CaptureQueue {
 
  private:
   void RunCallbacks();
-  void CallBack(Lock& lock) SIM_REQUIRES(m_mutex);
-  void RequeueCompleted() SIM_REQUIRES(m_mutex);
-  void WaitForWriters(Lock& lock) SIM_REQUIRES(m_mutex);
+  void CallBack(BMutexLock& lock) KEL_REQUIRES(m_mutex);
+  void RequeueCompleted() KEL_REQUIRES(m_mutex);
+  void WaitForWriters(BMutexLock& lock) KEL_REQUIRES(m_mutex);
 
   const VmbHandle_t m_camera;
-  const std::function<void()> m_queued_hook;
+  const std::function<void()> m_after_queueing;
 
-  mutable Mutex m_mutex;
-  Condition m_changed;
-  std::map<const VmbFrame_t*, Filling> m_announced SIM_GUARDED_BY(m_mutex);
-  std::deque<Filling> m_queued SIM_GUARDED_BY(m_mutex);
-  std::deque<Filling> m_completed SIM_GUARDED_BY(m_mutex);
-  bool m_capturing SIM_GUARDED_BY(m_mutex) = false;
-  bool m_closing SIM_GUARDED_BY(m_mutex) = false;
-  bool m_calling SIM_GUARDED_BY(m_mutex) = false;
-  int m_writers SIM_GUARDED_BY(m_mutex) = 0;
-  std::uint64_t m_last_completed SIM_GUARDED_BY(m_mutex) = 0;
-  std::uint64_t m_last_called SIM_GUARDED_BY(m_mutex) = 0;
+  mutable BMutex m_mutex;
+  BCondition m_changed;
+  std::map<const VmbFrame_t*, Filling> m_announced KEL_GUARDED_BY(m_mutex);
+  std::deque<Filling> m_queued KEL_GUARDED_BY(m_mutex);
+  std::deque<Filling> m_completed KEL_GUARDED_BY(m_mutex);
+  bool m_capturing KEL_GUARDED_BY(m_mutex) = false;
+  bool m_closing KEL_GUARDED_BY(m_mutex) = false;
+  bool m_calling KEL_GUARDED_BY(m_mutex) = false;
+  int m_writers KEL_GUARDED_BY(m_mutex) = 0;
+  std::uint64_t m_last_completed KEL_GUARDED_BY(m_mutex) = 0;
+  std::uint64_t m_last_called KEL_GUARDED_BY(m_mutex) = 0;
   std::atomic<std::uint64_t> m_activity{0};
   std::atomic<std::thread::id> m_thread_id;
   std::thread m_thread;
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

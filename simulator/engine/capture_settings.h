@@ -1,19 +1,20 @@
 // engine/capture_settings.h
 // What the features say about the next exposure, as the acquisition thread needs it.
-#ifndef KEL_SIMULATOR_ENGINE_CAPTURE_SETTINGS_H
-#define KEL_SIMULATOR_ENGINE_CAPTURE_SETTINGS_H
+#pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 
+#include "engine/clock.h"
 #include "scene/scene.h"
-#include "threads/mutex.h"
 
-namespace simulator {
+namespace Simulator {
 
 enum class FrameStart { kFreerun, kFixedRate, kSoftware, kLine };
 enum class Edge { kRising, kFalling, kAny, kLevelHigh, kLevelLow };
+
+// Input lines are numbered from 1 to this.
+inline constexpr int kInputLines = 4;
 
 // What starts an exposure.
 struct TriggerSettings {
@@ -32,13 +33,13 @@ struct CaptureSettings {
   // Area, format, exposure, gain and balance; number and time are the exposure's.
   Shot shot;
   std::size_t image_bytes = 0;
-  // The camera wants to know how its pictures come out.
+  // An automatic is on: the camera needs the means of its pictures.
   bool automatic = false;
   TriggerSettings trigger;
-  // Frames after which an acquisition ends by itself; 0: none.
+  // Frames after which an acquisition ends by itself; 0: it does not.
   std::int64_t frame_limit = 0;
 
-  // All zero with instant timing.
+  // These three are zero with instant timing.
   Clock::duration exposure{};
   Clock::duration readout{};
   Clock::duration stream{};
@@ -49,10 +50,4 @@ struct CaptureSettings {
   std::size_t packet_bytes = 1;
 };
 
-inline Clock::duration Seconds(double seconds) {
-  return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
-}
-
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

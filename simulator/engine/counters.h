@@ -1,12 +1,11 @@
 // engine/counters.h
 // What a simulated camera counts since its power-up.
-#ifndef KEL_SIMULATOR_ENGINE_COUNTERS_H
-#define KEL_SIMULATOR_ENGINE_COUNTERS_H
+#pragma once
 
 #include <atomic>
 #include <cstdint>
 
-namespace simulator {
+namespace Simulator {
 
 struct Counters {
   std::atomic<std::uint64_t> exposed{0};
@@ -23,6 +22,4 @@ struct Counters {
   }
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
-namespace simulator {
+namespace Simulator {
 
 void FrameContent::Render(const CaptureSettings& settings) {
   rendered.resize(settings.image_bytes);
@@ -15,7 +15,7 @@ void FrameContent::Render(const CaptureSettings& settings) {
 FillResult FillFrame(const CaptureSettings& settings, FrameContent& content, std::mt19937_64& random,
                      CaptureQueue::Buffer buffer) {
   FillResult result;
-  const bool whole = content.packet_loss <= 0.0 && buffer.size >= settings.image_bytes;
+  const bool whole = content.packet_loss <= 0.0 && buffer.size_bytes >= settings.image_bytes;
   if (whole && content.scene && content.rendered.empty()) {
     content.scene->Render(settings.shot, buffer.bytes);
   } else if (content.scene && content.rendered.empty()) {
@@ -28,13 +28,14 @@ FillResult FillFrame(const CaptureSettings& settings, FrameContent& content, std
       continue;
     }
     ++result.packets_received;
-    const std::size_t end = std::min({begin + settings.packet_bytes, settings.image_bytes, std::size_t{buffer.size}});
+    const std::size_t end =
+        std::min({begin + settings.packet_bytes, settings.image_bytes, std::size_t{buffer.size_bytes}});
     if (begin >= end) continue;
     if (!content.rendered.empty()) std::memcpy(buffer.bytes + begin, content.rendered.data() + begin, end - begin);
     result.bytes += end - begin;
   }
   if (result.packets_lost != 0) result.status = VmbFrameStatusIncomplete;
-  if (buffer.size < settings.image_bytes) result.status = VmbFrameStatusTooSmall;
+  if (buffer.size_bytes < settings.image_bytes) result.status = VmbFrameStatusTooSmall;
   return result;
 }
 
@@ -51,4 +52,4 @@ VmbFrame_t DescribeFilled(const CaptureSettings& settings, const FillResult& res
   return frame;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

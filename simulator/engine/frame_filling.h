@@ -1,7 +1,6 @@
 // engine/frame_filling.h
 // How an exposure's picture gets into a frame buffer, packet by packet when packets are lost.
-#ifndef KEL_SIMULATOR_ENGINE_FRAME_FILLING_H
-#define KEL_SIMULATOR_ENGINE_FRAME_FILLING_H
+#pragma once
 
 #include <cstdint>
 #include <random>
@@ -10,7 +9,7 @@
 #include "engine/capture_queue.h"
 #include "engine/capture_settings.h"
 
-namespace simulator {
+namespace Simulator {
 
 struct FrameContent {
   // Null: the buffer's bytes stay as they are.
@@ -37,6 +36,4 @@ FillResult FillFrame(const CaptureSettings& settings, FrameContent& content, std
 // The record of a frame that was filled so.
 VmbFrame_t DescribeFilled(const CaptureSettings& settings, const FillResult& result);
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

@@ -4,10 +4,10 @@
 
 #include <tuple>
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
-// The override's members beside those of the frame that they replace.
+// The override's members, each with the member of the frame that it replaces.
 constexpr auto kMembers = std::make_tuple(std::make_pair(&FrameOverride::status, &VmbFrame_t::receiveStatus),
                                           std::make_pair(&FrameOverride::flags, &VmbFrame_t::receiveFlags),
                                           std::make_pair(&FrameOverride::image_size, &VmbFrame_t::imageSize),
@@ -28,7 +28,7 @@ void ForEachMember(Visit visit) {
 }  // namespace
 
 void FrameOverride::MergeFrom(const FrameOverride& other) {
-  ForEachMember([&](auto member, auto) {
+  ForEachMember([&](auto member, auto /*target*/) {
     if (!(this->*member)) this->*member = other.*member;
   });
   delay += other.delay;
@@ -42,4 +42,4 @@ void FrameOverride::ApplyTo(VmbFrame_t& frame) const {
   });
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -1,7 +1,6 @@
 // engine/frame_override.h
 // What a frame fault or a delivery by hand changes in a frame.
-#ifndef KEL_SIMULATOR_ENGINE_FRAME_OVERRIDE_H
-#define KEL_SIMULATOR_ENGINE_FRAME_OVERRIDE_H
+#pragma once
 
 #include <chrono>
 #include <cstdint>
@@ -9,7 +8,7 @@
 
 #include "VimbaC.h"
 
-namespace simulator {
+namespace Simulator {
 
 struct FrameOverride {
   std::optional<VmbFrameStatus_t> status;
@@ -29,11 +28,9 @@ struct FrameOverride {
   bool drop = false;
   bool unplug = false;
 
-  // Members that are given here win over those of `other`.
+  // Takes from `other` the members that have no value here. Delays add up.
   void MergeFrom(const FrameOverride& other);
   void ApplyTo(VmbFrame_t& frame) const;
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

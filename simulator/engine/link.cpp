@@ -5,16 +5,16 @@
 #include <algorithm>
 #include <vector>
 
-namespace simulator {
+namespace Simulator {
 
 void Link::Begin(const Transfer& transfer) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   while (!m_transfers.empty() && m_transfers.front().end + kRemembered < transfer.start) m_transfers.pop_front();
   m_transfers.push_back(transfer);
 }
 
 double Link::LostShare(const Transfer& transfer) const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   // Between two of these moments the load does not change.
   std::vector<Clock::time_point> moments{transfer.start, transfer.end};
   for (const Transfer& other : m_transfers) {
@@ -23,17 +23,18 @@ double Link::LostShare(const Transfer& transfer) const {
     }
   }
   std::sort(moments.begin(), moments.end());
-  double lost_s = 0.0;
+  Seconds lost{};
   for (std::size_t i = 0; i + 1 < moments.size(); ++i) {
-    double load = 0.0;
+    double load_bytes_per_s = 0.0;
     for (const Transfer& other : m_transfers) {
-      if (other.start <= moments[i] && other.end >= moments[i + 1]) load += other.bytes_per_s;
+      if (other.start <= moments[i] && other.end >= moments[i + 1]) load_bytes_per_s += other.bytes_per_s;
     }
-    const double duration_s = std::chrono::duration<double>(moments[i + 1] - moments[i]).count();
-    if (load > m_capacity) lost_s += duration_s * (load - m_capacity) / load;
+    const Seconds duration = moments[i + 1] - moments[i];
+    if (load_bytes_per_s > m_capacity_bytes_per_s)
+      lost += duration * (load_bytes_per_s - m_capacity_bytes_per_s) / load_bytes_per_s;
   }
-  const double whole_s = std::chrono::duration<double>(transfer.end - transfer.start).count();
-  return whole_s > 0.0 ? lost_s / whole_s : 0.0;
+  const Seconds whole = transfer.end - transfer.start;
+  return whole > Seconds::zero() ? lost / whole : 0.0;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

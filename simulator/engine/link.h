@@ -1,39 +1,37 @@
 // engine/link.h
 // The network link that all simulated cameras share.
-#ifndef KEL_SIMULATOR_ENGINE_LINK_H
-#define KEL_SIMULATOR_ENGINE_LINK_H
+#pragma once
 
 #include <deque>
 
-#include "threads/mutex.h"
+#include "bmutex.h"
+#include "engine/clock.h"
 
-namespace simulator {
+namespace Simulator {
 
-// While the rates of the transfers under way add up to more than the capacity, each loses its share of what is too
-// much.
+// While the transfers under way together are faster than the link, each loses its share of the excess. [any thread]
 class Link {
  public:
-  explicit Link(double capacity_bytes_per_s) : m_capacity(capacity_bytes_per_s) {}
+  explicit Link(double capacity_bytes_per_s) : m_capacity_bytes_per_s(capacity_bytes_per_s) {}
 
   struct Transfer {
     Clock::time_point start;
     Clock::time_point end;
     double bytes_per_s;
   };
-  // Makes a transfer known; to be called when it starts.
+  // To be called when the transfer starts.
   void Begin(const Transfer& transfer);
-  // The part of this transfer that the link lost, 0 to 1; to be called when it has ended.
+  // The part of the transfer that the link lost, 0 to 1. To be called when it has ended.
   double LostShare(const Transfer& transfer) const;
 
  private:
-  // As long as the slowest frame may take; what ended before cannot overlap what is still asked for.
+  // A transfer that ended longer ago than this is forgotten. Only a frame that takes as long to send could still
+  // overlap it.
   static constexpr std::chrono::seconds kRemembered{30};
 
-  const double m_capacity;
-  mutable Mutex m_mutex;
-  std::deque<Transfer> m_transfers SIM_GUARDED_BY(m_mutex);
+  const double m_capacity_bytes_per_s;
+  mutable BMutex m_mutex;
+  std::deque<Transfer> m_transfers KEL_GUARDED_BY(m_mutex);
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

@@ -5,21 +5,21 @@
 #include <algorithm>
 #include <utility>
 
-namespace simulator {
+namespace Simulator {
 
 Notifier::Notifier() : m_thread([this] { Run(); }) {}
 
 Notifier::~Notifier() { Stop(); }
 
 void Notifier::Post(Notification notification) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   ++m_activity;
   m_posted.push_back(std::move(notification));
   m_changed.NotifyAll();
 }
 
 void Notifier::Drop(VmbHandle_t handle) {
-  Lock lock(m_mutex);
+  BMutexLock lock(m_mutex);
   m_posted.erase(std::remove_if(m_posted.begin(), m_posted.end(),
                                 [&](const Notification& posted) { return posted.handle == handle; }),
                  m_posted.end());
@@ -27,13 +27,13 @@ void Notifier::Drop(VmbHandle_t handle) {
 }
 
 bool Notifier::Idle() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return !m_calling && m_posted.empty();
 }
 
 void Notifier::Stop() {
   {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     m_stopping = true;
     m_changed.NotifyAll();
   }
@@ -42,7 +42,7 @@ void Notifier::Stop() {
 
 void Notifier::Run() {
   m_thread_id = std::this_thread::get_id();
-  Lock lock(m_mutex);
+  BMutexLock lock(m_mutex);
   while (!m_stopping) {
     if (m_posted.empty()) {
       m_changed.Wait(lock);
@@ -52,7 +52,7 @@ void Notifier::Run() {
     m_posted.pop_front();
     m_calling = next.handle;
     {
-      const Unlocked unlocked(m_mutex, lock);
+      const BMutexUnlock unlocked(m_mutex, lock);
       if (next.before) next.before();
       if (next.callback) next.callback(next.handle, next.feature.c_str(), next.context);
     }
@@ -62,4 +62,4 @@ void Notifier::Run() {
   }
 }
 
-}  // namespace simulator
+}  // namespace Simulator

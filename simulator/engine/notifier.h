@@ -1,7 +1,6 @@
 // engine/notifier.h
 // The thread on which feature invalidations call back.
-#ifndef KEL_SIMULATOR_ENGINE_NOTIFIER_H
-#define KEL_SIMULATOR_ENGINE_NOTIFIER_H
+#pragma once
 
 #include <atomic>
 #include <cstdint>
@@ -11,9 +10,9 @@
 #include <thread>
 
 #include "VimbaC.h"
-#include "threads/mutex.h"
+#include "bmutex.h"
 
-namespace simulator {
+namespace Simulator {
 
 struct Notification {
   VmbHandle_t handle;
@@ -24,7 +23,7 @@ struct Notification {
   std::function<void()> before;
 };
 
-// One after another, in the order of posting.
+// Calls back one after another, in the order of posting. [any thread] but where a function says otherwise.
 class Notifier {
  public:
   Notifier();
@@ -39,6 +38,7 @@ class Notifier {
   bool Idle() const;
   // Grows with every posting and callback.
   std::uint64_t Activity() const { return m_activity; }
+  // Whether the caller runs on the notifier's thread.
   bool OnThread() const { return std::this_thread::get_id() == m_thread_id; }
   // Forgets all and waits for the running callback. Not from a callback.
   void Stop();
@@ -46,17 +46,15 @@ class Notifier {
  private:
   void Run();
 
-  mutable Mutex m_mutex;
-  Condition m_changed;
-  std::deque<Notification> m_posted SIM_GUARDED_BY(m_mutex);
-  // Of the running callback.
-  VmbHandle_t m_calling SIM_GUARDED_BY(m_mutex) = nullptr;
-  bool m_stopping SIM_GUARDED_BY(m_mutex) = false;
+  mutable BMutex m_mutex;
+  BCondition m_changed;
+  std::deque<Notification> m_posted KEL_GUARDED_BY(m_mutex);
+  // The handle of the running callback; null when none runs.
+  VmbHandle_t m_calling KEL_GUARDED_BY(m_mutex) = nullptr;
+  bool m_stopping KEL_GUARDED_BY(m_mutex) = false;
   std::atomic<std::uint64_t> m_activity{0};
   std::atomic<std::thread::id> m_thread_id;
   std::thread m_thread;
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

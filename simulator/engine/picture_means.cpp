@@ -1,5 +1,5 @@
 // engine/picture_means.cpp
-// How bright a picture is and of what colour: what a camera's automatics go by.
+// How bright a picture is and of what colour, for a camera's automatics.
 #include "engine/picture_means.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 
 #include "VimbaC.h"
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 enum Channel { kRed, kGreen, kBlue };
@@ -44,8 +44,8 @@ class Means {
   std::array<double, 3> m_count{};
 };
 
-// U Y V Y, BT.601, full range. The last pixel of an odd row ends after its Y: what follows is the next row, or nothing.
-// It takes the V of the pair before; a row of that pixel alone has no colour.
+// U Y V Y, BT.601, full range. The last pixel of an odd row ends after its Y, and the next row follows. It takes the V
+// of the pair before. A row of one pixel has no colour.
 void AddYuv(Means& means, const std::uint8_t* pixel, int x, int width) {
   const std::uint8_t* const pair = pixel - 2 * std::ptrdiff_t{x % 2};
   const double y = pixel[1];
@@ -78,7 +78,7 @@ void AddPixel(Means& means, const Shot& shot, const std::uint8_t* picture, int x
 }  // namespace
 
 PictureMeans MeansOf(const Shot& shot, const std::uint8_t* picture) {
-  // An odd stride meets every place of the mosaic; some thousands of pixels tell enough.
+  // Some thousands of pixels are enough. An odd step meets every place of the mosaic.
   constexpr int kSamples = 101;
   const int step_x = std::max(1, shot.width / kSamples) | 1;
   const int step_y = std::max(1, shot.height / kSamples) | 1;
@@ -89,4 +89,4 @@ PictureMeans MeansOf(const Shot& shot, const std::uint8_t* picture) {
   return {means.Of(kRed), means.Of(kGreen), means.Of(kBlue)};
 }
 
-}  // namespace simulator
+}  // namespace Simulator

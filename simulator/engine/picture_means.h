@@ -1,13 +1,12 @@
 // engine/picture_means.h
-// How bright a picture is and of what colour: what a camera's automatics go by.
-#ifndef KEL_SIMULATOR_ENGINE_PICTURE_MEANS_H
-#define KEL_SIMULATOR_ENGINE_PICTURE_MEANS_H
+// How bright a picture is and of what colour, for a camera's automatics.
+#pragma once
 
 #include <cstdint>
 
 #include "scene/scene.h"
 
-namespace simulator {
+namespace Simulator {
 
 // In linear light, 0 to 1. All the same for a monochrome picture.
 struct PictureMeans {
@@ -21,6 +20,4 @@ struct PictureMeans {
 // Of the picture's bytes in the shot's format.
 PictureMeans MeansOf(const Shot& shot, const std::uint8_t* picture);
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

@@ -12,22 +12,22 @@
 #include "scene/sensor_response.h"
 #include "scene/tone_curve.h"
 
-namespace simulator {
-
+namespace Simulator {
 namespace {
 
-constexpr double kDefaultExposureUs = 10000.0;
 constexpr int kLargestSide = 32768;
-// The picture in use and one more, so that a camera may change its format to and fro.
+// The picture in use and one more, so that a camera may change between two formats.
 constexpr std::size_t kStillsKept = 2;
 
-// The responses of the samples that follow each other in a row, over and over.
-using Cycle = std::array<const ChannelResponse*, 6>;
+// The responses of the samples that follow each other in a row, over and over. Mosaics repeat after two samples, RGB
+// after three.
+constexpr std::size_t kCycleLength = 6;
+using Cycle = std::array<const ChannelResponse*, kCycleLength>;
 
 class Development {
  public:
   Development(const Shot& shot, bool colour) : m_shot(shot) {
-    const double exposure = shot.exposure_us / kDefaultExposureUs;
+    const double exposure = shot.exposure / kDefaultExposure;
     const double gain = GainFactor(shot.gain_db);
     const int averaged = shot.binning_x * shot.binning_y;
     m_channels[0] = MakeChannelResponse(exposure, colour ? gain * shot.balance_red : gain, averaged);
@@ -41,9 +41,9 @@ class Development {
     const NoiseRow noise(m_shot.noise, m_shot.seed, m_shot.frame_number, m_shot.offset_y + y);
     const std::size_t count = static_cast<std::size_t>(m_shot.width) * static_cast<std::size_t>(kind.Channels());
     // Segments are cut where the cycle begins anew.
-    constexpr std::size_t step = NoiseRow::kSegment / 6 * 6;
-    for (std::size_t start = 0; start < count; start += step) {
-      DevelopSegment(cycle, noise.Segment(start / step), std::min(step, count - start), codes + start, out + start);
+    constexpr std::size_t kStep = NoiseRow::kSegment / kCycleLength * kCycleLength;
+    for (std::size_t start = 0; start < count; start += kStep) {
+      DevelopSegment(cycle, noise.Segment(start / kStep), std::min(kStep, count - start), codes + start, out + start);
     }
   }
 
@@ -110,7 +110,7 @@ void CameraScene::Render(const Shot& shot, std::uint8_t* out) const {
 }
 
 std::shared_ptr<const Still> CameraScene::StillOf(const StillKind& kind) const {
-  const std::lock_guard<std::mutex> lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   const auto found =
       std::find_if(m_stills.begin(), m_stills.end(), [&kind](const auto& still) { return still->kind == kind; });
   std::shared_ptr<const Still> still = found != m_stills.end() ? *found : nullptr;
@@ -130,7 +130,7 @@ std::vector<Still> CameraScene::MovingWindows(const Shot& shot, const StillKind&
        (static_cast<double>(shot.offset_x) + shot.width - 0.5) * kind.binning_x,
        (static_cast<double>(shot.offset_y) + shot.height - 0.5) * kind.binning_y},
       kind, SensorOf(kind));
-  const std::vector<MovingPart> parts = m_subject->MovingParts(shot.frame_number, shot.time_s);
+  const std::vector<MovingPart> parts = m_subject->MovingParts(shot.frame_number, shot.time);
   std::vector<Still> windows;
   for (const MovingPart& part : parts) {
     const Window window = WindowAround(part.box, kind, seen);
@@ -144,17 +144,17 @@ Window CameraScene::SensorOf(const StillKind& kind) const {
   return {0, 0, m_sensor_width / kind.binning_x, m_sensor_height / kind.binning_y};
 }
 
-std::shared_ptr<const Scene> MakeChartScene(int sensor_width, int sensor_height, bool colour, int bayer_order) {
+std::shared_ptr<const Scene> MakeChartScene(int sensor_width, int sensor_height, bool colour, BayerOrder bayer_order) {
   CheckSensorSize(sensor_width, sensor_height);
   return std::make_shared<CameraScene>(std::make_unique<ChartSubject>(sensor_width, sensor_height, colour, bayer_order),
                                        sensor_width, sensor_height, colour);
 }
 
 std::shared_ptr<const Scene> MakePictureScene(const std::string& utf8_path, int sensor_width, int sensor_height,
-                                              bool colour, int /*bayer_order*/) {
+                                              bool colour) {
   CheckSensorSize(sensor_width, sensor_height);
   return std::make_shared<CameraScene>(std::make_unique<PictureSubject>(utf8_path, sensor_width, sensor_height),
                                        sensor_width, sensor_height, colour);
 }
 
-}  // namespace simulator
+}  // namespace Simulator

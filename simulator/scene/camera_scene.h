@@ -1,16 +1,15 @@
 // scene/camera_scene.h
 // The scene that a camera sees of any subject.
-#ifndef KEL_SIMULATOR_SCENE_CAMERA_SCENE_H
-#define KEL_SIMULATOR_SCENE_CAMERA_SCENE_H
+#pragma once
 
 #include <memory>
-#include <mutex>
 #include <vector>
 
+#include "bmutex.h"
 #include "scene/scene.h"
 #include "scene/still.h"
 
-namespace simulator {
+namespace Simulator {
 
 // Draws the still parts once for each kind of samples asked for, keeps the latest few of these drawings, and makes
 // each frame from them.
@@ -31,11 +30,9 @@ class CameraScene : public Scene {
   const int m_sensor_width;
   const int m_sensor_height;
   const bool m_colour;
-  // Guards m_stills; held while one is drawn, so that none is drawn twice.
-  mutable std::mutex m_mutex;
-  mutable std::vector<std::shared_ptr<const Still>> m_stills;
+  // Held while a still is drawn, so that none is drawn twice.
+  mutable BMutex m_mutex;
+  mutable std::vector<std::shared_ptr<const Still>> m_stills KEL_GUARDED_BY(m_mutex);
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

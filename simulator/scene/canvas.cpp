@@ -7,8 +7,7 @@
 
 #include "scene/tone_curve.h"
 
-namespace simulator {
-
+namespace Simulator {
 namespace {
 
 // How much of the unit length around `middle` lies between the borders.
@@ -98,7 +97,7 @@ void Canvas::FillDisc(Point centre, double radius, const Light& light) { Stroke(
 void Canvas::FillRing(Point centre, double radius, double thickness, const Light& light) {
   const double outer = radius + 0.5 * thickness;
   const double inner = std::max(0.0, radius - 0.5 * thickness);
-  // The ring's hole is most of its box: it is told apart before any root is drawn.
+  // The ring's hole is most of its box: it is left out before any square root is taken.
   const double hole = inner > 1.0 ? (inner - 1.0) * (inner - 1.0) : -1.0;
   Paint(BoxAround(centre, outer + 1.0), light, [=](double x, double y) {
     const double squared = (x - centre.x) * (x - centre.x) + (y - centre.y) * (y - centre.y);
@@ -140,12 +139,15 @@ Canvas::Window Canvas::Clip(const Box& box) const {
 }
 
 void Canvas::Blend(std::uint16_t* pixel, const Light& light, double coverage) {
+  constexpr int kWeightBits = 15;
+  constexpr int kFullWeight = 1 << kWeightBits;
   if (coverage <= 0.0) return;
-  const int weight = coverage >= 1.0 ? 32768 : static_cast<int>(coverage * 32768.0);
+  const int weight = coverage >= 1.0 ? kFullWeight : static_cast<int>(coverage * kFullWeight);
   for (std::size_t channel = 0; channel < 3; ++channel) {
     const std::int64_t difference = static_cast<std::int64_t>(light[channel]) - pixel[channel];
-    pixel[channel] = static_cast<std::uint16_t>(pixel[channel] + ((difference * weight + 16384) >> 15));
+    pixel[channel] =
+        static_cast<std::uint16_t>(pixel[channel] + ((difference * weight + kFullWeight / 2) >> kWeightBits));
   }
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -1,13 +1,12 @@
 // scene/canvas.h
 // Anti-aliased drawing in linear light, into a band of rows of the whole picture.
-#ifndef KEL_SIMULATOR_SCENE_CANVAS_H
-#define KEL_SIMULATOR_SCENE_CANVAS_H
+#pragma once
 
 #include <array>
 #include <cstdint>
 #include <vector>
 
-namespace simulator {
+namespace Simulator {
 
 using Light = std::array<std::uint16_t, 3>;
 
@@ -28,7 +27,7 @@ struct Box {
   double Height() const { return bottom - top; }
 };
 
-// Coordinates are those of the whole picture, in pixels from its top left corner; whatever falls outside the window is
+// Coordinates are those of the whole picture, in pixels from its top left corner. What falls outside the window is
 // clipped. The window can be a band of rows, so that a large picture is drawn in little memory.
 class Canvas {
  public:
@@ -47,13 +46,12 @@ class Canvas {
   void FillBox(const Box& box, const Light& light);
   void FillDisc(Point centre, double radius, const Light& light);
   void FillRing(Point centre, double radius, double thickness, const Light& light);
-  // A straight stroke with round ends; both ends alike give a dot.
+  // A straight stroke with round ends; a dot when both ends are the same point.
   void Stroke(Point from, Point to, double thickness, const Light& light);
   // Corners in either order.
   void FillTriangle(Point a, Point b, Point c, const Light& light);
 
-  // Paints each pixel within the box as far as `coverage(x, y)`, given for its middle, says (below 0: not at all, above
-  // 1: fully).
+  // Paints each pixel within the box by `coverage(x, y)` of its middle: 0 and below leave it, 1 and above cover it.
   template <typename Coverage>
   void Paint(const Box& box, const Light& light, Coverage coverage) {
     const Window window = Clip(box);
@@ -67,7 +65,10 @@ class Canvas {
 
  private:
   struct Window {
-    int left, top, right, bottom;
+    int left;
+    int top;
+    int right;
+    int bottom;
   };
   Window Clip(const Box& box) const;
   static void Blend(std::uint16_t* pixel, const Light& light, double coverage);
@@ -84,6 +85,4 @@ class Canvas {
   std::vector<std::uint16_t> m_pixels;
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

@@ -1,13 +1,12 @@
 // scene/chart_colours.h
 // The colours that the test chart is drawn in, its patches aside.
-#ifndef KEL_SIMULATOR_SCENE_CHART_COLOURS_H
-#define KEL_SIMULATOR_SCENE_CHART_COLOURS_H
+#pragma once
 
 #include <array>
 
 #include "scene/canvas.h"
 
-namespace simulator {
+namespace Simulator {
 
 inline const Light kBackground = LightOfSrgb(112, 114, 117);
 inline const Light kGrid = LightOfSrgb(140, 142, 145);
@@ -22,6 +21,4 @@ inline const std::array<Light, 6> kBars{LightOfSrgb(226, 34, 40),  LightOfSrgb(2
                                         LightOfSrgb(34, 84, 224),  LightOfSrgb(24, 184, 214),
                                         LightOfSrgb(214, 52, 184), LightOfSrgb(246, 214, 28)};
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

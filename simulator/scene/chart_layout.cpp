@@ -7,18 +7,21 @@
 
 #include "scene/chart_patches.h"
 
-namespace simulator {
-
+namespace Simulator {
 namespace {
 
-// Widths of the content in its heights.
+// The content's width, as a multiple of its height.
 constexpr double kNarrowest = 1.05;
 constexpr double kWidest = 1.9;
 // Patches on a panel.
 constexpr int kColumns = 3;
 constexpr int kRows = 4;
-constexpr double kGapOfPatch = 0.09;
-constexpr double kMarginOfPatch = 0.16;
+// Parts of a patch's size.
+constexpr double kGap = 0.09;
+constexpr double kMargin = 0.16;
+// A panel's size, as multiples of a patch's.
+constexpr double kPanelWidth = kColumns + (kColumns - 1) * kGap + 2.0 * kMargin;
+constexpr double kPanelHeight = kRows + (kRows - 1) * kGap + 2.0 * kMargin;
 
 Box Within(const Box& box, double low, double high, double unit) {
   return WholePixels({box.left, box.top + low * unit, box.right, box.top + high * unit});
@@ -52,15 +55,13 @@ ChartLayout::ChartLayout(int sensor_width, int sensor_height)
   ring_inner = 21.5 * unit;
   star_radius = 20.5 * unit;
 
-  constexpr double columns = kColumns + (kColumns - 1) * kGapOfPatch + 2.0 * kMarginOfPatch;
-  constexpr double rows = kRows + (kRows - 1) * kGapOfPatch + 2.0 * kMarginOfPatch;
-  const double beside = 0.5 * width - ring_outer - 2.0 * unit;
-  patch_size = std::min(beside / columns, 52.0 * unit / rows);
-  patch_gap = kGapOfPatch * patch_size;
-  const double half_height = 0.5 * rows * patch_size;
-  const double panel_width = columns * patch_size;
+  const double room = 0.5 * width - ring_outer - 2.0 * unit;
+  patch_size = std::min(room / kPanelWidth, 52.0 * unit / kPanelHeight);
+  patch_gap = kGap * patch_size;
+  const double half_height = 0.5 * kPanelHeight * patch_size;
+  const double panel_width = kPanelWidth * patch_size;
   // Half-way between the ring and the content's edge.
-  const double offset = ring_outer + 2.0 * unit + 0.5 * (beside - panel_width);
+  const double offset = ring_outer + 2.0 * unit + 0.5 * (room - panel_width);
   const double top = middle.y - half_height;
   const double bottom = middle.y + half_height;
   panels[0] = WholePixels({middle.x - offset - panel_width, top, middle.x - offset, bottom});
@@ -72,8 +73,8 @@ Box ChartLayout::Patch(int index) const {
   const int row = index / (2 * kColumns);
   const Box& panel = panels[column < kColumns ? 0 : 1];
   const double step = patch_size + patch_gap;
-  const double left = panel.left + kMarginOfPatch * patch_size + (column % kColumns) * step;
-  const double top = panel.top + kMarginOfPatch * patch_size + row * step;
+  const double left = panel.left + kMargin * patch_size + (column % kColumns) * step;
+  const double top = panel.top + kMargin * patch_size + row * step;
   return WholePixels({left, top, left + patch_size, top + patch_size});
 }
 
@@ -82,4 +83,4 @@ PatchArea ChartPatchArea(int sensor_width, int sensor_height, int index) {
   return {patch.left, patch.top, patch.right, patch.bottom};
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -1,25 +1,24 @@
 // scene/chart_layout.h
 // Where the parts of the test chart lie on a sensor of any size.
-#ifndef KEL_SIMULATOR_SCENE_CHART_LAYOUT_H
-#define KEL_SIMULATOR_SCENE_CHART_LAYOUT_H
+#pragma once
 
 #include <array>
 
 #include "scene/canvas.h"
 
-namespace simulator {
+namespace Simulator {
 
-// Symmetrical about the sensor's middle. `unit` is one hundredth of the content's height, the measure of everything
-// inside.
-// With its edges between pixels, so that they are sharp.
+// The box with its edges moved between pixels, so that they are sharp.
 Box WholePixels(const Box& box);
 
+// Symmetrical about the sensor's middle.
 struct ChartLayout {
   ChartLayout(int sensor_width, int sensor_height);
 
   Box sensor;
   Point middle;
   double border = 0;
+  // One hundredth of the content's height, the measure of everything inside.
   double unit = 0;
   Box content;
   Box title;
@@ -41,6 +40,4 @@ struct ChartLayout {
   Box Patch(int index) const;
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

@@ -10,20 +10,21 @@
 #include "scene/stroke_font.h"
 #include "scene/tone_curve.h"
 
-namespace simulator {
-
+namespace Simulator {
 namespace {
 
 constexpr std::string_view kTitle = "kelCameraVimba simulated camera";
 constexpr std::string_view kCounterLabel = "FRAME ";
 constexpr std::string_view kCounterWidest = "FRAME 000000";
 constexpr std::size_t kCounterDigits = 6;
+constexpr std::uint64_t kCounterEnd = 1'000'000;
 constexpr int kStarCycles = 36;
 constexpr int kDialMarks = 40;
 constexpr int kGreySteps = 11;
 constexpr int kWedgeLines = 13;
 // Sensor pixels from line to line.
-constexpr std::array<int, 5> kGratings{16, 12, 8, 6, 4};
+constexpr std::array<int, 5> kGratingPeriods{16, 12, 8, 6, 4};
+// In the layout's units.
 constexpr double kGratingWidth = 7.0;
 constexpr double kPi = 3.14159265358979323846;
 
@@ -40,7 +41,7 @@ Light Grey(double code) {
 
 // The text of the number's last six digits.
 std::string CounterText(std::uint64_t frame_number) {
-  std::string text = std::to_string(frame_number % 1000000);
+  std::string text = std::to_string(frame_number % kCounterEnd);
   return std::string(kCounterDigits - text.size(), '0') + text;
 }
 
@@ -64,7 +65,7 @@ void ChartSubject::PaintTitle(Canvas& canvas) const {
   WriteText(canvas, {kTitle, {start + 0.5 * TextWidth(kTitle, height), 0.5 * (box.top + box.bottom)}, height}, kPaper);
 }
 
-// Lines that come together from one end to the other: where they melt into grey is the resolution.
+// Lines that come together from one end to the other. They melt into grey at the camera's resolution.
 void ChartSubject::PaintWedge(Canvas& canvas, const Box& box, bool wide_end_left) const {
   const double widest = box.Height() / (kWedgeLines - 0.5);
   const double narrowest = 0.3 * widest;
@@ -95,16 +96,17 @@ void ChartSubject::PaintResolution(Canvas& canvas) const {
   const double gap = 1.5 * m_layout.unit;
   const Box inside = Inset(box, gap);
   const double middle = m_layout.middle.x;
-  const double half = kGratings.size() * 0.5 * kGratingWidth * m_layout.unit;
+  const double half = kGratingPeriods.size() * 0.5 * kGratingWidth * m_layout.unit;
   PaintWedge(canvas, {inside.left, inside.top, middle - half - gap, inside.bottom}, true);
   PaintWedge(canvas, {middle + half + gap, inside.top, inside.right, inside.bottom}, false);
   const double width = kGratingWidth * m_layout.unit;
   const double label = 1.7 * m_layout.unit;
-  for (std::size_t i = 0; i < kGratings.size(); ++i) {
+  for (std::size_t i = 0; i < kGratingPeriods.size(); ++i) {
     const double left = middle - half + static_cast<double>(i) * width;
     const Box grating{left + 0.3 * gap, inside.top, left + width - 0.3 * gap, inside.bottom - 1.6 * label};
-    PaintGrating(canvas, WholePixels(grating), kGratings[i]);
-    WriteText(canvas, {std::to_string(kGratings[i]), {left + 0.5 * width, inside.bottom - 0.5 * label}, label}, kInk);
+    PaintGrating(canvas, WholePixels(grating), kGratingPeriods[i]);
+    WriteText(canvas, {std::to_string(kGratingPeriods[i]), {left + 0.5 * width, inside.bottom - 0.5 * label}, label},
+              kInk);
   }
 }
 
@@ -159,7 +161,7 @@ void ChartSubject::PaintGreys(Canvas& canvas) const {
     const Box box{steps.left + i * step, steps.top, steps.left + (i + 1) * step, steps.bottom};
     canvas.FillBox(WholePixels(box), Grey(255.0 * i / (kGreySteps - 1)));
   }
-  // The other way round, so that each step meets another grey.
+  // From light to dark, so that each step lies next to another grey.
   const Box& ramp = m_layout.ramp;
   const int columns = static_cast<int>(ramp.Width());
   for (int i = 0; i < columns; ++i) {
@@ -195,8 +197,8 @@ Point ChartSubject::CounterMiddle(std::string_view part) const {
   return {x, 0.5 * (box.top + box.bottom)};
 }
 
-MovingPart ChartSubject::Hand(double time_s) const {
-  const Direction direction = DirectionAt(time_s);
+MovingPart ChartSubject::Hand(Seconds time) const {
+  const Direction direction = DirectionAt(time.count());
   const double unit = m_layout.unit;
   const Point from = Offset(m_layout.middle, direction, m_layout.star_radius + 1.9 * unit);
   const Point to = Offset(m_layout.middle, direction, m_layout.ring_outer - 1.6 * unit);
@@ -214,4 +216,4 @@ MovingPart ChartSubject::Counter(std::uint64_t frame_number) const {
   return {TextBox({text, middle, height}), [=](Canvas& canvas) { WriteText(canvas, {text, middle, height}, kDigits); }};
 }
 
-}  // namespace simulator
+}  // namespace Simulator

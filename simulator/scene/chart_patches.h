@@ -1,11 +1,10 @@
 // scene/chart_patches.h
 // The colour patches of the test chart: their published colours and where they lie.
-#ifndef KEL_SIMULATOR_SCENE_CHART_PATCHES_H
-#define KEL_SIMULATOR_SCENE_CHART_PATCHES_H
+#pragma once
 
 #include <array>
 
-namespace simulator {
+namespace Simulator {
 
 // sRGB values for daylight; in rows of six, from the top left.
 struct ChartPatch {
@@ -26,7 +25,7 @@ inline constexpr std::array<ChartPatch, 24> kChartPatches{{
     {"neutral 5", 122, 122, 121}, {"neutral 3.5", 85, 85, 85},    {"black", 52, 52, 52},
 }};
 
-// In sensor pixels. Part of every pixel within [left, right) x [top, bottom) may belong to the patch's surroundings.
+// In sensor pixels: [left, right) x [top, bottom). The pixels along its edges may show part of the surroundings.
 struct PatchArea {
   double left;
   double top;
@@ -37,6 +36,4 @@ struct PatchArea {
 // Where patch `index` lies on the chart for a sensor of this size.
 PatchArea ChartPatchArea(int sensor_width, int sensor_height, int index);
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

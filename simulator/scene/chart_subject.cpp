@@ -3,20 +3,17 @@
 #include "scene/chart_subject.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 #include "scene/chart_colours.h"
 #include "scene/stroke_font.h"
 
-namespace simulator {
-
+namespace Simulator {
 namespace {
 
-std::string SensorLegend(bool colour, int bayer_order) {
-  constexpr std::array<const char*, 4> kOrders{"BGGR", "RGGB", "GBRG", "GRBG"};
+std::string SensorLegend(bool colour, BayerOrder bayer_order) {
   if (!colour) return "MONO";
-  return std::string("COLOUR ") + kOrders[static_cast<std::size_t>(bayer_order & 3)];
+  return "COLOUR " + std::string(kBayerOrderNames[static_cast<std::size_t>(bayer_order)]);
 }
 
 // The length of the border's blocks: of 4 n + 1 of them, the first, the middle and the last are light.
@@ -26,7 +23,7 @@ double BorderStep(double length, double border) {
 
 }  // namespace
 
-ChartSubject::ChartSubject(int sensor_width, int sensor_height, bool colour, int bayer_order)
+ChartSubject::ChartSubject(int sensor_width, int sensor_height, bool colour, BayerOrder bayer_order)
     : m_layout(sensor_width, sensor_height),
       m_size_legend(std::to_string(sensor_width) + " x " + std::to_string(sensor_height)),
       m_sensor_legend(SensorLegend(colour, bayer_order)) {}
@@ -34,7 +31,7 @@ ChartSubject::ChartSubject(int sensor_width, int sensor_height, bool colour, int
 void ChartSubject::Paint(Canvas& canvas) const {
   PaintBackground(canvas);
   PaintBorder(canvas);
-  // Most canvases are bands or small windows: what they miss need not be drawn to be clipped.
+  // Most canvases are bands or small windows: parts that lie outside are not even drawn.
   const Point middle = m_layout.middle;
   const double ring = m_layout.ring_outer + 1.0;
   if (canvas.Touches(m_layout.title)) PaintTitle(canvas);
@@ -48,8 +45,8 @@ void ChartSubject::Paint(Canvas& canvas) const {
   if (canvas.Touches(m_layout.counter)) PaintCounterPlate(canvas);
 }
 
-std::vector<MovingPart> ChartSubject::MovingParts(std::uint64_t frame_number, double time_s) const {
-  return {Hand(time_s), Counter(frame_number)};
+std::vector<MovingPart> ChartSubject::MovingParts(std::uint64_t frame_number, Seconds time) const {
+  return {Hand(time), Counter(frame_number)};
 }
 
 void ChartSubject::PaintBackground(Canvas& canvas) const {
@@ -69,7 +66,8 @@ void ChartSubject::PaintBackground(Canvas& canvas) const {
   }
 }
 
-// Blocks along the edges, so that a missing line or column at the border shows; a plate with its name amid each edge.
+// Blocks along the edges, so that a missing line or column at the border shows, and in the middle of each edge a plate
+// with its name.
 void ChartSubject::PaintBorder(Canvas& canvas) const {
   const double border = m_layout.border;
   const Box& sensor = m_layout.sensor;
@@ -95,7 +93,7 @@ void ChartSubject::PaintBorder(Canvas& canvas) const {
 void ChartSubject::PaintEdgeMark(Canvas& canvas, std::string_view label, Point edge, double x, double y) const {
   const double border = m_layout.border;
   const bool upright = y != 0.0;
-  // Three of the border's blocks: the ones beside them are light.
+  // As long as three of the border's blocks, whose neighbours are light.
   const double half = 1.5 * BorderStep(upright ? m_layout.sensor.right : m_layout.sensor.bottom, border);
   const Point middle{edge.x + 0.5 * border * x, edge.y + 0.5 * border * y};
   const double half_x = upright ? half : 0.5 * border;
@@ -113,4 +111,4 @@ void ChartSubject::PaintEdgeMark(Canvas& canvas, std::string_view label, Point e
   }
 }
 
-}  // namespace simulator
+}  // namespace Simulator

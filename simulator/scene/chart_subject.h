@@ -1,24 +1,25 @@
 // scene/chart_subject.h
 // The built-in test chart.
-#ifndef KEL_SIMULATOR_SCENE_CHART_SUBJECT_H
-#define KEL_SIMULATOR_SCENE_CHART_SUBJECT_H
+#pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "scene/bayer_order.h"
 #include "scene/chart_layout.h"
 #include "scene/subject.h"
 
-namespace simulator {
+namespace Simulator {
 
 // Colour patches, a star and line wedges for resolution, grey steps and a ramp, marks for edges, corners and middle, a
 // hand that turns once in a second, and a frame counter.
 class ChartSubject : public Subject {
  public:
-  ChartSubject(int sensor_width, int sensor_height, bool colour, int bayer_order);
+  ChartSubject(int sensor_width, int sensor_height, bool colour, BayerOrder bayer_order);
 
   void Paint(Canvas& canvas) const override;
-  std::vector<MovingPart> MovingParts(std::uint64_t frame_number, double time_s) const override;
+  std::vector<MovingPart> MovingParts(std::uint64_t frame_number, Seconds time) const override;
 
  private:
   void PaintBackground(Canvas& canvas) const;
@@ -35,7 +36,7 @@ class ChartSubject : public Subject {
   void PaintCounterPlate(Canvas& canvas) const;
   double CounterHeight() const;
   Point CounterMiddle(std::string_view part) const;
-  MovingPart Hand(double time_s) const;
+  MovingPart Hand(Seconds time) const;
   MovingPart Counter(std::uint64_t frame_number) const;
 
   const ChartLayout m_layout;
@@ -43,6 +44,4 @@ class ChartSubject : public Subject {
   const std::string m_sensor_legend;
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

@@ -16,14 +16,13 @@
 #include <stb/stb_image.h>
 #include <stb/stb_image_resize.h>
 
-namespace simulator {
-
+namespace Simulator {
 namespace {
 
 constexpr std::int64_t kMostPixels = 100'000'000;
-// What scales the picture counts the bytes of its result in int.
+// The library that scales the picture counts the bytes of its result in int.
 constexpr std::int64_t kMostSensorPixels = std::numeric_limits<int>::max() / 3;
-constexpr std::uintmax_t kMostBytes = 512u << 20;
+constexpr std::uintmax_t kMostFileBytes = 512u << 20;
 
 struct FreePixels {
   void operator()(stbi_uc* pixels) const { stbi_image_free(pixels); }
@@ -39,7 +38,7 @@ std::vector<stbi_uc> ReadFile(const std::string& utf8_path) {
   std::error_code error;
   const std::uintmax_t size = std::filesystem::file_size(path, error);
   if (error) Fail(utf8_path, "cannot be read: " + error.message());
-  if (size > kMostBytes) Fail(utf8_path, "is larger than 512 MiB");
+  if (size > kMostFileBytes) Fail(utf8_path, "is larger than 512 MiB");
   std::vector<stbi_uc> bytes(static_cast<std::size_t>(size));
   std::ifstream file(path, std::ios::binary);
   if (!file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()))) {
@@ -64,7 +63,8 @@ std::vector<std::uint8_t> Cover(const Pixels& pixels, int width, int height, int
   const auto part_y = static_cast<float>(0.5 * sensor_height / (scale * height));
   std::vector<std::uint8_t> covering(static_cast<std::size_t>(sensor_width) * static_cast<std::size_t>(sensor_height) *
                                      3);
-  // Exact where nothing is scaled; the smoother one keeps fine patterns from ringing when pixels melt together.
+  // The first filter is exact where nothing is scaled. The second, smoother one keeps fine patterns from ringing when
+  // pixels melt together.
   const stbir_filter filter = scale >= 1.0 ? STBIR_FILTER_CATMULLROM : STBIR_FILTER_MITCHELL;
   const int done =
       stbir_resize_region(pixels.get(), width, height, 0, covering.data(), sensor_width, sensor_height, 0,
@@ -113,6 +113,6 @@ void PictureSubject::Paint(Canvas& canvas) const {
   }
 }
 
-std::vector<MovingPart> PictureSubject::MovingParts(std::uint64_t, double) const { return {}; }
+std::vector<MovingPart> PictureSubject::MovingParts(std::uint64_t, Seconds) const { return {}; }
 
-}  // namespace simulator
+}  // namespace Simulator

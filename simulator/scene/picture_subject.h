@@ -1,7 +1,6 @@
 // scene/picture_subject.h
 // A picture of the user's as what the camera sees.
-#ifndef KEL_SIMULATOR_SCENE_PICTURE_SUBJECT_H
-#define KEL_SIMULATOR_SCENE_PICTURE_SUBJECT_H
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -9,7 +8,7 @@
 
 #include "scene/subject.h"
 
-namespace simulator {
+namespace Simulator {
 
 class PictureSubject : public Subject {
  public:
@@ -17,7 +16,7 @@ class PictureSubject : public Subject {
   PictureSubject(const std::string& utf8_path, int sensor_width, int sensor_height);
 
   void Paint(Canvas& canvas) const override;
-  std::vector<MovingPart> MovingParts(std::uint64_t frame_number, double time_s) const override;
+  std::vector<MovingPart> MovingParts(std::uint64_t frame_number, Seconds time) const override;
 
  private:
   const int m_width;
@@ -26,6 +25,4 @@ class PictureSubject : public Subject {
   const std::vector<std::uint8_t> m_pixels;
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

@@ -8,13 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "VimbaC.h"
-
-namespace simulator {
-
+namespace Simulator {
 namespace {
 
-// BT.601 in 1/65536; chroma is centred on 128 and the full range of bytes is used.
+// BT.601 in 1/65536. Chroma is centred on 128 and uses the full range of bytes.
 int Luma(int red, int green, int blue) { return (19595 * red + 38470 * green + 7471 * blue + 32768) >> 16; }
 
 std::uint8_t Chroma(int weighted_sum) {
@@ -44,18 +41,18 @@ void PackYuv422(const std::uint8_t* rgb, std::size_t width, std::uint8_t* out) {
 }
 
 constexpr std::array<PixelLayout, 7> kLayouts{{
-    {VmbPixelFormatMono8, Samples::kRgb, 0, 1, PackGrey},
-    {VmbPixelFormatBayerBG8, Samples::kMosaic, 0, 1, nullptr},
-    {VmbPixelFormatBayerRG8, Samples::kMosaic, 1, 1, nullptr},
-    {VmbPixelFormatBayerGB8, Samples::kMosaic, 2, 1, nullptr},
-    {VmbPixelFormatBayerGR8, Samples::kMosaic, 3, 1, nullptr},
-    {VmbPixelFormatRgb8, Samples::kRgb, 0, 3, PackRgb},
-    {VmbPixelFormatYuv422, Samples::kRgb, 0, 2, PackYuv422},
+    {VmbPixelFormatMono8, Samples::kRgb, BayerOrder::kBggr, 1, PackGrey},
+    {VmbPixelFormatBayerBG8, Samples::kMosaic, BayerOrder::kBggr, 1, nullptr},
+    {VmbPixelFormatBayerRG8, Samples::kMosaic, BayerOrder::kRggb, 1, nullptr},
+    {VmbPixelFormatBayerGB8, Samples::kMosaic, BayerOrder::kGbrg, 1, nullptr},
+    {VmbPixelFormatBayerGR8, Samples::kMosaic, BayerOrder::kGrbg, 1, nullptr},
+    {VmbPixelFormatRgb8, Samples::kRgb, BayerOrder::kBggr, 3, PackRgb},
+    {VmbPixelFormatYuv422, Samples::kRgb, BayerOrder::kBggr, 2, PackYuv422},
 }};
 
 }  // namespace
 
-const PixelLayout& PixelLayout::Of(std::uint32_t pixel_format) {
+const PixelLayout& PixelLayout::Of(VmbPixelFormat_t pixel_format) {
   const auto found = std::find_if(kLayouts.begin(), kLayouts.end(), [pixel_format](const PixelLayout& layout) {
     return layout.pixel_format == pixel_format;
   });
@@ -77,4 +74,4 @@ void PixelLayout::PackRow(const std::uint8_t* row, int channels, std::size_t wid
   pack(rgb.data(), width, out);
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -7,18 +7,18 @@
 
 #include "scene/tone_curve.h"
 
-namespace simulator {
-
+namespace Simulator {
 namespace {
 
-// A machine-vision sensor of ordinary size: electrons at saturation, and its read noise in electrons.
-constexpr double kFullWell = 10500.0;
-constexpr double kReadNoise = 9.0;
+// A machine-vision sensor of ordinary size.
+constexpr double kFullWellElectrons = 10500.0;
+constexpr double kReadNoiseElectrons = 9.0;
 // Light beyond this multiple of saturation stays saturated whatever the noise.
 constexpr double kMostSignal = 4.0;
-constexpr double kStep = 255.0 * 256.0;
+// Levels and spreads count 1/256 of an output step, of which there are 255.
+constexpr double kFullLevel = 255.0 * 256.0;
 
-constexpr std::size_t kTableSize = 32768;
+constexpr std::size_t kNoiseTableSize = 32768;
 
 std::uint64_t Mix(std::uint64_t value) {
   value += 0x9E3779B97F4A7C15u;
@@ -27,18 +27,21 @@ std::uint64_t Mix(std::uint64_t value) {
   return value ^ (value >> 31);
 }
 
-// The sum of twelve even values is near enough to a normal distribution, and whole numbers add up alike everywhere.
+// The sum of twelve evenly distributed values is near enough to a normal distribution, and sums of whole numbers are
+// the same on every platform.
 std::vector<std::int16_t> MakeNoiseTable() {
-  std::vector<std::int16_t> table(kTableSize + NoiseRow::kSegment);
-  for (std::size_t i = 0; i < kTableSize; ++i) {
-    std::int64_t sum = -393216;  // six times the range: their mean
+  // Six times the range of one value.
+  constexpr std::int64_t kMeanOfSum = 6 * 65536;
+  std::vector<std::int16_t> table(kNoiseTableSize + NoiseRow::kSegment);
+  for (std::size_t i = 0; i < kNoiseTableSize; ++i) {
+    std::int64_t sum = -kMeanOfSum;
     for (std::uint64_t part = 0; part < 3; ++part) {
       std::uint64_t bits = Mix(3 * i + part);
       for (int value = 0; value < 4; ++value, bits >>= 16) sum += static_cast<std::int64_t>(bits & 0xFFFF);
     }
     table[i] = static_cast<std::int16_t>(sum / 64);
   }
-  std::copy_n(table.begin(), NoiseRow::kSegment, table.begin() + kTableSize);
+  std::copy_n(table.begin(), NoiseRow::kSegment, table.begin() + kNoiseTableSize);
   return table;
 }
 
@@ -53,18 +56,18 @@ std::int32_t Rounded(double value) { return static_cast<std::int32_t>(std::lroun
 }  // namespace
 
 ChannelResponse MakeChannelResponse(double exposure, double gain, int averaged) {
-  static const std::array<double, 256> lights = MakeLights();
+  static const std::array<double, 256> kLights = MakeLights();
   ChannelResponse response;
-  // Comparisons that a value without meaning fails, too.
+  // Written so that a value that is no number counts as 0.
   const double analogue = gain > 0.0 ? gain : 0.0;
   const double light_factor = exposure > 0.0 ? exposure * analogue : 0.0;
-  const double read_noise = kReadNoise / kFullWell * analogue;
+  const double read_noise = kReadNoiseElectrons / kFullWellElectrons * analogue;
   for (std::size_t code = 0; code < response.size(); ++code) {
-    const double signal = std::min(kMostSignal, lights[code] * light_factor);
-    const double variance = (signal * analogue / kFullWell + read_noise * read_noise) / averaged;
+    const double signal = std::min(kMostSignal, kLights[code] * light_factor);
+    const double variance = (signal * analogue / kFullWellElectrons + read_noise * read_noise) / averaged;
     const double level = Encode(signal);
     const double spread = std::min(1.0, Encode(signal + std::sqrt(variance)) - level);
-    response[code] = {Rounded(level * kStep), Rounded(spread * kStep)};
+    response[code] = {Rounded(level * kFullLevel), Rounded(spread * kFullLevel)};
   }
   return response;
 }
@@ -73,9 +76,9 @@ NoiseRow::NoiseRow(bool noise, std::uint64_t seed, std::uint64_t frame_number, i
     : m_noise(noise), m_key(Mix(Mix(Mix(seed) ^ frame_number) ^ static_cast<std::uint64_t>(row))) {}
 
 const std::int16_t* NoiseRow::Segment(std::size_t segment) const {
-  static const std::vector<std::int16_t> table = MakeNoiseTable();
-  static const std::vector<std::int16_t> silence(kSegment);
-  return m_noise ? &table[Mix(m_key ^ segment) % kTableSize] : silence.data();
+  static const std::vector<std::int16_t> kNoise = MakeNoiseTable();
+  static const std::vector<std::int16_t> kSilence(kSegment);
+  return m_noise ? &kNoise[Mix(m_key ^ segment) % kNoiseTableSize] : kSilence.data();
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -1,31 +1,29 @@
 // scene/sensor_response.h
 // How a sensor turns light into eight-bit samples: exposure, gain, saturation, noise, tone curve.
-#ifndef KEL_SIMULATOR_SCENE_SENSOR_RESPONSE_H
-#define KEL_SIMULATOR_SCENE_SENSOR_RESPONSE_H
+#pragma once
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
-namespace simulator {
+namespace Simulator {
 
-// What a sample of each code of the still picture becomes, in 1/256 of an output step, and the spread of its noise
-// there.
+// What a code of the still picture becomes, and the spread of its noise there, both in 1/256 of an output step.
 struct SampleResponse {
   std::int32_t level = 0;
   std::int32_t spread = 0;
 };
 using ChannelResponse = std::array<SampleResponse, 256>;
 
-// `exposure` is relative to the default one, `gain` the analogue factor times the channel's balance; `averaged` pixels
-// make one.
+// `exposure` is a multiple of the default one, `gain` the analogue factor times the channel's balance, `averaged` the
+// number of pixels that make one.
 ChannelResponse MakeChannelResponse(double exposure, double gain, int averaged);
 
-// Normally distributed values in units of 1/1024 of the spread, for one row of one frame after the other.
+// The noise of one row of one frame: normally distributed values in 1/1024 of the spread.
 class NoiseRow {
  public:
-  // As many samples as follow each other in one segment of the table.
+  // Samples of a segment.
   static constexpr std::size_t kSegment = 4096;
 
   // Without noise all values are 0.
@@ -40,11 +38,9 @@ class NoiseRow {
 
 inline std::uint8_t Sample(const ChannelResponse& response, std::uint8_t code, std::int16_t noise) {
   const SampleResponse& entry = response[code];
-  // Halves are added before the shift, so that it rounds; the shift of a negative value rounds downwards alike.
+  // A shift rounds down, negative values too; with half a step added first it rounds to the nearest.
   const std::int32_t value = (entry.level + ((entry.spread * noise + 512) >> 10) + 128) >> 8;
   return static_cast<std::uint8_t>(value < 0 ? 0 : value > 255 ? 255 : value);
 }
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

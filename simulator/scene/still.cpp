@@ -8,8 +8,7 @@
 
 #include "scene/tone_curve.h"
 
-namespace simulator {
-
+namespace Simulator {
 namespace {
 
 // A band holds about this many rows of the sensor, so that drawing a large picture takes little memory.
@@ -57,9 +56,9 @@ int RoundedDown(double value, int low, int high) {
 
 }  // namespace
 
-int MosaicChannel(int bayer_order, int x, int y) {
-  const bool red_in_even_columns = bayer_order == 1 || bayer_order == 2;
-  const bool red_in_even_rows = bayer_order == 1 || bayer_order == 3;
+int MosaicChannel(BayerOrder bayer_order, int x, int y) {
+  const bool red_in_even_columns = bayer_order == BayerOrder::kRggb || bayer_order == BayerOrder::kGbrg;
+  const bool red_in_even_rows = bayer_order == BayerOrder::kRggb || bayer_order == BayerOrder::kGrbg;
   const bool red_column = (x % 2 == 0) == red_in_even_columns;
   const bool red_row = (y % 2 == 0) == red_in_even_rows;
   if (red_column != red_row) return 1;
@@ -113,4 +112,4 @@ Still DrawStill(const Subject& subject, const std::vector<MovingPart>& parts, co
   return still;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

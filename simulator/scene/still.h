@@ -1,24 +1,24 @@
 // scene/still.h
 // A subject's parts in the form in which frames are made from them: eight-bit sRGB codes of the samples that a format
 // needs.
-#ifndef KEL_SIMULATOR_SCENE_STILL_H
-#define KEL_SIMULATOR_SCENE_STILL_H
+#pragma once
 
 #include <cstdint>
 #include <vector>
 
+#include "scene/bayer_order.h"
 #include "scene/subject.h"
 
-namespace simulator {
+namespace Simulator {
 
 enum class Samples { kLuminance, kMosaic, kRgb };
 
-// Bayer orders: 0 BGGR, 1 RGGB, 2 GBRG, 3 GRBG. Gives 0 red, 1 green, 2 blue.
-int MosaicChannel(int bayer_order, int x, int y);
+// The colour of a sensor's pixel: 0 red, 1 green, 2 blue.
+int MosaicChannel(BayerOrder bayer_order, int x, int y);
 
 struct StillKind {
   Samples samples = Samples::kLuminance;
-  int bayer_order = 0;
+  BayerOrder bayer_order = BayerOrder::kBggr;
   int binning_x = 1;
   int binning_y = 1;
 
@@ -40,18 +40,16 @@ struct Still {
   Window window;
   std::vector<std::uint8_t> codes;
 
-  // Copies the part of row `y` (of the whole picture) that lies in `count` pixels from column `x` to where it belongs
-  // there.
+  // Of the `count` pixels from column `x` of the whole picture's row `y`, copies those that lie in this window to their
+  // places in `row`, which begins with column `x`.
   void CopyRow(int x, int y, int count, std::uint8_t* row) const;
 };
 
-// The pixels that the box touches, as far as they lie within the bounds.
+// The pixels within the bounds that the box touches.
 Window WindowAround(const Box& box, const StillKind& kind, const Window& bounds);
 
 // The subject's still parts with these moving ones on top.
 Still DrawStill(const Subject& subject, const std::vector<MovingPart>& parts, const StillKind& kind,
                 const Window& window);
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

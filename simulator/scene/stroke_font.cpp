@@ -5,8 +5,7 @@
 #include <algorithm>
 #include <array>
 
-namespace simulator {
-
+namespace Simulator {
 namespace {
 
 struct Glyph {
@@ -162,4 +161,4 @@ void WriteText(Canvas& canvas, const TextLine& line, const Light& light) {
   }
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -1,18 +1,17 @@
 // scene/stroke_font.h
 // A small built-in font of straight strokes, which scales to any size.
-#ifndef KEL_SIMULATOR_SCENE_STROKE_FONT_H
-#define KEL_SIMULATOR_SCENE_STROKE_FONT_H
+#pragma once
 
 #include <string_view>
 
 #include "scene/canvas.h"
 
-namespace simulator {
+namespace Simulator {
 
 enum class Turn { kUpright, kUpwards, kDownwards };
 
-// One line of text. Capitals are `height` high; the strokes' thickness goes with it. Knows Latin letters, digits and "
-// .,:-+/()="; other characters are left blank.
+// One line of text. Capitals are `height` high; the strokes' thickness is a part of it. The font has Latin letters,
+// digits and " .,:-+/()"; other characters stay blank.
 struct TextLine {
   std::string_view text;
   // The middle of the capitals' height, half-way along the line.
@@ -31,6 +30,4 @@ double HeightToFit(std::string_view text, double width, double most);
 Box TextBox(const TextLine& line);
 void WriteText(Canvas& canvas, const TextLine& line, const Light& light);
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

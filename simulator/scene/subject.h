@@ -1,16 +1,17 @@
 // scene/subject.h
 // What a scene shows: still parts, drawn once, and parts that differ from frame to frame.
-#ifndef KEL_SIMULATOR_SCENE_SUBJECT_H
-#define KEL_SIMULATOR_SCENE_SUBJECT_H
+#pragma once
 
+#include <cstdint>
 #include <functional>
 #include <vector>
 
 #include "scene/canvas.h"
+#include "scene/times.h"
 
-namespace simulator {
+namespace Simulator {
 
-// A part that lies over the still ones, all of it within the box.
+// A part that is painted over the still ones, all of it within the box.
 struct MovingPart {
   Box box;
   std::function<void(Canvas&)> paint;
@@ -24,13 +25,11 @@ class Subject {
 
   // Fills every pixel of the canvas, which may be any window of the sensor. [any thread]
   virtual void Paint(Canvas& canvas) const = 0;
-  // [any thread]
-  virtual std::vector<MovingPart> MovingParts(std::uint64_t frame_number, double time_s) const = 0;
+  // What lies over the still parts in this frame, exposed at this camera time. [any thread]
+  virtual std::vector<MovingPart> MovingParts(std::uint64_t frame_number, Seconds time) const = 0;
 
  protected:
   Subject() = default;
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

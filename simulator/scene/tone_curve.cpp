@@ -6,13 +6,12 @@
 #include <cmath>
 #include <vector>
 
-namespace simulator {
-
+namespace Simulator {
 namespace {
 
 constexpr double kPi = 3.14159265358979323846;
 
-// Newton's method for the n-th root of x > 0, n from 3 to 8, from above: it falls until it stands.
+// Newton's method for the n-th root of x > 0, n from 3 to 8. It begins above the root and falls until it stops.
 double Root(double x, int n) {
   double root = x > 1.0 ? std::sqrt(x) : std::sqrt(std::sqrt(std::sqrt(x)));
   for (;;) {
@@ -81,13 +80,13 @@ double Encode(double light) {
 }
 
 std::uint16_t LightOfCode(std::uint8_t code) {
-  static const std::array<std::uint16_t, 256> lights = MakeLightTable();
-  return lights[code];
+  static const std::array<std::uint16_t, 256> kLights = MakeLightTable();
+  return kLights[code];
 }
 
 std::uint8_t CodeOfLight(std::uint16_t light) {
-  static const std::vector<std::uint8_t> codes = MakeCodeTable();
-  return codes[light];
+  static const std::vector<std::uint8_t> kCodes = MakeCodeTable();
+  return kCodes[light];
 }
 
 double GainFactor(double decibel) {
@@ -132,4 +131,4 @@ double TurnsOf(double x, double y) {
   return turns < 1.0 ? turns : 0.0;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -1,11 +1,10 @@
 // scene/tone_curve.h
 // The sRGB curve and the few functions around it, in arithmetic that gives the same bits on every platform.
-#ifndef KEL_SIMULATOR_SCENE_TONE_CURVE_H
-#define KEL_SIMULATOR_SCENE_TONE_CURVE_H
+#pragma once
 
 #include <cstdint>
 
-namespace simulator {
+namespace Simulator {
 
 // Light in the drawing: 0 to kFullLight, where the sensor saturates at the default exposure.
 inline constexpr int kFullLight = 65535;
@@ -30,6 +29,4 @@ Direction DirectionAt(double turns);
 // The reverse: 0 to below 1. (0, 0) gives 0.
 double TurnsOf(double x, double y);
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace simulator {
+namespace Simulator {
 
 Session::Engine::Engine(VmbHandle_t handle, SensorParts parts)
     : frames(handle, [this] { acquisition.Wake(); }), acquisition(std::move(parts), frames) {}
@@ -36,4 +36,4 @@ void Session::Close() {
   m_camera->Release(m_handle);
 }
 
-}  // namespace simulator
+}  // namespace Simulator

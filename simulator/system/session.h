@@ -1,7 +1,6 @@
 // system/session.h
 // One opening of a camera, from VmbCameraOpen to VmbCameraClose.
-#ifndef KEL_SIMULATOR_SYSTEM_SESSION_H
-#define KEL_SIMULATOR_SYSTEM_SESSION_H
+#pragma once
 
 #include <memory>
 
@@ -10,9 +9,9 @@
 #include "engine/acquisition.h"
 #include "engine/capture_queue.h"
 
-namespace simulator {
+namespace Simulator {
 
-// With full access it has a capture queue and an acquisition with a thread each, else neither. [any thread]
+// With full access it has a capture queue and an acquisition with a thread each, otherwise neither. [any thread]
 class Session {
  public:
   Session(VmbHandle_t handle, std::shared_ptr<Camera> camera, VmbAccessMode_t access);
@@ -23,7 +22,7 @@ class Session {
   VmbHandle_t Handle() const { return m_handle; }
   Camera& Device() const { return *m_camera; }
   bool HasFullAccess() const { return m_engine != nullptr; }
-  // DeviceNotOpen from the moment on in which the camera is unplugged, also after it has come back.
+  // DeviceNotOpen once the camera has been unplugged, also after it has come back.
   VmbError_t Alive() const;
 
   // Null without full access.
@@ -33,7 +32,7 @@ class Session {
   std::uint64_t Activity() const {
     return m_engine ? m_engine->acquisition.Activity() + m_engine->frames.Activity() : 0;
   }
-  // A thread of this opening runs the caller.
+  // Whether the caller runs on a thread of this opening.
   bool OnThread() const;
   // Ends acquisition, capture and both threads. Not on one of them.
   void Close();
@@ -51,6 +50,4 @@ class Session {
   const std::unique_ptr<Engine> m_engine;
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

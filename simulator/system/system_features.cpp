@@ -7,7 +7,7 @@
 
 #include "camera/feature_names.h"
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
 constexpr EnumEntry kCameraEvents[] = {{"Missing", 0}, {"Detected", 1}, {"Reachable", 2}, {"Unreachable", 3}};
@@ -28,15 +28,15 @@ SystemFeatures::SystemFeatures(const SystemConfiguration& configuration, std::sh
 }
 
 std::vector<Feature> SystemFeatures::Rows(const SystemConfiguration& configuration) {
-  using namespace feature;
+  using namespace FeatureName;
   // Commands run while the features are locked.
   const auto status = [this](DiscoveryStatus value) {
-    return CommandNode{[this, value]() SIM_REQUIRES(m_mutex) { SetStatus(value); }};
+    return CommandNode{[this, value]() KEL_REQUIRES(m_mutex) { SetStatus(value); }};
   };
-  const auto elapsed = [this] { return std::chrono::duration<double>(Clock::now() - m_started).count(); };
+  const auto elapsed = [this] { return Seconds(Clock::now() - m_started).count(); };
   return {{kGeVTLIsPresent, Access::kReadOnly, BoolNode{configuration.gige_present}},
           {kGeVDiscoveryStatus, Access::kReadOnly, StatusEntries()},
-          // Simulated cameras answer at once: what is on the link is known without asking.
+          // The simulated cameras on the link are known without a search.
           {kGeVDiscoveryAllOnce, Access::kReadWrite, CommandNode{[] {}}},
           {kGeVDiscoveryAllAuto, Access::kReadWrite, status(DiscoveryStatus::kAutomatic)},
           {kGeVDiscoveryAllOff, Access::kReadWrite, status(DiscoveryStatus::kOff)},
@@ -47,31 +47,31 @@ std::vector<Feature> SystemFeatures::Rows(const SystemConfiguration& configurati
 }
 
 void SystemFeatures::SetStatus(DiscoveryStatus status) {
-  m_map.Own<EnumNode>(feature::kGeVDiscoveryStatus).selected = static_cast<std::size_t>(status);
+  m_map.Own<EnumNode>(FeatureName::kGeVDiscoveryStatus).selected = static_cast<std::size_t>(status);
 }
 
 VmbError_t SystemFeatures::Watch(const std::string& feature, VmbInvalidationCallback callback, void* context) {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (!m_map.Has(feature)) return VmbErrorNotFound;
   m_watchers.push_back({feature, callback, context});
   return VmbErrorSuccess;
 }
 
 void SystemFeatures::Announce(const std::string& camera_id, CameraEvent event) {
-  const Lock lock(m_mutex);
-  const auto status = static_cast<DiscoveryStatus>(m_map.Own<EnumNode>(feature::kGeVDiscoveryStatus).selected);
+  const BMutexLock lock(m_mutex);
+  const auto status = static_cast<DiscoveryStatus>(m_map.Own<EnumNode>(FeatureName::kGeVDiscoveryStatus).selected);
   if (status != DiscoveryStatus::kAutomatic) return;
   const auto take_values = [this, camera_id, event] {
-    const Lock values_lock(m_mutex);
-    m_map.Own<StringNode>(feature::kDiscoveryCameraIdent).value = camera_id;
-    m_map.Own<EnumNode>(feature::kDiscoveryCameraEvent).selected = static_cast<std::size_t>(event);
+    const BMutexLock values_lock(m_mutex);
+    m_map.Own<StringNode>(FeatureName::kDiscoveryCameraIdent).value = camera_id;
+    m_map.Own<EnumNode>(FeatureName::kDiscoveryCameraEvent).selected = static_cast<std::size_t>(event);
   };
   m_notifier->Post({gVimbaHandle, {}, nullptr, nullptr, take_values});
   for (const Watcher& watcher : m_watchers) {
-    if (watcher.feature != feature::kDiscoveryCameraEvent && watcher.feature != feature::kDiscoveryCameraIdent)
+    if (watcher.feature != FeatureName::kDiscoveryCameraEvent && watcher.feature != FeatureName::kDiscoveryCameraIdent)
       continue;
     m_notifier->Post({gVimbaHandle, watcher.feature, watcher.callback, watcher.context, {}});
   }
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -1,40 +1,40 @@
 // system/system_features.h
 // The features of the Vimba system: transport layer, discovery, discovery events.
-#ifndef KEL_SIMULATOR_SYSTEM_SYSTEM_FEATURES_H
-#define KEL_SIMULATOR_SYSTEM_SYSTEM_FEATURES_H
+#pragma once
 
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "bmutex.h"
 #include "camera/feature.h"
 #include "control/configuration.h"
+#include "engine/clock.h"
 #include "engine/notifier.h"
-#include "threads/mutex.h"
 
-namespace simulator {
+namespace Simulator {
 
 enum class CameraEvent { kMissing, kDetected };
 
-// One start of the API. [any thread]
+// They live from one start of the API to its shut-down. [any thread]
 class SystemFeatures {
  public:
   SystemFeatures(const SystemConfiguration& configuration, std::shared_ptr<Notifier> notifier);
 
   template <class Body>
   VmbError_t Read(Body body) const {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     return body(m_map);
   }
   template <class Body>
   VmbError_t Write(Body body) {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     return body(m_map);
   }
   VmbError_t Watch(const std::string& feature, VmbInvalidationCallback callback, void* context);
 
-  // Tells of a camera, while discovery is automatic: the two event features take their values on the notifier's thread,
-  // right before the callbacks, so that each callback reads its own event.
+  // Reports a camera to the watchers while discovery is automatic. The two event features take their values on the
+  // notifier's thread right before the callbacks, so that each callback reads its own event.
   void Announce(const std::string& camera_id, CameraEvent event);
 
  private:
@@ -45,15 +45,13 @@ class SystemFeatures {
   };
 
   std::vector<Feature> Rows(const SystemConfiguration& configuration);
-  void SetStatus(DiscoveryStatus status) SIM_REQUIRES(m_mutex);
+  void SetStatus(DiscoveryStatus status) KEL_REQUIRES(m_mutex);
 
   const std::shared_ptr<Notifier> m_notifier;
   const Clock::time_point m_started = Clock::now();
-  mutable Mutex m_mutex;
-  FeatureMap m_map SIM_GUARDED_BY(m_mutex);
-  std::vector<Watcher> m_watchers SIM_GUARDED_BY(m_mutex);
+  mutable BMutex m_mutex;
+  FeatureMap m_map KEL_GUARDED_BY(m_mutex);
+  std::vector<Watcher> m_watchers KEL_GUARDED_BY(m_mutex);
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

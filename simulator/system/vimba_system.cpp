@@ -8,14 +8,13 @@
 #include <stdexcept>
 #include <utility>
 
-namespace simulator {
+namespace Simulator {
 namespace {
 
-// Made when the library is loaded, so that it outlives what a module that is linked to the library does when it is
-// unloaded.
+// Made when the library is loaded: a module that is linked to the library may still use it while it is unloaded.
 struct Holder {
   VimbaSystem* system = nullptr;
-  // A process that ends with the API started still has threads that use it.
+  // In a process that ends with the API started, threads still use the system.
   ~Holder() {
     if (system && !system->Started()) delete system;
   }
@@ -33,8 +32,8 @@ VimbaSystem& VimbaSystem::Instance() {
 }
 
 namespace {
-// Forces the making above at load time.
-[[maybe_unused]] const VimbaSystem& made_at_load = VimbaSystem::Instance();
+// Has the function above run when the library is loaded.
+[[maybe_unused]] const VimbaSystem& kMadeAtLoad = VimbaSystem::Instance();
 }  // namespace
 
 World::World(const Configuration& configuration, const Camera::Surroundings& surroundings)
@@ -55,25 +54,25 @@ void VimbaSystem::SetWorld(const Configuration& configuration) {
   auto world = NamingFile(configuration.file, [&] { return std::make_shared<World>(configuration, surroundings); });
   m_faults.Clear();
   m_faults.Add(configuration.faults);
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   m_world = std::move(world);
 }
 
 void VimbaSystem::Configure(const Configuration& configuration) {
-  const Lock lifecycle(m_lifecycle);
+  const BMutexLock lifecycle(m_lifecycle);
   if (Started()) throw std::logic_error("the API is started; cameras can be configured after VmbShutdown only");
   SetWorld(configuration);
   m_record.Clear();
 }
 
 bool VimbaSystem::HasWorld() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return m_world != nullptr;
 }
 
 void VimbaSystem::Prepare() {
   if (HasWorld()) return;
-  const Lock lifecycle(m_lifecycle);
+  const BMutexLock lifecycle(m_lifecycle);
   if (!HasWorld()) SetWorld(EnvironmentConfiguration());
 }
 
@@ -88,12 +87,12 @@ VmbError_t VimbaSystem::PrepareForStartup() {
 }
 
 VmbError_t VimbaSystem::Startup() {
-  const Lock lifecycle(m_lifecycle);
+  const BMutexLock lifecycle(m_lifecycle);
   if (m_startups != 0) {
     ++m_startups;
     return VmbErrorSuccess;
   }
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   m_notifier = std::make_shared<Notifier>();
   m_features = std::make_shared<SystemFeatures>(m_world->system, m_notifier);
   ++m_startups;
@@ -102,13 +101,13 @@ VmbError_t VimbaSystem::Startup() {
 
 void VimbaSystem::Shutdown() {
   if (OnLibraryThread()) return;
-  const Lock lifecycle(m_lifecycle);
+  const BMutexLock lifecycle(m_lifecycle);
   if (m_startups == 0 || --m_startups != 0) return;
   std::map<VmbHandle_t, std::shared_ptr<Session>> sessions;
   std::shared_ptr<Notifier> notifier;
   std::shared_ptr<SystemFeatures> features;
   {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     sessions.swap(m_sessions);
     notifier.swap(m_notifier);
     features.swap(m_features);
@@ -128,24 +127,24 @@ bool VimbaSystem::OnLibraryThread() const {
 }
 
 std::shared_ptr<SystemFeatures> VimbaSystem::Features() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return m_features;
 }
 
 std::shared_ptr<Notifier> VimbaSystem::CurrentNotifier() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return m_notifier;
 }
 
 std::vector<std::shared_ptr<Session>> VimbaSystem::Sessions() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   std::vector<std::shared_ptr<Session>> sessions;
   for (const auto& [handle, session] : m_sessions) sessions.push_back(session);
   return sessions;
 }
 
 std::vector<std::shared_ptr<Camera>> VimbaSystem::AllCameras() const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return m_world ? m_world->cameras : std::vector<std::shared_ptr<Camera>>{};
 }
 
@@ -168,14 +167,15 @@ VmbError_t VimbaSystem::Open(const char* name, VmbAccessMode_t access, VmbHandle
   if (!camera || !camera->Plugged()) return VmbErrorNotFound;
   VmbHandle_t fresh = nullptr;
   {
-    const Lock lock(m_mutex);
-    fresh = reinterpret_cast<VmbHandle_t>(m_next_handle++);  // NOLINT(performance-no-int-to-ptr): only ever compared
+    const BMutexLock lock(m_mutex);
+    // A handle is only ever compared.
+    fresh = reinterpret_cast<VmbHandle_t>(m_next_handle++);  // NOLINT(performance-no-int-to-ptr)
   }
   const bool full = access == VmbAccessModeFull;
   if (full ? !camera->Claim(fresh) : camera->Claimed()) return VmbErrorInvalidAccess;
   const auto session = std::make_shared<Session>(fresh, camera, access);
-  const Lock lock(m_mutex);
-  // Shut down meanwhile: the session ends with this scope.
+  const BMutexLock lock(m_mutex);
+  // Shut down meanwhile: the session is closed at the end of this function.
   if (!m_features) return VmbErrorApiNotStarted;
   m_sessions.emplace(fresh, session);
   m_record.NameHandle(fresh, camera->Configuration().id);
@@ -184,11 +184,11 @@ VmbError_t VimbaSystem::Open(const char* name, VmbAccessMode_t access, VmbHandle
 }
 
 VmbError_t VimbaSystem::Close(VmbHandle_t handle) {
-  // Its end would wait for the callback that waits for it.
+  // Closing would wait for the callback that called it.
   if (FindSession(handle) && OnLibraryThread()) return VmbErrorInvalidCall;
   std::shared_ptr<Session> session;
   {
-    const Lock lock(m_mutex);
+    const BMutexLock lock(m_mutex);
     const auto found = m_sessions.find(handle);
     if (found == m_sessions.end()) return VmbErrorBadHandle;
     session = std::move(found->second);
@@ -201,7 +201,7 @@ VmbError_t VimbaSystem::Close(VmbHandle_t handle) {
 }
 
 std::shared_ptr<Session> VimbaSystem::FindSession(VmbHandle_t handle) const {
-  const Lock lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   const auto found = m_sessions.find(handle);
   return found == m_sessions.end() ? nullptr : found->second;
 }
@@ -237,8 +237,8 @@ void VimbaSystem::PresenceChanged(const Camera& camera, bool plugged) {
   features->Announce(camera.Configuration().id, plugged ? CameraEvent::kDetected : CameraEvent::kMissing);
 }
 
-// One part may have set another going after that one was looked at: idle is what was idle without any activity
-// meanwhile.
+// A part may set another one going that was already found idle. So nothing is idle unless there was no activity while
+// all parts were asked.
 bool VimbaSystem::Idle() const {
   const auto notifier = CurrentNotifier();
   const auto sessions = Sessions();
@@ -252,4 +252,4 @@ bool VimbaSystem::Idle() const {
          activity() == before;
 }
 
-}  // namespace simulator
+}  // namespace Simulator

@@ -1,7 +1,6 @@
 // system/vimba_system.h
 // The simulated Vimba system: cameras on their link, start-up, handles.
-#ifndef KEL_SIMULATOR_SYSTEM_VIMBA_SYSTEM_H
-#define KEL_SIMULATOR_SYSTEM_VIMBA_SYSTEM_H
+#pragma once
 
 #include <atomic>
 #include <cstdint>
@@ -10,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "bmutex.h"
 #include "camera/camera.h"
 #include "control/call_record.h"
 #include "control/configuration.h"
@@ -19,10 +19,10 @@
 #include "system/session.h"
 #include "system/system_features.h"
 
-namespace simulator {
+namespace Simulator {
 
-// What one configuration describes. Built whole or not at all: throws as Camera does, a configured value's error with
-// the camera's place in front.
+// What one configuration describes. The constructor throws as Camera's does, with the camera's index in front of the
+// message about a configured value.
 struct World {
   World(const Configuration& configuration, const Camera::Surroundings& surroundings);
   Link link;
@@ -31,9 +31,18 @@ struct World {
 };
 
 // [any thread] but where a function says otherwise.
+//
+// A thread takes the simulator's locks in this order and may leave some out:
+//   1. m_lifecycle
+//   2. m_mutex
+//   3. the features' lock of a camera or of the system
+//   4. the lock of a camera's acquisition
+//   5. the lock of its capture queue
+// Under every other lock (link, faults, record of calls, notifier, scene) no further one is taken. No lock at all is
+// held while a callback of the caller runs.
 class VimbaSystem {
  public:
-  // The one of this library.
+  // The only one of this library.
   static VimbaSystem& Instance();
 
   // Forgets faults and calls and replaces the cameras. Throws as World does, for a configuration from a file
@@ -43,10 +52,10 @@ class VimbaSystem {
   // EnvironmentConfiguration and Configure do.
   void Prepare();
 
-  // As Prepare; a failure is Other, and its reason is printed the first time.
+  // As Prepare. A failure is Other; the first one prints its reason on standard error.
   VmbError_t PrepareForStartup();
   VmbError_t Startup();
-  // Returns when no callback runs and no thread is left. From a callback, where that can never be, it does nothing.
+  // Returns when no callback runs and no thread is left. In a callback, which it could never outlast, it does nothing.
   void Shutdown();
   bool Started() const { return m_startups != 0; }
 
@@ -93,7 +102,7 @@ class VimbaSystem {
   CallRecord& Record() { return m_record; }
 
  private:
-  // Makes the one.
+  // Makes the only one.
   struct Access;
 
   VimbaSystem() = default;
@@ -102,25 +111,23 @@ class VimbaSystem {
   std::shared_ptr<SystemFeatures> Features() const;
   std::shared_ptr<Notifier> CurrentNotifier() const;
   std::vector<std::shared_ptr<Session>> Sessions() const;
-  void SetWorld(const Configuration& configuration) SIM_REQUIRES(m_lifecycle);
+  void SetWorld(const Configuration& configuration) KEL_REQUIRES(m_lifecycle);
   void PresenceChanged(const Camera& camera, bool plugged);
 
   Faults m_faults;
   CallRecord m_record;
-  // Held by start-up, shut-down and configuration from beginning to end.
-  Mutex m_lifecycle;
+  // Held through the whole of start-up, shut-down and configuration, so that they take turns.
+  BMutex m_lifecycle;
   std::atomic<int> m_startups{0};
   std::atomic<bool> m_reported{false};
 
-  mutable Mutex m_mutex;
-  std::shared_ptr<World> m_world SIM_GUARDED_BY(m_mutex);
-  std::shared_ptr<Notifier> m_notifier SIM_GUARDED_BY(m_mutex);
-  std::shared_ptr<SystemFeatures> m_features SIM_GUARDED_BY(m_mutex);
-  std::map<VmbHandle_t, std::shared_ptr<Session>> m_sessions SIM_GUARDED_BY(m_mutex);
-  // Handles are never used again, so that a stale one is told.
-  std::uintptr_t m_next_handle SIM_GUARDED_BY(m_mutex) = 0x1000;
+  mutable BMutex m_mutex;
+  std::shared_ptr<World> m_world KEL_GUARDED_BY(m_mutex);
+  std::shared_ptr<Notifier> m_notifier KEL_GUARDED_BY(m_mutex);
+  std::shared_ptr<SystemFeatures> m_features KEL_GUARDED_BY(m_mutex);
+  std::map<VmbHandle_t, std::shared_ptr<Session>> m_sessions KEL_GUARDED_BY(m_mutex);
+  // No handle is used twice, so that a stale one is recognised.
+  std::uintptr_t m_next_handle KEL_GUARDED_BY(m_mutex) = 0x1000;
 };
 
-}  // namespace simulator
-
-#endif
+}  // namespace Simulator

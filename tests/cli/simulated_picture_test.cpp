@@ -14,7 +14,7 @@ class SimulatedPictures : public SimulatedKelcamTest {
 
 // The middle half of a patch, well inside its edges.
 double PatchMean(const DecodedPicture& picture, int patch, int channel) {
-  const simulator::PatchArea area = simulator::ChartPatchArea(picture.width, picture.height, patch);
+  const Simulator::PatchArea area = Simulator::ChartPatchArea(picture.width, picture.height, patch);
   const double x = (area.right - area.left) / 4;
   const double y = (area.bottom - area.top) / 4;
   return Mean(picture, channel, area.left + x, area.top + y, area.right - x, area.bottom - y);
@@ -24,8 +24,8 @@ TEST_F(SimulatedPictures, TheColourCameraShowsThePatchesInTheirColours) {
   const DecodedPicture picture = Picture(Profile("colour"));
 
   ASSERT_EQ(picture.channels, 3);
-  for (std::size_t i = 0; i < simulator::kChartPatches.size(); ++i) {
-    const simulator::ChartPatch& patch = simulator::kChartPatches[i];
+  for (std::size_t i = 0; i < Simulator::kChartPatches.size(); ++i) {
+    const Simulator::ChartPatch& patch = Simulator::kChartPatches[i];
     const int patch_number = static_cast<int>(i);
     EXPECT_NEAR(PatchMean(picture, patch_number, 0), patch.red, 6.0) << patch.name;
     EXPECT_NEAR(PatchMean(picture, patch_number, 1), patch.green, 6.0) << patch.name;
@@ -37,8 +37,8 @@ TEST_F(SimulatedPictures, TheYuvCameraShowsThemInColourModeToo) {
   const DecodedPicture picture = Picture(Profile("yuv"), {"--color", "on"});
 
   ASSERT_EQ(picture.channels, 3);
-  for (std::size_t i = 0; i < simulator::kChartPatches.size(); ++i) {
-    const simulator::ChartPatch& patch = simulator::kChartPatches[i];
+  for (std::size_t i = 0; i < Simulator::kChartPatches.size(); ++i) {
+    const Simulator::ChartPatch& patch = Simulator::kChartPatches[i];
     const int patch_number = static_cast<int>(i);
     EXPECT_NEAR(PatchMean(picture, patch_number, 0), patch.red, 8.0) << patch.name;
     EXPECT_NEAR(PatchMean(picture, patch_number, 1), patch.green, 8.0) << patch.name;
@@ -51,7 +51,7 @@ TEST_F(SimulatedPictures, TheMonochromeCameraShowsTheGreyPatchesInTheirGrey) {
 
   ASSERT_EQ(picture.channels, 1);
   for (int grey = 18; grey < 24; ++grey) {
-    const simulator::ChartPatch& patch = simulator::kChartPatches[static_cast<std::size_t>(grey)];
+    const Simulator::ChartPatch& patch = Simulator::kChartPatches[static_cast<std::size_t>(grey)];
     EXPECT_NEAR(PatchMean(picture, grey, 0), patch.green, 6.0) << patch.name;
   }
 }
@@ -104,7 +104,7 @@ TEST_F(SimulatedPictures, TheProfileTurnsTheMonochromePictureClockwise) {
   ASSERT_EQ(turned.width, upright.height);
   ASSERT_EQ(turned.height, upright.width);
   for (int patch = 0; patch < 24; ++patch) {
-    const simulator::PatchArea area = simulator::ChartPatchArea(upright.width, upright.height, patch);
+    const Simulator::PatchArea area = Simulator::ChartPatchArea(upright.width, upright.height, patch);
     const double left = upright.height - area.bottom;  // clockwise: the lower edge comes to lie on the left
     EXPECT_NEAR(Mean(turned, 0, left + 4, area.left + 4, upright.height - area.top - 4, area.right - 4),
                 Mean(upright, 0, area.left + 4, area.top + 4, area.right - 4, area.bottom - 4), 3.0)
@@ -122,8 +122,8 @@ TEST_F(SimulatedPictures, AColourCameraGivesAMonochromePictureOnRequest) {
 TEST_F(SimulatedPictures, TheFastConversionShowsTheSameColours) {
   const DecodedPicture fast = Picture(Profile("colour"), {"--area", "[l]"});
 
-  EXPECT_NEAR(PatchMean(fast, 14, 0), simulator::kChartPatches[14].red, 6.0);
-  EXPECT_NEAR(PatchMean(fast, 14, 2), simulator::kChartPatches[14].blue, 6.0);
+  EXPECT_NEAR(PatchMean(fast, 14, 0), Simulator::kChartPatches[14].red, 6.0);
+  EXPECT_NEAR(PatchMean(fast, 14, 2), Simulator::kChartPatches[14].blue, 6.0);
 }
 
 }  // namespace

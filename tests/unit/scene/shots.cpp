@@ -1,13 +1,13 @@
 // scene/shots.cpp
-// Shots of scenes and questions about the pictures they give.
+// Shots of scenes, and what to ask of the pictures.
 #include "unit/scene/shots.h"
 
 #include <cmath>
 
-namespace scene_test {
+namespace SceneTest {
 
-simulator::Shot WholeShot(std::uint32_t pixel_format, int width, int height) {
-  simulator::Shot shot;
+Simulator::Shot WholeShot(VmbPixelFormat_t pixel_format, int width, int height) {
+  Simulator::Shot shot;
   shot.pixel_format = pixel_format;
   shot.width = width;
   shot.height = height;
@@ -15,30 +15,32 @@ simulator::Shot WholeShot(std::uint32_t pixel_format, int width, int height) {
   return shot;
 }
 
-Bytes Take(const simulator::Scene& scene, const simulator::Shot& shot) {
-  // Bits 16 to 23 of a format are the bits of a pixel.
-  const std::size_t bytes_per_pixel = (shot.pixel_format >> 16 & 0xFF) / 8;
-  Bytes bytes(static_cast<std::size_t>(shot.width) * static_cast<std::size_t>(shot.height) * bytes_per_pixel);
+Bytes Take(const Simulator::Scene& scene, const Simulator::Shot& shot) {
+  const std::size_t pixels = static_cast<std::size_t>(shot.width) * static_cast<std::size_t>(shot.height);
+  Bytes bytes(pixels * BytesPerPixel(shot.pixel_format));
   scene.Render(shot, bytes.data());
   return bytes;
 }
 
-std::shared_ptr<const simulator::Scene> ColourChart(int width, int height) {
-  return simulator::MakeChartScene(width, height, true, 1);
+// Bits 16 to 23 of a format are the bits of a pixel.
+std::size_t BytesPerPixel(VmbPixelFormat_t format) { return (format >> 16 & 0xFF) / 8; }
+
+std::shared_ptr<const Simulator::Scene> ColourChart(int width, int height) {
+  return Simulator::MakeChartScene(width, height, true, Simulator::BayerOrder::kRggb);
 }
 
-std::shared_ptr<const simulator::Scene> MonoChart(int width, int height) {
-  return simulator::MakeChartScene(width, height, false, 1);
+std::shared_ptr<const Simulator::Scene> MonoChart(int width, int height) {
+  return Simulator::MakeChartScene(width, height, false, Simulator::BayerOrder::kRggb);
 }
 
-Rgb PixelAt(const Bytes& rgb, const simulator::Shot& shot, int x, int y) {
+Rgb PixelAt(const Bytes& rgb, const Simulator::Shot& shot, int x, int y) {
   const std::size_t at =
       3 * (static_cast<std::size_t>(y) * static_cast<std::size_t>(shot.width) + static_cast<std::size_t>(x));
   return {rgb[at], rgb[at + 1], rgb[at + 2]};
 }
 
-Rgb PatchAt(const Bytes& rgb, const simulator::Shot& shot, int index) {
-  const simulator::PatchArea area = simulator::ChartPatchArea(shot.width, shot.height, index);
+Rgb PatchAt(const Bytes& rgb, const Simulator::Shot& shot, int index) {
+  const Simulator::PatchArea area = Simulator::ChartPatchArea(shot.width, shot.height, index);
   return PixelAt(rgb, shot, static_cast<int>((area.left + area.right) / 2),
                  static_cast<int>((area.top + area.bottom) / 2));
 }
@@ -54,4 +56,4 @@ std::uint64_t Checksum(const Bytes& bytes) {
   return sum;
 }
 
-}  // namespace scene_test
+}  // namespace SceneTest

@@ -1,9 +1,9 @@
 // scene/shots.h
-// Shots of scenes and questions about the pictures they give.
-#ifndef KEL_TESTS_UNIT_SCENE_SHOTS_H
-#define KEL_TESTS_UNIT_SCENE_SHOTS_H
+// Shots of scenes, and what to ask of the pictures.
+#pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -12,22 +12,24 @@
 #include "scene/chart_patches.h"
 #include "scene/scene.h"
 
-namespace scene_test {
+namespace SceneTest {
 
 using Bytes = std::vector<std::uint8_t>;
 using Rgb = std::array<int, 3>;
 
 // All of a sensor at the default exposure, without noise.
-simulator::Shot WholeShot(std::uint32_t pixel_format, int width, int height);
-Bytes Take(const simulator::Scene& scene, const simulator::Shot& shot);
+Simulator::Shot WholeShot(VmbPixelFormat_t pixel_format, int width, int height);
+Bytes Take(const Simulator::Scene& scene, const Simulator::Shot& shot);
 
-std::shared_ptr<const simulator::Scene> ColourChart(int width, int height);
-std::shared_ptr<const simulator::Scene> MonoChart(int width, int height);
+std::shared_ptr<const Simulator::Scene> ColourChart(int width, int height);
+std::shared_ptr<const Simulator::Scene> MonoChart(int width, int height);
+
+std::size_t BytesPerPixel(VmbPixelFormat_t format);
 
 // Of an RGB8 picture.
-Rgb PixelAt(const Bytes& rgb, const simulator::Shot& shot, int x, int y);
-// The pixel amid patch `index` of the chart in an RGB8 picture of the whole sensor.
-Rgb PatchAt(const Bytes& rgb, const simulator::Shot& shot, int index);
+Rgb PixelAt(const Bytes& rgb, const Simulator::Shot& shot, int x, int y);
+// The pixel in the middle of patch `index` of the chart, of an RGB8 picture of the whole sensor.
+Rgb PatchAt(const Bytes& rgb, const Simulator::Shot& shot, int index);
 
 // sRGB code to linear light, 0 to 1.
 double Linear(int code);
@@ -35,6 +37,4 @@ double Linear(int code);
 // FNV-1a.
 std::uint64_t Checksum(const Bytes& bytes);
 
-}  // namespace scene_test
-
-#endif
+}  // namespace SceneTest

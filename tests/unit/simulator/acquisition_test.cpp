@@ -16,9 +16,10 @@ struct Acquiring : testing::Test {
     SetEnum(camera, "AcquisitionMode", mode);
     RunCommand(camera, "AcquisitionStart");
   }
-  void Edge(int line, int level) { EXPECT_EQ(VimbaSimSetLine(SimulatedCamera::kId, line, level), 0); }
+  void Rise(int line) { EXPECT_EQ(VimbaSimSetLine(SimulatedCamera::kId, line, 1), kAccepted); }
+  void Fall(int line) { EXPECT_EQ(VimbaSimSetLine(SimulatedCamera::kId, line, 0), kAccepted); }
   bool Runs() const { return world.cameras.State()["acquiring"]; }
-  // Once nothing more is due.
+  // How many have come once nothing more is due.
   std::size_t Frames() {
     WaitIdle();
     return ring.Arrived();
@@ -42,7 +43,7 @@ TEST_F(Acquiring, MultiFrameEndsAfterItsCount) {
 }
 
 TEST_F(Acquiring, ContinuousGoesOnUntilItIsStopped) {
-  ring.on_frame = [&](VmbFrame_t& frame) { ring.Queue(frame); };
+  ring.KeepQueued();
   Start();
   ring.WaitFor(30);
   EXPECT_TRUE(Runs());
@@ -129,9 +130,10 @@ TEST_F(Acquiring, ASoftwareTriggerOfAnotherSourceIsIgnored) {
 TEST_F(Acquiring, ALineTriggersOnItsRisingEdge) {
   TriggerBy(camera, "Line2");
   Start();
-  Edge(2, 1);
-  Edge(2, 0);
-  Edge(1, 1);
+
+  Rise(2);
+  Fall(2);
+  Rise(1);
 
   EXPECT_EQ(Frames(), 1u);
 }
@@ -140,10 +142,10 @@ TEST_F(Acquiring, ALineTriggersOnItsFallingEdge) {
   TriggerBy(camera, "Line4");
   SetEnum(camera, "TriggerActivation", "FallingEdge");
   Start();
-  Edge(4, 1);
+  Rise(4);
   EXPECT_EQ(Frames(), 0u);
 
-  Edge(4, 0);
+  Fall(4);
 
   EXPECT_EQ(Frames(), 1u);
 }
@@ -153,8 +155,8 @@ TEST_F(Acquiring, ALineTriggersOnBothEdges) {
   SetEnum(camera, "TriggerActivation", "AnyEdge");
   Start();
 
-  Edge(1, 1);
-  Edge(1, 0);
+  Rise(1);
+  Fall(1);
 
   EXPECT_EQ(Frames(), 2u);
 }
@@ -165,7 +167,7 @@ TEST_F(Acquiring, ALineTriggersAsLongAsItsLevelHolds) {
   Start();
   EXPECT_EQ(Frames(), 0u);
 
-  Edge(3, 1);
+  Rise(3);
 
   EXPECT_EQ(Frames(), 8u);
 }
@@ -188,8 +190,9 @@ TEST_F(Acquiring, WithTriggerModeOffTheSourceDoesNotMatter) {
 }
 
 TEST_F(Acquiring, ANewSourceForgetsTheTriggersOfTheOldOne) {
+  constexpr double kMinuteUs = 60e6;
   TriggerBy(camera, "Software");
-  SetFloat(camera, "TriggerDelayAbs", 60e6);
+  SetFloat(camera, "TriggerDelayAbs", kMinuteUs);
   Start();
   RunCommand(camera, "TriggerSoftware");
 
@@ -203,11 +206,11 @@ TEST_F(Acquiring, ANewSourceForgetsTheTriggersOfTheOldOne) {
 TEST_F(Acquiring, AFrameDeliveredByHandNeedsNoAcquisition) {
   ring.Start();
 
-  world.cameras.Deliver({{"status", -1},
-                         {"flags", 3},
+  world.cameras.Deliver({{"status", VmbFrameStatusIncomplete},
+                         {"flags", VmbFrameFlagsDimension | VmbFrameFlagsOffset},
                          {"imageSize", 7},
                          {"ancillarySize", 9},
-                         {"pixelFormat", 5},
+                         {"pixelFormat", VmbPixelFormatRgb8},
                          {"width", 1},
                          {"height", 2},
                          {"offsetX", 3},
@@ -218,14 +221,15 @@ TEST_F(Acquiring, AFrameDeliveredByHandNeedsNoAcquisition) {
   ASSERT_EQ(ring.Arrived(), 1u);
   const VmbFrame_t frame = ring.WaitFor(1).front();
   EXPECT_EQ(frame.receiveStatus, VmbFrameStatusIncomplete);
-  EXPECT_THAT((std::vector<std::uint64_t>{frame.receiveFlags, frame.imageSize, frame.ancillarySize, frame.pixelFormat,
-                                          frame.width, frame.height, frame.offsetX, frame.offsetY, frame.frameID,
-                                          frame.timestamp}),
-              testing::ElementsAre(3, 7, 9, 5, 1, 2, 3, 4, 77, 5));
+  EXPECT_EQ(frame.receiveFlags, VmbFrameFlagsDimension | VmbFrameFlagsOffset);
+  EXPECT_EQ(frame.pixelFormat, VmbPixelFormatRgb8);
+  EXPECT_THAT((std::vector<std::uint64_t>{frame.imageSize, frame.ancillarySize, frame.width, frame.height,
+                                          frame.offsetX, frame.offsetY, frame.frameID, frame.timestamp}),
+              testing::ElementsAre(7, 9, 1, 2, 3, 4, 77, 5));
 }
 
 TEST_F(Acquiring, AFrameDeliveredByHandNeedsAQueuedFrame) {
-  EXPECT_EQ(VimbaSimDeliverFrame(SimulatedCamera::kId, nullptr), 1);
+  EXPECT_EQ(VimbaSimDeliverFrame(SimulatedCamera::kId, nullptr), kRefused);
 
   EXPECT_STREQ(VimbaSimLastError(), "camera DEV_000F31000001 has no frame queued");
 }

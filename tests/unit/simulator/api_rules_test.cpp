@@ -6,6 +6,7 @@
 
 namespace {
 
+// What the calls get, where its value does not matter.
 VmbFrame_t frame{};
 VmbInt64_t integer = 0;
 double number = 0.0;
@@ -23,36 +24,38 @@ struct Call {
 };
 
 const std::vector<Call> kFeatureCalls{
-    {"IntGet", [](VmbHandle_t h) { return VmbFeatureIntGet(h, "Width", &integer); }},
-    {"IntSet", [](VmbHandle_t h) { return VmbFeatureIntSet(h, "Width", 8); }},
-    {"IntRangeQuery", [](VmbHandle_t h) { return VmbFeatureIntRangeQuery(h, "Width", &integer, &integer); }},
-    {"FloatGet", [](VmbHandle_t h) { return VmbFeatureFloatGet(h, "Gain", &number); }},
-    {"FloatSet", [](VmbHandle_t h) { return VmbFeatureFloatSet(h, "Gain", 1.0); }},
-    {"FloatRangeQuery", [](VmbHandle_t h) { return VmbFeatureFloatRangeQuery(h, "Gain", &number, &number); }},
-    {"EnumGet", [](VmbHandle_t h) { return VmbFeatureEnumGet(h, "PixelFormat", &text); }},
-    {"EnumSet", [](VmbHandle_t h) { return VmbFeatureEnumSet(h, "PixelFormat", "Mono8"); }},
-    {"EnumAsInt", [](VmbHandle_t h) { return VmbFeatureEnumAsInt(h, "PixelFormat", "Mono8", &integer); }},
-    {"StringGet", [](VmbHandle_t h) { return VmbFeatureStringGet(h, "DeviceID", buffer, sizeof buffer, &size); }},
-    {"StringMaxlengthQuery", [](VmbHandle_t h) { return VmbFeatureStringMaxlengthQuery(h, "DeviceID", &size); }},
-    {"BoolGet", [](VmbHandle_t h) { return VmbFeatureBoolGet(h, "GeVTLIsPresent", &flag); }},
-    {"CommandRun", [](VmbHandle_t h) { return VmbFeatureCommandRun(h, "AcquisitionStop"); }},
-    {"CommandIsDone", [](VmbHandle_t h) { return VmbFeatureCommandIsDone(h, "AcquisitionStop", &flag); }},
+    {"IntGet", [](VmbHandle_t handle) { return VmbFeatureIntGet(handle, "Width", &integer); }},
+    {"IntSet", [](VmbHandle_t handle) { return VmbFeatureIntSet(handle, "Width", 8); }},
+    {"IntRangeQuery", [](VmbHandle_t handle) { return VmbFeatureIntRangeQuery(handle, "Width", &integer, &integer); }},
+    {"FloatGet", [](VmbHandle_t handle) { return VmbFeatureFloatGet(handle, "Gain", &number); }},
+    {"FloatSet", [](VmbHandle_t handle) { return VmbFeatureFloatSet(handle, "Gain", 1.0); }},
+    {"FloatRangeQuery", [](VmbHandle_t handle) { return VmbFeatureFloatRangeQuery(handle, "Gain", &number, &number); }},
+    {"EnumGet", [](VmbHandle_t handle) { return VmbFeatureEnumGet(handle, "PixelFormat", &text); }},
+    {"EnumSet", [](VmbHandle_t handle) { return VmbFeatureEnumSet(handle, "PixelFormat", "Mono8"); }},
+    {"EnumAsInt", [](VmbHandle_t handle) { return VmbFeatureEnumAsInt(handle, "PixelFormat", "Mono8", &integer); }},
+    {"StringGet",
+     [](VmbHandle_t handle) { return VmbFeatureStringGet(handle, "DeviceID", buffer, sizeof buffer, &size); }},
+    {"StringMaxlengthQuery",
+     [](VmbHandle_t handle) { return VmbFeatureStringMaxlengthQuery(handle, "DeviceID", &size); }},
+    {"BoolGet", [](VmbHandle_t handle) { return VmbFeatureBoolGet(handle, "GeVTLIsPresent", &flag); }},
+    {"CommandRun", [](VmbHandle_t handle) { return VmbFeatureCommandRun(handle, "AcquisitionStop"); }},
+    {"CommandIsDone", [](VmbHandle_t handle) { return VmbFeatureCommandIsDone(handle, "AcquisitionStop", &flag); }},
     {"InvalidationRegister",
-     [](VmbHandle_t h) { return VmbFeatureInvalidationRegister(h, "Width", &Invalidation, nullptr); }}};
+     [](VmbHandle_t handle) { return VmbFeatureInvalidationRegister(handle, "Width", &Invalidation, nullptr); }}};
 
 const std::vector<Call> kCameraCalls{
-    {"CameraClose", [](VmbHandle_t h) { return VmbCameraClose(h); }},
+    {"CameraClose", [](VmbHandle_t handle) { return VmbCameraClose(handle); }},
     {"FrameAnnounce",
-     [](VmbHandle_t h) {
+     [](VmbHandle_t handle) {
        frame.buffer = buffer;
        frame.bufferSize = sizeof buffer;
-       return VmbFrameAnnounce(h, &frame, sizeof frame);
+       return VmbFrameAnnounce(handle, &frame, sizeof frame);
      }},
-    {"FrameRevokeAll", [](VmbHandle_t h) { return VmbFrameRevokeAll(h); }},
-    {"CaptureStart", [](VmbHandle_t h) { return VmbCaptureStart(h); }},
-    {"CaptureEnd", [](VmbHandle_t h) { return VmbCaptureEnd(h); }},
-    {"CaptureFrameQueue", [](VmbHandle_t h) { return VmbCaptureFrameQueue(h, &frame, &Frame); }},
-    {"CaptureQueueFlush", [](VmbHandle_t h) { return VmbCaptureQueueFlush(h); }}};
+    {"FrameRevokeAll", [](VmbHandle_t handle) { return VmbFrameRevokeAll(handle); }},
+    {"CaptureStart", [](VmbHandle_t handle) { return VmbCaptureStart(handle); }},
+    {"CaptureEnd", [](VmbHandle_t handle) { return VmbCaptureEnd(handle); }},
+    {"CaptureFrameQueue", [](VmbHandle_t handle) { return VmbCaptureFrameQueue(handle, &frame, &Frame); }},
+    {"CaptureQueueFlush", [](VmbHandle_t handle) { return VmbCaptureQueueFlush(handle); }}};
 
 const std::vector<Call> kSystemCalls{
     {"CamerasList", [](VmbHandle_t) { return VmbCamerasList(nullptr, 0, &size, sizeof(VmbCameraInfo_t)); }},
@@ -63,6 +66,7 @@ const std::vector<Call> kSystemCalls{
      }},
     {"CameraOpen", [](VmbHandle_t) { return VmbCameraOpen(SimulatedCamera::kId, VmbAccessModeFull, &opened); }}};
 
+// Every call of the list answers so.
 void ExpectOfAll(const std::vector<Call>& calls, VmbHandle_t handle, VmbError_t expected) {
   for (const Call& call : calls) EXPECT_EQ(call.call(handle), expected) << "Vmb" << call.name;
 }
@@ -77,19 +81,22 @@ TEST(ApiRules, EveryCallButThreeAnswersApiNotStartedBeforeStartUp) {
 
 TEST(ApiRules, EveryCallButThreeAnswersApiNotStartedAfterShutDown) {
   const SimulatedCameras cameras{SimulatedCamera()};
-  { const StartedApi api; }
+  EXPECT_EQ(VmbStartup(), VmbErrorSuccess);
+  VmbShutdown();
 
   for (const auto& calls : {kFeatureCalls, kCameraCalls, kSystemCalls}) {
     ExpectOfAll(calls, gVimbaHandle, VmbErrorApiNotStarted);
   }
 }
 
-TEST(ApiRules, TheVersionCanBeAskedForAtAnyTime) {
+TEST(ApiRules, TheVersionCanBeAskedForBeforeStartUp) {
   VmbVersionInfo_t version{};
 
   EXPECT_EQ(VmbVersionQuery(&version, sizeof version), VmbErrorSuccess);
 
-  EXPECT_GE(version.major, 1u);
+  EXPECT_EQ(version.major, 1u);
+  EXPECT_EQ(version.minor, 8u);
+  EXPECT_EQ(version.patch, 3u);
 }
 
 TEST(ApiRules, EachStartUpNeedsItsOwnShutDown) {
@@ -117,7 +124,7 @@ TEST(ApiRules, ShutDownClosesEveryCameraForGood) {
   const SimulatedCameras cameras{{SimulatedCamera(1), SimulatedCamera(2)}};
   VmbHandle_t first = nullptr;
   VmbHandle_t second = nullptr;
-  VmbStartup();
+  EXPECT_EQ(VmbStartup(), VmbErrorSuccess);
   EXPECT_EQ(VmbCameraOpen("DEV_000F31000001", VmbAccessModeFull, &first), VmbErrorSuccess);
   EXPECT_EQ(VmbCameraOpen("DEV_000F31000002", VmbAccessModeFull, &second), VmbErrorSuccess);
 
@@ -126,7 +133,7 @@ TEST(ApiRules, ShutDownClosesEveryCameraForGood) {
   const StartedApi api;
   EXPECT_EQ(VmbCameraClose(first), VmbErrorBadHandle);
   EXPECT_EQ(VmbCameraClose(second), VmbErrorBadHandle);
-  const OpenedHandle again;
+  EXPECT_EQ(VmbCameraOpen("DEV_000F31000001", VmbAccessModeFull, &opened), VmbErrorSuccess);
 }
 
 TEST(ApiRules, ARecordOfAnotherSizeIsRefused) {
@@ -161,22 +168,22 @@ TEST(ApiRules, ANullPointerIsABadParameter) {
 
 TEST(ApiRules, ANullPointerInAFeatureCallIsABadParameter) {
   const StartedCameras world;
-  const OpenedHandle h;
+  const OpenedHandle camera;
   const std::vector<std::pair<const char*, VmbError_t>> answers{
-      {"IntGet", VmbFeatureIntGet(h, "Width", nullptr)},
-      {"IntGet without name", VmbFeatureIntGet(h, nullptr, &integer)},
-      {"IntRangeQuery", VmbFeatureIntRangeQuery(h, "Width", &integer, nullptr)},
-      {"FloatGet", VmbFeatureFloatGet(h, "Gain", nullptr)},
-      {"FloatRangeQuery", VmbFeatureFloatRangeQuery(h, "Gain", nullptr, &number)},
-      {"EnumGet", VmbFeatureEnumGet(h, "PixelFormat", nullptr)},
-      {"EnumSet", VmbFeatureEnumSet(h, "PixelFormat", nullptr)},
-      {"EnumAsInt", VmbFeatureEnumAsInt(h, "PixelFormat", "Mono8", nullptr)},
-      {"StringGet", VmbFeatureStringGet(h, "DeviceID", nullptr, 0, nullptr)},
-      {"StringMaxlengthQuery", VmbFeatureStringMaxlengthQuery(h, "DeviceID", nullptr)},
+      {"IntGet", VmbFeatureIntGet(camera, "Width", nullptr)},
+      {"IntGet without name", VmbFeatureIntGet(camera, nullptr, &integer)},
+      {"IntRangeQuery", VmbFeatureIntRangeQuery(camera, "Width", &integer, nullptr)},
+      {"FloatGet", VmbFeatureFloatGet(camera, "Gain", nullptr)},
+      {"FloatRangeQuery", VmbFeatureFloatRangeQuery(camera, "Gain", nullptr, &number)},
+      {"EnumGet", VmbFeatureEnumGet(camera, "PixelFormat", nullptr)},
+      {"EnumSet", VmbFeatureEnumSet(camera, "PixelFormat", nullptr)},
+      {"EnumAsInt", VmbFeatureEnumAsInt(camera, "PixelFormat", "Mono8", nullptr)},
+      {"StringGet", VmbFeatureStringGet(camera, "DeviceID", nullptr, 0, nullptr)},
+      {"StringMaxlengthQuery", VmbFeatureStringMaxlengthQuery(camera, "DeviceID", nullptr)},
       {"BoolGet", VmbFeatureBoolGet(gVimbaHandle, "GeVTLIsPresent", nullptr)},
-      {"CommandRun", VmbFeatureCommandRun(h, nullptr)},
-      {"CommandIsDone", VmbFeatureCommandIsDone(h, "AcquisitionStop", nullptr)},
-      {"InvalidationRegister", VmbFeatureInvalidationRegister(h, "Width", nullptr, nullptr)}};
+      {"CommandRun", VmbFeatureCommandRun(camera, nullptr)},
+      {"CommandIsDone", VmbFeatureCommandIsDone(camera, "AcquisitionStop", nullptr)},
+      {"InvalidationRegister", VmbFeatureInvalidationRegister(camera, "Width", nullptr, nullptr)}};
 
   for (const auto& [call, answer] : answers) EXPECT_EQ(answer, VmbErrorBadParameter) << "VmbFeature" << call;
 }
@@ -185,7 +192,8 @@ TEST(ApiRules, AnUnknownHandleIsABadHandle) {
   const StartedCameras world;
 
   for (const auto& calls : {kFeatureCalls, kCameraCalls}) {
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): any value that is no handle
+    // Any value that is no handle.
+    // NOLINTNEXTLINE(performance-no-int-to-ptr)
     ExpectOfAll(calls, reinterpret_cast<VmbHandle_t>(std::uintptr_t{0x7777}), VmbErrorBadHandle);
     ExpectOfAll(calls, nullptr, VmbErrorBadHandle);
   }

@@ -1,38 +1,49 @@
 // discovery_test.cpp
-// The system's features, cameras that come and go, callbacks on changed features.
+// The system's features, cameras that come and go, callbacks for changed features.
 #include <gmock/gmock.h>
 
-#include <mutex>
-
+#include "bmutex.h"
 #include "frame_ring.h"
 
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 // What a callback finds in the event features, one text an event.
 struct EventLog {
-  std::mutex mutex;
-  std::vector<std::string> lines;
+  BMutex mutex;
+  std::vector<std::string> lines KEL_GUARDED_BY(mutex);
 
+  void WatchEvents() {
+    EXPECT_EQ(VmbFeatureInvalidationRegister(gVimbaHandle, "DiscoveryCameraEvent", &OnEvent, this), VmbErrorSuccess);
+  }
+  void Watch(VmbHandle_t camera, const char* feature) {
+    EXPECT_EQ(VmbFeatureInvalidationRegister(camera, feature, &OnChange, this), VmbErrorSuccess) << feature;
+  }
   static void OnEvent(VmbHandle_t handle, const char* name, void* context) {
     char ident[64] = "";
-    VmbFeatureStringGet(handle, "DiscoveryCameraIdent", ident, sizeof ident, nullptr);
+    EXPECT_EQ(VmbFeatureStringGet(handle, "DiscoveryCameraIdent", ident, sizeof ident, nullptr), VmbErrorSuccess);
     EventLog& log = *static_cast<EventLog*>(context);
-    const std::lock_guard lock(log.mutex);
+    const BMutexLock lock(log.mutex);
     log.lines.push_back(std::string(name) + ": " + ident + " " + EnumOf(handle, "DiscoveryCameraEvent"));
   }
   static void OnChange(VmbHandle_t, const char* name, void* context) {
     EventLog& log = *static_cast<EventLog*>(context);
-    const std::lock_guard lock(log.mutex);
+    const BMutexLock lock(log.mutex);
     log.lines.emplace_back(name);
   }
+  // Once no callback is due.
   std::vector<std::string> Lines() {
     WaitIdle();
-    const std::lock_guard lock(mutex);
+    const BMutexLock lock(mutex);
     return lines;
   }
 };
+
+void Unplug(const char* camera_id = SimulatedCamera::kId) { EXPECT_EQ(VimbaSimUnplug(camera_id), kAccepted); }
+
+void Plug(const char* camera_id = SimulatedCamera::kId) { EXPECT_EQ(VimbaSimPlug(camera_id), kAccepted); }
 
 std::uint32_t Listed() {
   VmbUint32_t found = 0;
@@ -40,19 +51,26 @@ std::uint32_t Listed() {
   return found;
 }
 
-TEST(SystemFeatures, TellOfTransportLayerAndDiscovery) {
+TEST(SystemFeatures, ReportTheTransportLayer) {
   const StartedCameras world;
   VmbBool_t present = 0;
-  VmbInt64_t number = -1;
 
   EXPECT_EQ(VmbFeatureBoolGet(gVimbaHandle, "GeVTLIsPresent", &present), VmbErrorSuccess);
+
   EXPECT_EQ(present, 1);
-  EXPECT_EQ(EnumOf(gVimbaHandle, "GeVDiscoveryStatus"), "Off");
-  RunCommand(gVimbaHandle, "GeVDiscoveryAllOnce");
-  RunCommand(gVimbaHandle, "GeVDiscoveryAllAuto");
-  EXPECT_EQ(EnumOf(gVimbaHandle, "GeVDiscoveryStatus"), "Automatic");
+}
+
+TEST(SystemFeatures, ReportWhetherDiscoveryIsAutomatic) {
+  const StartedCameras world;
+  VmbInt64_t number = -1;
   EXPECT_EQ(VmbFeatureEnumAsInt(gVimbaHandle, "GeVDiscoveryStatus", "Automatic", &number), VmbErrorSuccess);
   EXPECT_EQ(number, 1);
+
+  EXPECT_EQ(EnumOf(gVimbaHandle, "GeVDiscoveryStatus"), "Off");
+  RunCommand(gVimbaHandle, "GeVDiscoveryAllOnce");
+  EXPECT_EQ(EnumOf(gVimbaHandle, "GeVDiscoveryStatus"), "Off");
+  RunCommand(gVimbaHandle, "GeVDiscoveryAllAuto");
+  EXPECT_EQ(EnumOf(gVimbaHandle, "GeVDiscoveryStatus"), "Automatic");
   RunCommand(gVimbaHandle, "GeVDiscoveryAllOff");
   EXPECT_EQ(EnumOf(gVimbaHandle, "GeVDiscoveryStatus"), "Off");
 }
@@ -67,16 +85,16 @@ TEST(SystemFeatures, FollowTheConfiguration) {
   EXPECT_EQ(EnumOf(gVimbaHandle, "GeVDiscoveryStatus"), "Automatic");
 }
 
-TEST(Discovery, TellsOfCamerasThatGoAndCome) {
-  const StartedCameras world{std::vector{SimulatedCamera(1), SimulatedCamera(2)}};
+TEST(Discovery, ReportsCamerasThatGoAndCome) {
   EventLog log;
+  const StartedCameras world{std::vector{SimulatedCamera(1), SimulatedCamera(2)}};
   RunCommand(gVimbaHandle, "GeVDiscoveryAllAuto");
-  VmbFeatureInvalidationRegister(gVimbaHandle, "DiscoveryCameraEvent", &EventLog::OnEvent, &log);
+  log.WatchEvents();
 
-  VimbaSimUnplug("DEV_000F31000001");
-  VimbaSimUnplug("DEV_000F31000002");
+  Unplug("DEV_000F31000001");
+  Unplug("DEV_000F31000002");
   EXPECT_EQ(Listed(), 0u);
-  VimbaSimPlug("DEV_000F31000001");
+  Plug("DEV_000F31000001");
 
   EXPECT_EQ(Listed(), 1u);
   EXPECT_THAT(log.Lines(), ElementsAre("DiscoveryCameraEvent: DEV_000F31000001 Missing",
@@ -85,24 +103,24 @@ TEST(Discovery, TellsOfCamerasThatGoAndCome) {
 }
 
 TEST(Discovery, IsSilentWhileItIsOff) {
-  const StartedCameras world;
   EventLog log;
-  VmbFeatureInvalidationRegister(gVimbaHandle, "DiscoveryCameraEvent", &EventLog::OnEvent, &log);
+  const StartedCameras world;
+  log.WatchEvents();
 
-  VimbaSimUnplug(SimulatedCamera::kId);
+  Unplug();
 
-  EXPECT_THAT(log.Lines(), ElementsAre());
+  EXPECT_THAT(log.Lines(), IsEmpty());
 }
 
-TEST(Discovery, OfAnUnchangedPlugTellsNothing) {
-  const StartedCameras world;
+TEST(Discovery, IsSilentAboutACameraThatIsPluggedInAlready) {
   EventLog log;
+  const StartedCameras world;
   RunCommand(gVimbaHandle, "GeVDiscoveryAllAuto");
-  VmbFeatureInvalidationRegister(gVimbaHandle, "DiscoveryCameraEvent", &EventLog::OnEvent, &log);
+  log.WatchEvents();
 
-  VimbaSimPlug(SimulatedCamera::kId);
+  Plug();
 
-  EXPECT_THAT(log.Lines(), ElementsAre());
+  EXPECT_THAT(log.Lines(), IsEmpty());
 }
 
 TEST(Unplugging, LeavesADeadHandleThatCanOnlyGiveBack) {
@@ -110,9 +128,10 @@ TEST(Unplugging, LeavesADeadHandleThatCanOnlyGiveBack) {
   const OpenedHandle camera;
   FrameRing ring(camera, 2);
   ring.Start();
-  VimbaSimUnplug(SimulatedCamera::kId);
-
   VmbInt64_t value = 0;
+
+  Unplug();
+
   EXPECT_EQ(VmbFeatureIntGet(camera, "Width", &value), VmbErrorDeviceNotOpen);
   EXPECT_EQ(VmbFeatureCommandRun(camera, "AcquisitionStart"), VmbErrorDeviceNotOpen);
   EXPECT_EQ(VmbCaptureStart(camera), VmbErrorDeviceNotOpen);
@@ -128,7 +147,7 @@ TEST(Unplugging, LetsNobodyOpenTheCamera) {
   VmbHandle_t handle = nullptr;
   VmbCameraInfo_t info{};
 
-  VimbaSimUnplug(SimulatedCamera::kId);
+  Unplug();
 
   EXPECT_EQ(VmbCameraOpen(SimulatedCamera::kId, VmbAccessModeFull, &handle), VmbErrorNotFound);
   EXPECT_EQ(VmbCameraInfoQuery(SimulatedCamera::kId, &info, sizeof info), VmbErrorNotFound);
@@ -138,28 +157,36 @@ TEST(PluggingIn, IsAPowerUpThatNoOldHandleSurvives) {
   const StartedCameras world;
   const OpenedHandle old;
   SetInt(old, "Width", 32);
-  VimbaSimUnplug(SimulatedCamera::kId);
-  VimbaSimPlug(SimulatedCamera::kId);
+  VmbInt64_t value = 0;
+
+  Unplug();
+  Plug();
 
   const OpenedHandle fresh;
-
-  VmbInt64_t value = 0;
-  EXPECT_EQ(VmbFeatureIntGet(old, "Width", &value), VmbErrorDeviceNotOpen);
   EXPECT_EQ(IntOf(fresh, "Width"), SimulatedCamera::kWidth);
+  EXPECT_EQ(VmbFeatureIntGet(old, "Width", &value), VmbErrorDeviceNotOpen);
+}
+
+TEST(PluggingIn, LetsANewHandleTakePicturesWhateverBecomesOfTheOldOne) {
+  const StartedCameras world;
+  const OpenedHandle old;
+  Unplug();
+  Plug();
+  const OpenedHandle fresh;
   FrameRing ring(fresh, 1);
   ring.Start();
+
   EXPECT_EQ(VmbCameraClose(old), VmbErrorSuccess);
   RunCommand(fresh, "AcquisitionStart");
+
   EXPECT_EQ(ring.WaitFor(1).front().receiveStatus, VmbFrameStatusComplete);
 }
 
-TEST(Invalidation, TellsOfFeaturesThatChangeWithAnother) {
+TEST(Invalidation, ReportsEveryFeatureThatChangesWithAnother) {
+  EventLog log;
   const StartedCameras world;
   const OpenedHandle camera;
-  EventLog log;
-  for (const char* feature : {"Width", "PayloadSize", "OffsetX", "Height"}) {
-    EXPECT_EQ(VmbFeatureInvalidationRegister(camera, feature, &EventLog::OnChange, &log), VmbErrorSuccess);
-  }
+  for (const char* feature : {"Width", "PayloadSize", "OffsetX", "Height"}) log.Watch(camera, feature);
 
   SetInt(camera, "Width", 32);
   SetInt(camera, "Width", 32);
@@ -176,17 +203,17 @@ TEST(Invalidation, OfAnUnknownFeatureIsNotFound) {
 }
 
 TEST(Invalidation, EndsWithItsHandle) {
-  const StartedCameras world;
   EventLog log;
+  const StartedCameras world;
   {
     const OpenedHandle camera;
-    VmbFeatureInvalidationRegister(camera, "Width", &EventLog::OnChange, &log);
+    log.Watch(camera, "Width");
   }
 
   const OpenedHandle camera;
   SetInt(camera, "Width", 32);
 
-  EXPECT_THAT(log.Lines(), ElementsAre());
+  EXPECT_THAT(log.Lines(), IsEmpty());
 }
 
 }  // namespace

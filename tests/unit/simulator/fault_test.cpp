@@ -8,7 +8,6 @@
 
 namespace {
 
-using nlohmann::json;
 using testing::ElementsAre;
 
 struct Faults : testing::Test {
@@ -24,50 +23,58 @@ struct Faults : testing::Test {
 };
 
 TEST_F(Faults, HitOneCallAndItTakesNoEffect) {
-  world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"feature", "PixelFormat"}, {"error", -14}});
+  world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"feature", "PixelFormat"}, {"error", VmbErrorResources}});
 
-  EXPECT_THAT(SetFormats({"Mono8"}), ElementsAre(-14));
+  EXPECT_THAT(SetFormats({"Mono8"}), ElementsAre(VmbErrorResources));
 
   EXPECT_EQ(EnumOf(camera, "PixelFormat"), "BayerRG8");
-  EXPECT_THAT(SetFormats({"Mono8"}), ElementsAre(0));
+  EXPECT_THAT(SetFormats({"Mono8"}), ElementsAre(VmbErrorSuccess));
 }
 
 TEST_F(Faults, HitAsManyCallsAsTheyAskForFromTheirOccurrenceOn) {
-  world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"occurrence", 2}, {"count", 2}, {"error", -13}});
+  world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"occurrence", 2}, {"count", 2}, {"error", VmbErrorOther}});
 
-  EXPECT_THAT(SetFormats({"Mono8", "Mono8", "Mono8", "Mono8"}), ElementsAre(0, -13, -13, 0));
+  EXPECT_THAT(SetFormats({"Mono8", "Mono8", "Mono8", "Mono8"}),
+              ElementsAre(VmbErrorSuccess, VmbErrorOther, VmbErrorOther, VmbErrorSuccess));
 }
 
 TEST_F(Faults, OfCountZeroHitForEverUntilTheyAreCleared) {
-  world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"count", 0}, {"error", -13}});
-  EXPECT_THAT(SetFormats({"Mono8", "Mono8", "Mono8"}), ElementsAre(-13, -13, -13));
+  world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"count", 0}, {"error", VmbErrorOther}});
+  EXPECT_THAT(SetFormats({"Mono8", "Mono8", "Mono8"}), ElementsAre(VmbErrorOther, VmbErrorOther, VmbErrorOther));
 
   world.cameras.ClearFaults();
 
-  EXPECT_THAT(SetFormats({"Mono8"}), ElementsAre(0));
+  EXPECT_THAT(SetFormats({"Mono8"}), ElementsAre(VmbErrorSuccess));
 }
 
 TEST_F(Faults, OfTheLargestCountHitFromTheirOccurrenceOn) {
-  world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"occurrence", 2}, {"count", INT64_MAX}, {"error", -13}});
+  world.cameras.Fault(
+      {{"call", "VmbFeatureEnumSet"}, {"occurrence", 2}, {"count", INT64_MAX}, {"error", VmbErrorOther}});
 
-  EXPECT_THAT(SetFormats({"Mono8", "Mono8", "Mono8"}), ElementsAre(0, -13, -13));
+  EXPECT_THAT(SetFormats({"Mono8", "Mono8", "Mono8"}), ElementsAre(VmbErrorSuccess, VmbErrorOther, VmbErrorOther));
 }
 
 TEST_F(Faults, HitOnlyTheirFeatureAndValue) {
-  world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"value", "Mono8"}, {"count", 0}, {"error", -13}});
-  world.cameras.Fault({{"call", "VmbFeatureIntSet"}, {"feature", "Width"}, {"value", 32}, {"count", 0}, {"error", -5}});
-  world.cameras.Fault({{"call", "VmbFeatureFloatSet"}, {"value", 2.5}, {"count", 0}, {"error", -6}});
+  world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"value", "Mono8"}, {"count", 0}, {"error", VmbErrorOther}});
+  world.cameras.Fault({{"call", "VmbFeatureIntSet"},
+                       {"feature", "Width"},
+                       {"value", 32},
+                       {"count", 0},
+                       {"error", VmbErrorDeviceNotOpen}});
+  world.cameras.Fault({{"call", "VmbFeatureFloatSet"}, {"value", 2.5}, {"count", 0}, {"error", VmbErrorInvalidAccess}});
 
-  EXPECT_THAT(SetFormats({"RGB8Packed", "Mono8"}), ElementsAre(0, -13));
-  EXPECT_EQ(VmbFeatureIntSet(camera, "Height", 32), 0);
-  EXPECT_EQ(VmbFeatureIntSet(camera, "Width", 32), -5);
-  EXPECT_EQ(VmbFeatureFloatSet(camera, "Gain", 2.5), -6);
+  EXPECT_THAT(SetFormats({"RGB8Packed", "Mono8"}), ElementsAre(VmbErrorSuccess, VmbErrorOther));
+  EXPECT_EQ(VmbFeatureIntSet(camera, "Height", 32), VmbErrorSuccess);
+  EXPECT_EQ(VmbFeatureIntSet(camera, "Width", 32), VmbErrorDeviceNotOpen);
+  EXPECT_EQ(VmbFeatureIntSet(camera, "Width", 40), VmbErrorSuccess);
+  EXPECT_EQ(VmbFeatureFloatSet(camera, "Gain", 2.0), VmbErrorSuccess);
+  EXPECT_EQ(VmbFeatureFloatSet(camera, "Gain", 2.5), VmbErrorInvalidAccess);
 }
 
 TEST(FaultsOfTwoCameras, HitOnlyTheirCamera) {
-  const StartedCameras world{std::vector{SimulatedCamera(1), SimulatedCamera(2)}};
-  VimbaSimAddFaults(R"([{"call":"VmbCaptureStart","camera":"DEV_000F31000002","error":-13},
-                        {"frame":0,"camera":"DEV_000F31000002","status":-3}])");
+  StartedCameras world{std::vector{SimulatedCamera(1), SimulatedCamera(2)}};
+  world.cameras.Fault({{"call", "VmbCaptureStart"}, {"camera", "DEV_000F31000002"}, {"error", VmbErrorOther}});
+  world.cameras.Fault({{"frame", 0}, {"camera", "DEV_000F31000002"}, {"status", VmbFrameStatusInvalid}});
   const OpenedHandle first("DEV_000F31000001");
   const OpenedHandle second("DEV_000F31000002");
   FrameRing first_ring(first, 1);
@@ -84,12 +91,13 @@ TEST(FaultsOfTwoCameras, HitOnlyTheirCamera) {
 }
 
 TEST_F(Faults, DelayACallThatThenTakesEffect) {
-  world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"delay_ms", 40}});
+  constexpr std::chrono::milliseconds kDelay{40};
+  world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"delay_ms", kDelay.count()}});
   const auto begin = std::chrono::steady_clock::now();
 
-  EXPECT_THAT(SetFormats({"Mono8"}), ElementsAre(0));
+  EXPECT_THAT(SetFormats({"Mono8"}), ElementsAre(VmbErrorSuccess));
 
-  EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(40));
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, kDelay);
   EXPECT_EQ(EnumOf(camera, "PixelFormat"), "Mono8");
 }
 
@@ -97,6 +105,7 @@ TEST_F(Faults, KeepACommandFromReportingDone) {
   world.cameras.Fault(
       {{"call", "VmbFeatureCommandIsDone"}, {"feature", "GVSPAdjustPacketSize"}, {"done", false}, {"count", 3}});
   RunCommand(camera, "GVSPAdjustPacketSize");
+
   std::vector<int> polls;
   for (int i = 0; i < 5; ++i) {
     VmbBool_t done = 0;
@@ -109,7 +118,7 @@ TEST_F(Faults, KeepACommandFromReportingDone) {
 
 TEST_F(Faults, HitCallsOfTheSystem) {
   world.cameras.Fault(
-      {{"call", "VmbFeatureInvalidationRegister"}, {"feature", "DiscoveryCameraEvent"}, {"error", -20}});
+      {{"call", "VmbFeatureInvalidationRegister"}, {"feature", "DiscoveryCameraEvent"}, {"error", VmbErrorIO}});
   const auto callback = [](VmbHandle_t, const char*, void*) {};
 
   EXPECT_EQ(VmbFeatureInvalidationRegister(gVimbaHandle, "DiscoveryCameraEvent", callback, nullptr), VmbErrorIO);
@@ -117,44 +126,52 @@ TEST_F(Faults, HitCallsOfTheSystem) {
 }
 
 TEST(FaultsBeforeStartUp, HitTheStartUp) {
-  const SimulatedCameras cameras{SimulatedCamera()};
-  EXPECT_EQ(VimbaSimAddFaults(R"({"call":"VmbStartup","error":-16})"), 0);
+  SimulatedCameras cameras{SimulatedCamera()};
+  cameras.Fault({{"call", "VmbStartup"}, {"error", VmbErrorNoTL}});
+  VmbUint32_t found = 0;
+
   EXPECT_EQ(VmbStartup(), VmbErrorNoTL);
 
-  VmbUint32_t found = 0;
   EXPECT_EQ(VmbCamerasList(nullptr, 0, &found, sizeof(VmbCameraInfo_t)), VmbErrorApiNotStarted);
-  const StartedApi api;
+}
+
+std::vector<VmbFrameStatus_t> StatusesOf(const std::vector<VmbFrame_t>& frames) {
+  std::vector<VmbFrameStatus_t> statuses;
+  statuses.reserve(frames.size());
+  for (const VmbFrame_t& frame : frames) statuses.push_back(frame.receiveStatus);
+  return statuses;
 }
 
 TEST_F(Faults, ChangeFramesByNumber) {
   FrameRing ring(camera, 4);
-  world.cameras.Fault({{"frame", 1}, {"status", -1}, {"imageSize", 10}, {"pixelFormat", 6}, {"timestamp", 3}});
-  world.cameras.Fault({{"frame", 2}, {"count", 2}, {"status", -2}});
+  world.cameras.Fault({{"frame", 1},
+                       {"status", VmbFrameStatusIncomplete},
+                       {"imageSize", 10},
+                       {"pixelFormat", VmbPixelFormatRgb8},
+                       {"timestamp", 3}});
+  world.cameras.Fault({{"frame", 2}, {"count", 2}, {"status", VmbFrameStatusTooSmall}});
   ring.Start();
   RunCommand(camera, "AcquisitionStart");
 
   const auto frames = ring.WaitFor(4);
 
-  std::vector<int> statuses;
-  statuses.reserve(frames.size());
-  for (const VmbFrame_t& frame : frames) statuses.push_back(frame.receiveStatus);
-  EXPECT_THAT(statuses, ElementsAre(0, -1, -2, -2));
+  EXPECT_THAT(StatusesOf(frames), ElementsAre(VmbFrameStatusComplete, VmbFrameStatusIncomplete, VmbFrameStatusTooSmall,
+                                              VmbFrameStatusTooSmall));
   EXPECT_EQ(frames[1].imageSize, 10u);
-  EXPECT_EQ(frames[1].pixelFormat, 6u);
+  EXPECT_EQ(frames[1].pixelFormat, VmbPixelFormatRgb8);
   EXPECT_EQ(frames[1].timestamp, 3u);
   EXPECT_EQ(frames[1].frameID, 1u);
 }
 
 TEST_F(Faults, OfTheLargestCountChangeFramesFromTheirNumberOn) {
   FrameRing ring(camera, 3);
-  world.cameras.Fault({{"frame", 1}, {"count", INT64_MAX}, {"status", -2}});
+  world.cameras.Fault({{"frame", 1}, {"count", INT64_MAX}, {"status", VmbFrameStatusTooSmall}});
   ring.Start();
   RunCommand(camera, "AcquisitionStart");
 
   const auto frames = ring.WaitFor(3);
 
-  EXPECT_THAT((std::vector{frames[0].receiveStatus, frames[1].receiveStatus, frames[2].receiveStatus}),
-              ElementsAre(0, -2, -2));
+  EXPECT_THAT(StatusesOf(frames), ElementsAre(VmbFrameStatusComplete, VmbFrameStatusTooSmall, VmbFrameStatusTooSmall));
 }
 
 TEST_F(Faults, CountFramesFromTheMomentInWhichTheyAreAdded) {
@@ -165,13 +182,12 @@ TEST_F(Faults, CountFramesFromTheMomentInWhichTheyAreAdded) {
   RunCommand(camera, "TriggerSoftware");
   ring.WaitFor(1);
 
-  world.cameras.Fault({{"frame", 1}, {"status", -3}});
+  world.cameras.Fault({{"frame", 1}, {"status", VmbFrameStatusInvalid}});
   RunCommand(camera, "TriggerSoftware");
   RunCommand(camera, "TriggerSoftware");
 
-  const auto frames = ring.WaitFor(3);
-  EXPECT_EQ(frames[1].receiveStatus, VmbFrameStatusComplete);
-  EXPECT_EQ(frames[2].receiveStatus, VmbFrameStatusInvalid);
+  EXPECT_THAT(StatusesOf(ring.WaitFor(3)),
+              ElementsAre(VmbFrameStatusComplete, VmbFrameStatusComplete, VmbFrameStatusInvalid));
 }
 
 TEST_F(Faults, DropAFrame) {
@@ -184,27 +200,30 @@ TEST_F(Faults, DropAFrame) {
 }
 
 TEST_F(Faults, DelayAFrame) {
+  constexpr std::chrono::milliseconds kDelay{50};
   FrameRing ring(camera, 1);
-  world.cameras.Fault({{"frame", 0}, {"delay_ms", 50}});
+  world.cameras.Fault({{"frame", 0}, {"delay_ms", kDelay.count()}});
   ring.Start();
   const auto begin = std::chrono::steady_clock::now();
+
   RunCommand(camera, "AcquisitionStart");
   ring.WaitFor(1);
 
-  EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(50));
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, kDelay);
 }
 
 TEST_F(Faults, UnplugTheCameraAtAFrame) {
   FrameRing ring(camera, 4);
   world.cameras.Fault({{"unplugAtFrame", 2}});
   ring.Start();
+  VmbInt64_t value = 0;
+
   RunCommand(camera, "AcquisitionStart");
   ring.WaitFor(2);
   WaitIdle();
 
   EXPECT_EQ(ring.Arrived(), 2u);
   EXPECT_EQ(world.cameras.State()["plugged"], false);
-  VmbInt64_t value = 0;
   EXPECT_EQ(VmbFeatureIntGet(camera, "Width", &value), VmbErrorDeviceNotOpen);
 }
 
@@ -214,8 +233,8 @@ struct Refused {
 };
 class RefusedFault : public testing::TestWithParam<Refused> {};
 
-TEST_P(RefusedFault, IsToldWithItsMemberAndValue) {
-  EXPECT_EQ(VimbaSimAddFaults(GetParam().json), 1);
+TEST_P(RefusedFault, NamesMemberAndValue) {
+  EXPECT_EQ(VimbaSimAddFaults(GetParam().json), kRefused);
 
   EXPECT_STREQ(VimbaSimLastError(), GetParam().why);
 }

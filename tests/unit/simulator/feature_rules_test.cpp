@@ -1,6 +1,10 @@
 // feature_rules_test.cpp
-// Types, ranges, access rules, and how a camera's features hang together.
+// Types, ranges, access rules, and how a camera's features depend on each other.
 #include <gmock/gmock.h>
+
+#include <limits>
+#include <string_view>
+#include <utility>
 
 #include "frame_ring.h"
 
@@ -28,7 +32,7 @@ TEST_F(Features, OfUnknownNameAreNotFound) {
   EXPECT_EQ(VmbFeatureIntGet(gVimbaHandle, "Width", &value), VmbErrorNotFound);
 }
 
-TEST_F(Features, OfAnotherTypeAreOfTheWrongType) {
+TEST_F(Features, AskedForAsAnotherTypeAreOfTheWrongType) {
   VmbInt64_t integer = 0;
   double number = 0.0;
   VmbBool_t flag = 0;
@@ -41,18 +45,18 @@ TEST_F(Features, OfAnotherTypeAreOfTheWrongType) {
   EXPECT_EQ(VmbFeatureEnumSet(camera, "AcquisitionStart", "On"), VmbErrorWrongType);
 }
 
-TEST_F(Features, OutsideTheirRangeAreInvalid) {
+TEST_F(Features, RefuseValuesOutsideTheirRange) {
   EXPECT_EQ(VmbFeatureIntSet(camera, "Width", 65), VmbErrorInvalidValue);
   EXPECT_EQ(VmbFeatureIntSet(camera, "Width", 7), VmbErrorInvalidValue);
   EXPECT_EQ(VmbFeatureFloatSet(camera, "Gain", 40.5), VmbErrorInvalidValue);
   EXPECT_EQ(VmbFeatureFloatSet(camera, "Gain", std::numeric_limits<double>::quiet_NaN()), VmbErrorInvalidValue);
   EXPECT_EQ(VmbFeatureEnumSet(camera, "PixelFormat", "BayerGB8"), VmbErrorInvalidValue);
 
-  EXPECT_EQ(IntOf(camera, "Width"), 64);
+  EXPECT_EQ(IntOf(camera, "Width"), SimulatedCamera::kWidth);
   EXPECT_EQ(EnumOf(camera, "PixelFormat"), "BayerRG8");
 }
 
-TEST_F(Features, BetweenTwoStepsAreInvalid) {
+TEST_F(Features, RefuseValuesBetweenTwoSteps) {
   EXPECT_EQ(VmbFeatureIntSet(camera, "GVSPPacketSize", 1502), VmbErrorInvalidValue);
 
   SetInt(camera, "GVSPPacketSize", 1504);
@@ -132,7 +136,7 @@ TEST_F(Features, ASizeThatDoesNotFitAtTheOffsetIsInvalid) {
   SetInt(camera, "Width", 40);
   SetInt(camera, "OffsetX", 10);
 
-  EXPECT_THAT(RangeOf(camera, "Width"), Pair(8, 64));
+  EXPECT_THAT(RangeOf(camera, "Width"), Pair(8, SimulatedCamera::kWidth));
   EXPECT_EQ(VmbFeatureIntSet(camera, "Width", 55), VmbErrorInvalidValue);
   SetInt(camera, "Width", 54);
 }
@@ -150,7 +154,7 @@ TEST_F(Features, BinningDividesTheRangesOfTheSize) {
   EXPECT_EQ(IntOf(camera, "Width"), 32);
   EXPECT_EQ(IntOf(camera, "Height"), 16);
   EXPECT_EQ(IntOf(camera, "OffsetX"), 0);
-  EXPECT_EQ(IntOf(camera, "SensorWidth"), 64);
+  EXPECT_EQ(IntOf(camera, "SensorWidth"), SimulatedCamera::kWidth);
 }
 
 TEST_F(Features, BalanceHasOneValueForEachSelectorEntry) {
@@ -182,6 +186,8 @@ TEST_F(Features, EntriesHaveTheirNumbers) {
   EXPECT_EQ(VmbFeatureEnumAsInt(camera, "PixelFormat", "Mono12", &value), VmbErrorInvalidValue);
 }
 
+constexpr std::string_view kModel = "Manta G-507B (E0022705)";
+
 TEST_F(Features, TextsFitTheirMaximumLength) {
   VmbUint32_t length = 0;
   EXPECT_EQ(VmbFeatureStringMaxlengthQuery(camera, "DeviceModelName", &length), VmbErrorSuccess);
@@ -190,42 +196,62 @@ TEST_F(Features, TextsFitTheirMaximumLength) {
 
   EXPECT_EQ(VmbFeatureStringGet(camera, "DeviceModelName", text.data(), length, &filled), VmbErrorSuccess);
 
-  EXPECT_STREQ(text.data(), "Manta G-507B (E0022705)");
-  EXPECT_EQ(filled, 24u);
+  EXPECT_EQ(std::string(text.data()), kModel);
+  EXPECT_EQ(filled, kModel.size() + 1);
 }
 
 TEST_F(Features, ATextThatDoesNotFitIsCutAndAnswersMoreData) {
   char text[6] = "-----";
   VmbUint32_t needed = 0;
 
-  EXPECT_EQ(VmbFeatureStringGet(camera, "DeviceModelName", text, 6, &needed), VmbErrorMoreData);
+  EXPECT_EQ(VmbFeatureStringGet(camera, "DeviceModelName", text, sizeof text, &needed), VmbErrorMoreData);
+
   EXPECT_STREQ(text, "Manta");
-  EXPECT_EQ(needed, 24u);
+  EXPECT_EQ(needed, kModel.size() + 1);
+}
+
+TEST_F(Features, ATextGoesNowhereWithoutRoom) {
+  char text[] = "-";
+
   EXPECT_EQ(VmbFeatureStringGet(camera, "DeviceModelName", text, 0, nullptr), VmbErrorMoreData);
+
+  EXPECT_STREQ(text, "-");
+}
+
+TEST_F(Features, ATextWithoutBufferGivesTheNeededSize) {
+  VmbUint32_t needed = 0;
+
   EXPECT_EQ(VmbFeatureStringGet(camera, "DeviceModelName", nullptr, 0, &needed), VmbErrorSuccess);
+
+  EXPECT_EQ(needed, kModel.size() + 1);
 }
 
 TEST_F(Features, TheLatchKeepsTheClocksReading) {
   EXPECT_EQ(IntOf(camera, "GevTimestampValue"), 0);
+
   RunCommand(camera, "GevTimestampControlLatch");
   const std::int64_t first = IntOf(camera, "GevTimestampValue");
+  const std::int64_t again = IntOf(camera, "GevTimestampValue");
+  RunCommand(camera, "GevTimestampControlLatch");
+  const std::int64_t second = IntOf(camera, "GevTimestampValue");
 
   EXPECT_GT(first, 0);
-  EXPECT_EQ(IntOf(camera, "GevTimestampValue"), first);
-  RunCommand(camera, "GevTimestampControlLatch");
-  EXPECT_GT(IntOf(camera, "GevTimestampValue"), first);
+  EXPECT_EQ(again, first);
+  EXPECT_GT(second, first);
 }
 
 TEST_F(Features, AResetSetsTheClockToZero) {
   RunCommand(camera, "GevTimestampControlLatch");
   const auto begin = std::chrono::steady_clock::now();
+
   RunCommand(camera, "GevTimestampControlReset");
   RunCommand(camera, "GevTimestampControlLatch");
 
-  const std::chrono::duration<double> most = std::chrono::steady_clock::now() - begin;
-  const double seconds = static_cast<double>(IntOf(camera, "GevTimestampValue")) /
-                         static_cast<double>(IntOf(camera, "GevTimestampTickFrequency"));
-  EXPECT_LE(seconds, most.count());
+  const auto elapsed = std::chrono::steady_clock::now() - begin;
+
+  const std::chrono::duration<double> clock(static_cast<double>(IntOf(camera, "GevTimestampValue")) /
+                                            static_cast<double>(IntOf(camera, "GevTimestampTickFrequency")));
+  EXPECT_LE(clock, elapsed);
 }
 
 TEST(FrameRateLimit, IsThatOfTheSlowestOfExposureReadOutAndStream) {
@@ -242,19 +268,22 @@ TEST(FrameRateLimit, IsThatOfTheSlowestOfExposureReadOutAndStream) {
   EXPECT_DOUBLE_EQ(FloatOf(camera, "AcquisitionFrameRateLimit"), 20.0);
 }
 
-TEST(PacketSize, AdjustingTakesAWhileAndFindsWhatTheLinkCarries) {
+TEST(PacketSize, AdjustingTakesItsTimeAndFindsWhatTheLinkCarries) {
+  constexpr std::chrono::milliseconds kAdjustment{30};
   const StartedCameras world{
-      SimulatedCamera().RealTiming().With("packetSize", {{"negotiated", 7001}, {"adjust_ms", 30}})};
+      SimulatedCamera().RealTiming().With("packetSize", {{"negotiated", 7001}, {"adjust_ms", kAdjustment.count()}})};
   const OpenedHandle camera;
-  VmbBool_t done = 1;
+  VmbBool_t done = 0;
   const auto begin = std::chrono::steady_clock::now();
+
   RunCommand(camera, "GVSPAdjustPacketSize");
-
-  do {
+  EXPECT_TRUE(Eventually([&] {
     EXPECT_EQ(VmbFeatureCommandIsDone(camera, "GVSPAdjustPacketSize", &done), VmbErrorSuccess);
-  } while (!done && std::chrono::steady_clock::now() - begin < kDeadline);
+    return done != 0;
+  }));
 
-  EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(30));
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, kAdjustment);
+  // The feature has steps of 4.
   EXPECT_EQ(IntOf(camera, "GVSPPacketSize"), 7000);
 }
 
@@ -265,7 +294,7 @@ TEST(MissingFeatures, AreNotFoundAndLeaveTheRestAlone) {
 
   EXPECT_EQ(VmbFeatureIntGet(camera, "Width", &value), VmbErrorNotFound);
   EXPECT_EQ(VmbFeatureCommandRun(camera, "AcquisitionStop"), VmbErrorNotFound);
-  EXPECT_EQ(IntOf(camera, "PayloadSize"), 64 * 48);
+  EXPECT_EQ(IntOf(camera, "PayloadSize"), SimulatedCamera::kWidth * SimulatedCamera::kHeight);
 }
 
 TEST(MissingFeatures, AreBinningOfACameraThatCannotBinAndColourOfAMonochromeOne) {

@@ -2,17 +2,17 @@
 // A camera as a program uses it: opened, frames announced, every frame that came back kept.
 #include "frame_ring.h"
 
-#include <utility>
+#include <tuple>
 
 OpenedHandle::OpenedHandle(const std::string& id, VmbAccessMode_t access) {
   EXPECT_EQ(VmbCameraOpen(id.c_str(), access, &m_handle), VmbErrorSuccess);
 }
 
-OpenedHandle::~OpenedHandle() { VmbCameraClose(m_handle); }
+OpenedHandle::~OpenedHandle() { std::ignore = VmbCameraClose(m_handle); }
 
-FrameRing::FrameRing(VmbHandle_t camera, std::size_t count, std::optional<std::uint32_t> buffer_size)
+FrameRing::FrameRing(VmbHandle_t camera, std::size_t count, std::optional<std::uint32_t> buffer_bytes)
     : m_camera(camera), m_frames(count) {
-  const std::size_t size = buffer_size ? *buffer_size : static_cast<std::size_t>(IntOf(camera, "PayloadSize"));
+  const std::size_t size = buffer_bytes ? *buffer_bytes : static_cast<std::size_t>(IntOf(camera, "PayloadSize"));
   for (VmbFrame_t& frame : m_frames) {
     m_buffers.emplace_back(size);
     frame.buffer = m_buffers.back().data();
@@ -23,9 +23,9 @@ FrameRing::FrameRing(VmbHandle_t camera, std::size_t count, std::optional<std::u
 }
 
 FrameRing::~FrameRing() {
-  VmbCaptureEnd(m_camera);
-  VmbCaptureQueueFlush(m_camera);
-  VmbFrameRevokeAll(m_camera);
+  std::ignore = VmbCaptureEnd(m_camera);
+  std::ignore = VmbCaptureQueueFlush(m_camera);
+  std::ignore = VmbFrameRevokeAll(m_camera);
 }
 
 void FrameRing::Start() {
@@ -37,24 +37,30 @@ VmbError_t FrameRing::Queue(std::size_t index) { return Queue(m_frames[index]); 
 
 VmbError_t FrameRing::Queue(VmbFrame_t& frame) { return VmbCaptureFrameQueue(m_camera, &frame, &OnFrame); }
 
+void FrameRing::KeepQueued() {
+  // Refused once capture has ended.
+  on_frame = [this](VmbFrame_t& frame) { std::ignore = Queue(frame); };
+}
+
 void FrameRing::OnFrame(VmbHandle_t, VmbFrame_t* frame) {
   FrameRing& ring = *static_cast<FrameRing*>(frame->context[0]);
   const VmbFrame_t received = *frame;
   if (ring.on_frame) ring.on_frame(*frame);
-  const std::lock_guard lock(ring.m_mutex);
+  const BMutexLock lock(ring.m_mutex);
   ring.m_arrivals.push_back(received);
-  ring.m_arrived.notify_all();
+  ring.m_arrived.NotifyAll();
 }
 
 std::vector<VmbFrame_t> FrameRing::WaitFor(std::size_t count) {
-  std::unique_lock lock(m_mutex);
-  EXPECT_TRUE(m_arrived.wait_for(lock, kDeadline, [&] { return m_arrivals.size() >= count; }))
-      << m_arrivals.size() << " of " << count << " frames came";
+  const auto deadline = std::chrono::steady_clock::now() + kDeadline;
+  BMutexLock lock(m_mutex);
+  while (m_arrivals.size() < count && std::chrono::steady_clock::now() < deadline) m_arrived.WaitUntil(lock, deadline);
+  EXPECT_GE(m_arrivals.size(), count) << "frames that came in time";
   return m_arrivals;
 }
 
 std::size_t FrameRing::Arrived() {
-  const std::lock_guard lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   return m_arrivals.size();
 }
 
@@ -98,7 +104,8 @@ void TriggerBy(VmbHandle_t camera, const char* source) {
 }
 
 void WaitIdle() {
-  EXPECT_EQ(VimbaSimWaitIdle(static_cast<std::uint32_t>(std::chrono::milliseconds(kDeadline).count())), 0);
+  constexpr std::chrono::milliseconds kTimeout = kDeadline;
+  EXPECT_EQ(VimbaSimWaitIdle(static_cast<std::uint32_t>(kTimeout.count())), 0);
 }
 
 std::string RecordedCalls() {

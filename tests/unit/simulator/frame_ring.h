@@ -5,22 +5,37 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <condition_variable>
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "VimbaC.h"
+#include "bmutex.h"
 #include "support/simulated_cameras.h"
 #include "vimba_simulator.h"
 
 inline constexpr std::chrono::seconds kDeadline{20};
 
-// The API is up while it lives.
+// What the functions of vimba_simulator.h answer.
+inline constexpr int kAccepted = 0;
+inline constexpr int kRefused = 1;
+
+// Asks again and again. False when the deadline passes before the condition holds.
+template <class Condition>
+[[nodiscard]] bool Eventually(Condition condition) {
+  const auto deadline = std::chrono::steady_clock::now() + kDeadline;
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() >= deadline) return false;
+    std::this_thread::yield();
+  }
+  return true;
+}
+
+// The API is started while it lives.
 struct StartedApi {
   StartedApi() { EXPECT_EQ(VmbStartup(), VmbErrorSuccess); }
   ~StartedApi() { VmbShutdown(); }
@@ -28,7 +43,7 @@ struct StartedApi {
   StartedApi& operator=(const StartedApi&) = delete;
 };
 
-// Simulated cameras with the API up.
+// Simulated cameras with the API started.
 struct StartedCameras {
   SimulatedCameras cameras;
   StartedApi api;
@@ -51,11 +66,11 @@ class OpenedHandle {
   VmbHandle_t m_handle = nullptr;
 };
 
-// Frames of one camera. A callback keeps a copy of each record; then the ring's own function runs, by default none.
+// Frames of one camera. The callback keeps a copy of each record and runs the ring's own function, by default none.
 class FrameRing {
  public:
-  // No size: the camera's payload.
-  FrameRing(VmbHandle_t camera, std::size_t count, std::optional<std::uint32_t> buffer_size = std::nullopt);
+  // Without a size the buffers have that of the camera's payload.
+  FrameRing(VmbHandle_t camera, std::size_t count, std::optional<std::uint32_t> buffer_bytes = std::nullopt);
   // Ends capture and takes the frames back.
   ~FrameRing();
   FrameRing(const FrameRing&) = delete;
@@ -66,12 +81,14 @@ class FrameRing {
 
   // Starts capture and queues every frame.
   void Start();
-  VmbError_t Queue(std::size_t index);
-  VmbError_t Queue(VmbFrame_t& frame);
+  [[nodiscard]] VmbError_t Queue(std::size_t index);
+  [[nodiscard]] VmbError_t Queue(VmbFrame_t& frame);
+  // Has every frame queued again when it has come. Set before capture starts.
+  void KeepQueued();
   VmbFrame_t& Frame(std::size_t index) { return m_frames[index]; }
   std::vector<unsigned char>& Buffer(std::size_t index) { return m_buffers[index]; }
 
-  // All arrivals so far, once there are this many; a failure of the test when they do not come in time.
+  // All arrivals so far, once there are this many. The test fails when they do not come in time.
   std::vector<VmbFrame_t> WaitFor(std::size_t count);
   std::size_t Arrived();
 
@@ -81,21 +98,21 @@ class FrameRing {
   const VmbHandle_t m_camera;
   std::vector<std::vector<unsigned char>> m_buffers;
   std::vector<VmbFrame_t> m_frames;
-  std::mutex m_mutex;
-  std::condition_variable m_arrived;
-  std::vector<VmbFrame_t> m_arrivals;
+  BMutex m_mutex;
+  BCondition m_arrived;
+  std::vector<VmbFrame_t> m_arrivals KEL_GUARDED_BY(m_mutex);
 };
 
 std::int64_t IntOf(VmbHandle_t camera, const char* feature);
 double FloatOf(VmbHandle_t camera, const char* feature);
 std::string EnumOf(VmbHandle_t camera, const char* feature);
-// Failures of the test when the camera refuses.
+// The test fails when the camera refuses.
 void SetInt(VmbHandle_t camera, const char* feature, std::int64_t value);
 void SetFloat(VmbHandle_t camera, const char* feature, double value);
 void SetEnum(VmbHandle_t camera, const char* feature, const char* value);
 void RunCommand(VmbHandle_t camera, const char* command);
 // Trigger mode on with this source.
 void TriggerBy(VmbHandle_t camera, const char* source);
-// Nothing runs and nothing is due at once.
+// Returns when no callback runs and no frame is due at once. The test fails when that takes too long.
 void WaitIdle();
 std::string RecordedCalls();
