@@ -34,7 +34,7 @@ TEST(CamProfile, TellsTheSerialNumber) {
   WString serial_number;
 
   EXPECT_TRUE(BCamProfile(file.Name()).ReadSerialNumber(serial_number));
-  EXPECT_EQ(L"0503329000", serial_number.Str());
+  EXPECT_EQ(serial_number.Str(), L"0503329000");
 }
 
 TEST(CamProfile, GivesAnEmptySerialNumberWhenThereIsNone) {
@@ -42,7 +42,7 @@ TEST(CamProfile, GivesAnEmptySerialNumberWhenThereIsNone) {
   WString serial_number(L"before");
 
   EXPECT_FALSE(BCamProfile(file.Name()).ReadSerialNumber(serial_number));
-  EXPECT_EQ(L"", serial_number.Str());
+  EXPECT_EQ(serial_number.Str(), L"");
 }
 
 TEST(CamProfile, TellsTheMaxShutterForFast) {
@@ -50,7 +50,7 @@ TEST(CamProfile, TellsTheMaxShutterForFast) {
   int max_shutter = -1;
 
   EXPECT_TRUE(BCamProfile(file.Name()).ReadMaxShutterForFast(max_shutter));
-  EXPECT_EQ(250, max_shutter);
+  EXPECT_EQ(max_shutter, 250);
 }
 
 TEST(CamProfile, LeavesTheMaxShutterForFastUntouchedWithoutAUsableOne) {
@@ -59,7 +59,7 @@ TEST(CamProfile, LeavesTheMaxShutterForFastUntouchedWithoutAUsableOne) {
     int max_shutter = 20000;
 
     EXPECT_FALSE(BCamProfile(file.Name()).ReadMaxShutterForFast(max_shutter));
-    EXPECT_EQ(20000, max_shutter);
+    EXPECT_EQ(max_shutter, 20000);
   }
 }
 
@@ -70,7 +70,7 @@ TEST(CamProfile, WritesWhichCameraItWas) {
   EXPECT_TRUE(profile.WriteIdent(L"Vimba_Manta-G-504-B_0503"));
   EXPECT_TRUE(profile.WriteMIIdent(L"DEV_000F31034C65"));
 
-  EXPECT_EQ("API=Vimba\nIdent=Vimba_Manta-G-504-B_0503\nMIIdent=DEV_000F31034C65\n", file.Bytes());
+  EXPECT_EQ(file.Bytes(), "API=Vimba\nIdent=Vimba_Manta-G-504-B_0503\nMIIdent=DEV_000F31034C65\n");
 }
 
 TEST(CamProfile, ReadsWhereItStands) {
@@ -88,7 +88,7 @@ TEST(CamProfile, IsAnObjectOfItsOwnName) {
   const IniFile file("");
   const BSmartRef<BSmartObj> profile(new BCamProfile(file.Name()));
 
-  EXPECT_EQ(L"BCamProfile", profile->ArchiveName().Str());
+  EXPECT_EQ(profile->ArchiveName().Str(), L"BCamProfile");
 }
 
 TEST(CamProfile, ThrowsTheErrorOfItsFile) {

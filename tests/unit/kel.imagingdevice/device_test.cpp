@@ -6,14 +6,14 @@
 
 namespace {
 
-TEST(Device, HasNoSnapTimeAtFirst) { EXPECT_EQ(0.0, PlainDevice().LastSnapTime()); }
+TEST(Device, HasNoSnapTimeAtFirst) { EXPECT_EQ(PlainDevice().LastSnapTime(), 0.0); }
 
 TEST(Device, TellsTheSnapTimeThatItsDriverNoted) {
   PlainDevice device;
 
   device.NoteSnapTime(12.5);
 
-  EXPECT_EQ(12.5, device.LastSnapTime());
+  EXPECT_EQ(device.LastSnapTime(), 12.5);
 }
 
 TEST(Device, CannotFocus) { EXPECT_FALSE(PlainDevice().AutoFocusOnce()); }

@@ -41,23 +41,23 @@ TEST(LockedMemory, IsLockedWhereTheSystemLocksPages) {
   const long gained = LockedKilobytes() - before;
   implementation.FreeLockedMemory(memory, kBytes);
 
-  EXPECT_EQ(expected_kilobytes, gained);
-  EXPECT_EQ(before, LockedKilobytes());
+  EXPECT_EQ(gained, expected_kilobytes);
+  EXPECT_EQ(LockedKilobytes(), before);
 }
 
 TEST(LockedMemory, IsOrdinaryMemoryBeyondTheLimit) {
   rlimit before{};
-  ASSERT_EQ(0, ::getrlimit(RLIMIT_MEMLOCK, &before));
+  ASSERT_EQ(::getrlimit(RLIMIT_MEMLOCK, &before), 0);
   const rlimit nothing{0, before.rlim_max};
-  ASSERT_EQ(0, ::setrlimit(RLIMIT_MEMLOCK, &nothing));
+  ASSERT_EQ(::setrlimit(RLIMIT_MEMLOCK, &nothing), 0);
   PlainImplementation implementation;
 
   auto* memory = static_cast<char*>(implementation.AllocateLockedMemory(kBytes));
 
-  ASSERT_EQ(0, ::setrlimit(RLIMIT_MEMLOCK, &before));
-  ASSERT_NE(nullptr, memory);
+  ASSERT_EQ(::setrlimit(RLIMIT_MEMLOCK, &before), 0);
+  ASSERT_NE(memory, nullptr);
   memory[kBytes - 1] = 'x';
-  EXPECT_EQ('x', memory[kBytes - 1]);
+  EXPECT_EQ(memory[kBytes - 1], 'x');
   implementation.FreeLockedMemory(memory, kBytes);
 }
 

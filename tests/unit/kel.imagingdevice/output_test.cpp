@@ -41,8 +41,8 @@ TEST_F(Output, IsDroppedWithoutASink) {
   ImagingDevice::ShowInfo(L"a", L"!");
   ImagingDevice::LogMessage(L"a", true);
 
-  EXPECT_EQ(nullptr, ImagingDevice::InstallSink(&m_sink));
-  EXPECT_EQ((Calls{}), m_sink.m_calls);
+  EXPECT_EQ(ImagingDevice::InstallSink(&m_sink), nullptr);
+  EXPECT_EQ(m_sink.m_calls, (Calls{}));
 }
 
 TEST_F(Output, ReachesTheSinkAsItIs) {
@@ -54,19 +54,19 @@ TEST_F(Output, ReachesTheSinkAsItIs) {
   ImagingDevice::LogMessage(L"line", false);
   ImagingDevice::LogMessage(L"line", true);
 
-  EXPECT_EQ((Calls{L"show 100%s\n, !", L"show notice, <null>", L"show , ", L"log line", L"log! line"}), m_sink.m_calls);
+  EXPECT_EQ(m_sink.m_calls, (Calls{L"show 100%s\n, !", L"show notice, <null>", L"show , ", L"log line", L"log! line"}));
 }
 
 TEST_F(Output, GoesToTheSinkThatWasInstalledLast) {
   NotingSink other;
-  EXPECT_EQ(nullptr, ImagingDevice::InstallSink(&m_sink));
-  EXPECT_EQ(&m_sink, ImagingDevice::InstallSink(&other));
+  EXPECT_EQ(ImagingDevice::InstallSink(&m_sink), nullptr);
+  EXPECT_EQ(ImagingDevice::InstallSink(&other), &m_sink);
 
   ImagingDevice::LogMessage(L"a", false);
 
-  EXPECT_EQ((Calls{}), m_sink.m_calls);
-  EXPECT_EQ((Calls{L"log a"}), other.m_calls);
-  EXPECT_EQ(&other, ImagingDevice::InstallSink(nullptr));
+  EXPECT_EQ(m_sink.m_calls, (Calls{}));
+  EXPECT_EQ(other.m_calls, (Calls{L"log a"}));
+  EXPECT_EQ(ImagingDevice::InstallSink(nullptr), &other);
 }
 
 TEST_F(Output, ReachesTheSinkOneCallAtATime) {
@@ -84,7 +84,7 @@ TEST_F(Output, ReachesTheSinkOneCallAtATime) {
   }
   for (std::thread& thread : threads) thread.join();
 
-  EXPECT_EQ(4u * 2u * kCalls, m_sink.m_calls.size());
+  EXPECT_EQ(m_sink.m_calls.size(), 4u * 2u * kCalls);
 }
 
 // Stays in a call until it is let go.
@@ -110,8 +110,8 @@ TEST_F(Output, LeavesTheOldSinkBeforeInstallingReturns) {
   const auto while_at_work = install.wait_for(std::chrono::milliseconds(100));
   slow.m_release.set_value();
 
-  EXPECT_EQ(std::future_status::timeout, while_at_work) << "installing returned while the old sink was at work";
-  EXPECT_EQ(std::future_status::ready, install.wait_for(std::chrono::seconds(30)));
+  EXPECT_EQ(while_at_work, std::future_status::timeout) << "installing returned while the old sink was at work";
+  EXPECT_EQ(install.wait_for(std::chrono::seconds(30)), std::future_status::ready);
 }
 
 TEST_F(Output, NeverReachesASinkThatIsGone) {
@@ -147,7 +147,7 @@ TEST_F(Output, KeepsASinksExceptionsFromDrivers) {
 
   ImagingDevice::InstallSink(&m_sink);
   ImagingDevice::ShowInfo(L"b");
-  EXPECT_EQ((Calls{L"show b, <null>"}), m_sink.m_calls);
+  EXPECT_EQ(m_sink.m_calls, (Calls{L"show b, <null>"}));
 }
 
 }  // namespace

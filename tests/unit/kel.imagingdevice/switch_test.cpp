@@ -33,13 +33,13 @@ TEST(Switch, IsNoLongerExternalWhenOffAndTouchesNothingElse) {
   trigger.SetOff();
 
   EXPECT_FALSE(trigger.IsExternal());
-  EXPECT_EQ(0, trigger.m_on);
-  EXPECT_EQ(0, trigger.m_sources);
+  EXPECT_EQ(trigger.m_on, 0);
+  EXPECT_EQ(trigger.m_sources, 0);
 }
 
 TEST(Trigger, HasTheNumbersThatHostsAndDriversAgreeOn) {
-  EXPECT_EQ((std::vector<int>{0, 1, 2}), (std::vector<int>{Trigger::eSoftware, Trigger::eLine, Trigger::eFreeRun}));
-  EXPECT_EQ((std::vector<int>{0, 1}), (std::vector<int>{Trigger::eRising, Trigger::eFalling}));
+  EXPECT_EQ((std::vector<int>{Trigger::eSoftware, Trigger::eLine, Trigger::eFreeRun}), (std::vector<int>{0, 1, 2}));
+  EXPECT_EQ((std::vector<int>{Trigger::eRising, Trigger::eFalling}), (std::vector<int>{0, 1}));
 }
 
 TEST(Trigger, ContinuesTheSwitchInTableOrder) {
@@ -47,13 +47,13 @@ TEST(Trigger, ContinuesTheSwitchInTableOrder) {
   const std::vector<std::size_t> places = {TablePlace(&Switch::SetOn), TablePlace(&Switch::IsAvailable),
                                            TablePlace(&Switch::IsExternal), TablePlace(&Switch::SetExternal),
                                            TablePlace(&Switch::SetOff)};
-  EXPECT_EQ((std::vector<std::size_t>{0, 1, 2, 3, 4}), places);
+  EXPECT_EQ(places, (std::vector<std::size_t>{0, 1, 2, 3, 4}));
 
   // The destructor takes the places 5 and 6.
   const std::vector<std::size_t> own_places = {TablePlace(&BImagingDeviceTrigger::SetActivation),
                                                TablePlace(&BImagingDeviceTrigger::SetSource),
                                                TablePlace(&BImagingDeviceTrigger::Fire)};
-  EXPECT_EQ((std::vector<std::size_t>{7, 8, 9}), own_places);
+  EXPECT_EQ(own_places, (std::vector<std::size_t>{7, 8, 9}));
 }
 
 }  // namespace

@@ -44,7 +44,7 @@ TEST(BDetachedThreads, TheWaitLastsUntilTheDestructorsOfEveryThreadHaveRun) {
 
     threads.WaitForAll();
 
-    EXPECT_EQ(kThreads, destroyed);
+    EXPECT_EQ(destroyed, kThreads);
   }
 }
 
@@ -61,7 +61,7 @@ TEST(BDetachedThreads, OneModulesThreadsAreNotWaitedForWithAnothers) {
 
 TEST(BDetachedThreads, AModuleThatIsLoadedAgainFindsItsOwnAgain) {
   EXPECT_EQ(&BDetachedThreads::Of("a module"), &BDetachedThreads::Of("a module"));
-  EXPECT_NE(&BDetachedThreads::Of("a module"), &BDetachedThreads::Of("another module"));
+  EXPECT_NE(&BDetachedThreads::Of("another module"), &BDetachedThreads::Of("a module"));
 }
 
 }  // namespace

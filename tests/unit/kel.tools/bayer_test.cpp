@@ -30,14 +30,14 @@ struct Conversion {
 Bytes ToRgb(const Frame& frame, const std::function<void(BImageRgb&)>& convert) {
   auto target = pictures::GuardedImage<BImageRgb>(frame.size);
   convert(target);
-  EXPECT_EQ(0, pictures::TouchedGuards(target));
+  EXPECT_EQ(pictures::TouchedGuards(target), 0);
   return pictures::PixelsOf(target);
 }
 
 Bytes ToMono(const Frame& frame, const std::function<void(BImage8u&)>& convert) {
   auto target = pictures::GuardedImage<BImage8u>(frame.size);
   convert(target);
-  EXPECT_EQ(0, pictures::TouchedGuards(target));
+  EXPECT_EQ(pictures::TouchedGuards(target), 0);
   return pictures::PixelsOf(target);
 }
 
@@ -118,7 +118,7 @@ void ExpectDefinition(const BSize& size, int padding) {
   for (const Conversion& conversion : Conversions()) {
     for (int order = 0; order < kOrders; ++order) {
       const Bytes made = conversion.convert(BColorConverter(size, order, padding), frame);
-      ASSERT_EQ(conversion.expected(frame, order), made)
+      ASSERT_EQ(made, conversion.expected(frame, order))
           << conversion.name << ", order " << order << ", " << pictures::Named(size) << ", seed " << seed;
     }
   }
@@ -137,7 +137,7 @@ TEST(BayerSizes, EveryPixelOfEverySizeMeetsTheDefinition) {
         const Bytes expected = conversion.expected(frame, order);
         for (const std::string& kernels : all_kernels) {
           ASSERT_TRUE(rows::UseKernels(kernels.c_str()));
-          ASSERT_EQ(expected, conversion.convert(BColorConverter(size, order), frame))
+          ASSERT_EQ(conversion.convert(BColorConverter(size, order), frame), expected)
               << conversion.name << " by " << kernels << ", order " << order << ", " << pictures::Named(size);
         }
       }
@@ -166,7 +166,7 @@ TEST_P(Bayer, HardEdgesMeetTheDefinition) {
   for (std::uint8_t& byte : frame.bytes) byte = byte < 128 ? 0 : 255;
   for (const Conversion& conversion : Conversions()) {
     for (int order = 0; order < kOrders; ++order) {
-      ASSERT_EQ(conversion.expected(frame, order), conversion.convert(BColorConverter(frame.size, order), frame))
+      ASSERT_EQ(conversion.convert(BColorConverter(frame.size, order), frame), conversion.expected(frame, order))
           << conversion.name << ", order " << order;
     }
   }
@@ -194,7 +194,7 @@ TEST_P(Bayer, AFlatMosaicGivesBackItsColour) {
       for (std::size_t i = 0; i < expected.size(); ++i) {
         const Bytes made = Conversions()[i].convert(BColorConverter(size, order), frame);
         for (std::size_t k = 0; k < made.size(); ++k) {
-          ASSERT_EQ(expected[i][k % expected[i].size()], made[k]) << Conversions()[i].name << ", order " << order;
+          ASSERT_EQ(made[k], expected[i][k % expected[i].size()]) << Conversions()[i].name << ", order " << order;
         }
       }
     }
@@ -205,7 +205,7 @@ TEST_P(Bayer, AnUnknownOrderIsGrbg) {
   const Frame frame = pictures::RandomFrame({20, 6}, 0, kSeed);
   const Conversion good = Rgb(true, bayer_reference::Corrected);
   for (int order : {-1, 4, 77}) {
-    EXPECT_EQ(good.expected(frame, BColorConverter::eGRBG), good.convert(BColorConverter(frame.size, order), frame));
+    EXPECT_EQ(good.convert(BColorConverter(frame.size, order), frame), good.expected(frame, BColorConverter::eGRBG));
   }
 }
 
@@ -217,7 +217,7 @@ TEST_P(Bayer, WhatLiesInTheLinePaddingDoesNotMatter) {
     for (std::size_t i = 0; i < frame.bytes.size(); ++i) {
       if (i % frame.LineLength() >= static_cast<std::size_t>(frame.size.width)) frame.bytes[i] ^= 0xFF;
     }
-    EXPECT_EQ(before, conversion.convert(converter, frame)) << conversion.name;
+    EXPECT_EQ(conversion.convert(converter, frame), before) << conversion.name;
   }
 }
 
@@ -227,7 +227,7 @@ TEST(BayerLuma, IsTheRec601LumaWithinOneStep) {
       for (int blue = 0; blue < 256; blue += 5) {
         const Colour colour{double(red), double(green), double(blue)};
         const double rounded = bayer_reference::Rounded(0.299 * red + 0.587 * green + 0.114 * blue);
-        ASSERT_NEAR(rounded, bayer_reference::Luma(colour), 1) << red << ' ' << green << ' ' << blue;
+        ASSERT_NEAR(bayer_reference::Luma(colour), rounded, 1) << red << ' ' << green << ' ' << blue;
       }
     }
   }

@@ -39,8 +39,8 @@ void ExpectOverlapOnly(const BSize& frame_size, const std::function<void(Image&)
   for (const BSize& size : kTargets) {
     auto target = pictures::GuardedImage<Image>(size);
     convert(target);
-    EXPECT_EQ(Expected(whole, size), pictures::PixelsOf(target)) << pictures::Named(size);
-    EXPECT_EQ(0, pictures::TouchedGuards(target)) << pictures::Named(size);
+    EXPECT_EQ(pictures::PixelsOf(target), Expected(whole, size)) << pictures::Named(size);
+    EXPECT_EQ(pictures::TouchedGuards(target), 0) << pictures::Named(size);
   }
 }
 
@@ -84,16 +84,16 @@ TEST_P(Converter, ReadsNothingOfAFrameWithoutPixels) {
     converter.ConvertFastRawToMono(nullptr, mono, 1);
     converter.StretchYUV(nullptr, mono);
 
-    EXPECT_EQ(Bytes(48, pictures::kGuard), pictures::PixelsOf(rgb));
-    EXPECT_EQ(Bytes(16, pictures::kGuard), pictures::PixelsOf(mono));
+    EXPECT_EQ(pictures::PixelsOf(rgb), Bytes(48, pictures::kGuard));
+    EXPECT_EQ(pictures::PixelsOf(mono), Bytes(16, pictures::kGuard));
   }
 }
 
 TEST(ConverterObject, DescribesItself) {
   const BColorConverter converter({640, 480}, 7, 4);
 
-  EXPECT_EQ(WString(L"BColorConverter"), converter.ArchiveName());
-  EXPECT_EQ(WString(L"Bayer GRBG, 640 x 480 pixels, 4 bytes between lines"), converter.Properties());
+  EXPECT_EQ(converter.ArchiveName(), WString(L"BColorConverter"));
+  EXPECT_EQ(converter.Properties(), WString(L"Bayer GRBG, 640 x 480 pixels, 4 bytes between lines"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Kernels, Converter, testing::ValuesIn(pictures::KernelNames()),

@@ -54,9 +54,9 @@ void ExpectTurned(const Frame& frame, const BSize& target_size) {
   for (bool clockwise : {true, false}) {
     auto target = pictures::GuardedImage<BImage8u>(target_size);
     target.CopyRotated(frame.bytes.data(), frame.LineLength(), frame.size, clockwise);
-    ASSERT_EQ(ExpectedTurn(frame, target_size, clockwise), pictures::PixelsOf(target))
+    ASSERT_EQ(pictures::PixelsOf(target), ExpectedTurn(frame, target_size, clockwise))
         << pictures::Named(frame.size) << " into " << pictures::Named(target_size) << (clockwise ? " cw" : " ccw");
-    ASSERT_EQ(0, pictures::TouchedGuards(target));
+    ASSERT_EQ(pictures::TouchedGuards(target), 0);
   }
 }
 
@@ -106,10 +106,10 @@ TEST_P(Rotation, TheTopLeftGoesToTheTopRightClockwise) {
   BImage8u target({2, 3});
 
   target.CopyRotated(source.data(), 3, {3, 2}, true);
-  EXPECT_EQ((Bytes{4, 1, 5, 2, 6, 3}), pictures::PixelsOf(target));
+  EXPECT_EQ(pictures::PixelsOf(target), (Bytes{4, 1, 5, 2, 6, 3}));
 
   target.CopyRotated(source.data(), 3, {3, 2}, false);
-  EXPECT_EQ((Bytes{3, 6, 2, 5, 1, 4}), pictures::PixelsOf(target));
+  EXPECT_EQ(pictures::PixelsOf(target), (Bytes{3, 6, 2, 5, 1, 4}));
 }
 
 TEST_P(Rotation, ASourceWithoutPixelsChangesNothing) {
@@ -117,7 +117,7 @@ TEST_P(Rotation, ASourceWithoutPixelsChangesNothing) {
     auto target = pictures::GuardedImage<BImage8u>({3, 3});
     target.CopyRotated(nullptr, 3, size, true);
     target.CopyRotated(nullptr, 3, size, false);
-    EXPECT_EQ(Bytes(9, kGuard), pictures::PixelsOf(target));
+    EXPECT_EQ(pictures::PixelsOf(target), Bytes(9, kGuard));
   }
 }
 
@@ -131,8 +131,8 @@ TEST_P(Copy, CopiesRowsOfEveryWidthToAnyColumn) {
     const BSize target_size{width + 9, 5};
     auto target = pictures::GuardedImage<BImage8u>(target_size);
     target.CopyRows(frame.bytes.data(), frame.LineLength(), frame.size, at);
-    ASSERT_EQ(ExpectedCopy(frame, target_size, at), pictures::PixelsOf(target)) << width;
-    ASSERT_EQ(0, pictures::TouchedGuards(target));
+    ASSERT_EQ(pictures::PixelsOf(target), ExpectedCopy(frame, target_size, at)) << width;
+    ASSERT_EQ(pictures::TouchedGuards(target), 0);
   }
 }
 
@@ -147,8 +147,8 @@ TEST(Image8u, CopiesRowsAnywhereAndLeavesAwayWhatFallsOutside) {
       for (int x = -9; x <= 14; ++x) {
         auto target = pictures::GuardedImage<BImage8u>(target_size);
         target.CopyRows(frame.bytes.data(), frame.LineLength(), frame.size, {x, y});
-        ASSERT_EQ(ExpectedCopy(frame, target_size, {x, y}), pictures::PixelsOf(target)) << x << ", " << y;
-        ASSERT_EQ(0, pictures::TouchedGuards(target));
+        ASSERT_EQ(pictures::PixelsOf(target), ExpectedCopy(frame, target_size, {x, y})) << x << ", " << y;
+        ASSERT_EQ(pictures::TouchedGuards(target), 0);
       }
     }
   }
@@ -160,7 +160,7 @@ TEST(Image8u, CopiesRowsWithoutGapsBetweenThem) {
   for (int y = -6; y <= 10; ++y) {
     auto target = pictures::GuardedImage<BImage8u>(target_size);
     target.CopyRows(frame.bytes.data(), frame.LineLength(), frame.size, {0, y});
-    ASSERT_EQ(ExpectedCopy(frame, target_size, {0, y}), pictures::PixelsOf(target)) << y;
+    ASSERT_EQ(pictures::PixelsOf(target), ExpectedCopy(frame, target_size, {0, y})) << y;
   }
 }
 
@@ -170,7 +170,7 @@ TEST(Image8u, CopiesNothingToPlacesAtTheEndsOfTheNumbers) {
        {BPoint{kLeast, 0}, BPoint{kMost, 0}, BPoint{0, kLeast}, BPoint{0, kMost}, BPoint{kMost, kMost}}) {
     auto target = pictures::GuardedImage<BImage8u>({12, 9});
     target.CopyRows(frame.bytes.data(), frame.LineLength(), frame.size, at);
-    EXPECT_EQ(Bytes(std::size_t{12} * 9, kGuard), pictures::PixelsOf(target));
+    EXPECT_EQ(pictures::PixelsOf(target), Bytes(std::size_t{12} * 9, kGuard));
   }
 }
 
@@ -178,7 +178,7 @@ TEST(Image8u, ASourceWithoutPixelsChangesNothing) {
   for (const BSize size : {BSize{0, 3}, BSize{3, 0}, BSize{-3, 3}, BSize{3, -3}}) {
     auto target = pictures::GuardedImage<BImage8u>({3, 3});
     target.CopyRows(nullptr, 3, size);
-    EXPECT_EQ(Bytes(9, kGuard), pictures::PixelsOf(target));
+    EXPECT_EQ(pictures::PixelsOf(target), Bytes(9, kGuard));
   }
 }
 
@@ -188,8 +188,8 @@ TEST(Image8u, IsAValue) {
   BImage8u copy = image;
   image.Row(1)[2] = 1;
 
-  EXPECT_EQ((Bytes{0, 0, 0, 0, 0, 200}), pictures::PixelsOf(copy));
-  EXPECT_EQ((Bytes{0, 0, 0, 0, 0, 1}), pictures::PixelsOf(image));
+  EXPECT_EQ(pictures::PixelsOf(copy), (Bytes{0, 0, 0, 0, 0, 200}));
+  EXPECT_EQ(pictures::PixelsOf(image), (Bytes{0, 0, 0, 0, 0, 1}));
 }
 
 }  // namespace

@@ -46,8 +46,8 @@ TEST_P(Grey, EveryWidthIsTaken) {
     const Frame frame = pictures::RandomFrame({width, 2}, width % 3, kSeed);
     auto target = pictures::GuardedImage<BImageRgb>(frame.size);
     target.TakeGrey(frame.bytes.data(), frame.LineLength(), frame.size);
-    ASSERT_EQ(Expected(frame, frame.size, frame.size, {}), pictures::PixelsOf(target)) << "width " << width;
-    ASSERT_EQ(0, pictures::TouchedGuards(target));
+    ASSERT_EQ(pictures::PixelsOf(target), Expected(frame, frame.size, frame.size, {})) << "width " << width;
+    ASSERT_EQ(pictures::TouchedGuards(target), 0);
   }
 }
 
@@ -58,8 +58,8 @@ TEST_P(Grey, WhatFallsOutsideIsLeftAway) {
     for (int x = -75; x <= 80; x += 5) {
       auto target = pictures::GuardedImage<BImageRgb>(target_size);
       target.TakeGrey(ImageOf(frame), {-1, -1}, {x, y});
-      ASSERT_EQ(Expected(frame, frame.size, target_size, {x, y}), pictures::PixelsOf(target)) << x << ", " << y;
-      ASSERT_EQ(0, pictures::TouchedGuards(target));
+      ASSERT_EQ(pictures::PixelsOf(target), Expected(frame, frame.size, target_size, {x, y})) << x << ", " << y;
+      ASSERT_EQ(pictures::TouchedGuards(target), 0);
     }
   }
 }
@@ -75,7 +75,7 @@ TEST_P(Grey, TheTopLeftPartOfTheWantedSizeIsTaken) {
                         Case{{0, 3}, {0, 0}}, Case{{-1, 0}, {0, 0}}}) {
     auto target = pictures::GuardedImage<BImageRgb>(target_size);
     target.TakeGrey(ImageOf(frame), c.wanted, {1, 1});
-    EXPECT_EQ(Expected(frame, c.taken, target_size, {1, 1}), pictures::PixelsOf(target)) << pictures::Named(c.wanted);
+    EXPECT_EQ(pictures::PixelsOf(target), Expected(frame, c.taken, target_size, {1, 1})) << pictures::Named(c.wanted);
   }
 }
 
@@ -89,9 +89,9 @@ TEST(ImageRgb, AnEmptyGreyImageChangesNothing) {
   target.TakeGrey(nullptr, 0, {0, 4});
   target.TakeGrey(nullptr, 0, {-1, -1});
 
-  EXPECT_EQ(Bytes(12, kGuard), pictures::PixelsOf(target));
+  EXPECT_EQ(pictures::PixelsOf(target), Bytes(12, kGuard));
 }
 
-TEST(ImageRgb, IsBlackAtFirst) { EXPECT_EQ(Bytes(std::size_t{3} * 5 * 4, 0), pictures::PixelsOf(BImageRgb({5, 4}))); }
+TEST(ImageRgb, IsBlackAtFirst) { EXPECT_EQ(pictures::PixelsOf(BImageRgb({5, 4})), Bytes(std::size_t{3} * 5 * 4, 0)); }
 
 }  // namespace

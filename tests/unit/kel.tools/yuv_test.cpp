@@ -57,7 +57,7 @@ class Yuv : public testing::TestWithParam<std::string> {
   static Bytes Converted(const Frame& frame) {
     auto target = pictures::GuardedImage<BImageRgb>(frame.size);
     BColorConverter(frame.size, 0, frame.padding).ConvertYUV422ToRGB(frame.bytes.data(), target);
-    EXPECT_EQ(0, pictures::TouchedGuards(target));
+    EXPECT_EQ(pictures::TouchedGuards(target), 0);
     return pictures::PixelsOf(target);
   }
 };
@@ -74,8 +74,8 @@ TEST_P(Yuv, EveryColourIsWithinOneOfTheRoundedFormula) {
       const Bytes made = Converted(row);
       for (int i = 0; i < 256 * 3; ++i) {
         const auto at = static_cast<std::size_t>(i);
-        ASSERT_NEAR(RealRgb(i / 3, u, v)[at % 3], made[at], 1) << "y " << i / 3 << ", u " << u << ", v " << v;
-        ASSERT_EQ(DefinedRgb(i / 3, u, v)[at % 3], made[at]) << "y " << i / 3 << ", u " << u << ", v " << v;
+        ASSERT_NEAR(made[at], RealRgb(i / 3, u, v)[at % 3], 1) << "y " << i / 3 << ", u " << u << ", v " << v;
+        ASSERT_EQ(made[at], DefinedRgb(i / 3, u, v)[at % 3]) << "y " << i / 3 << ", u " << u << ", v " << v;
       }
     }
   }
@@ -85,7 +85,7 @@ TEST_P(Yuv, EverySizeMeetsTheDefinitionWithAndWithoutPadding) {
   for (int width = 1; width <= 280; ++width) {
     for (int padding : {0, 3}) {
       const Frame frame = pictures::RandomFrame({width, 2}, padding, static_cast<unsigned>(width), 2);
-      ASSERT_EQ(DefinedImage(frame), Converted(frame)) << "width " << width << ", padding " << padding;
+      ASSERT_EQ(Converted(frame), DefinedImage(frame)) << "width " << width << ", padding " << padding;
     }
   }
 }
@@ -97,7 +97,7 @@ TEST_P(Yuv, GreyStaysGrey) {
     frame.bytes[std::size_t{2} * static_cast<std::size_t>(x) + 1] = static_cast<std::uint8_t>(x);
     expected.insert(expected.end(), 3, static_cast<std::uint8_t>(x));
   }
-  EXPECT_EQ(expected, Converted(frame));
+  EXPECT_EQ(Converted(frame), expected);
 }
 
 TEST_P(Yuv, StretchingTakes16To235To0To255) {
@@ -113,8 +113,8 @@ TEST_P(Yuv, StretchingTakes16To235To0To255) {
     for (int i = 0; i < 2 * width; ++i) {
       expected.push_back(static_cast<std::uint8_t>(Rounded((frame.At(i % width, i / width) - 16) * 255.0 / 219.0)));
     }
-    ASSERT_EQ(expected, pictures::PixelsOf(target)) << "width " << width;
-    ASSERT_EQ(0, pictures::TouchedGuards(target));
+    ASSERT_EQ(pictures::PixelsOf(target), expected) << "width " << width;
+    ASSERT_EQ(pictures::TouchedGuards(target), 0);
   }
 }
 
@@ -129,7 +129,7 @@ TEST_P(Yuv, StretchingIsExactForEveryValue) {
 
   BColorConverter(frame.size, 0).StretchYUV(frame.bytes.data(), target);
 
-  EXPECT_EQ(expected, pictures::PixelsOf(target));
+  EXPECT_EQ(pictures::PixelsOf(target), expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kernels, Yuv, testing::ValuesIn(pictures::KernelNames()),
