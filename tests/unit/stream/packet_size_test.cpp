@@ -9,7 +9,7 @@
 
 #include "diagnostics/log_collector.h"
 #include "support/host_output.h"
-#include "support/opened_camera.h"
+#include "support/open_camera_handle.h"
 
 namespace {
 
@@ -26,7 +26,7 @@ SimulatedCamera Negotiating(int packet_size) {
 }
 
 // The message's lines between title and end.
-Lines Adjust(const OpenedCamera& camera) {
+Lines Adjust(const OpenCameraHandle& camera) {
   const HostOutput output;
   {
     BLogCollector log(L"Title");
@@ -39,7 +39,7 @@ Lines Adjust(const OpenedCamera& camera) {
 }
 
 TEST(PacketSize, ALargerOneIsLoggedAndLowered) {
-  OpenedCamera camera(Negotiating(9000));
+  OpenCameraHandle camera(Negotiating(9000));
 
   EXPECT_EQ((Lines{L"GVSPAdjustPacketSize --> 9000", L"GVSPPacketSize = 8228"}), Adjust(camera));
 
@@ -48,19 +48,19 @@ TEST(PacketSize, ALargerOneIsLoggedAndLowered) {
 
 TEST(PacketSize, TheCapItselfAndWhatIsBelowIsLeftAlone) {
   for (const int size : {8228, 8224, 1500}) {
-    OpenedCamera camera(Negotiating(size));
+    OpenCameraHandle camera(Negotiating(size));
     EXPECT_EQ(Lines{L"GVSPPacketSize = " + std::to_wstring(size)}, Adjust(camera));
     EXPECT_EQ((Calls{kRun, kIsDone, kGet, kGet}), camera->Calls());
   }
 }
 
 TEST(PacketSize, TheNextStepAboveTheCapIsLowered) {
-  OpenedCamera camera(Negotiating(8232));
+  OpenCameraHandle camera(Negotiating(8232));
   EXPECT_EQ((Lines{L"GVSPAdjustPacketSize --> 8232", L"GVSPPacketSize = 8228"}), Adjust(camera));
 }
 
 TEST(PacketSize, ACameraThatDoesNotNegotiateIsNotWaitedFor) {
-  OpenedCamera camera(SimulatedCamera().Missing("GVSPAdjustPacketSize"));
+  OpenCameraHandle camera(SimulatedCamera().Missing("GVSPAdjustPacketSize"));
 
   EXPECT_EQ(Lines{L"GVSPPacketSize = 1500"}, Adjust(camera));
 
@@ -68,7 +68,7 @@ TEST(PacketSize, ACameraThatDoesNotNegotiateIsNotWaitedFor) {
 }
 
 TEST(PacketSize, ACameraWithoutAPacketSizeIsOnlyReported) {
-  OpenedCamera camera(SimulatedCamera().Missing("GVSPAdjustPacketSize").Missing("GVSPPacketSize"));
+  OpenCameraHandle camera(SimulatedCamera().Missing("GVSPAdjustPacketSize").Missing("GVSPPacketSize"));
 
   EXPECT_EQ(Lines{L"VmbFeatureIntGet GVSPPacketSize failed"}, Adjust(camera));
 
@@ -76,7 +76,7 @@ TEST(PacketSize, ACameraWithoutAPacketSizeIsOnlyReported) {
 }
 
 TEST(PacketSize, TheNegotiationIsAskedForUntilItIsDone) {
-  OpenedCamera camera(Negotiating(8228));
+  OpenCameraHandle camera(Negotiating(8228));
   camera->Fault(
       {{"call", "VmbFeatureCommandIsDone"}, {"feature", "GVSPAdjustPacketSize"}, {"count", 2}, {"done", false}});
 
@@ -86,7 +86,7 @@ TEST(PacketSize, TheNegotiationIsAskedForUntilItIsDone) {
 }
 
 TEST(PacketSize, AFailingQueryEndsTheWait) {
-  OpenedCamera camera(Negotiating(9000));
+  OpenCameraHandle camera(Negotiating(9000));
   camera->FailCall("VmbFeatureCommandIsDone", "GVSPAdjustPacketSize", VmbErrorIO);
 
   EXPECT_EQ((Lines{L"GVSPAdjustPacketSize --> 9000", L"GVSPPacketSize = 8228"}), Adjust(camera));
@@ -95,21 +95,21 @@ TEST(PacketSize, AFailingQueryEndsTheWait) {
 }
 
 TEST(PacketSize, ACameraThatRefusesTheCapKeepsItsOwn) {
-  OpenedCamera camera(Negotiating(9000));
+  OpenCameraHandle camera(Negotiating(9000));
   camera->FailCall("VmbFeatureIntSet", "GVSPPacketSize", VmbErrorInvalidAccess);
 
   EXPECT_EQ((Lines{L"GVSPAdjustPacketSize --> 9000", L"GVSPPacketSize = 9000"}), Adjust(camera));
 }
 
 TEST(PacketSize, AFirstReadThatFailsLeavesTheCapOut) {
-  OpenedCamera camera(Negotiating(9000));
+  OpenCameraHandle camera(Negotiating(9000));
   camera->FailCall("VmbFeatureIntGet", "GVSPPacketSize", VmbErrorIO, 1);
   EXPECT_EQ(Lines{L"GVSPPacketSize = 9000"}, Adjust(camera));
   EXPECT_EQ((Calls{kRun, kIsDone, kGet, kGet}), camera->Calls());
 }
 
 TEST(PacketSize, ASecondReadThatFailsIsReportedAfterTheCap) {
-  OpenedCamera camera(Negotiating(9000));
+  OpenCameraHandle camera(Negotiating(9000));
   camera->FailCall("VmbFeatureIntGet", "GVSPPacketSize", VmbErrorIO, 2);
 
   EXPECT_EQ((Lines{L"GVSPAdjustPacketSize --> 9000", L"VmbFeatureIntGet GVSPPacketSize failed"}), Adjust(camera));

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "support/opened_camera.h"
+#include "support/open_camera_handle.h"
 #include "vimba/vimba_version.h"
 
 namespace {
@@ -15,7 +15,7 @@ namespace {
 using Calls = std::vector<std::string>;
 
 TEST(VimbaFeatures, HandOnWhatTheCameraAnswers) {
-  OpenedCamera camera(SimulatedCamera().Range("Gain", 1.5, 20.5));
+  OpenCameraHandle camera(SimulatedCamera().Range("Gain", 1.5, 20.5));
   std::int64_t width = 0;
   std::int64_t min = 0;
   std::int64_t max = 0;
@@ -44,7 +44,7 @@ TEST(VimbaFeatures, HandOnWhatTheCameraAnswers) {
 }
 
 TEST(VimbaFeatures, ThatFailGiveTheCodeAndLeaveTheResultAsItWas) {
-  OpenedCamera camera;
+  OpenCameraHandle camera;
   std::int64_t integer = 7;
   std::int64_t max = 8;
   double number = 7.5;
@@ -69,7 +69,7 @@ TEST(VimbaFeatures, ThatFailGiveTheCodeAndLeaveTheResultAsItWas) {
 }
 
 TEST(VimbaFeatures, ThatAreWrittenGiveTheCameraItsCode) {
-  OpenedCamera camera;
+  OpenCameraHandle camera;
 
   EXPECT_EQ(VmbErrorNotFound, Vimba::SetInt(camera.Handle(), "None", 1));
   EXPECT_EQ(VmbErrorWrongType, Vimba::SetFloat(camera.Handle(), "Width", 1.0));
@@ -78,7 +78,7 @@ TEST(VimbaFeatures, ThatAreWrittenGiveTheCameraItsCode) {
 }
 
 TEST(VimbaFeatures, ATextIsReadWithTheLengthThatTheCameraDeclares) {
-  OpenedCamera camera;
+  OpenCameraHandle camera;
   BString model;
 
   EXPECT_EQ(0, Vimba::GetString(camera.Handle(), "DeviceModelName", model));
@@ -90,7 +90,7 @@ TEST(VimbaFeatures, ATextIsReadWithTheLengthThatTheCameraDeclares) {
 }
 
 TEST(WaitUntilDone, PausesBeforeEachQuery) {
-  OpenedCamera camera;
+  OpenCameraHandle camera;
   camera->Fault({{"call", "VmbFeatureCommandIsDone"}, {"count", 2}, {"done", false}});
   std::vector<std::size_t> queries_before_pause;
 
@@ -102,7 +102,7 @@ TEST(WaitUntilDone, PausesBeforeEachQuery) {
 }
 
 TEST(WaitUntilDone, EndsWhenTheQueryFails) {
-  OpenedCamera camera;
+  OpenCameraHandle camera;
 
   Vimba::WaitUntilDone(camera.Handle(), "None", [] {});
 
