@@ -8,6 +8,7 @@ import argparse
 import ctypes.util
 import os
 import pathlib
+import re
 import shutil
 import struct
 import subprocess
@@ -21,6 +22,8 @@ SHIPPED_THIRD_PARTY = {
     "linux": ["CLI11", "JSON for Modern C++", "Highway", "stb", "SimpleIni"],
     "windows": ["CLI11", "JSON for Modern C++", "Highway", "stb", "SimpleIni", "GCC", "MinGW-w64"],
 }
+# From each of them a host gets at classes that no other one includes.
+ENTRY_HEADERS = {"driver/kel_camera_vimba.h", "bbaseaoi.h", "bcamprofilekeys.h", "bcolorconverter.h", "imagingdevice.h"}
 CAMERAS = {"mono": 0, "colour": 2}  # the profiles and the colour type of their PNG files
 
 options = argparse.Namespace()
@@ -131,6 +134,15 @@ class Packages(unittest.TestCase):
                 library = "VimbaC.dll" if options.system == "windows" else "libVimbaC.so"
                 found = list(package.top.rglob("*VimbaC.*"))
                 self.assertEqual([package.run_folder / "simulator" / library], found)
+
+    def test_SdkHasItsHeadersAndAllThatTheyInclude(self):
+        for package in self.packages:
+            with self.subTest(package.name):
+                folder = package.top / "include/kelCameraVimba"
+                headers = {header.relative_to(folder).as_posix(): header for header in folder.rglob("*.h")}
+                texts = [header.read_text(encoding="utf-8") for header in headers.values()]
+                included = set(re.findall(r'#include "([^"]+)"', "".join(texts)))
+                self.assertLessEqual(ENTRY_HEADERS | included, set(headers))
 
     def test_NoticesNameEveryThirdPartyThatIsShipped(self):
         for package in self.packages:

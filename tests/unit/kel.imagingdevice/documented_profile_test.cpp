@@ -38,28 +38,15 @@ std::set<std::string> KeysInUse() {
     add(NBoard::WBValueString(number));
     add(NBoard::CamAOIValueString(number));
   }
-  using namespace ProfileKey;
-  for (const wchar_t* key : {CamProfileKey::kApi,
-                             CamProfileKey::kSerialNumber,
-                             CamProfileKey::kMaxShutterForFast,
-                             CamProfileKey::kIdent,
-                             CamProfileKey::kMIIdent,
-                             kInitMethod,
-                             kCameraIdentifier,
-                             kIp,
-                             kBayerType,
-                             kColorCodeColor,
-                             kYuvStretch,
-                             kBinning,
-                             kMinGain,
-                             kMaxGain,
-                             kMinShutter,
-                             kMaxShutter,
-                             kRotateBy90Degree,
-                             kCameraFrequency,
-                             kTriggerPolarity,
-                             kMinBytePerSecond,
-                             kBytePerSecond}) {
+  for (const wchar_t* key : {CamProfileKey::kApi, CamProfileKey::kInitMethod, CamProfileKey::kSerialNumber,
+                             CamProfileKey::kIp, CamProfileKey::kCameraIdentifier, CamProfileKey::kMaxShutterForFast,
+                             CamProfileKey::kIdent, CamProfileKey::kMIIdent}) {
+    add(key);
+  }
+  for (const wchar_t* key : {ProfileKey::kBayerType, ProfileKey::kColorCodeColor, ProfileKey::kYuvStretch,
+                             ProfileKey::kBinning, ProfileKey::kMinGain, ProfileKey::kMaxGain, ProfileKey::kMinShutter,
+                             ProfileKey::kMaxShutter, ProfileKey::kRotateBy90Degree, ProfileKey::kCameraFrequency,
+                             ProfileKey::kTriggerPolarity, ProfileKey::kMinBytePerSecond, ProfileKey::kBytePerSecond}) {
     add(key);
   }
   return keys;
