@@ -14,9 +14,9 @@
 
 namespace {
 
-using bayer_reference::Colour;
-using pictures::Bytes;
-using pictures::Frame;
+using BayerReference::Colour;
+using Pictures::Bytes;
+using Pictures::Frame;
 
 constexpr int kOrders = 4;
 constexpr unsigned kSeed = 20170;
@@ -28,22 +28,22 @@ struct Conversion {
 };
 
 Bytes ToRgb(const Frame& frame, const std::function<void(BImageRgb&)>& convert) {
-  auto target = pictures::GuardedImage<BImageRgb>(frame.size);
+  auto target = Pictures::GuardedImage<BImageRgb>(frame.size);
   convert(target);
-  EXPECT_EQ(pictures::TouchedGuards(target), 0);
-  return pictures::PixelsOf(target);
+  EXPECT_EQ(Pictures::TouchedGuards(target), 0);
+  return Pictures::PixelsOf(target);
 }
 
 Bytes ToMono(const Frame& frame, const std::function<void(BImage8u&)>& convert) {
-  auto target = pictures::GuardedImage<BImage8u>(frame.size);
+  auto target = Pictures::GuardedImage<BImage8u>(frame.size);
   convert(target);
-  EXPECT_EQ(pictures::TouchedGuards(target), 0);
-  return pictures::PixelsOf(target);
+  EXPECT_EQ(Pictures::TouchedGuards(target), 0);
+  return Pictures::PixelsOf(target);
 }
 
 template <class Pixel>
 std::function<Bytes(const Frame&, int)> By(Pixel pixel) {
-  return [pixel](const Frame& frame, int order) { return bayer_reference::Image(frame, order, frame.size, pixel); };
+  return [pixel](const Frame& frame, int order) { return BayerReference::Image(frame, order, frame.size, pixel); };
 }
 
 template <class Pixel>
@@ -73,17 +73,17 @@ template <class Corrected, class Bilinear>
 std::vector<Conversion> ConversionsBy(Corrected corrected, Bilinear bilinear) {
   const auto luma = [](auto interpolation) {
     return [=](const Frame& frame, int order, int x, int y) {
-      return bayer_reference::Luma(interpolation(frame, order, x, y));
+      return BayerReference::Luma(interpolation(frame, order, x, y));
     };
   };
   const auto weighted = [=](const Frame& frame, int order, int x, int y) {
-    return bayer_reference::WeightedMean(corrected(frame, order, x, y));
+    return BayerReference::WeightedMean(corrected(frame, order, x, y));
   };
   return {Rgb(true, corrected),    Rgb(false, bilinear),           Mono(true, 0, luma(corrected)),
-          Mono(true, 1, weighted), Mono(false, 0, luma(bilinear)), Mono(false, 1, bayer_reference::Binomial)};
+          Mono(true, 1, weighted), Mono(false, 0, luma(bilinear)), Mono(false, 1, BayerReference::Binomial)};
 }
 
-std::vector<Conversion> Conversions() { return ConversionsBy(bayer_reference::Corrected, bayer_reference::Bilinear); }
+std::vector<Conversion> Conversions() { return ConversionsBy(BayerReference::Corrected, BayerReference::Bilinear); }
 
 // The interpolation, done once for all conversions that need its colours. One frame of a size and order is asked for.
 template <class Interpolation>
@@ -108,18 +108,18 @@ auto Remembered(Interpolation interpolation) {
 
 class Bayer : public testing::TestWithParam<std::string> {
  protected:
-  void SetUp() override { ASSERT_TRUE(rows::UseKernels(GetParam().c_str())); }
-  void TearDown() override { rows::UseKernels(rows::KernelNames()[0]); }
+  void SetUp() override { ASSERT_TRUE(Rows::UseKernels(GetParam().c_str())); }
+  void TearDown() override { Rows::UseKernels(Rows::KernelNames()[0]); }
 };
 
 void ExpectDefinition(const BSize& size, int padding) {
   const unsigned seed = kSeed + static_cast<unsigned>(size.width * 1000 + size.height);
-  const Frame frame = pictures::RandomFrame(size, padding, seed);
+  const Frame frame = Pictures::RandomFrame(size, padding, seed);
   for (const Conversion& conversion : Conversions()) {
     for (int order = 0; order < kOrders; ++order) {
       const Bytes made = conversion.convert(BColorConverter(size, order, padding), frame);
       ASSERT_EQ(made, conversion.expected(frame, order))
-          << conversion.name << ", order " << order << ", " << pictures::Named(size) << ", seed " << seed;
+          << conversion.name << ", order " << order << ", " << Pictures::Named(size) << ", seed " << seed;
     }
   }
 }
@@ -127,23 +127,23 @@ void ExpectDefinition(const BSize& size, int padding) {
 // All vector units at once: here the definition takes longer than they do.
 TEST(BayerSizes, EveryPixelOfEverySizeMeetsTheDefinition) {
   const std::vector<Conversion> conversions =
-      ConversionsBy(Remembered(bayer_reference::Corrected), Remembered(bayer_reference::Bilinear));
-  const std::vector<std::string> all_kernels = pictures::KernelNames();
+      ConversionsBy(Remembered(BayerReference::Corrected), Remembered(BayerReference::Bilinear));
+  const std::vector<std::string> all_kernels = Pictures::KernelNames();
   for (int at = 0; at < KEL_LARGEST_SIZE * KEL_LARGEST_SIZE; ++at) {
     const BSize size{at % KEL_LARGEST_SIZE + 1, at / KEL_LARGEST_SIZE + 1};
-    const Frame frame = pictures::RandomFrame(size, 0, kSeed);
+    const Frame frame = Pictures::RandomFrame(size, 0, kSeed);
     for (int order = 0; order < kOrders; ++order) {
       for (const Conversion& conversion : conversions) {
         const Bytes expected = conversion.expected(frame, order);
         for (const std::string& kernels : all_kernels) {
-          ASSERT_TRUE(rows::UseKernels(kernels.c_str()));
+          ASSERT_TRUE(Rows::UseKernels(kernels.c_str()));
           ASSERT_EQ(conversion.convert(BColorConverter(size, order), frame), expected)
-              << conversion.name << " by " << kernels << ", order " << order << ", " << pictures::Named(size);
+              << conversion.name << " by " << kernels << ", order " << order << ", " << Pictures::Named(size);
         }
       }
     }
   }
-  rows::UseKernels(rows::KernelNames()[0]);
+  Rows::UseKernels(Rows::KernelNames()[0]);
 }
 
 TEST_P(Bayer, EveryPixelOfEveryWidthMeetsTheDefinition) {
@@ -162,7 +162,7 @@ TEST_P(Bayer, LargeOddSizesMeetTheDefinition) {
 
 // Extremes of both signs: no sum may leave the width of the numbers that it is made in.
 TEST_P(Bayer, HardEdgesMeetTheDefinition) {
-  Frame frame = pictures::RandomFrame({301, 9}, 0, kSeed);
+  Frame frame = Pictures::RandomFrame({301, 9}, 0, kSeed);
   for (std::uint8_t& byte : frame.bytes) byte = byte < 128 ? 0 : 255;
   for (const Conversion& conversion : Conversions()) {
     for (int order = 0; order < kOrders; ++order) {
@@ -173,10 +173,10 @@ TEST_P(Bayer, HardEdgesMeetTheDefinition) {
 }
 
 Frame FlatMosaic(const BSize& size, int order, const Colour& colour) {
-  Frame frame = pictures::RandomFrame(size, 0, kSeed);
+  Frame frame = Pictures::RandomFrame(size, 0, kSeed);
   for (int y = 0; y < size.height; ++y) {
     for (int x = 0; x < size.width; ++x) {
-      const char site = bayer_reference::ColourAt(order, x, y);
+      const char site = BayerReference::ColourAt(order, x, y);
       const double value = site == 'R' ? colour.red : site == 'G' ? colour.green : colour.blue;
       frame.bytes.begin()[std::ptrdiff_t{y} * size.width + x] = static_cast<std::uint8_t>(value);
     }
@@ -202,15 +202,15 @@ TEST_P(Bayer, AFlatMosaicGivesBackItsColour) {
 }
 
 TEST_P(Bayer, AnUnknownOrderIsGrbg) {
-  const Frame frame = pictures::RandomFrame({20, 6}, 0, kSeed);
-  const Conversion good = Rgb(true, bayer_reference::Corrected);
+  const Frame frame = Pictures::RandomFrame({20, 6}, 0, kSeed);
+  const Conversion good = Rgb(true, BayerReference::Corrected);
   for (int order : {-1, 4, 77}) {
     EXPECT_EQ(good.convert(BColorConverter(frame.size, order), frame), good.expected(frame, BColorConverter::eGRBG));
   }
 }
 
 TEST_P(Bayer, WhatLiesInTheLinePaddingDoesNotMatter) {
-  Frame frame = pictures::RandomFrame({97, 6}, 9, kSeed);
+  Frame frame = Pictures::RandomFrame({97, 6}, 9, kSeed);
   const BColorConverter converter(frame.size, 1, frame.padding);
   for (const Conversion& conversion : Conversions()) {
     const Bytes before = conversion.convert(converter, frame);
@@ -226,14 +226,14 @@ TEST(BayerLuma, IsTheRec601LumaWithinOneStep) {
     for (int green = 0; green < 256; green += 3) {
       for (int blue = 0; blue < 256; blue += 5) {
         const Colour colour{double(red), double(green), double(blue)};
-        const double rounded = bayer_reference::Rounded(0.299 * red + 0.587 * green + 0.114 * blue);
-        ASSERT_NEAR(bayer_reference::Luma(colour), rounded, 1) << red << ' ' << green << ' ' << blue;
+        const double rounded = BayerReference::Rounded(0.299 * red + 0.587 * green + 0.114 * blue);
+        ASSERT_NEAR(BayerReference::Luma(colour), rounded, 1) << red << ' ' << green << ' ' << blue;
       }
     }
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Kernels, Bayer, testing::ValuesIn(pictures::KernelNames()),
+INSTANTIATE_TEST_SUITE_P(Kernels, Bayer, testing::ValuesIn(Pictures::KernelNames()),
                          [](const auto& kernels) { return kernels.param; });
 
 }  // namespace

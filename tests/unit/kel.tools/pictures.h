@@ -13,7 +13,7 @@
 #include "bsize.h"
 #include "rows/row_kernels.h"
 
-namespace pictures {
+namespace Pictures {
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -86,8 +86,8 @@ inline std::string Named(const BSize& size) { return std::to_string(size.width) 
 
 inline std::vector<std::string> KernelNames() {
   std::vector<std::string> names;
-  for (const char* const* name = rows::KernelNames(); *name != nullptr; ++name) names.emplace_back(*name);
+  for (const char* const* name = Rows::KernelNames(); *name != nullptr; ++name) names.emplace_back(*name);
   return names;
 }
 
-}  // namespace pictures
+}  // namespace Pictures

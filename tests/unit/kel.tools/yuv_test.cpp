@@ -11,8 +11,8 @@
 
 namespace {
 
-using pictures::Bytes;
-using pictures::Frame;
+using Pictures::Bytes;
+using Pictures::Frame;
 
 int Rounded(double value) { return static_cast<int>(std::clamp(std::floor(value + 0.5), 0.0, 255.0)); }
 
@@ -51,14 +51,14 @@ Bytes DefinedImage(const Frame& frame) {
 
 class Yuv : public testing::TestWithParam<std::string> {
  protected:
-  void SetUp() override { ASSERT_TRUE(rows::UseKernels(GetParam().c_str())); }
-  void TearDown() override { rows::UseKernels(rows::KernelNames()[0]); }
+  void SetUp() override { ASSERT_TRUE(Rows::UseKernels(GetParam().c_str())); }
+  void TearDown() override { Rows::UseKernels(Rows::KernelNames()[0]); }
 
   static Bytes Converted(const Frame& frame) {
-    auto target = pictures::GuardedImage<BImageRgb>(frame.size);
+    auto target = Pictures::GuardedImage<BImageRgb>(frame.size);
     BColorConverter(frame.size, 0, frame.padding).ConvertYUV422ToRGB(frame.bytes.data(), target);
-    EXPECT_EQ(pictures::TouchedGuards(target), 0);
-    return pictures::PixelsOf(target);
+    EXPECT_EQ(Pictures::TouchedGuards(target), 0);
+    return Pictures::PixelsOf(target);
   }
 };
 
@@ -84,7 +84,7 @@ TEST_P(Yuv, EveryColourIsWithinOneOfTheRoundedFormula) {
 TEST_P(Yuv, EverySizeMeetsTheDefinitionWithAndWithoutPadding) {
   for (int width = 1; width <= 280; ++width) {
     for (int padding : {0, 3}) {
-      const Frame frame = pictures::RandomFrame({width, 2}, padding, static_cast<unsigned>(width), 2);
+      const Frame frame = Pictures::RandomFrame({width, 2}, padding, static_cast<unsigned>(width), 2);
       ASSERT_EQ(Converted(frame), DefinedImage(frame)) << "width " << width << ", padding " << padding;
     }
   }
@@ -105,7 +105,7 @@ TEST_P(Yuv, StretchingTakes16To235To0To255) {
     Frame frame{{width, 2}, width % 3, 1, {}};
     frame.bytes.resize(frame.LineLength() * 2);
     for (std::size_t i = 0; i < frame.bytes.size(); ++i) frame.bytes[i] = static_cast<std::uint8_t>(i);
-    auto target = pictures::GuardedImage<BImage8u>(frame.size);
+    auto target = Pictures::GuardedImage<BImage8u>(frame.size);
 
     BColorConverter(frame.size, 0, frame.padding).StretchYUV(frame.bytes.data(), target);
 
@@ -113,8 +113,8 @@ TEST_P(Yuv, StretchingTakes16To235To0To255) {
     for (int i = 0; i < 2 * width; ++i) {
       expected.push_back(static_cast<std::uint8_t>(Rounded((frame.At(i % width, i / width) - 16) * 255.0 / 219.0)));
     }
-    ASSERT_EQ(pictures::PixelsOf(target), expected) << "width " << width;
-    ASSERT_EQ(pictures::TouchedGuards(target), 0);
+    ASSERT_EQ(Pictures::PixelsOf(target), expected) << "width " << width;
+    ASSERT_EQ(Pictures::TouchedGuards(target), 0);
   }
 }
 
@@ -129,10 +129,10 @@ TEST_P(Yuv, StretchingIsExactForEveryValue) {
 
   BColorConverter(frame.size, 0).StretchYUV(frame.bytes.data(), target);
 
-  EXPECT_EQ(pictures::PixelsOf(target), expected);
+  EXPECT_EQ(Pictures::PixelsOf(target), expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Kernels, Yuv, testing::ValuesIn(pictures::KernelNames()),
+INSTANTIATE_TEST_SUITE_P(Kernels, Yuv, testing::ValuesIn(Pictures::KernelNames()),
                          [](const auto& kernels) { return kernels.param; });
 
 }  // namespace
