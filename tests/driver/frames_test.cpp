@@ -30,7 +30,7 @@ struct Frames : OpenedCamera {
     while (cameras->State()["queued"] != 10) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
   }
   Texts CallbackMessage() {
-    EXPECT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, kDeadline));
+    EXPECT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, std::chrono::milliseconds(kDeadline)));
     return Message(L"OnFrameExt()");
   }
 };
@@ -136,7 +136,7 @@ TEST_F(Frames, ACameraWithoutALatchRefusesEveryFrame) {
 TEST_F(Frames, AFrameOfAnEarlierAcquisitionIsNotPopped) {
   StartWaiting();
   cameras->Deliver();
-  ASSERT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, kDeadline));
+  ASSERT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, std::chrono::milliseconds(kDeadline)));
   Device().StopSnap();
   Device().StartSnap(false);
   EXPECT_EQ(Device().Snap(nullptr, 30), BError(12106));
@@ -219,7 +219,7 @@ TEST_F(Frames, MessagesOfCallbacksCountOnTheClockOfTheSnap) {
   StartWaiting();
   std::this_thread::sleep_for(std::chrono::milliseconds(30));
   cameras->Deliver();
-  ASSERT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, kDeadline));
+  ASSERT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, std::chrono::milliseconds(kDeadline)));
   double start_time = 0.0;
   for (const std::wstring& message : output.WithCaption(L"")) {
     if (message.find(L"OnFrameExt()") != std::wstring::npos) {
