@@ -10,6 +10,7 @@
 
 #include "bayer_reference.h"
 #include "bcolorconverter.h"
+#include "every_kernel.h"
 #include "pictures.h"
 
 namespace {
@@ -106,11 +107,7 @@ auto Remembered(Interpolation interpolation) {
   };
 }
 
-class Bayer : public testing::TestWithParam<std::string> {
- protected:
-  void SetUp() override { ASSERT_TRUE(Rows::UseKernels(GetParam().c_str())); }
-  void TearDown() override { Rows::UseKernels(Rows::KernelNames()[0]); }
-};
+class Bayer : public EveryKernel {};
 
 void ExpectDefinition(const BSize& size, int padding) {
   const unsigned seed = kSeed + static_cast<unsigned>(size.width * 1000 + size.height);
@@ -128,7 +125,7 @@ void ExpectDefinition(const BSize& size, int padding) {
 TEST(BayerSizes, EveryPixelOfEverySizeMeetsTheDefinition) {
   const std::vector<Conversion> conversions =
       ConversionsBy(Remembered(BayerReference::Corrected), Remembered(BayerReference::Bilinear));
-  const std::vector<std::string> all_kernels = Pictures::KernelNames();
+  const std::vector<std::string> all_kernels = KernelNames();
   for (int at = 0; at < KEL_LARGEST_SIZE * KEL_LARGEST_SIZE; ++at) {
     const BSize size{at % KEL_LARGEST_SIZE + 1, at / KEL_LARGEST_SIZE + 1};
     const Frame frame = Pictures::RandomFrame(size, 0, kSeed);
@@ -136,14 +133,14 @@ TEST(BayerSizes, EveryPixelOfEverySizeMeetsTheDefinition) {
       for (const Conversion& conversion : conversions) {
         const Bytes expected = conversion.expected(frame, order);
         for (const std::string& kernels : all_kernels) {
-          ASSERT_TRUE(Rows::UseKernels(kernels.c_str()));
+          UseKernels(kernels);
           ASSERT_EQ(conversion.convert(BColorConverter(size, order), frame), expected)
               << conversion.name << " by " << kernels << ", order " << order << ", " << Pictures::Named(size);
         }
       }
     }
   }
-  Rows::UseKernels(Rows::KernelNames()[0]);
+  UseBestKernels();
 }
 
 TEST_P(Bayer, EveryPixelOfEveryWidthMeetsTheDefinition) {
@@ -187,7 +184,9 @@ Frame FlatMosaic(const BSize& size, int order, const Colour& colour) {
 TEST_P(Bayer, AFlatMosaicGivesBackItsColour) {
   const Colour colour{200, 31, 255};
   const Bytes rgb = {200, 31, 255};
-  const std::vector<Bytes> expected = {rgb, rgb, {107}, {129}, {107}, {129}};
+  const Bytes luma = {107};
+  const Bytes weighted_mean = {129};
+  const std::vector<Bytes> expected = {rgb, rgb, luma, weighted_mean, luma, weighted_mean};
   for (int order = 0; order < kOrders; ++order) {
     for (const BSize size : {BSize{2, 2}, BSize{3, 2}, BSize{75, 5}}) {
       const Frame frame = FlatMosaic(size, order, colour);
@@ -233,7 +232,6 @@ TEST(BayerLuma, IsTheRec601LumaWithinOneStep) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Kernels, Bayer, testing::ValuesIn(Pictures::KernelNames()),
-                         [](const auto& kernels) { return kernels.param; });
+INSTANTIATE_TEST_SUITE_P(Kernels, Bayer, testing::ValuesIn(KernelNames()), KernelOf);
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "bcolorconverter.h"
+#include "every_kernel.h"
 #include "pictures.h"
 
 namespace {
@@ -44,11 +45,8 @@ void ExpectOverlapOnly(const BSize& frame_size, const std::function<void(Image&)
   }
 }
 
-class Converter : public testing::TestWithParam<std::string> {
+class Converter : public EveryKernel {
  protected:
-  void SetUp() override { ASSERT_TRUE(Rows::UseKernels(GetParam().c_str())); }
-  void TearDown() override { Rows::UseKernels(Rows::KernelNames()[0]); }
-
   const BSize m_size{149, 91};
   const Frame m_frame = Pictures::RandomFrame(m_size, 0, kSeed, 2);  // enough for every format
   const BColorConverter m_converter{m_size, 2};
@@ -96,7 +94,6 @@ TEST(ConverterObject, DescribesItself) {
   EXPECT_EQ(converter.Properties(), WString(L"Bayer GRBG, 640 x 480 pixels, 4 bytes between lines"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Kernels, Converter, testing::ValuesIn(Pictures::KernelNames()),
-                         [](const auto& kernels) { return kernels.param; });
+INSTANTIATE_TEST_SUITE_P(Kernels, Converter, testing::ValuesIn(KernelNames()), KernelOf);
 
 }  // namespace

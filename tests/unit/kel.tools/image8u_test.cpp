@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "every_kernel.h"
 #include "pictures.h"
 
 namespace {
@@ -60,12 +61,6 @@ void ExpectTurned(const Frame& frame, const BSize& target_size) {
   }
 }
 
-class EveryKernel : public testing::TestWithParam<std::string> {
- protected:
-  void SetUp() override { ASSERT_TRUE(Rows::UseKernels(GetParam().c_str())); }
-  void TearDown() override { Rows::UseKernels(Rows::KernelNames()[0]); }
-};
-
 class Rotation : public EveryKernel {};
 class Copy : public EveryKernel {};
 
@@ -102,7 +97,8 @@ TEST_P(Rotation, FillsWhatATargetOfAnotherSizeCanHold) {
 }
 
 TEST_P(Rotation, TheTopLeftGoesToTheTopRightClockwise) {
-  const Bytes source = {1, 2, 3, 4, 5, 6};  // two rows of three
+  // Two rows of three.
+  const Bytes source = {1, 2, 3, 4, 5, 6};
   BImage8u target({2, 3});
 
   target.CopyRotated(source.data(), 3, {3, 2}, true);
@@ -121,8 +117,7 @@ TEST_P(Rotation, ASourceWithoutPixelsChangesNothing) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Kernels, Rotation, testing::ValuesIn(Pictures::KernelNames()),
-                         [](const auto& kernels) { return kernels.param; });
+INSTANTIATE_TEST_SUITE_P(Kernels, Rotation, testing::ValuesIn(KernelNames()), KernelOf);
 
 TEST_P(Copy, CopiesRowsOfEveryWidthToAnyColumn) {
   for (int width = 1; width <= 200; ++width) {
@@ -136,8 +131,7 @@ TEST_P(Copy, CopiesRowsOfEveryWidthToAnyColumn) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Kernels, Copy, testing::ValuesIn(Pictures::KernelNames()),
-                         [](const auto& kernels) { return kernels.param; });
+INSTANTIATE_TEST_SUITE_P(Kernels, Copy, testing::ValuesIn(KernelNames()), KernelOf);
 
 TEST(Image8u, CopiesRowsAnywhereAndLeavesAwayWhatFallsOutside) {
   const BSize target_size{12, 9};

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "bimage8u.h"
+#include "every_kernel.h"
 #include "pictures.h"
 
 namespace {
@@ -35,11 +36,7 @@ BImage8u ImageOf(const Frame& frame) {
   return image;
 }
 
-class Grey : public testing::TestWithParam<std::string> {
- protected:
-  void SetUp() override { ASSERT_TRUE(Rows::UseKernels(GetParam().c_str())); }
-  void TearDown() override { Rows::UseKernels(Rows::KernelNames()[0]); }
-};
+class Grey : public EveryKernel {};
 
 TEST_P(Grey, EveryWidthIsTaken) {
   for (int width = 1; width <= 280; ++width) {
@@ -79,8 +76,7 @@ TEST_P(Grey, TheTopLeftPartOfTheWantedSizeIsTaken) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Kernels, Grey, testing::ValuesIn(Pictures::KernelNames()),
-                         [](const auto& kernels) { return kernels.param; });
+INSTANTIATE_TEST_SUITE_P(Kernels, Grey, testing::ValuesIn(KernelNames()), KernelOf);
 
 TEST(ImageRgb, AnEmptyGreyImageChangesNothing) {
   auto target = Pictures::GuardedImage<BImageRgb>({2, 2});

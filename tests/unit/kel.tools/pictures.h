@@ -11,7 +11,6 @@
 #include "bimage8u.h"
 #include "bimagergb.h"
 #include "bsize.h"
-#include "rows/row_kernels.h"
 
 namespace Pictures {
 
@@ -83,11 +82,5 @@ int TouchedGuards(const Image& image) {
 }
 
 inline std::string Named(const BSize& size) { return std::to_string(size.width) + " x " + std::to_string(size.height); }
-
-inline std::vector<std::string> KernelNames() {
-  std::vector<std::string> names;
-  for (const char* const* name = Rows::KernelNames(); *name != nullptr; ++name) names.emplace_back(*name);
-  return names;
-}
 
 }  // namespace Pictures

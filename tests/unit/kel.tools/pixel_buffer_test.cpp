@@ -33,17 +33,19 @@ TEST(PixelBuffer, RowsStartAtMultiplesOf64AndHoldTheirPixels) {
     for (int bytes_per_pixel : {1, 3}) {
       BPixelBuffer buffer;
       buffer.Resize({width, 3}, bytes_per_pixel);
-      for (int y = 0; y < 3; ++y) ASSERT_EQ(reinterpret_cast<std::uintptr_t>(buffer.Row(y)) % 64, 0U);
+      for (int y = 0; y < 3; ++y)
+        ASSERT_EQ(reinterpret_cast<std::uintptr_t>(buffer.Row(y)) % BPixelBuffer::kAlignment, 0U);
       ASSERT_GE(buffer.LineLength(), static_cast<std::size_t>(width * bytes_per_pixel));
     }
   }
 }
 
 TEST(PixelBuffer, RowsDoNotLieAMultipleOf4096Apart) {
+  constexpr int kCacheSetPeriod = 4096;
   BPixelBuffer buffer;
-  buffer.Resize({4096, 2}, 3);
+  buffer.Resize({kCacheSetPeriod, 2}, 3);
 
-  EXPECT_EQ(buffer.LineLength(), 4096U * 3 + 64);
+  EXPECT_EQ(buffer.LineLength(), kCacheSetPeriod * std::size_t{3} + BPixelBuffer::kAlignment);
 }
 
 TEST(PixelBuffer, NewMemoryIsZero) {
@@ -134,7 +136,8 @@ TEST(PixelBuffer, MovingTakesTheMemoryAndLeavesNone) {
   target = std::move(source);
 
   EXPECT_EQ(target.Row(0), memory);
-  EXPECT_EQ(source.Size(), BSize());  // NOLINT(bugprone-use-after-move): its state is promised
+  // NOLINTNEXTLINE(bugprone-use-after-move): its state is promised
+  EXPECT_EQ(source.Size(), BSize());
   EXPECT_EQ(source.AllocatedMemory(), 0U);
 }
 

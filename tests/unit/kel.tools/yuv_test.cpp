@@ -7,6 +7,7 @@
 #include <string>
 
 #include "bcolorconverter.h"
+#include "every_kernel.h"
 #include "pictures.h"
 
 namespace {
@@ -49,11 +50,8 @@ Bytes DefinedImage(const Frame& frame) {
   return bytes;
 }
 
-class Yuv : public testing::TestWithParam<std::string> {
+class Yuv : public EveryKernel {
  protected:
-  void SetUp() override { ASSERT_TRUE(Rows::UseKernels(GetParam().c_str())); }
-  void TearDown() override { Rows::UseKernels(Rows::KernelNames()[0]); }
-
   static Bytes Converted(const Frame& frame) {
     auto target = Pictures::GuardedImage<BImageRgb>(frame.size);
     BColorConverter(frame.size, 0, frame.padding).ConvertYUV422ToRGB(frame.bytes.data(), target);
@@ -132,7 +130,6 @@ TEST_P(Yuv, StretchingIsExactForEveryValue) {
   EXPECT_EQ(Pictures::PixelsOf(target), expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Kernels, Yuv, testing::ValuesIn(Pictures::KernelNames()),
-                         [](const auto& kernels) { return kernels.param; });
+INSTANTIATE_TEST_SUITE_P(Kernels, Yuv, testing::ValuesIn(KernelNames()), KernelOf);
 
 }  // namespace
