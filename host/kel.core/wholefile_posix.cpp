@@ -13,6 +13,9 @@
 
 namespace {
 
+// Who may do what with a file, out of its mode.
+constexpr mode_t kRights = 07777;
+
 std::error_code LastError() { return {errno, std::system_category()}; }
 
 class FileDescriptor {
@@ -57,7 +60,7 @@ class Replacement {
     if (::stat(m_target.c_str(), &status) != 0) return false;
     // Only a privileged process may give files away; for others the profile becomes their own, with the same rights.
     std::ignore = ::fchown(m_file.Get(), status.st_uid, status.st_gid);
-    return ::fchmod(m_file.Get(), status.st_mode & 07777) == 0;
+    return ::fchmod(m_file.Get(), status.st_mode & kRights) == 0;
   }
 
   bool TakePlace() {

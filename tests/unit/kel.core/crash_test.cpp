@@ -70,7 +70,8 @@ TEST(ProfileReplacement, KeepsTheFilesRights) {
 
     struct stat status {};
     ASSERT_EQ(::stat(file.Path().c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 07777, mode);
+    constexpr mode_t kRights = 07777;
+    EXPECT_EQ(status.st_mode & kRights, mode);
   }
 }
 

@@ -66,7 +66,7 @@ INSTANTIATE_TEST_SUITE_P(
                                   L"1", L"there is a zero byte"}),
     [](const auto& test) { return test.param.name; });
 
-TEST(ProfileOpening, TellsInOneSentenceWhatIsMalformed) {
+TEST(ProfileOpening, SaysInOneSentenceWhatIsMalformed) {
   const IniFile file("oops\n");
 
   EXPECT_EQ(ErrorOf(file.Name())->Message().Str(),
@@ -95,7 +95,7 @@ TEST(ProfileOpening, FailsForAFolder) {
 }
 
 #if !defined(_WIN32)
-TEST(ProfileOpening, TellsTheSystemsReason) {
+TEST(ProfileOpening, GivesTheSystemsReason) {
   const IniFile file("A=1\n");
 
   EXPECT_EQ(ErrorOf(file.Name() + L"x")->Text(1).Str(), L"No such file or directory");

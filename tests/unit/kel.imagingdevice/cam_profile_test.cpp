@@ -1,5 +1,6 @@
 // cam_profile_test.cpp
 // The keys that camera profiles share.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -29,7 +30,7 @@ TEST(CamProfile, IsForNoApiWithoutTheKey) {
   EXPECT_FALSE(profile.IsApi(L""));
 }
 
-TEST(CamProfile, TellsTheSerialNumber) {
+TEST(CamProfile, ReadsTheSerialNumber) {
   const IniFile file("Serial.Number = 0503329000 \n");
   WString serial_number;
 
@@ -45,7 +46,7 @@ TEST(CamProfile, GivesAnEmptySerialNumberWhenThereIsNone) {
   EXPECT_EQ(serial_number.Str(), L"");
 }
 
-TEST(CamProfile, TellsTheMaxShutterForFast) {
+TEST(CamProfile, ReadsTheMaxShutterForFast) {
   const IniFile file("MAXSHUTTERFORFAST=250\n");
   int max_shutter = -1;
 
@@ -94,7 +95,8 @@ TEST(CamProfile, IsAnObjectOfItsOwnName) {
 TEST(CamProfile, ThrowsTheErrorOfItsFile) {
   const IniFile file("API\n");
 
-  EXPECT_THROW(BCamProfile(file.Name()), BError);
+  EXPECT_THAT([&] { const BCamProfile profile(file.Name()); },
+              testing::Throws<BError>(testing::Property(&BError::ErrorCode, BError::eProfileMalformed)));
 }
 
 }  // namespace

@@ -13,12 +13,14 @@ namespace {
 // 0.5 real units to the integer, or minus that.
 class HalfSteps : public BImagingDeviceControl {
  public:
+  static constexpr int kFirstValue = 7;
+
   explicit HalfSteps(double step = 0.5) : BImagingDeviceControl(NBoard::eShutter), m_step(step) {}
 
   int Value() override { return m_value; }
   bool SetValue(int value) override {
     m_value = value;
-    return m_holds;
+    return holds;
   }
   void SetMinValue(int) override {}
   void SetMaxValue(int) override {}
@@ -26,7 +28,7 @@ class HalfSteps : public BImagingDeviceControl {
   bool GetRange(int& min, int& max) override {
     min = -20;
     max = 100;
-    return m_has_range;
+    return has_range;
   }
   bool SetToDefault() override { return SetValue(0); }
   bool IsAvailable() const override { return true; }
@@ -34,12 +36,12 @@ class HalfSteps : public BImagingDeviceControl {
   double ToRealValue(int value) const override { return value * m_step; }
   int FromRealValue(double value) const override { return static_cast<int>(value / m_step); }
 
-  bool m_holds = true;
-  bool m_has_range = true;
+  bool holds = true;
+  bool has_range = true;
 
  private:
   double m_step;
-  int m_value = 7;
+  int m_value = kFirstValue;
 };
 
 TEST(Control, KnowsItsType) { EXPECT_EQ(HalfSteps().Type(), NBoard::eShutter); }
@@ -53,7 +55,7 @@ TEST(Control, TakesItsEndsFromItsRange) {
 
 TEST(Control, HasItsEndsAtZeroWithoutARange) {
   HalfSteps control;
-  control.m_has_range = false;
+  control.has_range = false;
 
   EXPECT_EQ(control.MinValue(), 0);
   EXPECT_EQ(control.MaxValue(), 0);
@@ -69,9 +71,9 @@ TEST(Control, ConvertsItsValue) {
   EXPECT_EQ(control.GetRealValue(), 12.5);
 }
 
-TEST(Control, TellsWhenTheCameraDoesNotHoldARealValue) {
+TEST(Control, ReportsWhenTheCameraDoesNotHoldARealValue) {
   HalfSteps control;
-  control.m_holds = false;
+  control.holds = false;
 
   EXPECT_FALSE(control.SetRealValue(1.0));
 }
@@ -83,14 +85,14 @@ TEST(Control, RefusesWhatIsNoFiniteNumber) {
 
     EXPECT_FALSE(control.SetRealValue(value));
 
-    EXPECT_EQ(control.Value(), 7);
+    EXPECT_EQ(control.Value(), HalfSteps::kFirstValue);
   }
 }
 
 std::pair<double, double> RealRange(HalfSteps&& control) {
   double min = -1, max = -1;
   const bool there = control.GetRealRange(min, max);
-  EXPECT_EQ(there, control.m_has_range);
+  EXPECT_EQ(there, control.has_range);
   return {min, max};
 }
 
@@ -102,7 +104,7 @@ TEST(Control, PutsTheSmallerEndFirstWhenTheRealUnitRunsBackwards) {
 
 TEST(Control, LeavesTheArgumentsAloneWithoutARange) {
   HalfSteps control;
-  control.m_has_range = false;
+  control.has_range = false;
 
   EXPECT_EQ(RealRange(std::move(control)), (std::pair{-1.0, -1.0}));
 }

@@ -1,5 +1,5 @@
 // device_test.cpp
-// What a device answers that knows no better.
+// What a device answers unless its driver answers otherwise.
 #include <gtest/gtest.h>
 
 #include "support/plain_device.h"
@@ -8,7 +8,7 @@ namespace {
 
 TEST(Device, HasNoSnapTimeAtFirst) { EXPECT_EQ(PlainDevice().LastSnapTime(), 0.0); }
 
-TEST(Device, TellsTheSnapTimeThatItsDriverNoted) {
+TEST(Device, ReportsTheSnapTimeThatItsDriverNoted) {
   PlainDevice device;
 
   device.NoteSnapTime(12.5);

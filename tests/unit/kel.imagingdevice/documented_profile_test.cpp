@@ -17,7 +17,7 @@ namespace {
 
 // The keys in the first column of the document's tables.
 std::set<std::string> DocumentedKeys() {
-  const std::string document = BytesOf(std::filesystem::path(PROFILE_DOCUMENT));
+  const std::string document = BytesOf(std::filesystem::path(KEL_PROFILE_DOCUMENT));
   const std::regex row("(^|\n)\\| (`[^|]*)\\|");
   const std::regex name("`([^`]+)`");
   std::set<std::string> keys;
@@ -55,7 +55,7 @@ std::set<std::string> KeysInUse() {
 TEST(ProfileDocument, ListsEveryKeyAndNoOther) { EXPECT_EQ(DocumentedKeys(), KeysInUse()); }
 
 std::string Example() {
-  const std::string document = BytesOf(std::filesystem::path(PROFILE_DOCUMENT));
+  const std::string document = BytesOf(std::filesystem::path(KEL_PROFILE_DOCUMENT));
   const std::string fence = "```ini\n";
   const std::size_t begin = document.find(fence) + fence.size();
   return document.substr(begin, document.find("```", begin) - begin);

@@ -82,14 +82,14 @@ TEST_F(Implementation, DeletesAllControls) {
 }
 
 TEST_F(Implementation, HasNoControlOfATypeThatIsNone) {
-  for (const int type : {std::numeric_limits<int>::min(), -1, 10, std::numeric_limits<int>::max()}) {
+  for (const int type : {std::numeric_limits<int>::min(), -1, NBoard::kControlTypes, std::numeric_limits<int>::max()}) {
     EXPECT_EQ(At(type), nullptr);
   }
 }
 
 TEST_F(Implementation, DropsAControlOfATypeThatIsNone) {
   Add(-1);
-  Add(10);
+  Add(NBoard::kControlTypes);
   m_implementation.SetControl(nullptr);
 
   EXPECT_EQ(m_deletions, 2);
@@ -126,9 +126,10 @@ TEST_F(Implementation, GivesZeroedMemoryThatCanBeWritten) {
   ASSERT_NE(bytes, nullptr);
   EXPECT_TRUE(std::all_of(bytes, bytes + kBytes, [](unsigned char byte) { return byte == 0; }));
 
-  std::fill(bytes, bytes + kBytes, static_cast<unsigned char>(0xA5));
+  constexpr unsigned char kPattern = 0xA5;
+  std::fill(bytes, bytes + kBytes, kPattern);
 
-  EXPECT_EQ(bytes[kBytes - 1], 0xA5);
+  EXPECT_EQ(bytes[kBytes - 1], kPattern);
   m_implementation.FreeLockedMemory(bytes, kBytes);
 }
 

@@ -1,23 +1,26 @@
 // locked_pages_test.cpp
-// Whether locked memory is locked, as the kernel tells it.
+// Whether locked memory is locked, as the kernel reports it.
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
 
 #include <fstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "support/plain_device.h"
 
 namespace {
 
-constexpr std::size_t kBytes = std::size_t{64} * 1024;
+constexpr std::size_t kKilobyte = 1024;
+constexpr std::size_t kBytes = 64 * kKilobyte;
 
 long LockedKilobytes() {
+  constexpr std::string_view kLabel = "VmLck:";
   std::ifstream status("/proc/self/status");
   for (std::string line; std::getline(status, line);) {
-    if (line.rfind("VmLck:", 0) == 0) return std::stol(line.substr(6));
+    if (line.starts_with(kLabel)) return std::stol(line.substr(kLabel.size()));
   }
   return -1;
 }
@@ -33,7 +36,7 @@ bool SystemLocksPages() {
 }
 
 TEST(LockedMemory, IsLockedWhereTheSystemLocksPages) {
-  const long expected_kilobytes = SystemLocksPages() ? kBytes / 1024 : 0;
+  const long expected_kilobytes = SystemLocksPages() ? kBytes / kKilobyte : 0;
   PlainImplementation implementation;
   const long before = LockedKilobytes();
 

@@ -12,6 +12,9 @@ namespace {
 
 using Keys = std::vector<std::wstring>;
 
+constexpr int kWhiteBalanceValues = 4;
+constexpr int kAoiValues = 4;
+
 Keys KeysOf(WString (*text)(int), int count) {
   Keys keys;
   keys.reserve(static_cast<std::size_t>(count));
@@ -26,21 +29,23 @@ TEST(KeyTexts, NameTheControls) {
 }
 
 TEST(KeyTexts, NameTheWhiteBalanceValues) {
-  EXPECT_EQ(KeysOf(NBoard::WBValueString, 4), (Keys{L"WBCOLORBLUE", L"WBCOLORRED", L"WBMONOBLUE", L"WBMONORED"}));
+  EXPECT_EQ(KeysOf(NBoard::WBValueString, kWhiteBalanceValues),
+            (Keys{L"WBCOLORBLUE", L"WBCOLORRED", L"WBMONOBLUE", L"WBMONORED"}));
 }
 
 TEST(KeyTexts, NameTheAreaOfInterest) {
-  EXPECT_EQ(KeysOf(NBoard::CamAOIValueString, 4), (Keys{L"AOIX", L"AOIY", L"AOIWIDTH", L"AOIHEIGHT"}));
+  EXPECT_EQ(KeysOf(NBoard::CamAOIValueString, kAoiValues), (Keys{L"AOIX", L"AOIY", L"AOIWIDTH", L"AOIHEIGHT"}));
 }
 
 TEST(KeyTexts, AreEmptyForOtherNumbers) {
-  for (const int number : {std::numeric_limits<int>::min(), -1, 10, 11, std::numeric_limits<int>::max()}) {
+  for (const int number :
+       {std::numeric_limits<int>::min(), -1, NBoard::kControlTypes, std::numeric_limits<int>::max()}) {
     EXPECT_EQ(NBoard::ControlTypeString(number).Str(), L"");
     EXPECT_EQ(NBoard::WBValueString(number).Str(), L"");
     EXPECT_EQ(NBoard::CamAOIValueString(number).Str(), L"");
   }
-  EXPECT_EQ(NBoard::WBValueString(4).Str(), L"");
-  EXPECT_EQ(NBoard::CamAOIValueString(4).Str(), L"");
+  EXPECT_EQ(NBoard::WBValueString(kWhiteBalanceValues).Str(), L"");
+  EXPECT_EQ(NBoard::CamAOIValueString(kAoiValues).Str(), L"");
 }
 
 TEST(ControlTypes, HaveTheNumbersThatHostsAndDriversAgreeOn) {

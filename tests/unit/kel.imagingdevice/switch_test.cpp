@@ -11,20 +11,20 @@ namespace {
 
 class Trigger : public BImagingDeviceTrigger {
  public:
-  void SetOn() override { ++m_on; }
+  void SetOn() override { ++switched_on; }
   bool IsAvailable() const override { return true; }
-  bool IsExternal() const override { return m_external; }
-  void SetExternal(bool external) override { m_external = external; }
+  bool IsExternal() const override { return external; }
+  void SetExternal(bool now_external) override { external = now_external; }
   bool SetActivation(int) override { return true; }
   bool SetSource(int) override {
-    ++m_sources;
+    ++sources_set;
     return true;
   }
   void Fire() override {}
 
-  bool m_external = true;
-  int m_on = 0;
-  int m_sources = 0;
+  bool external = true;
+  int switched_on = 0;
+  int sources_set = 0;
 };
 
 TEST(Switch, IsNoLongerExternalWhenOffAndTouchesNothingElse) {
@@ -33,8 +33,8 @@ TEST(Switch, IsNoLongerExternalWhenOffAndTouchesNothingElse) {
   trigger.SetOff();
 
   EXPECT_FALSE(trigger.IsExternal());
-  EXPECT_EQ(trigger.m_on, 0);
-  EXPECT_EQ(trigger.m_sources, 0);
+  EXPECT_EQ(trigger.switched_on, 0);
+  EXPECT_EQ(trigger.sources_set, 0);
 }
 
 TEST(Trigger, HasTheNumbersThatHostsAndDriversAgreeOn) {

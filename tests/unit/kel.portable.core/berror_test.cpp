@@ -9,42 +9,46 @@
 
 namespace {
 
+// Codes that are none of the host's.
+constexpr int kOwnCode = 77;
+constexpr int kUnknownCode = 9999;
+
 TEST(Error, IsSuccessByDefault) {
   const BError error;
 
   EXPECT_FALSE(error.IsError());
-  EXPECT_EQ(error.ErrorCode(), 0);
+  EXPECT_EQ(error.ErrorCode(), BError::eSuccess);
   EXPECT_EQ(error.Message().Str(), L"");
 }
 
 TEST(Error, CarriesCodeAndTexts) {
-  const BError error(77, L"a", L"b", L"c", L"d");
+  const BError error(kOwnCode, L"a", L"b", L"c", L"d");
 
   EXPECT_TRUE(error.IsError());
-  EXPECT_EQ(error.ErrorCode(), 77);
+  EXPECT_EQ(error.ErrorCode(), kOwnCode);
   EXPECT_EQ(error.Text(0).Str(), L"a");
   EXPECT_EQ(error.Text(3).Str(), L"d");
   EXPECT_THROW(error.Text(4), std::out_of_range);
 }
 
 TEST(Error, EqualsWhenCodeAndAllTextsDo) {
-  const BError error(77, L"a", {}, {}, L"d");
+  const BError error(kOwnCode, L"a", {}, {}, L"d");
 
-  EXPECT_TRUE(error == BError(77, L"a", L"", L"", L"d"));
-  EXPECT_TRUE(error != BError(78, L"a", L"", L"", L"d"));
-  EXPECT_TRUE(error != BError(77, L"a"));
+  EXPECT_TRUE(error == BError(kOwnCode, L"a", L"", L"", L"d"));
+  EXPECT_TRUE(error != BError(kOwnCode + 1, L"a", L"", L"", L"d"));
+  EXPECT_TRUE(error != BError(kOwnCode, L"a"));
 }
 
 TEST(Error, IsCopiedAndMovedWhole) {
-  BError original(12103, L"boo");
+  BError original(BError::eAcquisitionFailed, L"boo");
   const BError copy(original);
   BError moved(std::move(original));
   BError assigned;
   assigned = moved;
 
-  EXPECT_EQ(copy, BError(12103, L"boo"));
-  EXPECT_EQ(moved, BError(12103, L"boo"));
-  EXPECT_EQ(assigned, BError(12103, L"boo"));
+  EXPECT_EQ(copy, BError(BError::eAcquisitionFailed, L"boo"));
+  EXPECT_EQ(moved, BError(BError::eAcquisitionFailed, L"boo"));
+  EXPECT_EQ(assigned, BError(BError::eAcquisitionFailed, L"boo"));
 }
 
 struct CodeAndSentence {
@@ -83,9 +87,9 @@ TEST(Error, TakesPercentSignsInTextsAsTheyAre) {
   EXPECT_EQ(BError(BError::eAcquisitionFailed, L"100%s %d").Message().Str(), L"acquisition failed: 100%s %d");
 }
 
-TEST(Error, TellsNumberAndTextsOfACodeThatItDoesNotKnow) {
+TEST(Error, PrintsNumberAndTextsOfACodeThatItDoesNotKnow) {
   EXPECT_EQ(BError(-7).Message().Str(), L"error -7");
-  EXPECT_EQ(BError(9999, L"a", L"", L"c").Message().Str(), L"error 9999: a, c");
+  EXPECT_EQ(BError(kUnknownCode, L"a", L"", L"c").Message().Str(), L"error 9999: a, c");
 }
 
 }  // namespace

@@ -60,7 +60,8 @@ TEST_F(SmartRef, PassesItsReferenceOnWhenMoved) {
   BSmartRef<Base> first(new Base(m_deletions));
   const BSmartRef<Base> second(std::move(first));
 
-  EXPECT_FALSE(first);  // NOLINT(bugprone-use-after-move): null is what it promises to be
+  // NOLINTNEXTLINE(bugprone-use-after-move): null is what it promises to be
+  EXPECT_FALSE(first);
   EXPECT_EQ(second->References(), 1);
 }
 
