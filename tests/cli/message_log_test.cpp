@@ -1,5 +1,5 @@
 // message_log_test.cpp
-// --log and -v: what the driver tells its host, to the letter.
+// --log and -v: what the driver reports to its host, to the letter.
 #include "kelcam_test.h"
 
 namespace {

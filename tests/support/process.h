@@ -38,5 +38,5 @@ class Process {
   std::unique_ptr<State> m_state;
 };
 
-// The file of a program that was built beside the running one.
+// The file of a program that was built next to the running one.
 std::filesystem::path ProgramFile(const std::string& name);

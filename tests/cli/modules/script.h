@@ -1,5 +1,5 @@
 // script.h
-// What a test wants the scripted module to do.
+// What a test has the scripted module do.
 #pragma once
 
 #include <map>

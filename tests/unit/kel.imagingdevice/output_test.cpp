@@ -115,7 +115,7 @@ TEST_F(Output, LeavesTheOldSinkBeforeInstallingReturns) {
   EXPECT_EQ(install.wait_for(std::chrono::seconds(30)), std::future_status::ready);
 }
 
-// Tells the calls that come in time from those that come after it was taken away.
+// Counts the calls that come in time and those that come after it was taken away.
 class LeavingSink : public ImagingDevice::BSink {
  public:
   void OnShowInfo(const wchar_t*, const wchar_t*) override {}

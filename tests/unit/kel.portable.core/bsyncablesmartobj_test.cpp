@@ -40,7 +40,7 @@ TEST(SyncableSmartObj, IsFreeAtFirst) {
   EXPECT_TRUE(OtherThreadMayWrite(object));
 }
 
-TEST(SyncableSmartObj, LetsReadersInBesideAReader) {
+TEST(SyncableSmartObj, LetsReadersShareWithAReader) {
   const BSyncableSmartObj object;
   {
     const BAutoLockR lock(object);
@@ -50,7 +50,7 @@ TEST(SyncableSmartObj, LetsReadersInBesideAReader) {
   EXPECT_TRUE(OtherThreadMayWrite(object));
 }
 
-TEST(SyncableSmartObj, LetsNobodyInBesideAWriter) {
+TEST(SyncableSmartObj, LetsNobodyShareWithAWriter) {
   const BSyncableSmartObj object;
   {
     const BAutoLockW lock(object);

@@ -133,7 +133,7 @@ TEST_P(Copy, CopiesRowsOfEveryWidthToAnyColumn) {
 
 INSTANTIATE_TEST_SUITE_P(Kernels, Copy, testing::ValuesIn(KernelNames()), KernelOf);
 
-TEST(Image8u, CopiesRowsAnywhereAndLeavesAwayWhatFallsOutside) {
+TEST(Image8u, CopiesRowsAnywhereAndDropsWhatFallsOutside) {
   const BSize target_size{12, 9};
   for (int padding : {0, 5}) {
     const Frame frame = Pictures::RandomFrame({7, 5}, padding, kSeed);

@@ -48,7 +48,7 @@ TEST_P(Grey, EveryWidthIsTaken) {
   }
 }
 
-TEST_P(Grey, WhatFallsOutsideIsLeftAway) {
+TEST_P(Grey, WhatFallsOutsideIsDropped) {
   const Frame frame = Pictures::RandomFrame({70, 5}, 0, kSeed);
   const BSize target_size{75, 7};
   for (int y = -6; y <= 8; ++y) {

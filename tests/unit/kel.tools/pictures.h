@@ -26,7 +26,7 @@ inline Bytes RandomBytes(std::size_t count, unsigned seed) {
   return bytes;
 }
 
-// A frame of exactly the bytes that it may be read in: the sanitizers see every byte beside it.
+// A frame of exactly the bytes that it may be read in: the sanitizers see every byte next to it.
 struct Frame {
   BSize size;
   int padding = 0;
