@@ -35,7 +35,6 @@ install(FILES ${kel_runtime_libraries} DESTINATION ${KEL_INSTALL_RUN} COMPONENT 
 # The classes' headers; files with other names are the libraries' own.
 file(GLOB sdk_headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/host/kel.*/*.h)
 list(FILTER sdk_headers INCLUDE REGEX "/(b[a-z0-9]+|dlist|wstring|iprofile|imagingdevice|nboard|kel_[a-z_]+_api)\\.h$")
-list(FILTER sdk_headers EXCLUDE REGEX "/bcamprofilekeys\\.h$")
 install(FILES ${sdk_headers} DESTINATION ${sdk_include} COMPONENT sdk)
 install(FILES ${PROJECT_SOURCE_DIR}/src/driver/kel_camera_vimba.h DESTINATION ${sdk_include}/driver COMPONENT sdk)
 

@@ -1,7 +1,6 @@
 /* VimbaC.h
  * The part of the Vimba C API that this project uses, declared in its own words. 64-bit targets only. */
-#ifndef KEL_VIMBAC_H
-#define KEL_VIMBAC_H
+#pragma once
 
 #include <stddef.h>
 #include <stdint.h>
@@ -179,6 +178,4 @@ VIMBAC_CALL VmbError_t VmbCaptureQueueFlush(VmbHandle_t camera);
 
 #ifdef __cplusplus
 }
-#endif
-
 #endif

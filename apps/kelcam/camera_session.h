@@ -4,11 +4,10 @@
 
 #include <string>
 
-#include "failure.h"
 #include "message_log.h"
 #include "module.h"
 
-namespace kelcam {
+namespace Kelcam {
 
 class CameraSession {
  public:
@@ -21,22 +20,13 @@ class CameraSession {
   BImagingDevice& Device() const { return *m_device; }
 
  private:
-  void TellComplaints();  // those that are new, as notices on standard error
+  // Those that are new, as notices on standard error.
+  void PrintComplaints();
 
   const Module& m_module;
   BSmartRef<BCamProfile> m_profile;
-  std::size_t m_complaints_told = 0;
+  std::size_t m_complaints_printed = 0;
   BImagingDevice* m_device;
 };
 
-// The fault that an error of the host stands for.
-Fault FaultOf(const BError& error);
-
-// The same for the exception being handled: errors of the host and of the driver, which come across the module boundary
-// as they are, failures of this program and of the standard library.
-Fault FaultOfCurrentException();
-
-// The reasons a driver gave last, to be put under a sentence that says what failed.
-std::string WithLastNotices(std::string sentence, const MessageLog& log);
-
-}  // namespace kelcam
+}  // namespace Kelcam

@@ -4,13 +4,14 @@
 
 #include <iostream>
 
-namespace kelcam {
+#include "failure.h"
+
+namespace Kelcam {
 
 void SetUpCamera(const Options& options, BImagingDevice& device) {
-  if (options.color && !device.IsColor()) std::cerr << "notice: --color does nothing on a monochrome camera\n";
+  if (options.color && !device.IsColor()) std::cerr << "notice: --color has no effect on a monochrome camera\n";
   if (options.color && !device.SetColorMode(*options.color)) {
-    throw Failure(std::string("the camera does not take the pixel format of colour mode ") +
-                  (*options.color ? "on" : "off"));
+    throw Failure(std::string("the camera refused to switch colour mode ") + (*options.color ? "on" : "off"));
   }
   for (const ControlSetting& setting : options.settings) {
     ApplyControlSetting(setting, device, options.color.value_or(false));
@@ -23,4 +24,4 @@ BBaseAoi::Kind PictureKind(const Options& options, const BImagingDevice& device)
 
 const char* NameOf(BBaseAoi::Kind kind) { return kind == BBaseAoi::eRgb ? "rgb" : "mono"; }
 
-}  // namespace kelcam
+}  // namespace Kelcam

@@ -4,7 +4,7 @@
 
 #include "command_line.h"
 
-namespace kelcam {
+namespace Kelcam {
 
 // Colour mode first, then the controls in the order of the command line: switching the mode brings that mode's white
 // balance.
@@ -14,4 +14,4 @@ void SetUpCamera(const Options& options, BImagingDevice& device);
 BBaseAoi::Kind PictureKind(const Options& options, const BImagingDevice& device);
 const char* NameOf(BBaseAoi::Kind kind);
 
-}  // namespace kelcam
+}  // namespace Kelcam

@@ -3,6 +3,7 @@
 #include <iomanip>
 #include <iostream>
 #include <optional>
+#include <tuple>
 #include <vector>
 
 #include "camera_session.h"
@@ -10,7 +11,8 @@
 #include "report.h"
 #include "utf8.h"
 
-namespace kelcam {
+namespace Kelcam {
+namespace {
 
 struct ControlReport {
   std::string name;
@@ -31,17 +33,17 @@ struct DeviceReport {
   std::vector<ControlReport> controls;
   std::optional<WhiteBalanceReport> white_balance;
   std::optional<bool> external_trigger;  // none: no trigger
-  std::int64_t stream_bytes_per_second = 0;
-  std::optional<double> frames_per_second;  // none: the camera does not tell
-  bool fast = false;
+  std::int64_t stream_rate_bytes_per_s = 0;
+  std::optional<double> frame_rate_hz;  // none: the camera does not report it
+  bool fast = false;                    // the frame rate holds at this exposure
   int max_shutter_for_fast = 0;
   std::string max_shutter_for_fast_text;
 };
 
-static std::vector<ControlReport> ControlsOf(BImagingDevice& device) {
+std::vector<ControlReport> ControlsOf(BImagingDevice& device) {
   const std::pair<const char*, BImagingDeviceControl*> controls[] = {
-      {"gain", device.GainControl()},
-      {"exposure", device.ShutterControl()},
+      {kGain, device.GainControl()},
+      {kExposure, device.ShutterControl()},
       {"brightness", device.BrightnessControl()},
       {"offset", device.OffsetControl()},
       {"gamma", device.GammaControl()},
@@ -55,16 +57,16 @@ static std::vector<ControlReport> ControlsOf(BImagingDevice& device) {
   for (const auto& [name, control] : controls) {
     if (!control || !control->IsAvailable()) continue;
     ControlReport report{name, control->Value(), 0, 0, 0.0, 0.0, 0.0, UnitOf(*control)};
-    control->GetRange(report.min, report.max);
+    std::ignore = control->GetRange(report.min, report.max);
     // From the one reading: a temperature may differ the next time.
     report.real_value = control->ToRealValue(report.value);
-    control->GetRealRange(report.real_min, report.real_max);
+    std::ignore = control->GetRealRange(report.real_min, report.real_max);
     reports.push_back(report);
   }
   return reports;
 }
 
-static DeviceReport ReportOf(BImagingDevice& device) {
+DeviceReport ReportOf(BImagingDevice& device) {
   DeviceReport report;
   report.name = Utf8(WString(device.Name()));
   report.type = Utf8(WString(device.TypeName()));
@@ -74,10 +76,10 @@ static DeviceReport ReportOf(BImagingDevice& device) {
   WhiteBalanceReport balance{0, 0, device.ColorRedBalance(), device.ColorBlueBalance()};
   if (device.WhiteBalanceRange(balance.min, balance.max)) report.white_balance = balance;
   if (const BImagingDeviceTrigger* trigger = device.Trigger()) report.external_trigger = trigger->IsExternal();
-  report.stream_bytes_per_second = device.GetBandwidth();
-  double rate = 0.0;
-  report.fast = device.FramesPerSecond(rate);
-  if (report.fast || rate > 0.0) report.frames_per_second = rate;
+  report.stream_rate_bytes_per_s = device.GetBandwidth();
+  double rate_hz = 0.0;
+  report.fast = device.FramesPerSecond(rate_hz);
+  if (report.fast || rate_hz > 0.0) report.frame_rate_hz = rate_hz;
   report.max_shutter_for_fast = device.MaxShutterForFast();
   report.max_shutter_for_fast_text = std::to_string(report.max_shutter_for_fast);
   if (const BImagingDeviceControl* exposure = device.ShutterControl()) {
@@ -87,7 +89,7 @@ static DeviceReport ReportOf(BImagingDevice& device) {
   return report;
 }
 
-static Json ToJson(const ControlReport& control) {
+Json ToJson(const ControlReport& control) {
   return {{"name", control.name},
           {"value", control.value},
           {"min", control.min},
@@ -96,15 +98,15 @@ static Json ToJson(const ControlReport& control) {
           {"unit", control.unit}};
 }
 
-static Json ToJson(const DeviceReport& report) {
+Json ToJson(const DeviceReport& report) {
   Json controls = Json::array();
   for (const ControlReport& control : report.controls) controls.push_back(ToJson(control));
-  Json white_balance, trigger, rate;
+  Json white_balance, trigger, frame_rate_hz;
   if (const auto& balance = report.white_balance) {
     white_balance = {{"red", balance->red}, {"blue", balance->blue}, {"min", balance->min}, {"max", balance->max}};
   }
   if (report.external_trigger) trigger = {{"external", *report.external_trigger}};
-  if (report.frames_per_second) rate = *report.frames_per_second;
+  if (report.frame_rate_hz) frame_rate_hz = *report.frame_rate_hz;
   return {{"name", report.name},
           {"type", report.type},
           {"width", report.size.width},
@@ -114,18 +116,19 @@ static Json ToJson(const DeviceReport& report) {
           {"controls", controls},
           {"whiteBalance", white_balance},
           {"trigger", trigger},
-          {"streamBytesPerSecond", report.stream_bytes_per_second},
-          {"framesPerSecond", rate},
+          {"streamBytesPerSecond", report.stream_rate_bytes_per_s},
+          {"framesPerSecond", frame_rate_hz},
           {"fast", report.fast},
           {"maxShutterForFast", report.max_shutter_for_fast}};
 }
 
-static void PrintRow(const std::string& name, const std::string& value) {
-  std::cout << std::left << std::setw(22) << name << value << "\n";
+void PrintRow(const std::string& name, const std::string& value) {
+  constexpr int kNameWidth = 22;
+  std::cout << std::left << std::setw(kNameWidth) << name << value << "\n";
 }
 
 // "100 (1 to 20000) = 10.0ms (0.1 to 2000.0ms)"; a control that is only read has no range.
-static std::string Described(const ControlReport& control) {
+std::string Described(const ControlReport& control) {
   const auto real = [&](double value) { return Fixed(value, 1); };
   std::string integers = std::to_string(control.value);
   std::string reals = real(control.real_value) + control.unit;
@@ -136,7 +139,7 @@ static std::string Described(const ControlReport& control) {
   return integers + " = " + reals;
 }
 
-static void Print(const DeviceReport& report) {
+void Print(const DeviceReport& report) {
   PrintRow("name", report.name);
   PrintRow("type", report.type);
   PrintRow("size", std::to_string(report.size.width) + " x " + std::to_string(report.size.height) +
@@ -150,18 +153,20 @@ static void Print(const DeviceReport& report) {
     PrintRow("white balance", "none");
   }
   PrintRow("trigger", !report.external_trigger ? "none" : *report.external_trigger ? "line" : "software");
-  PrintRow("stream rate", std::to_string(report.stream_bytes_per_second) + " bytes/s");
-  PrintRow("frame rate", !report.frames_per_second ? "unknown"
-                                                   : Fixed(*report.frames_per_second, 2) + " images/s" +
-                                                         (report.fast ? "" : ", not at this exposure"));
+  PrintRow("stream rate", std::to_string(report.stream_rate_bytes_per_s) + " bytes/s");
+  PrintRow("frame rate", !report.frame_rate_hz ? "unknown"
+                                               : Fixed(*report.frame_rate_hz, 2) + " images/s" +
+                                                     (report.fast ? "" : ", not at this exposure"));
   PrintRow("max shutter for fast", report.max_shutter_for_fast_text);
 }
+
+}  // namespace
 
 ExitCode RunInfo(const Options& options, const Module& module, const MessageLog& log) {
   const CameraSession camera(module, log, options.profile_file);
   const DeviceReport report = ReportOf(camera.Device());
   options.json ? PrintDocument(ToJson(report)) : Print(report);
-  return eDone;
+  return kDone;
 }
 
-}  // namespace kelcam
+}  // namespace Kelcam

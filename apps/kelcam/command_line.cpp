@@ -3,6 +3,9 @@
 #include "command_line.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
 #include <limits>
 #include <map>
 #include <sstream>
@@ -12,26 +15,27 @@
 #include "picture.h"
 #include "platform.h"
 
-namespace kelcam {
+namespace Kelcam {
+namespace {
 
-static constexpr int kMaxImages = 1000000;
+constexpr int kMaxImages = 1000000;
+constexpr std::size_t kOptionColumnWidth = 32;
 
 // What may stand for a value, in the order of the help text.
 template <class Value>
 using Choices = std::vector<std::pair<std::string, Value>>;
 
-static const std::map<std::string, Command> kCommands = {
-    {"list", Command::eList}, {"info", Command::eInfo}, {"snap", Command::eSnap}, {"live", Command::eLive}};
-static const Choices<BBaseAoi::Kind> kKinds = {{"mono", BBaseAoi::eMono8}, {"rgb", BBaseAoi::eRgb}};
-static const Choices<bool> kSwitch = {{"on", true}, {"off", false}};
-static const Choices<SnapMode> kModes = {{"single", SnapMode::eSingle}, {"continuous", SnapMode::eContinuous}};
-static const Choices<TriggerChoice> kTriggers = {
-    {"software", TriggerChoice::eSoftware}, {"line", TriggerChoice::eLine}, {"free", TriggerChoice::eFree}};
+const std::map<std::string, Command> kCommands = {
+    {"list", Command::kList}, {"info", Command::kInfo}, {"snap", Command::kSnap}, {"live", Command::kLive}};
+const Choices<BBaseAoi::Kind> kKinds = {{"mono", BBaseAoi::eMono8}, {"rgb", BBaseAoi::eRgb}};
+const Choices<bool> kSwitch = {{"on", true}, {"off", false}};
+const Choices<SnapMode> kModes = {{"single", SnapMode::kSingle}, {"continuous", SnapMode::kContinuous}};
+const Choices<TriggerChoice> kTriggers = {
+    {"software", TriggerChoice::kSoftware}, {"line", TriggerChoice::kLine}, {"free", TriggerChoice::kFree}};
 
-static constexpr const char* kDescription =
-    "kelcam drives a camera through a camera driver module, from the command line.\n";
+constexpr const char* kDescription = "kelcam drives a camera through a camera driver module, from the command line.\n";
 
-static constexpr const char* kFooter = R"(Examples:
+constexpr const char* kFooter = R"(Examples:
   kelcam list
   kelcam info --profile colour.ini
   kelcam snap --profile colour.ini -o picture.png
@@ -40,24 +44,23 @@ static constexpr const char* kFooter = R"(Examples:
   kelcam --log messages.txt live --profile mono.ini --seconds 10
 "kelcam snap --help" has the options of snap, and so on.
 
-A profile is an ini file that tells which camera to open and how. The smallest one is
+A profile is an ini file that says which camera to open and how to set it up. The smallest is
   API = Vimba
   Init.Method = Serial
   Serial.Number = 50-0536953957
-with the serial number that ends the camera's line in "kelcam list". The driver writes
-back to it what it learns, so keep one profile per camera. Commented examples lie in
-apps/kelcam/profiles of the sources; docs/profile.md has every key.
+with the serial number at the end of the camera's line in "kelcam list". The driver writes
+the camera's identifiers back to it, so keep one profile per camera. Commented examples are
+in apps/kelcam/profiles of the sources; docs/profile.md has every key.
 
 Results go to standard output, notices and errors to standard error.
 Exit code: 0 done, 1 the camera or an image failed, 2 wrong usage, 130 stopped by Ctrl-C
 (the camera is closed properly; a second Ctrl-C ends the program at once).)";
 
-static constexpr const char* kCommandFooter =
-    "\"kelcam --help\" has the global options, examples and what a profile is.";
+constexpr const char* kCommandFooter = "\"kelcam --help\" has the global options, examples and what a profile is.";
 
 template <class Value, class Target>
-static void AddChoice(CLI::App& app, const std::string& name, Target& target, const Choices<Value>& choices,
-                      const std::string& description) {
+void AddChoice(CLI::App& app, const std::string& name, Target& target, const Choices<Value>& choices,
+               const std::string& description) {
   std::string names;
   for (const auto& choice : choices) names += (names.empty() ? "" : "|") + choice.first;
   const auto take = [&target, &choices](const std::string& text) {
@@ -67,18 +70,18 @@ static void AddChoice(CLI::App& app, const std::string& name, Target& target, co
   app.add_option_function<std::string>(name, take, description)->check(CLI::IsMember(choices))->option_text(names);
 }
 
-static void AddGlobalOptions(CLI::App& app, Options& options) {
+void AddGlobalOptions(CLI::App& app, Options& options) {
   app.set_help_flag("-h,--help", "print this text, or that of a command");
-  app.set_version_flag("--version", std::string("kelcam ") + KELCAM_VERSION, "print the program's version");
+  app.set_version_flag("--version", std::string("kelcam ") + KEL_VERSION, "print the program's version");
   app.add_option("--module", options.module_file,
-                 std::string("the camera driver module\n(default: ") + kModuleFileName + " beside this program)")
+                 std::string("the camera driver module\n(default: ") + kModuleFileName + " next to this program)")
       ->option_text("FILE");
   app.add_option("--log", options.log_file, "write every message of the driver to this file")->option_text("FILE");
   app.add_flag("--json", options.json, "print the result as one JSON document");
-  app.add_flag("-v,--verbose", options.verbose, "show every message of the driver on standard error");
+  app.add_flag("-v,--verbose", options.verbose, "print every message of the driver on standard error");
 }
 
-static void AddProfileOption(CLI::App& command, Options& options) {
+void AddProfileOption(CLI::App& command, Options& options) {
   command
       .add_option("--profile", options.profile_file,
                   "the ini file that names the camera (required);\nthe driver writes back to it")
@@ -86,13 +89,13 @@ static void AddProfileOption(CLI::App& command, Options& options) {
       ->option_text("FILE");
 }
 
-static void AddSnapOptions(CLI::App& command, Options& options, std::vector<std::string>& settings) {
+void AddSnapOptions(CLI::App& command, Options& options, std::vector<std::string>& settings) {
   AddChoice(
       command, "--kind", options.kind, kKinds,
       "kind of picture (default: rgb for a colour camera, but mono for\na .pgm file; mono for a monochrome camera)");
   AddChoice(command, "--color", options.color, kSwitch,
-            "switch the camera's colour mode first; without it the camera\n"
-            "stays in the mode in which the driver opens it");
+            "switch the camera's colour mode first; without this option the\n"
+            "camera stays in the mode in which the driver opens it");
   command
       .add_option(
           "--set", settings,
@@ -106,15 +109,20 @@ static void AddSnapOptions(CLI::App& command, Options& options, std::vector<std:
   command
       .add_option(
           "--area", options.area_text,
-          "text of the image area, by which a host chooses the conversion:\n[l] fast, [p] precise (live: [l] by "
-          "default)")
+          "the text of the image area, which selects the conversion:\n[l] fast, [p] precise (live: [l] by default)")
       ->option_text("TEXT");
-  command.add_option("--timeout", options.timeout_ms, "how long to wait for an image (default: 5000)")
+  const auto take_timeout = [&options](std::uint32_t timeout_ms) {
+    options.timeout = std::chrono::milliseconds(timeout_ms);
+  };
+  command
+      .add_option_function<std::uint32_t>(
+          "--timeout", take_timeout,
+          "how long to wait for an image (default: " + std::to_string(options.timeout.count()) + ")")
       ->check(CLI::Range(std::uint32_t{0}, std::numeric_limits<std::uint32_t>::max()))
       ->option_text("MS");
 }
 
-static void AddSnapCommand(CLI::App& app, Options& options, std::vector<std::string>& settings) {
+void AddSnapCommand(CLI::App& app, Options& options, std::vector<std::string>& settings) {
   CLI::App* snap = app.add_subcommand("snap", "take images and write them as PNG, PGM or PPM files");
   AddProfileOption(*snap, options);
   snap->add_option(
@@ -130,16 +138,26 @@ static void AddSnapCommand(CLI::App& app, Options& options, std::vector<std::str
   AddSnapOptions(*snap, options, settings);
 }
 
-static void AddLiveCommand(CLI::App& app, Options& options, std::vector<std::string>& settings) {
-  CLI::App* live = app.add_subcommand("live", "run the camera and tell its rate, failures and bandwidth");
+// What is wrong with the text of a duration; empty: nothing.
+std::string WhyNotPositive(const std::string& text) {
+  double number = 0.0;
+  const char* const end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, number);
+  const bool is_positive = error == std::errc() && rest == end && std::isfinite(number) && number > 0.0;
+  return is_positive ? std::string() : text + " is not a positive number";
+}
+
+void AddLiveCommand(CLI::App& app, Options& options, std::vector<std::string>& settings) {
+  CLI::App* live = app.add_subcommand("live", "run the camera and print its rate, failures and bandwidth");
   AddProfileOption(*live, options);
-  live->add_option("--seconds", options.seconds, "for how long (default: until Ctrl-C)")
-      ->check(CLI::PositiveNumber)
+  const auto take_duration = [&options](double seconds) { options.duration = std::chrono::duration<double>(seconds); };
+  live->add_option_function<double>("--seconds", take_duration, "for how long (default: until Ctrl-C)")
+      ->check(CLI::Validator(WhyNotPositive, {}))
       ->option_text("S");
   AddSnapOptions(*live, options, settings);
 }
 
-static void AddCommands(CLI::App& app, Options& options, std::vector<std::string>& settings) {
+void AddCommands(CLI::App& app, Options& options, std::vector<std::string>& settings) {
   app.require_subcommand(1);
   app.add_subcommand("list", "print the identifiers of the attached cameras, one a line");
   AddProfileOption(*app.add_subcommand("info", "print what a camera reports: size, controls, trigger, rates"), options);
@@ -147,28 +165,31 @@ static void AddCommands(CLI::App& app, Options& options, std::vector<std::string
   AddLiveCommand(app, options, settings);
 }
 
-static void CheckTogether(Options& options) {
-  if (options.command != Command::eSnap) return;
+void CheckTogether(Options& options) {
+  if (options.command != Command::kSnap) return;
   const FilePattern pattern(options.pattern, options.images);
-  if (pattern.Format() != PictureFormat::ePgm) return;
+  if (pattern.Format() != PictureFormat::kPgm) return;
   if (options.kind == BBaseAoi::eRgb) {
-    throw UsageError("-o " + options.pattern +
-                     ": a .pgm file does not take the colour picture that --kind rgb asks for");
+    throw UsageError("-o " + options.pattern + ": a .pgm file cannot hold the colour picture that --kind rgb asks for");
   }
   options.kind = BBaseAoi::eMono8;
 }
+
+}  // namespace
 
 std::variant<Options, std::string> ParseCommandLine(std::vector<std::string> arguments) {
   Options options;
   std::vector<std::string> settings;
   CLI::App app(kDescription, "kelcam");
-  app.footer(kCommandFooter);
   app.fallthrough();
-  app.get_formatter()->column_width(32);
-  app.allow_windows_style_options(false);  // "/home/..." is a file on every system
+  app.get_formatter()->column_width(kOptionColumnWidth);
+  // "/home/..." is a file on every system.
+  app.allow_windows_style_options(false);
   AddGlobalOptions(app, options);
+  // The commands take over the footer that the program has when they are added.
+  app.footer(kCommandFooter);
   AddCommands(app, options, settings);
-  app.footer(kFooter);  // the commands have taken over the one before
+  app.footer(kFooter);
   try {
     std::reverse(arguments.begin(), arguments.end());
     app.parse(arguments);
@@ -185,4 +206,4 @@ std::variant<Options, std::string> ParseCommandLine(std::vector<std::string> arg
   return options;
 }
 
-}  // namespace kelcam
+}  // namespace Kelcam

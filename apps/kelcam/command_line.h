@@ -2,44 +2,49 @@
 // What the command line asks for.
 #pragma once
 
-#include <cstdint>
+#include <chrono>
 #include <optional>
 #include <string>
 #include <variant>
 #include <vector>
 
+#include "bbaseaoi.h"
 #include "control_setting.h"
-#include "snap_cycle.h"
+#include "trigger_setting.h"
 
-namespace kelcam {
+namespace Kelcam {
 
-enum class Command { eList, eInfo, eSnap, eLive };
-enum class SnapMode { eSingle, eContinuous };
+enum class Command { kList, kInfo, kSnap, kLive };
+enum class SnapMode { kSingle, kContinuous };
 
 struct Options {
-  Command command = Command::eList;
-  std::string module_file;  // empty: the one beside the program
+  Command command = Command::kList;
+  std::string module_file;  // empty: the one next to the program
   std::string log_file;     // empty: none
   bool json = false;
   bool verbose = false;
 
-  std::string profile_file;  // info, snap, live
+  // info, snap, live
+  std::string profile_file;
 
-  std::uint32_t timeout_ms = 5000;     // snap, live
+  // snap, live
+  std::chrono::milliseconds timeout{5000};
   std::optional<BBaseAoi::Kind> kind;  // none: as the camera is
   std::optional<bool> color;           // none: as the camera is
   std::string area_text;
   std::vector<ControlSetting> settings;
   std::optional<TriggerChoice> trigger;
 
-  int images = 1;  // snap
-  SnapMode mode = SnapMode::eSingle;
+  // snap
+  int images = 1;
+  SnapMode mode = SnapMode::kSingle;
   std::string pattern;
 
-  std::optional<double> seconds;  // live; none: until Ctrl-C
+  // live
+  std::optional<std::chrono::duration<double>> duration;  // none: until Ctrl-C
 };
 
 // The options, or the text that --help or --version asks for. Throws UsageError.
 std::variant<Options, std::string> ParseCommandLine(std::vector<std::string> arguments);
 
-}  // namespace kelcam
+}  // namespace Kelcam

@@ -2,12 +2,11 @@
 // kelcam list: the identifiers of the attached cameras.
 #include <iostream>
 
-#include "camera_session.h"
 #include "commands.h"
 #include "report.h"
 #include "utf8.h"
 
-namespace kelcam {
+namespace Kelcam {
 
 ExitCode RunList(const Options& options, const Module& module, const MessageLog& log) {
   // A module that cannot start its camera system leaves the list as it was, and this is the only sign of it.
@@ -16,17 +15,17 @@ ExitCode RunList(const Options& options, const Module& module, const MessageLog&
   identifiers.Append(untouched);
   module.ListIdentifiers(identifiers);
   if (identifiers.Count() == 1 && identifiers.Head()->value == untouched) {
-    throw Failure(WithLastNotices("the camera system cannot be started", log));
+    throw Failure(log.WithLastNotices("the camera system cannot be started"));
   }
   if (options.json) {
     Json cameras = Json::array();
     for (const WString& identifier : identifiers) cameras.push_back(Utf8(identifier));
     PrintDocument({{"cameras", cameras}});
-    return eDone;
+    return kDone;
   }
   for (const WString& identifier : identifiers) std::cout << Utf8(identifier) << "\n";
   if (identifiers.IsEmpty()) std::cerr << "notice: no camera found\n";
-  return eDone;
+  return kDone;
 }
 
-}  // namespace kelcam
+}  // namespace Kelcam

@@ -1,9 +1,10 @@
 // command_live.cpp
 // kelcam live: a continuous run and its figures.
+#include <chrono>
 #include <iostream>
 #include <map>
 
-#include "bstopwatch.h"
+#include "acquisition_run.h"
 #include "camera_session.h"
 #include "camera_setup.h"
 #include "commands.h"
@@ -11,19 +12,25 @@
 #include "report.h"
 #include "utf8.h"
 
-namespace kelcam {
+namespace Kelcam {
+namespace {
 
-static constexpr double kProgressEveryMs = 250.0;
-static constexpr const char* kFastConversion = "[l]";
+using Clock = std::chrono::steady_clock;
+using Seconds = std::chrono::duration<double>;
+
+constexpr std::chrono::milliseconds kProgressInterval{250};
+constexpr const char* kFastConversion = "[l]";
 
 struct LiveReport {
   std::uint64_t frames = 0;
   std::uint64_t failures = 0;
   std::map<int, std::pair<std::string, std::uint64_t>> faults;  // by code: the text, and how often
-  double seconds = 0.0;
-  std::int64_t stream_bytes_per_second = 0;
+  Seconds elapsed{0.0};
+  std::int64_t stream_rate_bytes_per_s = 0;
 
-  double FramesPerSecond() const { return seconds > 0.0 ? static_cast<double>(frames) / seconds : 0.0; }
+  double FramesPerSecond() const {
+    return elapsed > Seconds::zero() ? static_cast<double>(frames) / elapsed.count() : 0.0;
+  }
 
   void CountFailure(const Fault& fault) {
     ++failures;
@@ -33,13 +40,13 @@ struct LiveReport {
   }
 
   std::string Line() const {
-    return Counted(frames, "frame") + " in " + Fixed(seconds, 1) + " s, " + Fixed(FramesPerSecond(), 1) +
+    return Counted(frames, "frame") + " in " + Fixed(elapsed.count(), 1) + " s, " + Fixed(FramesPerSecond(), 1) +
            " frames/s, " + Counted(failures, "failure") + ", stream rate " +
-           Fixed(static_cast<double>(stream_bytes_per_second) / 1e6, 1) + " MB/s";
+           Fixed(static_cast<double>(stream_rate_bytes_per_s) / 1e6, 1) + " MB/s";
   }
 };
 
-static Json ToJson(const LiveReport& report, const std::string& camera) {
+Json ToJson(const LiveReport& report, const std::string& camera) {
   Json errors = Json::array();
   for (const auto& [code, text_and_count] : report.faults) {
     errors.push_back({{"code", code}, {"text", text_and_count.first}, {"count", text_and_count.second}});
@@ -48,54 +55,58 @@ static Json ToJson(const LiveReport& report, const std::string& camera) {
           {"frames", report.frames},
           {"failures", report.failures},
           {"errors", errors},
-          {"seconds", report.seconds},
+          {"seconds", report.elapsed.count()},
           {"framesPerSecond", report.FramesPerSecond()},
-          {"streamBytesPerSecond", report.stream_bytes_per_second},
+          {"streamBytesPerSecond", report.stream_rate_bytes_per_s},
           {"interrupted", Interrupted()}};
 }
 
-static void RunUntilOver(const Options& options, BImagingDevice& device, SnapCycle& cycle, LiveReport& report) {
+void RunUntilOver(const Options& options, BImagingDevice& device, AcquisitionRun& run, LiveReport& report) {
   ProgressLine progress(!options.verbose);
   const BSmartRef<BBaseAoi> area(new BBaseAoi(PictureKind(options, device),
                                               Wide(options.area_text.empty() ? kFastConversion : options.area_text)));
-  const BStopWatch watch;
-  BStopWatch since_progress;
-  while (!Interrupted() && (!options.seconds || report.seconds < *options.seconds)) {
-    if (const std::optional<Fault> fault = cycle.Snap(*area, options.timeout_ms)) {
+  const Clock::time_point start = Clock::now();
+  Clock::time_point next_progress = start + kProgressInterval;
+  while (!Interrupted() && (!options.duration || report.elapsed < *options.duration)) {
+    if (const std::optional<Fault> fault = run.Snap(*area, options.timeout)) {
       progress.Wipe();
       report.CountFailure(*fault);
     } else {
       ++report.frames;
     }
-    report.seconds = watch.PeriodD() / 1000.0;
-    if (!progress.IsShown() || since_progress.PeriodD() < kProgressEveryMs) continue;
-    report.stream_bytes_per_second = device.GetBandwidth();
+    const Clock::time_point now = Clock::now();
+    report.elapsed = now - start;
+    if (!progress.IsShown() || now < next_progress) continue;
+    report.stream_rate_bytes_per_s = device.GetBandwidth();
     progress.Show(report.Line());
-    since_progress.Reset();
+    next_progress = now + kProgressInterval;
   }
 }
+
+}  // namespace
 
 ExitCode RunLive(const Options& options, const Module& module, const MessageLog& log) {
   const CameraSession camera(module, log, options.profile_file);
   BImagingDevice& device = camera.Device();
   SetUpCamera(options, device);
-  const TriggerChoice trigger = options.trigger.value_or(TriggerChoice::eFree);
+  const TriggerChoice trigger = options.trigger.value_or(TriggerChoice::kFree);
   const TriggerSetting trigger_setting(device, trigger, options.trigger.has_value());
   LiveReport report;
-  SnapCycle cycle(device, false, trigger);
-  if (cycle.StartFault()) {
-    report.CountFailure(*cycle.StartFault());
+  AcquisitionRun run(device, false, trigger);
+  if (run.StartFault()) {
+    report.CountFailure(*run.StartFault());
   } else {
-    RunUntilOver(options, device, cycle, report);
+    RunUntilOver(options, device, run, report);
   }
-  report.stream_bytes_per_second = device.GetBandwidth();  // the run's: stop-snap adapts it to the next one
-  if (const std::optional<Fault> fault = cycle.Stop()) report.CountFailure(*fault);
+  // Asked for before stop-snap, which adapts it for the next run.
+  report.stream_rate_bytes_per_s = device.GetBandwidth();
+  if (const std::optional<Fault> fault = run.Stop()) report.CountFailure(*fault);
   if (options.json) {
     PrintDocument(ToJson(report, Utf8(WString(device.Name()))));
   } else {
     std::cout << report.Line() << "\n";
   }
-  return report.failures ? eFailed : eDone;
+  return report.failures ? kFailed : kDone;
 }
 
-}  // namespace kelcam
+}  // namespace Kelcam

@@ -1,9 +1,10 @@
 // command_snap.cpp
 // kelcam snap: images as files.
 #include <algorithm>
+#include <chrono>
 #include <iostream>
 
-#include "bstopwatch.h"
+#include "acquisition_run.h"
 #include "camera_session.h"
 #include "camera_setup.h"
 #include "commands.h"
@@ -12,21 +13,25 @@
 #include "report.h"
 #include "utf8.h"
 
-namespace kelcam {
+namespace Kelcam {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Milliseconds = std::chrono::duration<double, std::milli>;
 
 struct ImageResult {
   int number = 0;
   std::string file;
   std::optional<Fault> fault;  // none: the file holds the picture
   BSize size;
-  double milliseconds = 0.0;  // from start-snap (continuous: from snap) until the image was there
+  Milliseconds time{0.0};  // from start-snap (continuous: from snap) until the image was there
 };
 
 // Takes the images of one command. Every image tried has a result; a failed one does not keep the next from being
 // tried.
-class SnapRun {
+class PictureSeries {
  public:
-  SnapRun(const Options& options, BImagingDevice& device)
+  PictureSeries(const Options& options, BImagingDevice& device)
       : m_options(options),
         m_device(device),
         m_kind(PictureKind(options, device)),
@@ -35,27 +40,27 @@ class SnapRun {
 
   void TakeSingle(TriggerChoice trigger) {
     for (int number = 1; number <= m_options.images && !Interrupted(); ++number) {
-      const BStopWatch watch;
-      SnapCycle cycle(m_device, true, trigger);
-      ImageResult result{number, {}, cycle.StartFault(), {}, 0.0};
-      const BSmartRef<BBaseAoi> area = Snap(cycle, result);
-      result.milliseconds = watch.PeriodD();
-      KeepFirst(result.fault, cycle.Stop());
+      const Clock::time_point start = Clock::now();
+      AcquisitionRun run(m_device, true, trigger);
+      ImageResult result{number, {}, run.StartFault(), {}, {}};
+      const BSmartRef<BBaseAoi> area = Snap(run, result);
+      result.time = Clock::now() - start;
+      KeepFirst(result.fault, run.Stop());
       Finish(*area, std::move(result));
     }
   }
 
   void TakeContinuous(TriggerChoice trigger) {
-    SnapCycle cycle(m_device, false, trigger);
-    m_fault = cycle.StartFault();
+    AcquisitionRun run(m_device, false, trigger);
+    m_fault = run.StartFault();
     for (int number = 1; !m_fault && number <= m_options.images && !Interrupted(); ++number) {
-      const BStopWatch watch;
-      ImageResult result{number, {}, std::nullopt, {}, 0.0};
-      const BSmartRef<BBaseAoi> area = Snap(cycle, result);
-      result.milliseconds = watch.PeriodD();
+      const Clock::time_point start = Clock::now();
+      ImageResult result{number, {}, std::nullopt, {}, {}};
+      const BSmartRef<BBaseAoi> area = Snap(run, result);
+      result.time = Clock::now() - start;
       Finish(*area, std::move(result));
     }
-    KeepFirst(m_fault, cycle.Stop());
+    KeepFirst(m_fault, run.Stop());
     if (m_fault) std::cerr << m_fault->Sentence() << "\n";
   }
 
@@ -73,10 +78,10 @@ class SnapRun {
   }
 
   // A new area for each image: no picture of an earlier one can be taken for it.
-  BSmartRef<BBaseAoi> Snap(SnapCycle& cycle, ImageResult& result) {
+  BSmartRef<BBaseAoi> Snap(AcquisitionRun& run, ImageResult& result) {
     m_progress.Show("image " + std::to_string(result.number) + " of " + std::to_string(m_options.images));
     BSmartRef<BBaseAoi> area(new BBaseAoi(m_kind, Wide(m_options.area_text)));
-    if (!result.fault) result.fault = cycle.Snap(*area, m_options.timeout_ms);
+    if (!result.fault) result.fault = run.Snap(*area, m_options.timeout);
     return area;
   }
 
@@ -90,18 +95,18 @@ class SnapRun {
       result.fault = failure.What();
     }
     m_progress.Wipe();
-    Tell(result);
+    Print(result);
     m_results.push_back(std::move(result));
   }
 
-  void Tell(const ImageResult& result) const {
+  void Print(const ImageResult& result) const {
     if (result.fault) {
       std::cerr << result.fault->Sentence();
       if (m_options.images > 1) std::cerr << " (image " << result.number << ")";
       std::cerr << "\n";
     } else if (!m_options.json) {
       std::cout << result.file << ": " << result.size.width << " x " << result.size.height << ", " << NameOf(m_kind)
-                << ", " << Fixed(result.milliseconds, 0) << " ms" << std::endl;
+                << ", " << Fixed(result.time.count(), 0) << " ms" << std::endl;
     }
   }
 
@@ -114,42 +119,44 @@ class SnapRun {
   std::optional<Fault> m_fault;  // of a continuous run as a whole
 };
 
-static Json ToJson(const ImageResult& result) {
+Json ToJson(const ImageResult& result) {
   if (result.fault) return {{"number", result.number}, {"error", ToJson(*result.fault)}};
   return {{"number", result.number},
           {"file", result.file},
           {"width", result.size.width},
           {"height", result.size.height},
-          {"milliseconds", result.milliseconds}};
+          {"milliseconds", result.time.count()}};
 }
 
-static Json ToJson(const SnapRun& run, const std::string& camera) {
+Json ToJson(const PictureSeries& series, const std::string& camera) {
   Json images = Json::array();
-  for (const ImageResult& result : run.Results()) images.push_back(ToJson(result));
+  for (const ImageResult& result : series.Results()) images.push_back(ToJson(result));
   Json document = {{"camera", camera},
-                   {"kind", NameOf(run.Kind())},
+                   {"kind", NameOf(series.Kind())},
                    {"images", images},
-                   {"taken", run.Taken()},
+                   {"taken", series.Taken()},
                    {"interrupted", Interrupted()}};
-  if (run.RunFault()) document["error"] = ToJson(*run.RunFault());
+  if (series.RunFault()) document["error"] = ToJson(*series.RunFault());
   return document;
 }
+
+}  // namespace
 
 ExitCode RunSnap(const Options& options, const Module& module, const MessageLog& log) {
   CheckFolder(FilePattern(options.pattern, options.images).File(1));
   const CameraSession camera(module, log, options.profile_file);
   BImagingDevice& device = camera.Device();
   SetUpCamera(options, device);
-  const bool single = options.mode == SnapMode::eSingle;
-  const TriggerChoice trigger = options.trigger.value_or(single ? TriggerChoice::eSoftware : TriggerChoice::eFree);
+  const bool single = options.mode == SnapMode::kSingle;
+  const TriggerChoice trigger = options.trigger.value_or(single ? TriggerChoice::kSoftware : TriggerChoice::kFree);
   const TriggerSetting trigger_setting(device, trigger, options.trigger.has_value());
-  SnapRun run(options, device);
-  single ? run.TakeSingle(trigger) : run.TakeContinuous(trigger);
-  if (options.json) PrintDocument(ToJson(run, Utf8(WString(device.Name()))));
-  if (options.images > 1 || run.HasFailed()) {
-    std::cerr << run.Taken() << " of " << Counted(static_cast<std::uint64_t>(options.images), "image") << " taken\n";
+  PictureSeries series(options, device);
+  single ? series.TakeSingle(trigger) : series.TakeContinuous(trigger);
+  if (options.json) PrintDocument(ToJson(series, Utf8(WString(device.Name()))));
+  if (options.images > 1 || series.HasFailed()) {
+    std::cerr << series.Taken() << " of " << Counted(static_cast<std::uint64_t>(options.images), "image") << " taken\n";
   }
-  return run.HasFailed() ? eFailed : eDone;
+  return series.HasFailed() ? kFailed : kDone;
 }
 
-}  // namespace kelcam
+}  // namespace Kelcam

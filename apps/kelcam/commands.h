@@ -3,14 +3,15 @@
 #pragma once
 
 #include "command_line.h"
+#include "failure.h"
 #include "message_log.h"
 #include "module.h"
 
-namespace kelcam {
+namespace Kelcam {
 
 ExitCode RunList(const Options& options, const Module& module, const MessageLog& log);
 ExitCode RunInfo(const Options& options, const Module& module, const MessageLog& log);
 ExitCode RunSnap(const Options& options, const Module& module, const MessageLog& log);
 ExitCode RunLive(const Options& options, const Module& module, const MessageLog& log);
 
-}  // namespace kelcam
+}  // namespace Kelcam

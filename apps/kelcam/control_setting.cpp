@@ -6,24 +6,28 @@
 #include <charconv>
 #include <cmath>
 #include <iostream>
+#include <tuple>
 
 #include "failure.h"
 #include "utf8.h"
 
-namespace kelcam {
+namespace Kelcam {
+namespace {
 
-static std::string KnownControls() {
+std::string KnownControls() {
   std::string names;
   for (const char* name : kSettableControls) names += (names.empty() ? "" : ", ") + std::string(name);
   return names;
 }
+
+}  // namespace
 
 ControlSetting ParseControlSetting(const std::string& text) {
   const std::size_t equals = text.find('=');
   if (equals == std::string::npos) throw UsageError("--set " + text + ": not of the form CONTROL=VALUE");
   ControlSetting setting{text.substr(0, equals), text.substr(equals + 1), 0.0, {}};
   if (std::find(kSettableControls.begin(), kSettableControls.end(), setting.control) == kSettableControls.end()) {
-    throw UsageError("--set " + text + ": unknown control \"" + setting.control + "\"; there are " + KnownControls());
+    throw UsageError("--set " + text + ": unknown control \"" + setting.control + "\", not one of " + KnownControls());
   }
   const char* begin = setting.text.data();
   const char* end = begin + setting.text.size();
@@ -44,8 +48,10 @@ std::string UnitOf(const BImagingDeviceControl& control) {
   return unit;
 }
 
+namespace {
+
 // Clamps in floating point: a value far outside may not even fit an integer.
-static int WithinRange(const ControlSetting& setting, double wanted, int min, int max) {
+int WithinRange(const ControlSetting& setting, double wanted, int min, int max) {
   const int value = static_cast<int>(std::clamp(wanted, static_cast<double>(min), static_cast<double>(max)));
   if (wanted < min || wanted > max) {
     std::cerr << "notice: " << setting.control << "=" << setting.text << " is outside the camera's range (" << min
@@ -54,22 +60,22 @@ static int WithinRange(const ControlSetting& setting, double wanted, int min, in
   return value;
 }
 
-static void CheckUnit(const ControlSetting& setting, const std::string& unit) {
+void CheckUnit(const ControlSetting& setting, const std::string& unit) {
   if (setting.unit.empty() || setting.unit == unit) return;
   throw UsageError("--set " + setting.control + "=" + setting.text + ": wrong unit \"" + setting.unit + "\"; " +
                    (unit.empty() ? setting.control + " has none" : "the unit of " + setting.control + " is " + unit));
 }
 
-static void ApplyToControl(const ControlSetting& setting, BImagingDeviceControl* control) {
+void ApplyToControl(const ControlSetting& setting, BImagingDeviceControl* control) {
   if (!control || !control->IsAvailable()) throw UsageError("this camera has no control \"" + setting.control + "\"");
   CheckUnit(setting, UnitOf(*control));
   int min = 0;
   int max = 0;
-  control->GetRange(min, max);
+  std::ignore = control->GetRange(min, max);
   double wanted = setting.number;
   if (!setting.unit.empty()) {
-    double real_min = control->ToRealValue(min);
-    double real_max = control->ToRealValue(max);
+    const double real_min = control->ToRealValue(min);
+    const double real_max = control->ToRealValue(max);
     // Only what lies within the range survives the conversion to an integer; what lies outside only has to stay
     // outside.
     wanted = setting.number < real_min   ? min - 1.0
@@ -77,30 +83,32 @@ static void ApplyToControl(const ControlSetting& setting, BImagingDeviceControl*
                                          : control->FromRealValue(setting.number);
   }
   if (!control->SetValue(WithinRange(setting, wanted, min, max))) {
-    throw Failure("the camera does not take " + setting.control + "=" + setting.text);
+    throw Failure("the camera refused " + setting.control + "=" + setting.text);
   }
 }
 
-static void ApplyToWhiteBalance(const ControlSetting& setting, BImagingDevice& device, bool color) {
+void ApplyToWhiteBalance(const ControlSetting& setting, BImagingDevice& device, bool color) {
   if (!device.HasWhiteBalance()) throw UsageError("this camera has no control \"" + setting.control + "\"");
   CheckUnit(setting, {});
   int min = 0;
   int max = 0;
-  device.WhiteBalanceRange(min, max);
+  std::ignore = device.WhiteBalanceRange(min, max);
   const int value = WithinRange(setting, setting.number, min, max);
-  const bool done =
-      setting.control == "wbred" ? device.SetWhiteBalanceRed(value, color) : device.SetWhiteBalanceBlue(value, color);
-  if (!done) throw Failure("the camera does not take " + setting.control + "=" + setting.text);
+  const bool done = setting.control == kWhiteBalanceRed ? device.SetWhiteBalanceRed(value, color)
+                                                        : device.SetWhiteBalanceBlue(value, color);
+  if (!done) throw Failure("the camera refused " + setting.control + "=" + setting.text);
 }
 
+}  // namespace
+
 void ApplyControlSetting(const ControlSetting& setting, BImagingDevice& device, bool color) {
-  if (setting.control == "gain") {
+  if (setting.control == kGain) {
     ApplyToControl(setting, device.GainControl());
-  } else if (setting.control == "exposure") {
+  } else if (setting.control == kExposure) {
     ApplyToControl(setting, device.ShutterControl());
   } else {
     ApplyToWhiteBalance(setting, device, color);
   }
 }
 
-}  // namespace kelcam
+}  // namespace Kelcam

@@ -7,7 +7,14 @@
 
 #include "bimagingdevice.h"
 
-namespace kelcam {
+namespace Kelcam {
+
+// The controls that can be set, by the names of the command line.
+inline constexpr const char* kGain = "gain";
+inline constexpr const char* kExposure = "exposure";
+inline constexpr const char* kWhiteBalanceRed = "wbred";
+inline constexpr const char* kWhiteBalanceBlue = "wbblue";
+inline constexpr std::array kSettableControls = {kGain, kExposure, kWhiteBalanceRed, kWhiteBalanceBlue};
 
 // "gain=12" is in the control's integer unit; "gain=4x" names the control's real unit.
 struct ControlSetting {
@@ -17,17 +24,15 @@ struct ControlSetting {
   std::string unit;  // empty: the integer unit
 };
 
-inline constexpr std::array kSettableControls = {"gain", "exposure", "wbred", "wbblue"};
-
 // Throws UsageError that names the unknown control or the bad number.
 ControlSetting ParseControlSetting(const std::string& text);
 
 // Throws UsageError when the camera has no such control or the unit is not the control's, Failure when the camera
-// refuses the value. A value outside the control's range becomes the nearest one within; a notice tells. `color`: a
+// refuses the value. A value outside the control's range becomes the nearest one within, with a notice. `color`: a
 // white balance is the one of colour mode.
 void ApplyControlSetting(const ControlSetting& setting, BImagingDevice& device, bool color);
 
 // "ms" for a control whose unit text is "[ms]".
 std::string UnitOf(const BImagingDeviceControl& control);
 
-}  // namespace kelcam
+}  // namespace Kelcam

@@ -6,9 +6,11 @@
 #include <string>
 #include <utility>
 
-namespace kelcam {
+#include "berror.h"
 
-enum ExitCode : int { eDone = 0, eFailed = 1, eWrongUsage = 2, eInterrupted = 130 };
+namespace Kelcam {
+
+enum ExitCode : int { kDone = 0, kFailed = 1, kWrongUsage = 2, kInterrupted = 130 };
 
 // The command line asks for something that does not exist or does not fit the camera.
 class UsageError : public std::runtime_error {
@@ -16,20 +18,21 @@ class UsageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// What went wrong with a camera or a file: the host's error code (0: the program's own finding) and a sentence in
-// UTF-8.
+// What went wrong with a camera or a file.
 struct Fault {
-  int code = 0;
-  std::string text;
+  static constexpr int kNoCode = 0;
 
-  // "error 12106: The camera did not deliver in time", or without a code "error: ..."
-  std::string Sentence() const { return (code ? "error " + std::to_string(code) : std::string("error")) + ": " + text; }
+  int code = kNoCode;  // the host's error code; none: the program's own finding
+  std::string text;    // a sentence in UTF-8, without a full stop
+
+  // "error 12106: no image arrived in time", or without a code "error: ..."
+  std::string Sentence() const;
 };
 
 class Failure : public std::runtime_error {
  public:
   explicit Failure(Fault fault) : std::runtime_error(fault.text), m_fault(std::move(fault)) {}
-  explicit Failure(std::string text) : Failure(Fault{0, std::move(text)}) {}
+  explicit Failure(std::string text) : Failure(Fault{Fault::kNoCode, std::move(text)}) {}
 
   const Fault& What() const { return m_fault; }
 
@@ -37,4 +40,11 @@ class Failure : public std::runtime_error {
   Fault m_fault;
 };
 
-}  // namespace kelcam
+// The fault that an error of the host stands for.
+Fault FaultOf(const BError& error);
+
+// The same for the exception being handled: errors of the host and of the driver, which come across the module boundary
+// as they are, failures of this program and of the standard library.
+Fault FaultOfCurrentException();
+
+}  // namespace Kelcam

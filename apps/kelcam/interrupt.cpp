@@ -5,15 +5,18 @@
 #include <atomic>
 #include <csignal>
 
-namespace kelcam {
+namespace Kelcam {
+namespace {
 
-static std::atomic<bool> interrupted = false;
+std::atomic<bool> interrupted = false;
 static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may touch nothing else");
 
-static void OnSignal(int signal) {
+void OnSignal(int signal) {
   interrupted = true;
   std::signal(signal, SIG_DFL);
 }
+
+}  // namespace
 
 void WatchForInterrupt() {
   std::signal(SIGINT, OnSignal);
@@ -26,4 +29,4 @@ void WatchForInterrupt() {
 
 bool Interrupted() { return interrupted; }
 
-}  // namespace kelcam
+}  // namespace Kelcam

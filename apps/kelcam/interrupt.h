@@ -2,9 +2,9 @@
 // Ctrl-C asks a running command to stop at the next image; a second one ends the program at once.
 #pragma once
 
-namespace kelcam {
+namespace Kelcam {
 
 void WatchForInterrupt();
 bool Interrupted();
 
-}  // namespace kelcam
+}  // namespace Kelcam

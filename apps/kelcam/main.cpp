@@ -2,64 +2,65 @@
 // kelcam: a camera driver module's host on the command line.
 #include <iostream>
 
-#include "camera_session.h"
 #include "commands.h"
 #include "interrupt.h"
 #include "platform.h"
 #include "report.h"
 #include "utf8.h"
 
-namespace kelcam {
+namespace Kelcam {
+namespace {
 
-static ExitCode RunCommand(const Options& options) {
+ExitCode RunCommand(const Options& options) {
   MessageLog log(Path(options.log_file), options.verbose);
   const Module module(options.module_file.empty() ? ProgramFolder() / kModuleFileName : Path(options.module_file));
   WatchForInterrupt();
-  ExitCode result = eFailed;
+  ExitCode result = kFailed;
   switch (options.command) {
-    case Command::eList:
+    case Command::kList:
       result = RunList(options, module, log);
       break;
-    case Command::eInfo:
+    case Command::kInfo:
       result = RunInfo(options, module, log);
       break;
-    case Command::eSnap:
+    case Command::kSnap:
       result = RunSnap(options, module, log);
       break;
-    case Command::eLive:
+    case Command::kLive:
       result = RunLive(options, module, log);
       break;
   }
   log.CheckWritten();
   if (!std::cout.flush()) throw Failure("the result could not be written to standard output");
-  return Interrupted() ? eInterrupted : result;
+  return Interrupted() ? kInterrupted : result;
 }
 
-static int Run(int argc, char** argv) {
+int Run(int argc, char** argv) {
   bool json = false;
   try {
     const auto parsed = ParseCommandLine(Utf8Arguments(argc, argv));
     if (const auto* text = std::get_if<std::string>(&parsed)) {
       std::cout << *text;
-      return eDone;
+      return kDone;
     }
     const Options& options = std::get<Options>(parsed);
     json = options.json;
     return RunCommand(options);
   } catch (const UsageError& error) {
-    std::cerr << "kelcam: " << error.what() << "\n(kelcam --help tells more)\n";
-    return eWrongUsage;
+    std::cerr << "kelcam: " << error.what() << "\n(see kelcam --help)\n";
+    return kWrongUsage;
   } catch (...) {
     const Fault fault = FaultOfCurrentException();
     std::cerr << fault.Sentence() << "\n";
     if (json) PrintDocument({{"error", ToJson(fault)}});
-    return eFailed;
+    return kFailed;
   }
 }
 
-}  // namespace kelcam
+}  // namespace
+}  // namespace Kelcam
 
 int main(int argc, char** argv) {
-  const kelcam::Utf8Console console;
-  return kelcam::Run(argc, argv);
+  const Kelcam::Utf8Console console;
+  return Kelcam::Run(argc, argv);
 }

@@ -1,7 +1,8 @@
 // message_log.cpp
-// Receives what the driver tells its host, writes it down and remembers the last of it.
+// Receives what the driver reports to its host, writes it down and remembers the last of it.
 #include "message_log.h"
 
+#include <cerrno>
 #include <cstring>
 #include <iostream>
 #include <sstream>
@@ -9,9 +10,12 @@
 #include "failure.h"
 #include "utf8.h"
 
-namespace kelcam {
+namespace Kelcam {
+namespace {
 
-static constexpr std::size_t kNoticesKept = 5;
+constexpr std::size_t kNoticesKept = 5;
+
+}  // namespace
 
 MessageLog::MessageLog(const std::filesystem::path& file, bool verbose) : m_file_name(file), m_verbose(verbose) {
   if (!file.empty()) {
@@ -26,17 +30,15 @@ MessageLog::~MessageLog() { ImagingDevice::InstallSink(m_before); }
 void MessageLog::OnShowInfo(const wchar_t* text, const wchar_t* caption) {
   const std::string caption_text = Utf8(WString(caption));
   const std::string message = Utf8(WString(text));
+  const BMutexLock lock(m_mutex);
   Write(caption_text.empty() ? "=== ShowInfo" : "=== ShowInfo [" + caption_text + "]", message);
-  const std::lock_guard lock(m_mutex);
-  m_last_message = message;
-  // The same notice comes once for each of a camera's tries; once tells it all.
-  const bool one_line = message.find('\n') == std::string::npos;
-  if (!one_line || (!m_notices.empty() && m_notices.back() == message)) return;
-  m_notices.push_back(message);
-  if (m_notices.size() > kNoticesKept) m_notices.pop_front();
+  Remember(message);
 }
 
-void MessageLog::OnLogMessage(const WString& text, bool) { Write("=== LogMessage", Utf8(text)); }
+void MessageLog::OnLogMessage(const WString& text, bool) {
+  const BMutexLock lock(m_mutex);
+  Write("=== LogMessage", Utf8(text));
+}
 
 void MessageLog::Write(const std::string& heading, const std::string& text) {
   const std::string entry = heading + "\n" + text + "\n";
@@ -44,8 +46,17 @@ void MessageLog::Write(const std::string& heading, const std::string& text) {
   if (m_verbose) std::cerr << entry << std::flush;
 }
 
+void MessageLog::Remember(const std::string& message) {
+  m_last_message = message;
+  // The same notice comes for each of the driver's tries to open a camera; it is kept once.
+  const bool one_line = message.find('\n') == std::string::npos;
+  if (!one_line || (!m_notices.empty() && m_notices.back() == message)) return;
+  m_notices.push_back(message);
+  if (m_notices.size() > kNoticesKept) m_notices.pop_front();
+}
+
 std::vector<std::string> MessageLog::LastNotices() const {
-  const std::lock_guard lock(m_mutex);
+  const BMutexLock lock(m_mutex);
   if (!m_notices.empty()) return {m_notices.begin(), m_notices.end()};
   std::vector<std::string> lines;
   std::istringstream message(m_last_message);
@@ -53,8 +64,16 @@ std::vector<std::string> MessageLog::LastNotices() const {
   return lines;
 }
 
-void MessageLog::CheckWritten() {
-  if (m_file.is_open() && !m_file) throw Failure("the log " + Utf8(m_file_name) + " could not be written to its end");
+std::string MessageLog::WithLastNotices(std::string sentence) const {
+  const std::vector<std::string> notices = LastNotices();
+  sentence += notices.empty() ? "; the driver gave no reason" : "; the driver's last messages were:";
+  for (const std::string& notice : notices) sentence += "\n  " + notice;
+  return sentence + "\n(-v prints every message, --log FILE writes them to a file)";
 }
 
-}  // namespace kelcam
+void MessageLog::CheckWritten() const {
+  const BMutexLock lock(m_mutex);
+  if (m_file.is_open() && !m_file) throw Failure("the log " + Utf8(m_file_name) + " could not be written completely");
+}
+
+}  // namespace Kelcam

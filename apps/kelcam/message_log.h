@@ -1,17 +1,17 @@
 // message_log.h
-// Receives what the driver tells its host, writes it down and remembers the last of it.
+// Receives what the driver reports to its host, writes it down and remembers the last of it.
 #pragma once
 
 #include <deque>
 #include <filesystem>
 #include <fstream>
-#include <mutex>
 #include <string>
 #include <vector>
 
+#include "bmutex.h"
 #include "imagingdevice.h"
 
-namespace kelcam {
+namespace Kelcam {
 
 // Installed as the host's sink for as long as it lives. Every message is a line "=== ShowInfo", "=== ShowInfo
 // [CAPTION]" or "=== LogMessage", then the text as it came, then a line break.
@@ -24,21 +24,26 @@ class MessageLog : public ImagingDevice::BSink {
   void OnShowInfo(const wchar_t* text, const wchar_t* caption) override;
   void OnLogMessage(const WString& text, bool important) override;
 
-  // The last one-line notices, the oldest first; where there were none, the lines of the last message.
-  std::vector<std::string> LastNotices() const;
+  // The sentence, and under it what the driver reported last: its one-line notices, the oldest first, or where there
+  // were none the lines of its last message.
+  std::string WithLastNotices(std::string sentence) const;
 
-  void CheckWritten();  // throws Failure when the file did not take everything
+  // Throws Failure when the file did not take everything.
+  void CheckWritten() const;
 
  private:
-  void Write(const std::string& heading, const std::string& text);
+  void Write(const std::string& heading, const std::string& text) KEL_REQUIRES(m_mutex);
+  void Remember(const std::string& message) KEL_REQUIRES(m_mutex);
+  std::vector<std::string> LastNotices() const;
 
   const std::filesystem::path m_file_name;
   const bool m_verbose;
-  std::ofstream m_file;
   ImagingDevice::BSink* m_before;
-  mutable std::mutex m_mutex;
-  std::deque<std::string> m_notices;  // guarded by m_mutex
-  std::string m_last_message;         // guarded by m_mutex
+
+  mutable BMutex m_mutex;
+  std::ofstream m_file KEL_GUARDED_BY(m_mutex);
+  std::deque<std::string> m_notices KEL_GUARDED_BY(m_mutex);
+  std::string m_last_message KEL_GUARDED_BY(m_mutex);
 };
 
-}  // namespace kelcam
+}  // namespace Kelcam

@@ -5,21 +5,24 @@
 #include "failure.h"
 #include "utf8.h"
 
-namespace kelcam {
+namespace Kelcam {
+namespace {
 
 template <class Function>
-static Function* Export(const SharedLibrary& library, const std::filesystem::path& file, const char* name) {
+Function* Export(const SharedLibrary& library, const std::filesystem::path& file, const char* name) {
   void* address = library.Symbol(name);
-  if (!address) throw Failure("the module " + Utf8(file) + " lacks the export " + name);
+  if (!address) throw Failure("the module " + Utf8(file) + " does not export " + name);
   return reinterpret_cast<Function*>(address);
 }
 
 // Each function has two names. Both must be there: a library with only one of them is no such module.
 template <class Function>
-static Function* ExportWithAlias(const SharedLibrary& library, const std::filesystem::path& file, const char* name) {
+Function* ExportWithAlias(const SharedLibrary& library, const std::filesystem::path& file, const char* name) {
   Export<Function>(library, file, ("Vimba_" + std::string(name)).c_str());
   return Export<Function>(library, file, name);
 }
+
+}  // namespace
 
 Module::Module(const std::filesystem::path& file)
     : m_library(file),
@@ -27,4 +30,4 @@ Module::Module(const std::filesystem::path& file)
       m_release(ExportWithAlias<ReleaseImagingDeviceFunction>(m_library, file, "ReleaseImagingDevice")),
       m_list(ExportWithAlias<ObjectIdentifierListFunction>(m_library, file, "ObjectIdentifierList")) {}
 
-}  // namespace kelcam
+}  // namespace Kelcam

@@ -7,11 +7,12 @@
 #include "driver/kel_camera_vimba.h"
 #include "platform.h"
 
-namespace kelcam {
+namespace Kelcam {
 
 class Module {
  public:
-  explicit Module(const std::filesystem::path& file);  // throws Failure that names the file or the lacking export
+  // Throws Failure that names the file or the export that it lacks.
+  explicit Module(const std::filesystem::path& file);
 
   BImagingDevice* Create(const BSmartRef<BCamProfile>& profile) const { return m_create(profile); }
   void Release(BImagingDevice* device) const { m_release(&device); }
@@ -24,4 +25,4 @@ class Module {
   ObjectIdentifierListFunction* m_list;
 };
 
-}  // namespace kelcam
+}  // namespace Kelcam

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <cstring>
 #include <fstream>
 #include <vector>
@@ -17,23 +18,27 @@
 #define STB_IMAGE_WRITE_IMPLEMENTATION
 #include "stb/stb_image_write.h"
 
-namespace kelcam {
+namespace Kelcam {
+namespace {
 
-static constexpr std::string_view kNumberMark = "%d";
+constexpr std::string_view kNumberMark = "%d";
 
-static PictureFormat FormatByEnding(const std::string& pattern) {
+PictureFormat FormatByEnding(const std::string& pattern) {
   std::string ending = Utf8(Path(pattern).extension());
   std::transform(ending.begin(), ending.end(), ending.begin(), [](unsigned char c) { return std::tolower(c); });
-  if (ending == ".png") return PictureFormat::ePng;
-  if (ending == ".pgm") return PictureFormat::ePgm;
-  if (ending == ".ppm") return PictureFormat::ePpm;
-  throw UsageError("-o " + pattern + ": pictures end in .png, .pgm or .ppm");
+  if (ending == ".png") return PictureFormat::kPng;
+  if (ending == ".pgm") return PictureFormat::kPgm;
+  if (ending == ".ppm") return PictureFormat::kPpm;
+  throw UsageError("-o " + pattern + ": not a .png, .pgm or .ppm file");
 }
+
+}  // namespace
 
 FilePattern::FilePattern(const std::string& pattern, int pictures)
     : m_pattern(pattern), m_format(FormatByEnding(pattern)) {
   if (pictures > 1 && pattern.find(kNumberMark) == std::string::npos) {
-    throw UsageError("-o " + pattern + ": " + std::to_string(pictures) + " pictures need a %d for their number");
+    throw UsageError("-o " + pattern + ": " + std::to_string(pictures) +
+                     " pictures need a %d in the name for their numbers");
   }
 }
 
@@ -54,25 +59,27 @@ void CheckFolder(const std::filesystem::path& file) {
   }
 }
 
+namespace {
+
 // An image's rows, whichever kind it is.
 struct Pixels {
   const std::uint8_t* first_row;
-  std::size_t line_length;
+  std::size_t line_length_bytes;
   BSize size;
   std::size_t channels;
 };
 
-static Pixels PixelsOf(BBaseAoi& area) {
+Pixels PixelsOf(BBaseAoi& area) {
   if (const BImage8u* mono = area.Mono(); mono && mono->Size().height > 0) {
     return {mono->Row(0), mono->LineLength(), mono->Size(), 1};
   }
   if (const BImageRgb* rgb = area.Rgb(); rgb && rgb->Size().height > 0) {
     return {rgb->Row(0), rgb->LineLength(), rgb->Size(), BImageRgb::kChannels};
   }
-  throw Failure("the driver filled in no picture");
+  throw Failure("the driver delivered no picture");
 }
 
-static std::vector<std::uint8_t> EncodePng(const Pixels& pixels) {
+std::vector<std::uint8_t> EncodePng(const Pixels& pixels) {
   std::vector<std::uint8_t> file;
   const auto append = [](void* context, void* data, int size) {
     const auto* bytes = static_cast<const std::uint8_t*>(data);
@@ -80,15 +87,15 @@ static std::vector<std::uint8_t> EncodePng(const Pixels& pixels) {
     target->insert(target->end(), bytes, bytes + size);
   };
   if (!stbi_write_png_to_func(append, &file, pixels.size.width, pixels.size.height, static_cast<int>(pixels.channels),
-                              pixels.first_row, static_cast<int>(pixels.line_length))) {
-    throw Failure("no memory left for the picture");
+                              pixels.first_row, static_cast<int>(pixels.line_length_bytes))) {
+    throw Failure("not enough memory for the picture");
   }
   return file;
 }
 
-// PGM (channels 1) and PPM (channels 3) differ in their first letters and in how often a grey value stands.
-static std::vector<std::uint8_t> EncodePlain(const Pixels& pixels, std::size_t channels) {
-  if (pixels.channels > channels) throw Failure("a colour picture does not go into a .pgm file");
+// PGM (channels 1) and PPM (channels 3) differ in their first letters and in how often they repeat a grey value.
+std::vector<std::uint8_t> EncodePlain(const Pixels& pixels, std::size_t channels) {
+  if (pixels.channels > channels) throw Failure("a .pgm file cannot hold a colour picture");
   const std::string head = (channels == 1 ? "P5\n" : "P6\n") + std::to_string(pixels.size.width) + " " +
                            std::to_string(pixels.size.height) + "\n255\n";
   std::vector<std::uint8_t> file(head.begin(), head.end());
@@ -96,7 +103,7 @@ static std::vector<std::uint8_t> EncodePlain(const Pixels& pixels, std::size_t c
   const std::size_t copies = channels / pixels.channels;
   file.reserve(head.size() + row_bytes * copies * static_cast<std::size_t>(pixels.size.height));
   const std::uint8_t* row = pixels.first_row;
-  for (int y = 0; y < pixels.size.height; ++y, row += pixels.line_length) {
+  for (int y = 0; y < pixels.size.height; ++y, row += pixels.line_length_bytes) {
     if (copies == 1) {
       file.insert(file.end(), row, row + row_bytes);
     } else {
@@ -106,13 +113,13 @@ static std::vector<std::uint8_t> EncodePlain(const Pixels& pixels, std::size_t c
   return file;
 }
 
-static std::vector<std::uint8_t> Encode(BBaseAoi& area, PictureFormat format) {
+std::vector<std::uint8_t> Encode(BBaseAoi& area, PictureFormat format) {
   const Pixels pixels = PixelsOf(area);
-  if (format == PictureFormat::ePng) return EncodePng(pixels);
-  return EncodePlain(pixels, format == PictureFormat::ePgm ? 1 : BImageRgb::kChannels);
+  if (format == PictureFormat::kPng) return EncodePng(pixels);
+  return EncodePlain(pixels, format == PictureFormat::kPgm ? 1 : BImageRgb::kChannels);
 }
 
-// Gone unless its name is changed: a picture appears under its own name only when it is whole.
+// Removed unless it gets its final name: a picture appears under that name only when it is whole.
 class UnfinishedFile {
  public:
   explicit UnfinishedFile(const std::filesystem::path& final_name) : m_final_name(final_name), m_name(final_name) {
@@ -147,9 +154,11 @@ class UnfinishedFile {
   bool m_finished = false;
 };
 
+}  // namespace
+
 void WritePicture(BBaseAoi& area, PictureFormat format, const std::filesystem::path& file) {
   const std::vector<std::uint8_t> bytes = Encode(area, format);
   UnfinishedFile(file).Write(bytes);
 }
 
-}  // namespace kelcam
+}  // namespace Kelcam

@@ -7,9 +7,9 @@
 
 #include "bbaseaoi.h"
 
-namespace kelcam {
+namespace Kelcam {
 
-enum class PictureFormat { ePng, ePgm, ePpm };
+enum class PictureFormat { kPng, kPgm, kPpm };
 
 // A pattern of file names: "%d", wherever it stands, is replaced by the picture's number. Nothing else in it is
 // special.
@@ -30,7 +30,7 @@ class FilePattern {
 void CheckFolder(const std::filesystem::path& file);
 
 // Writes the area's image. A picture that cannot be written whole leaves what was there before and throws Failure.
-// A monochrome image goes into a PPM as grey; a colour image does not go into a PGM.
+// A monochrome image becomes a grey PPM; a colour image cannot become a PGM.
 void WritePicture(BBaseAoi& area, PictureFormat format, const std::filesystem::path& file);
 
-}  // namespace kelcam
+}  // namespace Kelcam

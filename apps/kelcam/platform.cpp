@@ -15,7 +15,7 @@
 #include <unistd.h>
 #endif
 
-namespace kelcam {
+namespace Kelcam {
 
 #ifdef _WIN32
 
@@ -32,7 +32,8 @@ std::vector<std::string> Utf8Arguments(int, char**) {
 }
 
 std::filesystem::path ProgramFolder() {
-  std::wstring file(32768, L'\0');
+  constexpr std::size_t kLongestPath = 32768;
+  std::wstring file(kLongestPath, L'\0');
   file.resize(GetModuleFileNameW(nullptr, file.data(), static_cast<DWORD>(file.size())));
   return std::filesystem::path(file).parent_path();
 }
@@ -42,7 +43,9 @@ bool StandardErrorIsTerminal() { return _isatty(_fileno(stderr)) != 0; }
 Utf8Console::Utf8Console() : m_before(GetConsoleOutputCP()) { SetConsoleOutputCP(CP_UTF8); }
 Utf8Console::~Utf8Console() { SetConsoleOutputCP(m_before); }
 
-static std::string LastErrorText() {
+namespace {
+
+std::string LastErrorText() {
   const DWORD code = GetLastError();
   wchar_t text[512];
   DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0, text,
@@ -52,8 +55,10 @@ static std::string LastErrorText() {
   return length ? Utf8(WString(std::wstring(text, length))) + " (" + number + ")" : number;
 }
 
+}  // namespace
+
 SharedLibrary::SharedLibrary(const std::filesystem::path& file)
-    // What the module needs may lie beside it; with this flag the loader looks there first.
+    // What the module needs may be next to it; with this flag the loader looks there first.
     : m_handle(LoadLibraryExW(std::filesystem::absolute(file).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
   if (!m_handle) throw Failure("the module " + Utf8(file) + " cannot be loaded: " + LastErrorText());
 }
@@ -85,4 +90,4 @@ void* SharedLibrary::Symbol(const char* name) const { return dlsym(m_handle, nam
 
 #endif
 
-}  // namespace kelcam
+}  // namespace Kelcam

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace kelcam {
+namespace Kelcam {
 
 // The module's file name where none is given.
 extern const char* const kModuleFileName;
@@ -33,12 +33,14 @@ class Utf8Console {
 // A loaded library. It stays loaded to the end of the process, which has no use for the room.
 class SharedLibrary {
  public:
-  explicit SharedLibrary(const std::filesystem::path& file);  // throws Failure with the system's reason
+  // Throws Failure with the system's reason.
+  explicit SharedLibrary(const std::filesystem::path& file);
 
-  void* Symbol(const char* name) const;  // null when the library has none of this name
+  // Null when the library has none of this name.
+  void* Symbol(const char* name) const;
 
  private:
   void* m_handle;
 };
 
-}  // namespace kelcam
+}  // namespace Kelcam

@@ -8,7 +8,7 @@
 
 #include "platform.h"
 
-namespace kelcam {
+namespace Kelcam {
 
 void PrintDocument(const Json& document) {
   // A camera's texts may hold bytes that are no UTF-8; the document stays valid.
@@ -41,4 +41,4 @@ void ProgressLine::Wipe() {
   m_width = 0;
 }
 
-}  // namespace kelcam
+}  // namespace Kelcam

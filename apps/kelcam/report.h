@@ -2,12 +2,13 @@
 // What the commands' reports have in common.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "failure.h"
 #include "nlohmann/json.hpp"
 
-namespace kelcam {
+namespace Kelcam {
 
 using Json = nlohmann::ordered_json;  // members stand as they were written
 
@@ -26,7 +27,7 @@ std::string Counted(std::uint64_t count, const std::string& noun);
 class ProgressLine {
  public:
   explicit ProgressLine(bool wanted);
-  ~ProgressLine();  // wipes the line away
+  ~ProgressLine();  // wipes it
   ProgressLine(const ProgressLine&) = delete;
   ProgressLine& operator=(const ProgressLine&) = delete;
 
@@ -39,4 +40,4 @@ class ProgressLine {
   std::size_t m_width = 0;
 };
 
-}  // namespace kelcam
+}  // namespace Kelcam

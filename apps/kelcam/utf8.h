@@ -8,7 +8,7 @@
 
 #include "wstring.h"
 
-namespace kelcam {
+namespace Kelcam {
 
 inline std::string Utf8(const WString& text) { return ToBString(text).Str(); }
 
@@ -21,4 +21,4 @@ inline WString Wide(std::string_view utf8) { return ToWString(std::string(utf8).
 
 inline std::filesystem::path Path(std::string_view utf8) { return std::u8string(utf8.begin(), utf8.end()); }
 
-}  // namespace kelcam
+}  // namespace Kelcam

@@ -27,13 +27,13 @@ int main(int argc, char** argv) {
   app.add_option("--width", width, "Measure only the size of this width");
   app.add_option("--budget", budget_ms, "Milliseconds to spend on each row of the table");
   CLI11_PARSE(app, argc, argv);
-  if (!kernels.empty() && !rows::UseKernels(kernels.c_str())) {
+  if (!kernels.empty() && !Rows::UseKernels(kernels.c_str())) {
     std::fprintf(stderr, "bench_images: this processor has no row kernels \"%s\"\n", kernels.c_str());
     return 2;
   }
   cv::setNumThreads(1);
 
-  std::printf("Row kernels: %s\n\n", kernels.empty() ? rows::KernelNames()[0] : kernels.c_str());
+  std::printf("Row kernels: %s\n\n", kernels.empty() ? Rows::KernelNames()[0] : kernels.c_str());
   std::vector<Measured> results;
   for (const BSize size : {BSize{640, 480}, BSize{1292, 964}, BSize{2464, 2056}, BSize{4096, 3000}}) {
     if (width != 0 && width != size.width) continue;

@@ -16,7 +16,7 @@ namespace {
 #if defined(_WIN32)
 
 void* Load(const std::filesystem::path& file) {
-  // With this flag the loader looks beside the module for what the module needs.
+  // With this flag the loader looks next to the module for what the module needs.
   return LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
 }
 

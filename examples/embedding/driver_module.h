@@ -6,11 +6,12 @@
 
 #include "driver/kel_camera_vimba.h"
 
-// Stays loaded to the end of the process, as a host that may open another device any time wants it. A host may also
-// unload the module once every device is released.
+// Stays loaded to the end of the process, since a host may open another device any time. A host may also unload the
+// module once every device is released.
 class DriverModule {
  public:
-  explicit DriverModule(const std::string& file);  // throws std::runtime_error that names what is missing
+  // Throws std::runtime_error that names what is missing.
+  explicit DriverModule(const std::string& file);
 
   CreateImagingDeviceFunction* create;
   ReleaseImagingDeviceFunction* release;

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::uint32_t kTimeoutMs = 5000;
 
-// What a driver tells while it works. Called from any thread, one call at a time; it must not call the driver back.
+// Prints what a driver reports. Called from any thread, one call at a time; it must not call the driver back.
 class Notices final : public ImagingDevice::BSink {
  public:
   void OnShowInfo(const wchar_t* text, const wchar_t* caption) override {
@@ -86,7 +86,8 @@ int Run(int argc, char** argv) {
     const DriverModule module(argv[1]);
     argc == 2 ? List(module) : Snap(module, argv[2], argv[3]);
     return 0;
-  } catch (const BError& error) {  // of the profile, of the module or of the snap
+  } catch (const BError& error) {
+    // Of the profile, of the module or of the snap.
     std::cerr << "error " << error.ErrorCode() << ": " << ToBString(error.Message()).c_str() << "\n";
   } catch (const std::exception& error) {
     std::cerr << "error: " << error.what() << "\n";
@@ -104,6 +105,7 @@ int main(int argc, char** argv) {
   Notices notices;
   ImagingDevice::InstallSink(&notices);
   const int result = Run(argc, argv);
-  ImagingDevice::InstallSink(nullptr);  // before the sink goes
+  // Before the sink goes.
+  ImagingDevice::InstallSink(nullptr);
   return result;
 }

@@ -10,8 +10,8 @@
 
 // The file is UTF-8, with or without byte order mark, with any line ends: lines `key=value`, sections `[name]`,
 // comments from a ';' or '#' at a line's start, empty lines. Keys and sections are compared without regard to the case
-// of A to Z. Keys before the first section are the root's, and a new profile stands at the root. A section may be
-// opened several times, a key stands once in it.
+// of A to Z. Keys before the first section are the root's, and a new profile is at the root. A section may be opened
+// several times, a key occurs once in it.
 //
 // A write changes the text behind the key in its one line, or adds a line at the end of the key's section, and leaves
 // every other byte of the file as it is, comments included. What others have changed in the file in the meantime stays

@@ -69,7 +69,7 @@ void IniText::ReadLine(Line& line) const {
   const std::size_t first = content.find_first_not_of(" \t");
   if (first == std::string::npos) return;
   if (content[first] == ';' || content[first] == '#') {
-    line.kind = Line::eComment;
+    line.kind = Line::kComment;
     return;
   }
   CSimpleIniA ini;
@@ -77,15 +77,15 @@ void IniText::ReadLine(Line& line) const {
   CSimpleIniA::TNamesDepend names;
   if (content[first] == '[') {
     ini.GetAllSections(names);
-    line.kind = Line::eSection;
+    line.kind = Line::kSection;
   } else {
     ini.GetAllKeys("", names);
-    line.kind = Line::eKey;
+    line.kind = Line::kKey;
   }
   const std::optional<std::string> name = OnlyName(names);
   if (!name) throw Malformed{NumberOf(line), WhyMalformed(content, first)};
   line.name = *name;
-  if (line.kind != Line::eKey) return;
+  if (line.kind != Line::kKey) return;
   line.value = ini.GetValue("", name->c_str(), "");
   line.value_begin = std::min(content.find_first_not_of(" \t", content.find('=') + 1), content.size()) + line.begin;
 }
@@ -94,8 +94,8 @@ void IniText::RefuseRepeatedKeys() const {
   std::map<std::pair<std::string, std::string>, const Line*> seen;
   std::string section;
   for (const Line& line : m_lines) {
-    if (line.kind == Line::eSection) section = Folded(line.name);
-    if (line.kind != Line::eKey) continue;
+    if (line.kind == Line::kSection) section = Folded(line.name);
+    if (line.kind != Line::kKey) continue;
     const auto [first, is_new] = seen.try_emplace({section, Folded(line.name)}, &line);
     if (is_new) continue;
     throw Malformed{NumberOf(line), line.name + " already stands in line " + std::to_string(NumberOf(*first->second))};
@@ -105,8 +105,8 @@ void IniText::RefuseRepeatedKeys() const {
 const IniText::Line* IniText::Find(const std::string& section, const std::string& key) const {
   bool inside = section.empty();
   for (const Line& line : m_lines) {
-    if (line.kind == Line::eSection) inside = SameName(line.name, section);
-    if (inside && line.kind == Line::eKey && SameName(line.name, key)) return &line;
+    if (line.kind == Line::kSection) inside = SameName(line.name, section);
+    if (inside && line.kind == Line::kKey && SameName(line.name, key)) return &line;
   }
   return nullptr;
 }
@@ -121,7 +121,7 @@ void IniText::Set(const std::string& section, const std::string& key, const std:
 }
 
 void IniText::InsertKey(const std::string& section, const std::string& entry) {
-  const auto is_header = [&](const Line& line) { return line.kind == Line::eSection && SameName(line.name, section); };
+  const auto is_header = [&](const Line& line) { return line.kind == Line::kSection && SameName(line.name, section); };
   if (section.empty() || std::any_of(m_lines.begin(), m_lines.end(), is_header)) {
     InsertLines(EndOfSection(section), {entry});
   } else if (m_lines.empty()) {
@@ -138,7 +138,7 @@ std::size_t IniText::EndOfSection(const std::string& section) const {
   std::size_t end = m_lines.size();
   bool inside = section.empty();
   for (std::size_t i = 0; i < m_lines.size(); ++i) {
-    if (m_lines[i].kind != Line::eSection) continue;
+    if (m_lines[i].kind != Line::kSection) continue;
     if (inside) end = i;
     inside = SameName(m_lines[i].name, section);
     if (inside) {
@@ -147,9 +147,9 @@ std::size_t IniText::EndOfSection(const std::string& section) const {
     }
   }
   if (end < m_lines.size()) {
-    while (end > first && m_lines[end - 1].kind == Line::eComment) --end;
+    while (end > first && m_lines[end - 1].kind == Line::kComment) --end;
   }
-  while (end > first && m_lines[end - 1].kind == Line::eBlank) --end;
+  while (end > first && m_lines[end - 1].kind == Line::kBlank) --end;
   return end;
 }
 

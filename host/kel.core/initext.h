@@ -14,8 +14,8 @@ class IniText {
     std::string reason;
   };
   struct Line {
-    enum Kind { eBlank, eComment, eSection, eKey };
-    Kind kind = eBlank;
+    enum Kind { kBlank, kComment, kSection, kKey };
+    Kind kind = kBlank;
     std::string name;   // of the section or the key
     std::string value;  // of the key
     std::size_t begin = 0;

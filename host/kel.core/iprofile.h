@@ -7,11 +7,11 @@
 
 // Keyed texts and what they mean as numbers. Every read reports whether the key is there with a usable value. When the
 // key is missing, or its text is no value of the wanted kind or range, the read gives the default and returns false; in
-// the second case the profile also notes a complaint that a host can show. Nothing here throws but for want of memory.
+// the second case the profile also notes a complaint that a host can show. Nothing here throws, except std::bad_alloc.
 // [host thread]
 class KEL_CORE_API IProfile {
  public:
-  // The range that drivers read whole numbers with when they have none of their own.
+  // The range of whole numbers where nothing narrower holds.
   static constexpr int kMinInt = -2147483645;
   static constexpr int kMaxInt = 2147483645;
 

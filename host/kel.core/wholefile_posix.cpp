@@ -6,11 +6,15 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <tuple>
 #include <utility>
 
 #include "wholefile.h"
 
 namespace {
+
+// Who may do what with a file, out of its mode.
+constexpr mode_t kRights = 07777;
 
 std::error_code LastError() { return {errno, std::system_category()}; }
 
@@ -31,12 +35,12 @@ class FileDescriptor {
   int m_descriptor;
 };
 
-// A new file beside the target, under a name that nothing else has; gone again unless it took the target's place.
+// A new file next to the target, under a name that nothing else has; gone again unless it took the target's place.
 class Replacement {
  public:
   explicit Replacement(const std::string& target) : m_target(target), m_file(Create()) {}
   ~Replacement() {
-    if (!m_name.empty()) ::unlink(m_name.c_str());
+    if (!m_name.empty()) std::ignore = ::unlink(m_name.c_str());
   }
 
   bool IsOpen() const { return m_file.Get() >= 0; }
@@ -55,8 +59,8 @@ class Replacement {
     struct stat status {};
     if (::stat(m_target.c_str(), &status) != 0) return false;
     // Only a privileged process may give files away; for others the profile becomes their own, with the same rights.
-    [[maybe_unused]] const int given = ::fchown(m_file.Get(), status.st_uid, status.st_gid);
-    return ::fchmod(m_file.Get(), status.st_mode & 07777) == 0;
+    std::ignore = ::fchown(m_file.Get(), status.st_uid, status.st_gid);
+    return ::fchmod(m_file.Get(), status.st_mode & kRights) == 0;
   }
 
   bool TakePlace() {
@@ -65,7 +69,7 @@ class Replacement {
     // The new file is in place from here on; its name reaches the disk with the folder, now or a little later.
     const std::string folder = std::filesystem::path(m_target).parent_path().string();
     const FileDescriptor directory(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (directory.Get() >= 0) ::fsync(directory.Get());
+    if (directory.Get() >= 0) std::ignore = ::fsync(directory.Get());
     return true;
   }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <tuple>
 #include <utility>
 
 #include "wholefile.h"
@@ -92,7 +93,7 @@ std::error_code ReplaceWholeFile(const WString& file_name, std::string_view byte
     return {};
   }
   const std::error_code error = LastError();
-  file.Close();
-  ::DeleteFileW(name.c_str());
+  std::ignore = file.Close();
+  std::ignore = ::DeleteFileW(name.c_str());
   return error;
 }

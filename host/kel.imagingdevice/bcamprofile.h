@@ -5,7 +5,7 @@
 #include "biniprofile.h"
 #include "kel_imagingdevice_api.h"
 
-// Made, and failing to be made, as BIniProfile is. The operations work where the profile stands, like all its reads and
+// Made, and failing to be made, as BIniProfile is. The operations work where the profile is, like all its reads and
 // writes, and a driver expects it at the root: a host hands it over as it was made, or after GoToRoot. [host thread]
 class KEL_IMAGINGDEVICE_API BCamProfile : public BIniProfile {
  public:

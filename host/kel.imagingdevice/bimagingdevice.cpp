@@ -1,5 +1,5 @@
 // bimagingdevice.cpp
-// What a device answers that knows no better.
+// What a device answers unless its driver answers otherwise.
 #include "bimagingdevice.h"
 
 BImagingDevice::~BImagingDevice() = default;

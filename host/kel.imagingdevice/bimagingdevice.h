@@ -12,7 +12,7 @@
 
 class BBaseAoi;
 
-// One open camera. The operations stand in the host's table order (1 to 36): hosts and drivers call them by place, so
+// One open camera. The operations are in the host's table order (1 to 36): hosts and drivers call them by place, so
 // none may be added, moved or taken away. Controls and trigger that the device gives out are its own and live as long
 // as it does. A device is driven from one thread at a time. [host thread, all operations]
 class KEL_IMAGINGDEVICE_API BImagingDevice {
@@ -59,13 +59,13 @@ class KEL_IMAGINGDEVICE_API BImagingDevice {
   virtual bool IsColor() const = 0;                                    // 31
   virtual bool AutoFocusOnce();                                        // 32: false when the camera cannot, as here
   virtual std::int64_t GetBandwidth() = 0;                             // 33: bytes per second
-  virtual bool SetBandwidth(std::int32_t bytes_per_second) = 0;        // 34
+  virtual bool SetBandwidth(std::int32_t bytes_per_s) = 0;             // 34
   // 35, 36: cameras that share a link. False when the other device is none of this driver's; 36 also when it was none.
   virtual bool AddBandwidthPartner(BImagingDevice* partner) = 0;     // 35
   virtual bool RemoveBandwidthPartner(BImagingDevice* partner) = 0;  // 36
 
  protected:
-  void SetLastSnapTime(double milliseconds) { m_last_snap_time_ms = milliseconds; }
+  void SetLastSnapTime(double time_ms) { m_last_snap_time_ms = time_ms; }
 
  private:
   double m_last_snap_time_ms = 0.0;

@@ -6,7 +6,7 @@
 #include "nboard.h"
 
 // The integer unit is the driver's; ToRealValue and FromRealValue translate to what people read (milliseconds, factors,
-// degrees), whose unit UnitString names. The operations stand in the host's table order. A control belongs to its
+// degrees), whose unit UnitString names. The operations are in the host's table order. A control belongs to its
 // device. [host thread, all operations]
 class KEL_IMAGINGDEVICE_API BImagingDeviceControl {
  public:

@@ -15,7 +15,7 @@
 #include "kel_imagingdevice_api.h"
 #include "nboard.h"
 
-// The virtual operations stand in the host's table order, before which a driver puts none of its own. [host thread]
+// The virtual operations are in the host's table order, before which a driver puts none of its own. [host thread]
 class KEL_IMAGINGDEVICE_API BImagingDeviceImpl {
  public:
   BImagingDeviceImpl();

@@ -4,7 +4,7 @@
 
 #include "kel_imagingdevice_api.h"
 
-// The operations stand in the host's table order; BImagingDeviceTrigger continues them. A switch belongs to its device.
+// The operations are in the host's table order; BImagingDeviceTrigger continues them. A switch belongs to its device.
 // [host thread, all operations]
 class KEL_IMAGINGDEVICE_API BImagingDeviceSwitch {
  public:

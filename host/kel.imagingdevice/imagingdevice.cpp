@@ -28,7 +28,7 @@ void CallSink(Call call) {
   try {
     call(*output.sink);
   } catch (...) {
-    // Drivers report from destructors and from threads that have no one to tell.
+    // Drivers report from destructors and from threads that nothing can be thrown through.
     return;
   }
 }

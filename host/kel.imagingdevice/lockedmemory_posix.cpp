@@ -2,6 +2,8 @@
 // Locked memory on POSIX systems.
 #include <sys/mman.h>
 
+#include <tuple>
+
 #include "lockedmemory.h"
 
 void* AllocateLockedPages(std::size_t bytes) {
@@ -9,10 +11,10 @@ void* AllocateLockedPages(std::size_t bytes) {
   void* memory = ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   if (memory == MAP_FAILED) return nullptr;
   // A process has a limit of what it may lock; beyond it the pages are ordinary ones.
-  [[maybe_unused]] const int locked = ::mlock(memory, bytes);
+  std::ignore = ::mlock(memory, bytes);
   return memory;
 }
 
 void FreeLockedPages(void* memory, std::size_t bytes) {
-  if (memory) ::munmap(memory, bytes);
+  if (memory) std::ignore = ::munmap(memory, bytes);
 }

@@ -19,9 +19,9 @@ constexpr const wchar_t* kControlKeys[NBoard::kControlTypes] = {L"GAIN",
 constexpr const wchar_t* kWhiteBalanceKeys[] = {L"WBCOLORBLUE", L"WBCOLORRED", L"WBMONOBLUE", L"WBMONORED"};
 constexpr const wchar_t* kAoiKeys[] = {L"AOIX", L"AOIY", L"AOIWIDTH", L"AOIHEIGHT"};
 
-template <std::size_t size>
-WString KeyAt(const wchar_t* const (&keys)[size], int index) {
-  return index >= 0 && static_cast<std::size_t>(index) < size ? keys[index] : L"";
+template <std::size_t kSize>
+WString KeyAt(const wchar_t* const (&keys)[kSize], int index) {
+  return index >= 0 && static_cast<std::size_t>(index) < kSize ? keys[index] : L"";
 }
 
 }  // namespace

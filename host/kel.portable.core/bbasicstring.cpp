@@ -23,7 +23,7 @@ bool SameLetter(Char a, Char b) {
 constexpr std::size_t kLargestField = 1000;
 constexpr std::size_t kDefaultDecimals = 6;
 
-// One conversion of a format: what stands between '%' and its letter, and the letter.
+// One conversion of a format: what is between '%' and its letter, and the letter.
 template <class Char>
 struct Conversion {
   bool left = false;
@@ -48,7 +48,7 @@ std::size_t ReadNumber(const Char*& at) {
   return number;
 }
 
-// `at` stands behind the '%' and moves behind the letter, or stays at the end of the format.
+// `at` is behind the '%' and moves behind the letter, or stays at the end of the format.
 template <class Char>
 Conversion<Char> ReadConversion(const Char*& at) {
   Conversion<Char> conversion;
@@ -63,10 +63,10 @@ Conversion<Char> ReadConversion(const Char*& at) {
 template <class Char>
 using Text = std::basic_string<Char>;
 
+// Digits, signs, points and the letters of "inf" and "nan": the same in every alphabet.
 template <class Char>
 Text<Char> Widen(const char* begin, const char* end) {
-  return Text<Char>(begin,
-                    end);  // digits, signs, points and the letters of "inf" and "nan": the same in every alphabet
+  return Text<Char>(begin, end);
 }
 
 template <class Char, class Number>
@@ -92,7 +92,8 @@ template <class Char>
 std::optional<Text<Char>> FloatingNumber(const Conversion<Char>& conversion, const BFormatArgument<Char>& argument) {
   const auto* value = std::get_if<double>(&argument.Get());
   if (!value) return std::nullopt;
-  constexpr std::size_t kLongestWholePart = 320;  // a double's digits before the point, with its sign
+  // A double's digits before the point, with its sign.
+  constexpr std::size_t kLongestWholePart = 320;
   char buffer[kLongestWholePart + kLargestField];
   const auto decimals = static_cast<int>(conversion.precision.value_or(kDefaultDecimals));
   const auto result = std::to_chars(std::begin(buffer), std::end(buffer), *value, std::chars_format::fixed, decimals);

@@ -61,7 +61,7 @@ class KEL_PORTABLE_CORE_TEMPLATE BBasicString {
 
   // printf's %s, %c, %d, %i, %u, %x, %f and %%, each with flags '0' and '-', width and precision. Length letters are
   // read over: an argument's own type decides. %d, %i and %u print any whole number by its value, %x prints a negative
-  // one in 64 bits. %f takes a floating value (6 decimals unless told otherwise; the decimal separator is a point in
+  // one in 64 bits. %f takes a floating value (6 decimals by default; the decimal separator is a point in
   // every locale), %s a text, %c a character or a whole number that is one. An argument that does not fit, one too few,
   // and a conversion other than these print "%?". Texts that come from elsewhere (a camera, a file) belong among the
   // arguments, where a '%' in them means nothing.

@@ -28,9 +28,9 @@ BDetachedThreads::Work::~Work() = default;
 // Never destroyed: a thread may end while the process already destroys what is static.
 BDetachedThreads& BDetachedThreads::Of(const std::string& module) {
   static BMutex mutex;
-  static auto* const modules = new std::map<std::string, BDetachedThreads>;
+  static auto& modules = *new std::map<std::string, BDetachedThreads>;
   const BMutexLock lock(mutex);
-  return (*modules)[module];
+  return modules[module];
 }
 
 void BDetachedThreads::StartWork(std::unique_ptr<Work> work) {

@@ -29,8 +29,8 @@ class KEL_PORTABLE_CORE_API BDetachedThreads {
     StartWork(std::make_unique<WorkOf<Function>>(std::move(function)));
   }
 
-  // Returns when the work of every thread has been done and destroyed. No new one may be started meanwhile. [any thread
-  // but those]
+  // Returns when the work of every thread has been done and destroyed. No new one may be started meanwhile, and none of
+  // them may call this. [any thread]
   void WaitForAll();
 
  private:

@@ -9,7 +9,7 @@
 #include "bthreadannotations.h"
 
 // What the standard library has, with the annotations that it leaves out. Everything is in this header, so that a
-// library may use it without linking to this one. A mutex is taken by its scoped lock alone. [any thread]
+// library may use it without linking to kel.portable.core. A mutex is taken by its scoped lock alone. [any thread]
 
 class KEL_CAPABILITY("mutex") BMutex {
  public:
@@ -53,7 +53,7 @@ class KEL_SCOPED_CAPABILITY BMutexUnlock {
   std::unique_lock<std::mutex>& m_lock;
 };
 
-// What threads wait for under a mutex. A wait stands in a loop over the guarded state, so that the analysis sees what
+// What threads wait for under a mutex. A wait belongs in a loop over the guarded state, so that the analysis sees what
 // is read under the lock, and so that a wake-up without a reason does no harm.
 class BCondition {
  public:

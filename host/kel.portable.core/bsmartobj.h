@@ -10,7 +10,7 @@
 #include "kel_portable_core_api.h"
 #include "wstring.h"
 
-// The virtual operations of both classes stand in the host's table order: assignment of BSmartObjBase, destructor,
+// The virtual operations of both classes are in the host's table order: assignment of BSmartObjBase, destructor,
 // AllocatedMemory, assignment of BSmartObj, WriteData, UpdateAssociations, ArchiveName, VerifyObj, Version, Properties,
 // WritePrefix. A module calls them by their place, so none may be added, moved or taken away.
 

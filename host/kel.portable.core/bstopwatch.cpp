@@ -2,40 +2,34 @@
 // Time since a moment, kept as one number.
 #include "bstopwatch.h"
 
-#include <chrono>
-#include <limits>
-
 namespace {
 
-constexpr std::int64_t kAtRest = std::numeric_limits<std::int64_t>::min();
-constexpr std::int64_t kNanosecondsPerMillisecond = 1'000'000;
+using Clock = std::chrono::steady_clock;
 
-std::int64_t NowNanoseconds() {
-  using std::chrono::nanoseconds;
-  return std::chrono::duration_cast<nanoseconds>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
+constexpr Clock::time_point kAtRest = Clock::time_point::min();
 
 }  // namespace
 
-BStopWatch::BStopWatch(bool start) : m_start_ns(start ? NowNanoseconds() : kAtRest) {}
-BStopWatch::BStopWatch(const BStopWatch& other) : m_start_ns(other.m_start_ns.load()) {}
+static_assert(std::atomic<Clock::time_point>::is_always_lock_free,
+              "no reader waits for a thread that resets the watch");
+
+BStopWatch::BStopWatch(bool start) : m_start(start ? Clock::now() : kAtRest) {}
+BStopWatch::BStopWatch(const BStopWatch& other) : m_start(other.m_start.load()) {}
 
 BStopWatch& BStopWatch::operator=(const BStopWatch& other) {
-  m_start_ns = other.m_start_ns.load();
+  m_start = other.m_start.load();
   return *this;
 }
 
-void BStopWatch::Reset() { m_start_ns = NowNanoseconds(); }
+void BStopWatch::Reset() { m_start = Clock::now(); }
 
-double BStopWatch::PeriodD() const {
-  return static_cast<double>(ElapsedNanoseconds()) / static_cast<double>(kNanosecondsPerMillisecond);
-}
+double BStopWatch::PeriodD() const { return std::chrono::duration<double, std::milli>(Elapsed()).count(); }
 
 std::uint32_t BStopWatch::Period() const {
-  return static_cast<std::uint32_t>(ElapsedNanoseconds() / kNanosecondsPerMillisecond);
+  return static_cast<std::uint32_t>(std::chrono::duration_cast<std::chrono::milliseconds>(Elapsed()).count());
 }
 
-std::int64_t BStopWatch::ElapsedNanoseconds() const {
-  const std::int64_t start_ns = m_start_ns;
-  return start_ns == kAtRest ? 0 : NowNanoseconds() - start_ns;
+Clock::duration BStopWatch::Elapsed() const {
+  const Clock::time_point start = m_start;
+  return start == kAtRest ? Clock::duration::zero() : Clock::now() - start;
 }

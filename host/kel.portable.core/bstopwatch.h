@@ -3,12 +3,13 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 
 #include "kel_portable_core_api.h"
 
 // Measures in milliseconds on a clock that never goes back, whatever is done to the time of day. Its whole state is one
-// atomic number: any thread may read or copy a watch while another resets it. [any thread]
+// atomic moment: any thread may read or copy a watch while another resets it. [any thread]
 class KEL_PORTABLE_CORE_API BStopWatch {
  public:
   // Started, or at rest: then it reads 0 until Reset.
@@ -25,7 +26,9 @@ class KEL_PORTABLE_CORE_API BStopWatch {
   std::uint32_t Period() const;
 
  private:
-  std::int64_t ElapsedNanoseconds() const;
+  using Clock = std::chrono::steady_clock;
 
-  std::atomic<std::int64_t> m_start_ns;
+  Clock::duration Elapsed() const;
+
+  std::atomic<Clock::time_point> m_start;
 };

@@ -9,8 +9,8 @@
 
 // Any number of readers or one writer at a time. Not recursive: a thread that holds the lock does not ask for it again,
 // in either way. It is unlocked by the thread that locked it, in the way in which it was locked. The lock belongs to
-// its object: neither copying nor assigning touches it. The virtual operations stand in the host's table order. [any
-// thread]
+// its object: neither copying nor assigning touches it. The virtual operations are in the host's table order.
+// [any thread]
 class KEL_CAPABILITY("lock") KEL_PORTABLE_CORE_API BSyncableSmartObj : public virtual BSmartObj {
  public:
   BSyncableSmartObj() = default;

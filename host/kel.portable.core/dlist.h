@@ -7,7 +7,7 @@
 #include <iterator>
 #include <utility>
 
-// Owns its elements. Fields and virtual operations stand in the host's order (head, tail, count; destructor, append a
+// Owns its elements. Fields and virtual operations are in the host's order (head, tail, count; destructor, append a
 // list, append a value, insert a value): the list crosses the module boundary by reference and is filled through its
 // virtual operations. Whoever clears it frees its nodes: both sides share one C++ runtime and its allocator. An element
 // that cannot be made leaves the list as it was before that element.

@@ -13,10 +13,10 @@
 
 namespace {
 
-using rows::BayerRow;
-using rows::BayerSite;
-using rows::kBayerReach;
-using rows::Rgb;
+using Rows::BayerRow;
+using Rows::BayerSite;
+using Rows::kBayerReach;
+using Rows::Rgb;
 
 // Where in the 2 x 2 tile at the frame's top left the red sample lies; blue lies diagonally opposite.
 struct RedPlace {
@@ -33,17 +33,17 @@ int KnownOrder(int bayer_order) {
 // A frame's memory.
 struct Frame {
   const std::uint8_t* pixels;
-  std::size_t line_length;
+  std::size_t line_length_bytes;
   BSize size;
 
-  const std::uint8_t* Line(int y) const { return pixels + static_cast<std::size_t>(y) * line_length; }
+  const std::uint8_t* Line(int y) const { return pixels + static_cast<std::size_t>(y) * line_length_bytes; }
 };
 
 BayerRow RowAt(const Frame& frame, int bayer_order, int y) {
   const RedPlace red = kRedPlaces[bayer_order];
   BayerRow row{};
   for (int dy = -kBayerReach; dy <= kBayerReach; ++dy) {
-    row.lines[dy + kBayerReach] = frame.Line(rows::Mirrored(y + dy, frame.size.height));
+    row.lines[dy + kBayerReach] = frame.Line(Rows::Mirrored(y + dy, frame.size.height));
   }
   row.width = frame.size.width;
   row.is_red = ((y ^ red.y) & 1) == 0;
@@ -53,7 +53,7 @@ BayerRow RowAt(const Frame& frame, int bayer_order, int y) {
 
 // Makes `count` pixels of a row: by the kernel as far as it goes, the rest pixel by pixel.
 template <class Pixel>
-void MakeBayerRow(const BayerRow& row, int count, rows::BayerKernel kernel, std::uint8_t* target, Pixel pixel) {
+void MakeBayerRow(const BayerRow& row, int count, Rows::BayerKernel kernel, std::uint8_t* target, Pixel pixel) {
   for (int x = kernel(row, count, target); x < count; ++x) pixel(x);
 }
 
@@ -67,7 +67,7 @@ void Put(const Rgb& colour, std::uint8_t* target, int x) {
 }
 
 template <class Interpolation>
-void BayerToRgb(const Frame& frame, int order, BImageRgb& target, rows::BayerKernel kernel,
+void BayerToRgb(const Frame& frame, int order, BImageRgb& target, Rows::BayerKernel kernel,
                 Interpolation interpolation) {
   const BSize part = Overlap(frame.size, target.Size());
   for (int y = 0; y < part.height; ++y) {
@@ -78,7 +78,7 @@ void BayerToRgb(const Frame& frame, int order, BImageRgb& target, rows::BayerKer
 }
 
 template <class Grey>
-void BayerToMono(const Frame& frame, int order, BImage8u& target, rows::BayerKernel kernel, Grey grey) {
+void BayerToMono(const Frame& frame, int order, BImage8u& target, Rows::BayerKernel kernel, Grey grey) {
   const BSize part = Overlap(frame.size, target.Size());
   for (int y = 0; y < part.height; ++y) {
     const BayerRow row = RowAt(frame, order, y);
@@ -95,7 +95,7 @@ Rgb YuvPixelAt(const std::uint8_t* line, int x, int width) {
   const std::uint8_t* const pair = line + 4 * static_cast<std::ptrdiff_t>(x / 2);
   const bool has_v = (x | 1) < width;
   const int v = has_v ? pair[2] : x >= 2 ? pair[-2] : kNeutral;
-  return rows::YuvToRgb(pair[x % 2 == 0 ? 1 : 3], pair[0], v);
+  return Rows::YuvToRgb(pair[x % 2 == 0 ? 1 : 3], pair[0], v);
 }
 
 }  // namespace
@@ -111,32 +111,32 @@ std::size_t BColorConverter::LineLength(int bytes_per_pixel) const {
 }
 
 void BColorConverter::ConvertRawToRGB(const std::uint8_t* raw, BImageRgb& target) const {
-  BayerToRgb({raw, LineLength(1), m_size}, m_bayer_order, target, rows::Kernels().corrected_rgb,
-             rows::GradientCorrected);
+  BayerToRgb({raw, LineLength(1), m_size}, m_bayer_order, target, Rows::Kernels().corrected_rgb,
+             Rows::GradientCorrected);
 }
 
 void BColorConverter::ConvertFastRawToRGB(const std::uint8_t* raw, BImageRgb& target) const {
-  BayerToRgb({raw, LineLength(1), m_size}, m_bayer_order, target, rows::Kernels().bilinear_rgb, rows::Bilinear);
+  BayerToRgb({raw, LineLength(1), m_size}, m_bayer_order, target, Rows::Kernels().bilinear_rgb, Rows::Bilinear);
 }
 
 void BColorConverter::ConvertRawToMono(const std::uint8_t* raw, BImage8u& target, int flag) const {
   const Frame frame{raw, LineLength(1), m_size};
   if (flag != 0) {
-    BayerToMono(frame, m_bayer_order, target, rows::Kernels().corrected_weighted,
-                [](const BayerSite& site) { return rows::WeightedMean(rows::GradientCorrected(site)); });
+    BayerToMono(frame, m_bayer_order, target, Rows::Kernels().corrected_weighted,
+                [](const BayerSite& site) { return Rows::WeightedMean(Rows::GradientCorrected(site)); });
   } else {
-    BayerToMono(frame, m_bayer_order, target, rows::Kernels().corrected_luma,
-                [](const BayerSite& site) { return rows::Luma(rows::GradientCorrected(site)); });
+    BayerToMono(frame, m_bayer_order, target, Rows::Kernels().corrected_luma,
+                [](const BayerSite& site) { return Rows::Luma(Rows::GradientCorrected(site)); });
   }
 }
 
 void BColorConverter::ConvertFastRawToMono(const std::uint8_t* raw, BImage8u& target, int flag) const {
   const Frame frame{raw, LineLength(1), m_size};
   if (flag != 0) {
-    BayerToMono(frame, m_bayer_order, target, rows::Kernels().binomial, rows::Binomial);
+    BayerToMono(frame, m_bayer_order, target, Rows::Kernels().binomial, Rows::Binomial);
   } else {
-    BayerToMono(frame, m_bayer_order, target, rows::Kernels().bilinear_luma,
-                [](const BayerSite& site) { return rows::Luma(rows::Bilinear(site)); });
+    BayerToMono(frame, m_bayer_order, target, Rows::Kernels().bilinear_luma,
+                [](const BayerSite& site) { return Rows::Luma(Rows::Bilinear(site)); });
   }
 }
 
@@ -146,7 +146,7 @@ void BColorConverter::ConvertYUV422ToRGB(const std::uint8_t* yuv, BImageRgb& tar
   for (int y = 0; y < part.height; ++y) {
     const std::uint8_t* const line = frame.Line(y);
     std::uint8_t* const made = target.Row(y);
-    for (int x = rows::Kernels().yuv_rgb(line, 0, part.width, made); x < part.width; ++x) {
+    for (int x = Rows::Kernels().yuv_rgb(line, 0, part.width, made); x < part.width; ++x) {
       Put(YuvPixelAt(line, x, m_size.width), made, x);
     }
   }
@@ -158,8 +158,8 @@ void BColorConverter::StretchYUV(const std::uint8_t* luma, BImage8u& target) con
   for (int y = 0; y < part.height; ++y) {
     const std::uint8_t* const line = frame.Line(y);
     std::uint8_t* const made = target.Row(y);
-    for (int x = rows::Kernels().stretch(line, 0, part.width, made); x < part.width; ++x) {
-      made[x] = static_cast<std::uint8_t>(rows::Stretched(line[x]));
+    for (int x = Rows::Kernels().stretch(line, 0, part.width, made); x < part.width; ++x) {
+      made[x] = static_cast<std::uint8_t>(Rows::Stretched(line[x]));
     }
   }
 }

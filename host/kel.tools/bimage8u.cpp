@@ -11,24 +11,25 @@
 namespace {
 
 template <class Byte>
-struct Rows {
+struct RowSequence {
   Byte* first;
-  std::ptrdiff_t step;  // bytes to the next row; negative where rows are taken from the bottom up
+  std::ptrdiff_t step_bytes;  // to the next row; negative where rows are taken from the bottom up
 };
 
 // Target row y, of part.height, is source column y; source row x, of part.width, is target column x. The last tiles of
 // a row and of a column are moved back to end with the picture.
-void Transpose(const Rows<const std::uint8_t>& source, const Rows<std::uint8_t>& target, const BSize& part) {
-  const rows::RowKernels& kernels = rows::Kernels();
+void Transpose(const RowSequence<const std::uint8_t>& source, const RowSequence<std::uint8_t>& target,
+               const BSize& part) {
+  const Rows::RowKernels& kernels = Rows::Kernels();
   const bool tiles = part.width >= kernels.tile_side && part.height >= kernels.tile_side;
   const int side = tiles ? kernels.tile_side : 1;
   for (int column = 0; column < part.width; column += side) {
     const int x = std::min(column, part.width - side);
     for (int row = 0; row < part.height; row += side) {
       const int y = std::min(row, part.height - side);
-      const std::uint8_t* const from = source.first + x * source.step + y;
-      std::uint8_t* const to = target.first + y * target.step + x;
-      tiles ? kernels.transpose_tile(from, source.step, to, target.step) : static_cast<void>(*to = *from);
+      const std::uint8_t* const from = source.first + x * source.step_bytes + y;
+      std::uint8_t* const to = target.first + y * target.step_bytes + x;
+      tiles ? kernels.transpose_tile(from, source.step_bytes, to, target.step_bytes) : static_cast<void>(*to = *from);
     }
   }
 }
@@ -39,38 +40,41 @@ BImage8u::BImage8u(const BSize& size) { Resize(size); }
 
 void BImage8u::Resize(const BSize& size) { m_pixels.Resize(size, 1); }
 
-void BImage8u::CopyRows(const std::uint8_t* pixels, std::size_t line_length, const BSize& size, const BPoint& at) {
-  const rows::Clip clip = rows::Clipped(size, at, Size());
+void BImage8u::CopyRows(const std::uint8_t* pixels, std::size_t line_length_bytes, const BSize& size,
+                        const BPoint& at) {
+  const Rows::Clip clip = Rows::Clipped(size, at, Size());
   const auto width = static_cast<std::size_t>(clip.size.width);
   const auto height = static_cast<std::size_t>(clip.size.height);
   if (height == 0) return;
-  const std::uint8_t* const from = pixels + static_cast<std::size_t>(clip.from.y) * line_length + clip.from.x;
+  const std::uint8_t* const from = pixels + static_cast<std::size_t>(clip.from.y) * line_length_bytes + clip.from.x;
   std::uint8_t* const to = Row(clip.to.y) + clip.to.x;
-  if (width == line_length && width == LineLength()) {
-    std::memcpy(to, from, width * height);  // rows without gaps on either side are one block
+  // Rows without gaps on either side are one block.
+  if (width == line_length_bytes && width == LineLength()) {
+    std::memcpy(to, from, width * height);
     return;
   }
   // memcpy's way for a few kilobytes takes a quarter longer, row by row, than for the whole.
   for (std::size_t y = 0; y < height; ++y) {
-    const std::uint8_t* const source = from + y * line_length;
+    const std::uint8_t* const source = from + y * line_length_bytes;
     std::uint8_t* const target = to + y * LineLength();
-    const auto made = static_cast<std::size_t>(rows::Kernels().copy(source, 0, clip.size.width, target));
+    const auto made = static_cast<std::size_t>(Rows::Kernels().copy(source, 0, clip.size.width, target));
     std::memcpy(target + made, source + made, width - made);
   }
 }
 
-void BImage8u::CopyRotated(const std::uint8_t* pixels, std::size_t line_length, const BSize& size, bool clockwise) {
+void BImage8u::CopyRotated(const std::uint8_t* pixels, std::size_t line_length_bytes, const BSize& size,
+                           bool clockwise) {
   const BSize part{std::min(size.height, Size().width), std::min(size.width, Size().height)};
   if (part.width <= 0 || part.height <= 0) return;
-  const auto step = static_cast<std::ptrdiff_t>(line_length);
-  const auto target_step = static_cast<std::ptrdiff_t>(LineLength());
+  const auto step_bytes = static_cast<std::ptrdiff_t>(line_length_bytes);
+  const auto target_step_bytes = static_cast<std::ptrdiff_t>(LineLength());
   if (clockwise) {
     // Columns are read from the bottom up.
-    const std::uint8_t* const bottom_left = pixels + static_cast<std::size_t>(size.height - 1) * line_length;
-    Transpose({bottom_left, -step}, {Row(0), target_step}, part);
+    const std::uint8_t* const bottom_left = pixels + static_cast<std::size_t>(size.height - 1) * line_length_bytes;
+    Transpose({bottom_left, -step_bytes}, {Row(0), target_step_bytes}, part);
   } else {
     // The rightmost column comes first: rows are made from the last one up.
     const std::uint8_t* const first_used = pixels + (size.width - part.height);
-    Transpose({first_used, step}, {Row(part.height - 1), -target_step}, part);
+    Transpose({first_used, step_bytes}, {Row(part.height - 1), -target_step_bytes}, part);
   }
 }

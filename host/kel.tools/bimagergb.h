@@ -32,12 +32,12 @@ class KEL_TOOLS_API BImageRgb {
 
   // Lays a grey image's top left part of `size` into this image, red, green and blue alike, with its top left pixel at
   // `at`. A side of `size` that is negative, or larger than the grey image's, is the grey image's: (-1,-1) takes all of
-  // it. What falls outside this image, also at negative positions, is left away; the rest of this image stays.
+  // it. What falls outside this image, also at negative positions, is dropped; the rest of this image stays.
   void TakeGrey(const BImage8u& grey, const BSize& size = {-1, -1}, const BPoint& at = {});
 
-  // The same out of memory that holds `size` pixels, rows line_length bytes apart: a frame needs no image of its own on
-  // its way here. A size with a side that is zero or negative changes nothing, and the pointer may then be null.
-  void TakeGrey(const std::uint8_t* pixels, std::size_t line_length, const BSize& size, const BPoint& at = {});
+  // The same out of memory that holds `size` pixels, rows `line_length_bytes` apart: a frame needs no image of its
+  // own on its way here. A size with a side that is zero or negative changes nothing, and the pointer may then be null.
+  void TakeGrey(const std::uint8_t* pixels, std::size_t line_length_bytes, const BSize& size, const BPoint& at = {});
 
  private:
   BPixelBuffer m_pixels;

@@ -21,10 +21,10 @@ std::size_t LineLengthFor(std::size_t width, std::size_t bytes_per_pixel) {
   return length % kCacheSetPeriod == 0 ? length + alignment : length;
 }
 
-std::size_t BytesFor(std::size_t line_length, std::size_t height) {
+std::size_t BytesFor(std::size_t line_length_bytes, std::size_t height) {
   const auto limit = static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max()) - BPixelBuffer::kAlignment;
-  if (height > limit / line_length) throw std::bad_alloc();
-  return line_length * height;
+  if (height > limit / line_length_bytes) throw std::bad_alloc();
+  return line_length_bytes * height;
 }
 
 }  // namespace
@@ -35,10 +35,10 @@ BPixelBuffer::BPixelBuffer(BPixelBuffer&& other) noexcept { Swap(other); }
 
 BPixelBuffer& BPixelBuffer::operator=(const BPixelBuffer& other) {
   if (this == &other) return *this;
-  const std::size_t bytes = static_cast<std::size_t>(other.m_size.height) * other.m_line_length;
-  if (bytes > m_capacity) Allocate(bytes);
+  const std::size_t bytes = static_cast<std::size_t>(other.m_size.height) * other.m_line_length_bytes;
+  if (bytes > m_capacity_bytes) Allocate(bytes);
   m_size = other.m_size;
-  m_line_length = other.m_line_length;
+  m_line_length_bytes = other.m_line_length_bytes;
   if (bytes != 0) std::memcpy(m_rows, other.m_rows, bytes);
   return *this;
 }
@@ -54,15 +54,15 @@ BPixelBuffer::~BPixelBuffer() { std::free(m_block); }
 void BPixelBuffer::Resize(const BSize& size, int bytes_per_pixel) {
   if (size.width <= 0 || size.height <= 0) {
     m_size = BSize();
-    m_line_length = 0;
+    m_line_length_bytes = 0;
     return;
   }
-  const std::size_t line_length =
+  const std::size_t line_length_bytes =
       LineLengthFor(static_cast<std::size_t>(size.width), static_cast<std::size_t>(bytes_per_pixel));
-  const std::size_t bytes = BytesFor(line_length, static_cast<std::size_t>(size.height));
-  if (bytes > m_capacity) Allocate(bytes);
+  const std::size_t bytes = BytesFor(line_length_bytes, static_cast<std::size_t>(size.height));
+  if (bytes > m_capacity_bytes) Allocate(bytes);
   m_size = size;
-  m_line_length = line_length;
+  m_line_length_bytes = line_length_bytes;
 }
 
 void BPixelBuffer::Allocate(std::size_t bytes) {
@@ -72,14 +72,14 @@ void BPixelBuffer::Allocate(std::size_t bytes) {
   if (larger.m_block == nullptr) throw std::bad_alloc();
   const auto address = reinterpret_cast<std::uintptr_t>(larger.m_block);
   larger.m_rows = static_cast<std::uint8_t*>(larger.m_block) + (kAlignment - address % kAlignment);
-  larger.m_capacity = bytes;
+  larger.m_capacity_bytes = bytes;
   Swap(larger);
 }
 
 void BPixelBuffer::Swap(BPixelBuffer& other) noexcept {
   std::swap(m_size, other.m_size);
-  std::swap(m_line_length, other.m_line_length);
-  std::swap(m_capacity, other.m_capacity);
+  std::swap(m_line_length_bytes, other.m_line_length_bytes);
+  std::swap(m_capacity_bytes, other.m_capacity_bytes);
   std::swap(m_rows, other.m_rows);
   std::swap(m_block, other.m_block);
 }

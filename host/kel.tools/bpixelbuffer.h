@@ -29,20 +29,20 @@ class KEL_TOOLS_API BPixelBuffer {
   void Resize(const BSize& size, int bytes_per_pixel);
 
   const BSize& Size() const { return m_size; }
-  std::size_t LineLength() const { return m_line_length; }  // bytes from one row to the next
-  std::size_t AllocatedMemory() const { return m_capacity; }
+  std::size_t LineLength() const { return m_line_length_bytes; }  // bytes from one row to the next
+  std::size_t AllocatedMemory() const { return m_capacity_bytes; }
 
   // Row y, with 0 <= y < Size().height. Valid until the next Resize, assignment or move.
-  std::uint8_t* Row(int y) { return m_rows + static_cast<std::size_t>(y) * m_line_length; }
-  const std::uint8_t* Row(int y) const { return m_rows + static_cast<std::size_t>(y) * m_line_length; }
+  std::uint8_t* Row(int y) { return m_rows + static_cast<std::size_t>(y) * m_line_length_bytes; }
+  const std::uint8_t* Row(int y) const { return m_rows + static_cast<std::size_t>(y) * m_line_length_bytes; }
 
  private:
   void Allocate(std::size_t bytes);
   void Swap(BPixelBuffer& other) noexcept;
 
   BSize m_size;
-  std::size_t m_line_length = 0;
-  std::size_t m_capacity = 0;      // bytes from m_rows on
-  std::uint8_t* m_rows = nullptr;  // aligned, within m_block
-  void* m_block = nullptr;         // owned
+  std::size_t m_line_length_bytes = 0;
+  std::size_t m_capacity_bytes = 0;  // bytes from m_rows on
+  std::uint8_t* m_rows = nullptr;    // aligned, within m_block
+  void* m_block = nullptr;           // owned
 };

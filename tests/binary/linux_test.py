@@ -42,26 +42,30 @@ class LinuxBinaries(unittest.TestCase):
     maxDiff = None
 
     def test_ModuleExportsItsSixPlainNamesAndNothingElse(self):
-        self.assertEqual(sorted(EXPORTS), exports("libkelCameraVimba.so"))
+        self.assertEqual(exports("libkelCameraVimba.so"), sorted(EXPORTS))
 
     def test_ModuleNeedsOnlyVimbaCTheHostSdkAndTheSystem(self):
         needed = set(dynamic_entries("libkelCameraVimba.so", "NEEDED"))
-        self.assertEqual(set(), needed - HOST_SDK - SYSTEM - {"libVimbaC.so"})
+        self.assertEqual(needed - HOST_SDK - SYSTEM - {"libVimbaC.so"}, set())
         self.assertLessEqual(HOST_SDK - {"libkel.tools.so"} | {"libVimbaC.so"}, needed)
 
     def test_HostSdkNeedsOnlyItselfAndTheSystem(self):
         for name in sorted(HOST_SDK):
             with self.subTest(name):
-                self.assertEqual(set(), set(dynamic_entries(name, "NEEDED")) - HOST_SDK - SYSTEM)
+                needed = set(dynamic_entries(name, "NEEDED"))
+                self.assertIn("libc.so.6", needed)
+                self.assertEqual(needed - HOST_SDK - SYSTEM, set())
 
     def test_CommandLineHostIsNotLinkedToTheModuleNorToVimbaC(self):
-        self.assertEqual(set(), set(dynamic_entries("kelcam", "NEEDED")) - HOST_SDK - SYSTEM)
+        needed = set(dynamic_entries("kelcam", "NEEDED"))
+        self.assertLessEqual(HOST_SDK, needed)
+        self.assertEqual(needed - HOST_SDK - SYSTEM, set())
 
-    def test_LibrariesAreFoundBesideTheirUsersUnlessTheEnvironmentSaysOtherwise(self):
+    def test_LibrariesAreFoundNextToTheirUsersUnlessTheEnvironmentSaysOtherwise(self):
         for name in OWN:
             with self.subTest(name):
-                self.assertEqual(["$ORIGIN"], dynamic_entries(name, "RUNPATH"))
-                self.assertEqual([], dynamic_entries(name, "RPATH"))
+                self.assertEqual(dynamic_entries(name, "RUNPATH"), ["$ORIGIN"])
+                self.assertEqual(dynamic_entries(name, "RPATH"), [])
 
     def test_EveryBinaryIsBuiltForRandomAddressesAndDataThatDoesNotExecute(self):
         for name in OWN:

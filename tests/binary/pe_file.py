@@ -82,7 +82,8 @@ class PeFile:
             return None
         root = self._place(address)
         offset = self._resource_entry(root, 0, RT_VERSION)
-        while offset is not None and offset & 0x80000000:  # the levels of names and of languages: one of each
+        # The levels of names and of languages: one of each.
+        while offset is not None and offset & 0x80000000:
             offset = self._resource_entry(root, offset & 0x7FFFFFFF, None)
         if offset is None:
             return None

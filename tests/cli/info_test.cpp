@@ -24,10 +24,10 @@ TEST_F(Info, PrintsWhatTheDeviceReports) {
             "stream rate           45000000 bytes/s\n"
             "frame rate            30.50 images/s\n"
             "max shutter for fast  20000 = 2000.0ms\n");
-  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_EQ(result.exit_code, kDone);
 }
 
-TEST_F(Info, TellsWhatACameraDoesNotHave) {
+TEST_F(Info, PrintsWhatACameraDoesNotHave) {
   Script("trigger=0 exposure=0 fast=0");
 
   const ProcessResult result = Kelcam(With("info"));
@@ -66,9 +66,11 @@ TEST_F(Info, PrintsOneDocument) {
 }
 
 TEST_F(Info, LeavesTheDeviceAsItIs) {
-  Kelcam(With("info"));
+  const ProcessResult result = Kelcam(With("info"));
 
-  EXPECT_EQ(Operations(), std::vector<std::string>{});
+  EXPECT_EQ(Operations(), Lines{});
+  EXPECT_TRUE(IsReleased());
+  EXPECT_EQ(result.exit_code, kDone);
 }
 
 }  // namespace

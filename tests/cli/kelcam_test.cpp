@@ -7,13 +7,26 @@
 #include <random>
 #include <sstream>
 
-static std::string Utf8(const std::filesystem::path& path) {
+namespace {
+
+std::string Utf8(const std::filesystem::path& path) {
   const std::u8string text = path.u8string();
   return {text.begin(), text.end()};
 }
 
+}  // namespace
+
+Lines First(const Lines& lines, std::size_t count) {
+  return Lines(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(std::min(count, lines.size())));
+}
+
+Lines Last(const Lines& lines, std::size_t count) {
+  return Lines(lines.end() - static_cast<std::ptrdiff_t>(std::min(count, lines.size())), lines.end());
+}
+
 KelcamTest::KelcamTest() {
-  std::random_device random;  // several test processes at once, each with a folder of its own
+  // Several test processes run at once, each with a folder of its own.
+  std::random_device random;
   const std::u8string name = u8"kelcam t\u00e4st \u65e5\u672c ";
   do {
     m_folder =
@@ -44,8 +57,8 @@ std::string KelcamTest::Write(const std::string& name, const std::string& text) 
   return In(name);
 }
 
-std::vector<std::string> KelcamTest::Files() const {
-  std::vector<std::string> names;
+Lines KelcamTest::Files() const {
+  Lines names;
   for (const auto& entry : std::filesystem::directory_iterator(m_folder))
     names.push_back(Utf8(entry.path().filename()));
   std::sort(names.begin(), names.end());
@@ -62,18 +75,28 @@ nlohmann::json KelcamTest::Document(const Arguments& arguments) const {
   return nlohmann::json::parse(Kelcam(with_json).out);
 }
 
-ScriptedKelcamTest::ScriptedKelcamTest() : profile(Write("camera.ini", "API = Vimba\n")) {}
+ScriptedKelcamTest::ScriptedKelcamTest() : m_profile(Write("camera.ini", "API = Vimba\n")) {}
 
 KelcamTest::Arguments ScriptedKelcamTest::With(const std::string& command, const Arguments& more) const {
   Arguments arguments{"--module", Utf8(ProgramFile("kelcam").parent_path() / "kelcam-scripted-module.module"), "--log",
                       In("log.txt"), command};
-  if (command != "list") arguments.insert(arguments.end(), {"--profile", profile});
+  if (command != "list") arguments.insert(arguments.end(), {"--profile", m_profile});
   arguments.insert(arguments.end(), more.begin(), more.end());
   return arguments;
 }
 
-std::vector<std::string> ScriptedKelcamTest::Operations() const {
-  std::vector<std::string> operations;
+std::string ScriptedKelcamTest::Codes(const std::string& step, const std::vector<int>& codes) {
+  std::string word = step;
+  for (const int code : codes) word.append(word == step ? "=" : ",").append(std::to_string(code));
+  return word;
+}
+
+bool ScriptedKelcamTest::IsReleased() const {
+  return Text("log.txt").find("=== LogMessage\nRelease\n") != std::string::npos;
+}
+
+Lines ScriptedKelcamTest::Operations() const {
+  Lines operations;
   std::istringstream log(Text("log.txt"));
   for (std::string line; std::getline(log, line);) {
     if (line != "=== LogMessage" || !std::getline(log, line)) continue;

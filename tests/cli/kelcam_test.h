@@ -7,9 +7,22 @@
 #include <string>
 #include <vector>
 
+#include "gmock/gmock.h"
 #include "gtest/gtest.h"
 #include "nlohmann/json.hpp"
 #include "support/process.h"
+
+// The program's exit codes.
+constexpr int kDone = 0;
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+constexpr int kInterrupted = 130;
+
+using Lines = std::vector<std::string>;
+
+// The first and the last of the lines; all where there are not that many.
+Lines First(const Lines& lines, std::size_t count);
+Lines Last(const Lines& lines, std::size_t count);
 
 class KelcamTest : public testing::Test {
  protected:
@@ -23,7 +36,7 @@ class KelcamTest : public testing::Test {
   std::filesystem::path PathOf(const std::string& name) const;
   std::string Text(const std::string& name) const;
   std::string Write(const std::string& name, const std::string& text) const;  // returns In(name)
-  std::vector<std::string> Files() const;                                     // sorted
+  Lines Files() const;                                                        // sorted
 
   // Environment of every later run.
   void Setting(const std::string& variable, const std::string& value) { m_environment[variable] = value; }
@@ -43,13 +56,17 @@ class ScriptedKelcamTest : public KelcamTest {
   ScriptedKelcamTest();
 
   void Script(const std::string& script) { Setting("KELCAM_TEST_SCRIPT", script); }
+  // A word of a script: the codes with which a step ends, one time after the other.
+  static std::string Codes(const std::string& step, const std::vector<int>& codes);
 
   // COMMAND --profile PROFILE and these arguments.
   Arguments With(const std::string& command, const Arguments& more = {}) const;
   ProcessResult Snap(const Arguments& more) const { return Kelcam(With("snap", more)); }
 
-  // What the module was asked for in the last run, the opening and the release left out.
-  std::vector<std::string> Operations() const;
+  // What the module was asked for in the last run, between opening and release.
+  Lines Operations() const;
+  // Whether the camera of the last run was released.
+  bool IsReleased() const;
 
-  std::string profile;
+  std::string m_profile;
 };

@@ -11,7 +11,7 @@ TEST_F(List, PrintsOneIdentifierALine) {
 
   EXPECT_EQ(result.out, "Vimba_Scripted-\u00e4_1\nVimba_Scripted-\u00e4_2\n");
   EXPECT_EQ(result.err, "");
-  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_EQ(result.exit_code, kDone);
 }
 
 TEST_F(List, PrintsOneDocument) {
@@ -27,7 +27,7 @@ TEST_F(List, WithoutCamerasIsEmptyAndSaysSo) {
 
   EXPECT_EQ(result.out, "");
   EXPECT_EQ(result.err, "notice: no camera found\n");
-  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_EQ(result.exit_code, kDone);
 }
 
 TEST_F(List, ASystemThatDoesNotStartIsAnErrorWithItsReasons) {
@@ -40,8 +40,8 @@ TEST_F(List, ASystemThatDoesNotStartIsAnErrorWithItsReasons) {
             "  Vimba start-up\n"
             "     1 : no transport layer\n"
             "  End\n"
-            "(every message: -v shows them, --log FILE keeps them)\n");
-  EXPECT_EQ(result.exit_code, 1);
+            "(-v prints every message, --log FILE writes them to a file)\n");
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 }  // namespace

@@ -1,8 +1,11 @@
 // message_log_test.cpp
-// --log and -v: what the driver tells its host, to the letter.
+// --log and -v: what the driver reports to its host, to the letter.
 #include "kelcam_test.h"
 
 namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
 
 constexpr const char* kMessagesOfInfo =
     "=== LogMessage\n"
@@ -29,7 +32,7 @@ TEST_F(MessageLogFile, ShowsACaptionInBrackets) {
 
   Kelcam(With("info"));
 
-  EXPECT_NE(Text("log.txt").find("\n=== ShowInfo [!]\nChipRect failed\n"), std::string::npos) << Text("log.txt");
+  EXPECT_THAT(Text("log.txt"), HasSubstr("\n=== ShowInfo [!]\nChipRect failed\n"));
 }
 
 TEST_F(MessageLogFile, ReplacesAnOlderLog) {
@@ -53,9 +56,9 @@ TEST_F(MessageLogFile, AnUnwritableLogIsNamedBeforeAnythingElse) {
 
   const ProcessResult result = Kelcam(With("info"));
 
-  EXPECT_EQ(result.err.rfind("error: the log " + In("log.txt") + " cannot be written: ", 0), 0u) << result.err;
+  EXPECT_THAT(result.err, StartsWith("error: the log " + In("log.txt") + " cannot be written: "));
   EXPECT_EQ(result.out, "");
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 }  // namespace

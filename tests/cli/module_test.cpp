@@ -4,14 +4,17 @@
 
 namespace {
 
+using testing::HasSubstr;
+using testing::StartsWith;
+
 class ModuleLoading : public KelcamTest {};
 
 TEST_F(ModuleLoading, AMissingModuleIsNamed) {
   const ProcessResult result = Kelcam({"--module", In("none.module"), "list"});
 
-  EXPECT_EQ(result.err.rfind("error: the module " + In("none.module") + " cannot be loaded: ", 0), 0u) << result.err;
+  EXPECT_THAT(result.err, StartsWith("error: the module " + In("none.module") + " cannot be loaded: "));
   EXPECT_EQ(result.out, "");
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 TEST_F(ModuleLoading, AFileThatIsNoLibraryIsNamed) {
@@ -19,8 +22,8 @@ TEST_F(ModuleLoading, AFileThatIsNoLibraryIsNamed) {
 
   const ProcessResult result = Kelcam({"--module", file, "list"});
 
-  EXPECT_EQ(result.err.rfind("error: the module " + file + " cannot be loaded: ", 0), 0u) << result.err;
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_THAT(result.err, StartsWith("error: the module " + file + " cannot be loaded: "));
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 TEST_F(ModuleLoading, ALackingExportIsNamed) {
@@ -28,15 +31,16 @@ TEST_F(ModuleLoading, ALackingExportIsNamed) {
 
   const ProcessResult result = Kelcam({"--module", file, "list"});
 
-  EXPECT_EQ(result.err, "error: the module " + file + " lacks the export Vimba_ReleaseImagingDevice\n");
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "error: the module " + file + " does not export Vimba_ReleaseImagingDevice\n");
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 TEST_F(ModuleLoading, TheErrorIsADocumentToo) {
   const auto document = Document({"--module", In("none.module"), "list"});
 
-  EXPECT_EQ(document["error"]["code"], 0);
-  EXPECT_NE(document["error"]["text"].get<std::string>().find(In("none.module")), std::string::npos);
+  constexpr int kNoCode = 0;
+  EXPECT_EQ(document["error"]["code"], kNoCode);
+  EXPECT_THAT(document["error"]["text"].get<std::string>(), HasSubstr(In("none.module")));
 }
 
 }  // namespace

@@ -9,6 +9,8 @@
 
 namespace {
 
+using testing::StartsWith;
+
 class Pictures : public ScriptedKelcamTest {
  protected:
   void ExpectPicture(const std::string& name, int number, int channels) const {
@@ -24,7 +26,7 @@ TEST_F(Pictures, AMonochromeCameraGivesAGreyPng) {
   const ProcessResult result = Snap({"-o", In("x.png")});
 
   ExpectPicture("x.png", 1, 1);
-  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(result.exit_code, kDone) << result.err;
 }
 
 TEST_F(Pictures, AColourCameraGivesAColourPng) {
@@ -83,7 +85,7 @@ TEST_F(Pictures, EveryNumberMarkBecomesTheNumberAndNothingElseIsSpecial) {
     std::replace(name.begin(), name.end(), '#', static_cast<char>('0' + number));
     ExpectPicture(name, number, 1);
   }
-  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_EQ(result.exit_code, kDone);
 }
 
 TEST_F(Pictures, AFileOfThatNameIsReplaced) {
@@ -102,7 +104,7 @@ TEST_F(Pictures, AMissingFolderIsNamedBeforeTheCameraIsOpened) {
 
   EXPECT_EQ(result.err, "error: the picture " + file + " cannot be written: there is no folder " + In("none") + "\n");
   EXPECT_EQ(Text("log.txt"), "");
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 TEST_F(Pictures, AnUnwritableFileIsNamedAndLeavesNoHalfPicture) {
@@ -110,10 +112,10 @@ TEST_F(Pictures, AnUnwritableFileIsNamedAndLeavesNoHalfPicture) {
 
   const ProcessResult result = Snap({"-n", "2", "-o", In("%d.png")});
 
-  EXPECT_EQ(result.err.rfind("error: the picture " + In("1.png") + " cannot be written: ", 0), 0u) << result.err;
+  EXPECT_THAT(result.err, StartsWith("error: the picture " + In("1.png") + " cannot be written: "));
   EXPECT_EQ(Files(), (std::vector<std::string>{"1.png", "2.png", "camera.ini", "log.txt"}));
   ExpectPicture("2.png", 2, 1);
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 TEST_F(Pictures, ADeviceThatFillsInNothingIsAnError) {
@@ -121,9 +123,9 @@ TEST_F(Pictures, ADeviceThatFillsInNothingIsAnError) {
 
   const ProcessResult result = Snap({"-o", In("x.png")});
 
-  EXPECT_EQ(result.err, "error: the driver filled in no picture\n0 of 1 image taken\n");
+  EXPECT_EQ(result.err, "error: the driver delivered no picture\n0 of 1 image taken\n");
   EXPECT_EQ(Files(), (std::vector<std::string>{"camera.ini", "log.txt"}));
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 }  // namespace

@@ -1,33 +1,36 @@
 // profile_test.cpp
 // Profiles that cannot be read or do not lead to a camera.
+#include "berror.h"
 #include "kelcam_test.h"
 
 namespace {
 
+using testing::StartsWith;
+
 class Profiles : public ScriptedKelcamTest {};
 
 TEST_F(Profiles, AMissingProfileIsNamed) {
-  profile = In("none.ini");
+  m_profile = In("none.ini");
 
   const ProcessResult result = Kelcam(With("info"));
 
-  EXPECT_EQ(result.err.rfind("error 8400: the profile " + profile + " cannot be read: ", 0), 0u) << result.err;
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_THAT(result.err, StartsWith("error 8400: the profile " + m_profile + " cannot be read: "));
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 TEST_F(Profiles, AMalformedProfileIsNamedWithItsLine) {
-  profile = Write("bad.ini", "API = Vimba\n[never closed\n");
+  m_profile = Write("bad.ini", "API = Vimba\n[never closed\n");
 
   const ProcessResult result = Kelcam(With("info"));
 
-  EXPECT_EQ(result.err.rfind("error 8401: the profile " + profile + " is malformed, line 2: ", 0), 0u) << result.err;
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_THAT(result.err, StartsWith("error 8401: the profile " + m_profile + " is malformed, line 2: "));
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 TEST_F(Profiles, AProfileErrorIsADocumentToo) {
-  profile = In("none.ini");
+  m_profile = In("none.ini");
 
-  EXPECT_EQ(Document(With("info"))["error"]["code"], 8400);
+  EXPECT_EQ(Document(With("info"))["error"]["code"], BError::eProfileNotReadable);
 }
 
 TEST_F(Profiles, ACameraThatDoesNotOpenIsAnErrorWithTheLastNotices) {
@@ -35,34 +38,33 @@ TEST_F(Profiles, ACameraThatDoesNotOpenIsAnErrorWithTheLastNotices) {
 
   const ProcessResult result = Kelcam(With("info"));
 
-  EXPECT_EQ(result.err, "error: the camera of the profile " + profile +
+  EXPECT_EQ(result.err, "error: the camera of the profile " + m_profile +
                             " cannot be opened; the driver's last messages were:\n"
                             "  Initialize camera \u00fc\n"
                             "  Camera 1: does not answer\n"
                             "  ChipRect failed\n"
-                            "(every message: -v shows them, --log FILE keeps them)\n");
-  EXPECT_EQ(result.exit_code, 1);
+                            "(-v prints every message, --log FILE writes them to a file)\n");
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
-TEST_F(Profiles, AnErrorThrownWhileOpeningIsTold) {
-  Script("open=8420");
+TEST_F(Profiles, AnErrorThrownWhileOpeningIsPrinted) {
+  Script(Codes("open", {BError::eBadRotation}));
 
   const ProcessResult result = Kelcam(With("info"));
 
   EXPECT_EQ(result.err,
             "error 8420: the profile camera asks for a rotation that the driver does not have: RotateBy90Degree = 2\n");
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 TEST_F(Profiles, ComplaintsAboutValuesAreNotices) {
-  profile = Write("odd.ini", "Number = eleven\n");
+  m_profile = Write("odd.ini", "Number = eleven\n");
 
   const ProcessResult result = Kelcam(With("info"));
 
-  EXPECT_EQ(result.err.rfind("notice: ", 0), 0u) << result.err;
-  EXPECT_NE(result.err.find("Number"), std::string::npos) << result.err;
-  EXPECT_NE(result.err.find("eleven"), std::string::npos) << result.err;
-  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_EQ(result.err,
+            "notice: " + m_profile + ", line 1: Number = eleven is not used, it is not a whole number from 0 to 10\n");
+  EXPECT_EQ(result.exit_code, kDone);
 }
 
 }  // namespace

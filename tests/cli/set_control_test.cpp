@@ -4,12 +4,15 @@
 
 namespace {
 
+using testing::HasSubstr;
+
 class SetControl : public ScriptedKelcamTest {
  protected:
-  // The one operation by which the device got the value.
-  std::string OperationOf(const std::string& setting) {
+  // The first operation of the run, by which the device got the value.
+  std::string OperationOf(const std::string& setting) const {
     Snap({"-o", In("x.png"), "--set", setting});
-    return Operations().front();
+    const Lines operations = Operations();
+    return operations.empty() ? "none" : operations.front();
   }
 };
 
@@ -27,24 +30,24 @@ TEST_F(SetControl, ANumberWithTheUnitIsTheRealUnit) {
 TEST_F(SetControl, WhiteBalanceGoesThroughTheDevice) {
   Script("color=1");
 
-  EXPECT_EQ(OperationOf("wbred=150"), "SetWhiteBalanceRed(150, 0)");
-  EXPECT_EQ(OperationOf("wbblue=250"), "SetWhiteBalanceBlue(250, 0)");
+  EXPECT_EQ(OperationOf("wbred=150"), "SetWhiteBalanceRed(150, color = false)");
+  EXPECT_EQ(OperationOf("wbblue=250"), "SetWhiteBalanceBlue(250, color = false)");
 }
 
 TEST_F(SetControl, SettingsAreAppliedInTheirOrder) {
   Snap({"-o", In("x.png"), "--set", "gain=1", "--set", "exposure=2", "--set", "gain=3"});
 
-  EXPECT_EQ(std::vector<std::string>(Operations()).at(2), "gain.SetValue(3)");
+  EXPECT_EQ(First(Operations(), 3), (Lines{"gain.SetValue(1)", "exposure.SetValue(2)", "gain.SetValue(3)"}));
 }
 
 TEST_F(SetControl, AWrongUnitIsNamedAndNothingIsSnapped) {
   const ProcessResult result = Snap({"-o", In("x.png"), "--set", "exposure=3us"});
 
   EXPECT_EQ(result.err,
-            "kelcam: --set exposure=3us: wrong unit \"us\"; the unit of exposure is ms\n(kelcam --help tells more)\n");
-  EXPECT_EQ(Operations(), std::vector<std::string>{});
-  EXPECT_NE(Text("log.txt").find("=== LogMessage\nRelease\n"), std::string::npos);
-  EXPECT_EQ(result.exit_code, 2);
+            "kelcam: --set exposure=3us: wrong unit \"us\"; the unit of exposure is ms\n(see kelcam --help)\n");
+  EXPECT_EQ(Operations(), Lines{});
+  EXPECT_TRUE(IsReleased());
+  EXPECT_EQ(result.exit_code, kWrongUsage);
 }
 
 TEST_F(SetControl, WhiteBalanceHasNoUnit) {
@@ -52,13 +55,13 @@ TEST_F(SetControl, WhiteBalanceHasNoUnit) {
 
   const ProcessResult result = Snap({"-o", In("x.png"), "--set", "wbred=1.5x"});
 
-  EXPECT_EQ(result.err, "kelcam: --set wbred=1.5x: wrong unit \"x\"; wbred has none\n(kelcam --help tells more)\n");
-  EXPECT_EQ(result.exit_code, 2);
+  EXPECT_EQ(result.err, "kelcam: --set wbred=1.5x: wrong unit \"x\"; wbred has none\n(see kelcam --help)\n");
+  EXPECT_EQ(result.exit_code, kWrongUsage);
 }
 
 TEST_F(SetControl, AControlThatTheCameraLacksIsNamed) {
   Script("exposure=0");
-  const std::string end = "\n(kelcam --help tells more)\n";
+  const std::string end = "\n(see kelcam --help)\n";
 
   EXPECT_EQ(Snap({"-o", In("x.png"), "--set", "exposure=3"}).err,
             "kelcam: this camera has no control \"exposure\"" + end);
@@ -77,15 +80,20 @@ TEST_F(SetControl, AValueOutsideTheRangeIsSetToItsEndAndNoticed) {
     EXPECT_EQ(result.err, std::string("notice: ") + setting +
                               " is outside the camera's range (1 to 20000 in the control's integer unit); set to " +
                               std::to_string(value) + "\n");
-    EXPECT_EQ(Operations().front(), "exposure.SetValue(" + std::to_string(value) + ")");
-    EXPECT_EQ(result.exit_code, 0);
+    EXPECT_EQ(First(Operations(), 1), Lines{"exposure.SetValue(" + std::to_string(value) + ")"});
+    EXPECT_EQ(result.exit_code, kDone);
   }
 }
 
 TEST_F(SetControl, AWhiteBalanceOutsideTheRangeIsNoticedToo) {
   Script("color=1");
 
-  EXPECT_EQ(OperationOf("wbblue=1000"), "SetWhiteBalanceBlue(400, 0)");
+  const ProcessResult result = Snap({"-o", In("x.png"), "--set", "wbblue=1000"});
+
+  EXPECT_EQ(
+      result.err,
+      "notice: wbblue=1000 is outside the camera's range (80 to 400 in the control's integer unit); set to 400\n");
+  EXPECT_EQ(First(Operations(), 1), Lines{"SetWhiteBalanceBlue(400, color = false)"});
 }
 
 TEST_F(SetControl, AValueThatTheCameraRefusesEndsTheCommand) {
@@ -94,8 +102,8 @@ TEST_F(SetControl, AValueThatTheCameraRefusesEndsTheCommand) {
 
     const ProcessResult result = Snap({"-o", In("x.png"), "--set", control + "=90"});
 
-    EXPECT_NE(result.err.find("error: the camera does not take " + control + "=90\n"), std::string::npos) << result.err;
-    EXPECT_EQ(result.exit_code, 1);
+    EXPECT_THAT(result.err, HasSubstr("error: the camera refused " + control + "=90\n"));
+    EXPECT_EQ(result.exit_code, kFailed);
   }
 }
 

@@ -7,6 +7,9 @@
 
 namespace {
 
+using testing::HasSubstr;
+using testing::StartsWith;
+
 class SimulatedCameras : public SimulatedKelcamTest {
  protected:
   SimulatedCameras() { Simulate(); }
@@ -24,7 +27,7 @@ TEST_F(BuiltInCameras, ThreeAreListed) {
   const nlohmann::json cameras = Document({"list"})["cameras"];
 
   ASSERT_EQ(cameras.size(), 3u);
-  for (const std::string camera : cameras) EXPECT_EQ(camera.rfind("Vimba_", 0), 0u) << camera;
+  for (const std::string camera : cameras) EXPECT_THAT(camera, StartsWith("Vimba_"));
 }
 
 TEST_F(BuiltInCameras, EachExampleProfileOpensOneOfThem) {
@@ -36,12 +39,12 @@ TEST_F(BuiltInCameras, EachExampleProfileOpensOneOfThem) {
   EXPECT_EQ(opened, std::set<std::string>(cameras.begin(), cameras.end()));
 }
 
-TEST_F(SimulatedCameras, InfoTellsControlsAndRates) {
+TEST_F(SimulatedCameras, InfoReportsControlsAndRates) {
   const nlohmann::json info = Info(Profile("colour"));
 
-  std::vector<std::string> controls;
+  Lines controls;
   for (const auto& control : info["controls"]) controls.push_back(control["name"]);
-  EXPECT_EQ(controls, (std::vector<std::string>{"gain", "exposure", "sensor temperature", "board temperature"}));
+  EXPECT_EQ(controls, (Lines{"gain", "exposure", "sensor temperature", "board temperature"}));
   EXPECT_EQ(info["color"], true);
   EXPECT_EQ(info["trigger"], nlohmann::json({{"external", false}}));
   EXPECT_LT(info["whiteBalance"]["min"], info["whiteBalance"]["max"]);
@@ -52,21 +55,25 @@ TEST_F(SimulatedCameras, InfoTellsControlsAndRates) {
 TEST_F(SimulatedCameras, AContinuousRunTakesItsImagesWithOneStart) {
   const ProcessResult result = Run("snap", Profile("mono"), {"-n", "3", "--mode", "continuous", "-o", In("%d.pgm")});
 
-  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(result.exit_code, kDone) << result.err;
   EXPECT_EQ(Count(Text("log.txt"), " : Command AcquisitionStart -> 0\n"), 1u);
   EXPECT_EQ(Count(Text("log.txt"), " : Frame error code = 0\n"), 3u);
-  EXPECT_NE(Text("1.pgm"), Text("3.pgm"));  // the chart moves
+  // The chart moves.
+  EXPECT_NE(Text("1.pgm"), Text("3.pgm"));
 }
 
 TEST_F(SimulatedCameras, FreeRunTakesSingleImagesToo) {
-  EXPECT_EQ(Run("snap", Profile("mono"), {"--trigger", "free", "-o", In("x.pgm")}).exit_code, 0);
+  const DecodedPicture picture = Picture(Profile("mono"), {"--trigger", "free"});
+
+  EXPECT_EQ(picture.channels, 1);
 }
 
 TEST_F(SimulatedCameras, SoftwareTriggerTakesContinuousImagesToo) {
   const ProcessResult result =
       Run("snap", Profile("mono"), {"-n", "3", "--mode", "continuous", "--trigger", "software", "-o", In("%d.pgm")});
 
-  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(result.err, "3 of 3 images taken\n");
+  EXPECT_EQ(result.exit_code, kDone);
 }
 
 TEST_F(SimulatedCameras, ALineThatDoesNotMoveTimesOut) {
@@ -74,8 +81,8 @@ TEST_F(SimulatedCameras, ALineThatDoesNotMoveTimesOut) {
       Run("snap", Profile("mono"), {"--trigger", "line", "--timeout", "200", "-o", In("x.pgm")});
 
   EXPECT_EQ(result.err, "error 12106: no image arrived in time\n0 of 1 image taken\n");
-  EXPECT_EQ(result.exit_code, 1);
-  EXPECT_NE(Text("log.txt").find(" : Trigger is on: 1\n"), std::string::npos);
+  EXPECT_EQ(result.exit_code, kFailed);
+  EXPECT_THAT(Text("log.txt"), HasSubstr(" : Trigger is on: 1\n"));
 }
 
 TEST_F(SimulatedCameras, LiveCountsFramesForASecond) {
@@ -90,15 +97,15 @@ TEST_F(SimulatedCameras, LiveCountsFramesForASecond) {
 TEST_F(SimulatedCameras, TheDriverWritesTheIdentifierIntoTheProfile) {
   const std::string name = Info(Profile("mono"))["name"];
 
-  EXPECT_NE(Text("mono.ini").find(name), std::string::npos) << Text("mono.ini");
+  EXPECT_THAT(Text("mono.ini"), HasSubstr(name));
 }
 
 TEST_F(SimulatedCameras, ARotationThatTheDriverDoesNotHaveIsAnError) {
   const ProcessResult result = Run("info", Profile("mono", "\nRotateBy90Degree = 2\n"));
 
-  EXPECT_EQ(result.err.rfind("error 8420: ", 0), 0u) << result.err;
-  EXPECT_NE(result.err.find("RotateBy90Degree = 2"), std::string::npos) << result.err;
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_THAT(result.err, StartsWith("error 8420: "));
+  EXPECT_THAT(result.err, HasSubstr("RotateBy90Degree = 2"));
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 TEST_F(SimulatedCameras, ACameraThatIsNotThereIsAnErrorWithItsReasons) {
@@ -111,8 +118,8 @@ TEST_F(SimulatedCameras, ACameraThatIsNotThereIsAnErrorWithItsReasons) {
                             "  Initialize \n"
                             "  InitMethod: IP ()\n"
                             "  Camera (IP: 192.0.2.77): - InitByAddr failed\n"
-                            "(every message: -v shows them, --log FILE keeps them)\n");
-  EXPECT_EQ(result.exit_code, 1);
+                            "(-v prints every message, --log FILE writes them to a file)\n");
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 }  // namespace

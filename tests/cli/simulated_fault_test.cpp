@@ -1,12 +1,18 @@
 // simulated_fault_test.cpp
-// What kelcam tells and does when a simulated camera fails.
+// What kelcam reports and does when a simulated camera fails.
 #include <regex>
 
+#include "VimbaC.h"
 #include "simulated_kelcam_test.h"
 
 namespace {
 
+using testing::HasSubstr;
+
 using nlohmann::json;
+
+// The count of a fault that goes on.
+constexpr int kEveryTime = 0;
 
 class SimulatedFaults : public SimulatedKelcamTest {
  protected:
@@ -14,41 +20,41 @@ class SimulatedFaults : public SimulatedKelcamTest {
 };
 
 TEST_F(SimulatedFaults, AFailingAcquisitionStartIsNotFollowedBySnap) {
-  Fault({{"call", "VmbFeatureCommandRun"}, {"feature", "AcquisitionStart"}, {"error", -12}});
+  Fault({{"call", "VmbFeatureCommandRun"}, {"feature", "AcquisitionStart"}, {"error", VmbErrorTimeout}});
 
   const ProcessResult result = Run("snap", Profile("mono"), {"-n", "2", "-o", In("%d.pgm")});
 
   EXPECT_EQ(result.err, "error 12103: acquisition failed: AcquisitionStart failed (image 1)\n1 of 2 images taken\n");
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.exit_code, kFailed);
   EXPECT_FALSE(std::filesystem::exists(PathOf("1.pgm")));
   EXPECT_TRUE(std::filesystem::exists(PathOf("2.pgm")));
 }
 
 TEST_F(SimulatedFaults, AFailingAcquisitionStopFailsItsImage) {
-  Fault({{"call", "VmbFeatureCommandRun"}, {"feature", "AcquisitionStop"}, {"error", -12}});
+  Fault({{"call", "VmbFeatureCommandRun"}, {"feature", "AcquisitionStop"}, {"error", VmbErrorTimeout}});
 
   const ProcessResult result = Run("snap", Profile("mono"), {"-o", In("x.pgm")});
 
   EXPECT_EQ(result.err, "error 12103: acquisition failed: AcquisitionStop failed\n0 of 1 image taken\n");
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 TEST_F(SimulatedFaults, AnIncompleteFrameFailsItsImageOnly) {
-  Fault({{"frame", 1}, {"status", -1}});
+  Fault({{"frame", 1}, {"status", VmbFrameStatusIncomplete}});
 
   const ProcessResult result = Run("snap", Profile("mono"), {"-n", "3", "-o", In("%d.pgm")});
 
   EXPECT_EQ(result.err, "error 12103: acquisition failed (image 2)\n2 of 3 images taken\n");
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 TEST_F(SimulatedFaults, ARefusedPixelFormatIsAmongTheReasons) {
-  Fault({{"call", "VmbFeatureEnumSet"}, {"feature", "PixelFormat"}, {"error", -11}});
+  Fault({{"call", "VmbFeatureEnumSet"}, {"feature", "PixelFormat"}, {"error", VmbErrorInvalidValue}});
 
   const ProcessResult result = Run("info", Profile("mono"));
 
-  EXPECT_NE(result.err.find("\n  ColorCodeMono failed\n"), std::string::npos) << result.err;
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_THAT(result.err, HasSubstr("\n  ColorCodeMono failed\n"));
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 TEST_F(SimulatedFaults, ASystemThatDoesNotStartIsAnErrorWithItsReasons) {
@@ -62,18 +68,18 @@ TEST_F(SimulatedFaults, ASystemThatDoesNotStartIsAnErrorWithItsReasons) {
                              "     1 : .* : Vimba Startup ok\n"
                              "     2 : .* : GeVTLIsPresent = false\n"
                              "     3 : .* : End\n"
-                             "\\(every message: -v shows them, --log FILE keeps them\\)\n")))
+                             "\\(-v prints every message, --log FILE writes them to a file\\)\n")))
       << result.err;
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 TEST_F(SimulatedFaults, TheCodeOfAFailedStartUpIsAmongTheReasons) {
-  Fault({{"call", "VmbStartup"}, {"error", -19}});
+  Fault({{"call", "VmbStartup"}, {"error", VmbErrorIncomplete}});
 
   const ProcessResult result = Run("info", Profile("mono"));
 
-  EXPECT_NE(result.err.find(" : Vimba Startup fails : -19\n"), std::string::npos) << result.err;
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_THAT(result.err, HasSubstr(" : Vimba Startup fails : " + std::to_string(VmbErrorIncomplete) + "\n"));
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 TEST_F(SimulatedFaults, ALinkWithoutCamerasIsEmpty) {
@@ -83,7 +89,7 @@ TEST_F(SimulatedFaults, ALinkWithoutCamerasIsEmpty) {
 
   EXPECT_EQ(result.out, "");
   EXPECT_EQ(result.err, "notice: no camera found\n");
-  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_EQ(result.exit_code, kDone);
 }
 
 TEST_F(SimulatedFaults, AnUnpluggedCameraEndsALiveRunWithFailures) {
@@ -91,18 +97,18 @@ TEST_F(SimulatedFaults, AnUnpluggedCameraEndsALiveRunWithFailures) {
 
   const ProcessResult result = Run("live", Profile("mono"), {"--seconds", "1", "--timeout", "300"});
 
-  EXPECT_NE(result.err.find("error 12106: no image arrived in time\n"), std::string::npos) << result.err;
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_THAT(result.err, HasSubstr("error 12106: no image arrived in time\n"));
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
-TEST_F(SimulatedFaults, AControlThatTheCameraRefusesIsTold) {
+TEST_F(SimulatedFaults, AControlThatTheCameraRefusesIsAnError) {
   const std::string profile = Profile("mono");
-  Fault({{"call", "VmbFeatureFloatSet"}, {"feature", "Gain"}, {"error", -12}, {"count", 0}});
+  Fault({{"call", "VmbFeatureFloatSet"}, {"feature", "Gain"}, {"error", VmbErrorTimeout}, {"count", kEveryTime}});
 
   const ProcessResult result = Run("snap", profile, {"--set", "gain=7", "-o", In("x.pgm")});
 
-  EXPECT_EQ(result.err, "error: the camera does not take gain=7\n");
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "error: the camera refused gain=7\n");
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 }  // namespace

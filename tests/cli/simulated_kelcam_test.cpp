@@ -8,7 +8,7 @@
 #include <sstream>
 
 std::string SimulatedKelcamTest::Profile(const std::string& name, const std::string& more_lines) const {
-  const std::filesystem::path example = std::filesystem::path(KELCAM_PROFILES) / (name + ".ini");
+  const std::filesystem::path example = std::filesystem::path(KEL_EXAMPLE_PROFILES) / (name + ".ini");
   std::ostringstream text;
   text << std::ifstream(example, std::ios::binary).rdbuf();
   return Write(name + ".ini", text.str() + more_lines);
@@ -26,10 +26,11 @@ nlohmann::json SimulatedKelcamTest::Info(const std::string& profile) const {
 }
 
 DecodedPicture SimulatedKelcamTest::Picture(const std::string& profile, const Arguments& more) const {
-  Arguments arguments{"-o", In("x.png"), "--timeout", "60000"};  // drawing the first picture takes long in a slow build
+  // Drawing the first picture takes long in a slow build.
+  Arguments arguments{"-o", In("x.png"), "--timeout", "60000"};
   arguments.insert(arguments.end(), more.begin(), more.end());
   const ProcessResult result = Run("snap", profile, arguments);
-  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(result.exit_code, kDone) << result.err;
   DecodedPicture picture = Decoded(Text("x.png"));
   EXPECT_FALSE(picture.pixels.empty());
   return picture;

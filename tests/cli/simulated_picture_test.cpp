@@ -7,10 +7,25 @@
 
 namespace {
 
-class SimulatedPictures : public SimulatedKelcamTest {
- protected:
-  SimulatedPictures() { Simulate(); }
-};
+// Channels of a picture.
+constexpr int kRed = 0;
+constexpr int kGreen = 1;
+constexpr int kBlue = 2;
+constexpr int kGrey = 0;
+
+// Patches of the chart.
+constexpr int kPatches = static_cast<int>(Simulator::kChartPatches.size());
+constexpr int kRedPatch = 14;
+constexpr int kWhitePatch = 18;
+constexpr int kBlackPatch = 23;
+
+// How far a patch may be off its colour, in values of 0 to 255: noise, and for YUV the colours that pixels share.
+constexpr double kTolerance = 6.0;
+constexpr double kYuvTolerance = 8.0;
+// What nobody takes for noise.
+constexpr double kClearly = 20.0;
+
+const Simulator::ChartPatch& Patch(int number) { return Simulator::kChartPatches[static_cast<std::size_t>(number)]; }
 
 // The middle half of a patch, well inside its edges.
 double PatchMean(const DecodedPicture& picture, int patch, int channel) {
@@ -20,39 +35,34 @@ double PatchMean(const DecodedPicture& picture, int patch, int channel) {
   return Mean(picture, channel, area.left + x, area.top + y, area.right - x, area.bottom - y);
 }
 
-TEST_F(SimulatedPictures, TheColourCameraShowsThePatchesInTheirColours) {
-  const DecodedPicture picture = Picture(Profile("colour"));
+class SimulatedPictures : public SimulatedKelcamTest {
+ protected:
+  SimulatedPictures() { Simulate(); }
 
-  ASSERT_EQ(picture.channels, 3);
-  for (std::size_t i = 0; i < Simulator::kChartPatches.size(); ++i) {
-    const Simulator::ChartPatch& patch = Simulator::kChartPatches[i];
-    const int patch_number = static_cast<int>(i);
-    EXPECT_NEAR(PatchMean(picture, patch_number, 0), patch.red, 6.0) << patch.name;
-    EXPECT_NEAR(PatchMean(picture, patch_number, 1), patch.green, 6.0) << patch.name;
-    EXPECT_NEAR(PatchMean(picture, patch_number, 2), patch.blue, 6.0) << patch.name;
+  static void ExpectColours(const DecodedPicture& picture, double tolerance) {
+    ASSERT_EQ(picture.channels, 3);
+    for (int patch = 0; patch < kPatches; ++patch) {
+      EXPECT_NEAR(PatchMean(picture, patch, kRed), Patch(patch).red, tolerance) << Patch(patch).name;
+      EXPECT_NEAR(PatchMean(picture, patch, kGreen), Patch(patch).green, tolerance) << Patch(patch).name;
+      EXPECT_NEAR(PatchMean(picture, patch, kBlue), Patch(patch).blue, tolerance) << Patch(patch).name;
+    }
   }
+};
+
+TEST_F(SimulatedPictures, TheColourCameraShowsThePatchesInTheirColours) {
+  ExpectColours(Picture(Profile("colour")), kTolerance);
 }
 
 TEST_F(SimulatedPictures, TheYuvCameraShowsThemInColourModeToo) {
-  const DecodedPicture picture = Picture(Profile("yuv"), {"--color", "on"});
-
-  ASSERT_EQ(picture.channels, 3);
-  for (std::size_t i = 0; i < Simulator::kChartPatches.size(); ++i) {
-    const Simulator::ChartPatch& patch = Simulator::kChartPatches[i];
-    const int patch_number = static_cast<int>(i);
-    EXPECT_NEAR(PatchMean(picture, patch_number, 0), patch.red, 8.0) << patch.name;
-    EXPECT_NEAR(PatchMean(picture, patch_number, 1), patch.green, 8.0) << patch.name;
-    EXPECT_NEAR(PatchMean(picture, patch_number, 2), patch.blue, 8.0) << patch.name;
-  }
+  ExpectColours(Picture(Profile("yuv"), {"--color", "on"}), kYuvTolerance);
 }
 
 TEST_F(SimulatedPictures, TheMonochromeCameraShowsTheGreyPatchesInTheirGrey) {
   const DecodedPicture picture = Picture(Profile("mono"));
 
   ASSERT_EQ(picture.channels, 1);
-  for (int grey = 18; grey < 24; ++grey) {
-    const Simulator::ChartPatch& patch = Simulator::kChartPatches[static_cast<std::size_t>(grey)];
-    EXPECT_NEAR(PatchMean(picture, grey, 0), patch.green, 6.0) << patch.name;
+  for (int grey = kWhitePatch; grey <= kBlackPatch; ++grey) {
+    EXPECT_NEAR(PatchMean(picture, grey, kGrey), Patch(grey).green, kTolerance) << Patch(grey).name;
   }
 }
 
@@ -73,8 +83,8 @@ TEST_F(SimulatedPictures, ExposureMakesThemBrighter) {
   const double normal = Mean(Picture(profile, {"--set", "exposure=10ms"}));
   const double bright = Mean(Picture(profile, {"--set", "exposure=500"}));
 
-  EXPECT_LT(dark, normal - 20.0);
-  EXPECT_GT(bright, normal + 20.0);
+  EXPECT_LT(dark, normal - kClearly);
+  EXPECT_GT(bright, normal + kClearly);
 }
 
 TEST_F(SimulatedPictures, GainMakesThemBrighter) {
@@ -83,31 +93,37 @@ TEST_F(SimulatedPictures, GainMakesThemBrighter) {
   const double dark = Mean(Picture(profile, {"--set", "gain=0", "--set", "exposure=2ms"}));
   const double bright = Mean(Picture(profile, {"--set", "gain=5x", "--set", "exposure=2ms"}));
 
-  EXPECT_GT(bright, dark + 20.0);
+  EXPECT_GT(bright, dark + kClearly);
 }
 
 TEST_F(SimulatedPictures, WhiteBalanceShiftsTheColours) {
   const std::string profile = Profile("colour");
-  const int white = 18;
 
   const DecodedPicture red = Picture(profile, {"--set", "wbred=200", "--set", "exposure=4ms"});
   const DecodedPicture blue = Picture(profile, {"--set", "wbblue=200", "--set", "exposure=4ms"});
 
-  EXPECT_GT(PatchMean(red, white, 0), PatchMean(red, white, 2) + 20.0);
-  EXPECT_GT(PatchMean(blue, white, 2), PatchMean(blue, white, 0) + 20.0);
+  EXPECT_GT(PatchMean(red, kWhitePatch, kRed), PatchMean(red, kWhitePatch, kBlue) + kClearly);
+  EXPECT_GT(PatchMean(blue, kWhitePatch, kBlue), PatchMean(blue, kWhitePatch, kRed) + kClearly);
 }
 
 TEST_F(SimulatedPictures, TheProfileTurnsTheMonochromePictureClockwise) {
   const DecodedPicture upright = Picture(Profile("mono"));
   const DecodedPicture turned = Picture(Profile("mono", "\nRotateBy90Degree = 1\n"));
 
+  // Pixels from a patch's edge; what the noise of two pictures comes to.
+  constexpr double kMargin = 4.0;
+  constexpr double kTurnedTolerance = 3.0;
   ASSERT_EQ(turned.width, upright.height);
   ASSERT_EQ(turned.height, upright.width);
-  for (int patch = 0; patch < 24; ++patch) {
+  for (int patch = 0; patch < kPatches; ++patch) {
     const Simulator::PatchArea area = Simulator::ChartPatchArea(upright.width, upright.height, patch);
-    const double left = upright.height - area.bottom;  // clockwise: the lower edge comes to lie on the left
-    EXPECT_NEAR(Mean(turned, 0, left + 4, area.left + 4, upright.height - area.top - 4, area.right - 4),
-                Mean(upright, 0, area.left + 4, area.top + 4, area.right - 4, area.bottom - 4), 3.0)
+    // Clockwise: the lower edge becomes the left one.
+    const double left = upright.height - area.bottom;
+    const double right = upright.height - area.top;
+    EXPECT_NEAR(
+        Mean(turned, kGrey, left + kMargin, area.left + kMargin, right - kMargin, area.right - kMargin),
+        Mean(upright, kGrey, area.left + kMargin, area.top + kMargin, area.right - kMargin, area.bottom - kMargin),
+        kTurnedTolerance)
         << patch;
   }
 }
@@ -116,14 +132,14 @@ TEST_F(SimulatedPictures, AColourCameraGivesAMonochromePictureOnRequest) {
   const DecodedPicture picture = Picture(Profile("colour"), {"--kind", "mono", "--area", "[p]"});
 
   EXPECT_EQ(picture.channels, 1);
-  EXPECT_GT(PatchMean(picture, 18, 0), PatchMean(picture, 23, 0) + 100.0);  // white over black
+  EXPECT_GT(PatchMean(picture, kWhitePatch, kGrey), PatchMean(picture, kBlackPatch, kGrey) + 100.0);
 }
 
 TEST_F(SimulatedPictures, TheFastConversionShowsTheSameColours) {
   const DecodedPicture fast = Picture(Profile("colour"), {"--area", "[l]"});
 
-  EXPECT_NEAR(PatchMean(fast, 14, 0), Simulator::kChartPatches[14].red, 6.0);
-  EXPECT_NEAR(PatchMean(fast, 14, 2), Simulator::kChartPatches[14].blue, 6.0);
+  EXPECT_NEAR(PatchMean(fast, kRedPatch, kRed), Patch(kRedPatch).red, kTolerance);
+  EXPECT_NEAR(PatchMean(fast, kRedPatch, kBlue), Patch(kRedPatch).blue, kTolerance);
 }
 
 }  // namespace

@@ -6,6 +6,9 @@
 
 namespace {
 
+using testing::AllOf;
+using testing::HasSubstr;
+
 class Terminal : public ScriptedKelcamTest {
  protected:
   // The command line as a shell takes it, this text after it.
@@ -24,9 +27,8 @@ TEST_F(Terminal, LiveShowsItsProgressThere) {
 
   const ProcessResult result = Process("/usr/bin/script", {"-qec", line, "/dev/null"}).Wait();
 
-  EXPECT_TRUE(result.out.find(" frames in ") != std::string::npos && result.out.find('\r') != std::string::npos)
-      << result.out;
-  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_THAT(result.out, AllOf(HasSubstr(" frames in "), HasSubstr("\r")));
+  EXPECT_EQ(result.exit_code, kDone);
 }
 
 TEST_F(Terminal, SnapShowsItsProgressThere) {
@@ -34,15 +36,25 @@ TEST_F(Terminal, SnapShowsItsProgressThere) {
 
   const ProcessResult result = Process("/usr/bin/script", {"-qec", line, "/dev/null"}).Wait();
 
-  EXPECT_NE(result.out.find("image 2 of 2"), std::string::npos) << result.out;
+  EXPECT_THAT(result.out, HasSubstr("image 2 of 2"));
+  EXPECT_EQ(result.exit_code, kDone);
 }
 
 TEST_F(Terminal, AFullOutputIsAnErrorAndTheCameraIsClosed) {
   const ProcessResult result = Process("/bin/sh", {"-c", ShellLine(With("info"), " >/dev/full")}).Wait();
 
   EXPECT_EQ(result.err, "error: the result could not be written to standard output\n");
-  EXPECT_NE(Text("log.txt").find("=== LogMessage\nRelease\n"), std::string::npos);
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_TRUE(IsReleased());
+  EXPECT_EQ(result.exit_code, kFailed);
+}
+
+TEST_F(Terminal, ALogThatDoesNotTakeEverythingIsAnError) {
+  std::filesystem::create_symlink("/dev/full", PathOf("log.txt"));
+
+  const ProcessResult result = Kelcam(With("info"));
+
+  EXPECT_EQ(result.err, "error: the log " + In("log.txt") + " could not be written completely\n");
+  EXPECT_EQ(result.exit_code, kFailed);
 }
 
 TEST_F(Terminal, AReaderThatIsGoneDoesNotKeepTheCameraFromBeingClosed) {
@@ -50,7 +62,7 @@ TEST_F(Terminal, AReaderThatIsGoneDoesNotKeepTheCameraFromBeingClosed) {
 
   Process("/bin/sh", {"-c", line}).Wait();
 
-  EXPECT_NE(Text("log.txt").find("=== LogMessage\nRelease\n"), std::string::npos);
+  EXPECT_TRUE(IsReleased());
 }
 
 }  // namespace

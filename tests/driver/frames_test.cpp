@@ -35,7 +35,7 @@ struct Frames : OpenedCamera {
     while (cameras->State()["queued"] != RingFrames()) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
   }
   Texts CallbackMessage() {
-    EXPECT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, kDeadlineMs));
+    EXPECT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, std::chrono::milliseconds(kDeadlineMs)));
     return Message(L"OnFrameExt()");
   }
 };
@@ -143,7 +143,7 @@ TEST_F(Frames, ACameraWithoutALatchRefusesEveryFrame) {
 TEST_F(Frames, AFrameOfAnEarlierAcquisitionIsNotPopped) {
   StartWaiting();
   cameras->Deliver();
-  ASSERT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, kDeadlineMs));
+  ASSERT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, std::chrono::milliseconds(kDeadlineMs)));
   Device().StopSnap();
   Device().StartSnap(false);
   EXPECT_EQ(Device().Snap(nullptr, 30), BError(BError::eTimeout));
@@ -240,7 +240,7 @@ TEST_F(Frames, MessagesOfCallbacksCountOnTheClockOfTheSnap) {
   const BStopWatch since_start;
   while (since_start.PeriodD() < kRunsForMs) std::this_thread::yield();
   cameras->Deliver();
-  ASSERT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, kDeadlineMs));
+  ASSERT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, std::chrono::milliseconds(kDeadlineMs)));
   const Texts messages = output.WithCaption(L"");
   const auto of_callback = [](const std::wstring& text) { return text.find(L"OnFrameExt()") != text.npos; };
   const auto message = std::find_if(messages.begin(), messages.end(), of_callback);

@@ -74,7 +74,7 @@ class Loading(unittest.TestCase):
         cls.rounds = resources_of_rounds()
 
     def test_ModuleIsLoadedUsedAndUnloadedManyTimes(self):
-        self.assertEqual(ROUNDS, len(self.rounds))
+        self.assertEqual(len(self.rounds), ROUNDS)
 
     def assert_not_grown(self, held):
         self.assertLessEqual(min(held[-FEW:]), max(held[SETTLED : SETTLED + FEW]))
@@ -85,7 +85,7 @@ class Loading(unittest.TestCase):
         self.assert_not_grown(handles)
 
     def test_NoThreadIsLeft(self):
-        self.assertEqual([1] * ROUNDS, [threads for _, threads, _ in self.rounds])
+        self.assertEqual([threads for _, threads, _ in self.rounds], [1] * ROUNDS)
 
     def test_NoMemoryIsLeft(self):
         self.assert_not_grown([heap_bytes for _, _, heap_bytes in self.rounds])

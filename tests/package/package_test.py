@@ -8,6 +8,7 @@ import argparse
 import ctypes.util
 import os
 import pathlib
+import re
 import shutil
 import struct
 import subprocess
@@ -21,7 +22,12 @@ SHIPPED_THIRD_PARTY = {
     "linux": ["CLI11", "JSON for Modern C++", "Highway", "stb", "SimpleIni"],
     "windows": ["CLI11", "JSON for Modern C++", "Highway", "stb", "SimpleIni", "GCC", "MinGW-w64"],
 }
+# From each of them a host gets at classes that no other one includes.
+ENTRY_HEADERS = {"driver/kel_camera_vimba.h", "bbaseaoi.h", "bcamprofilekeys.h", "bcolorconverter.h", "imagingdevice.h"}
 CAMERAS = {"mono": 0, "colour": 2}  # the profiles and the colour type of their PNG files
+SIMULATED_CAMERAS = 3
+# Pixels: no sensor of theirs is as small.
+LEAST_SIDE = 500
 
 options = argparse.Namespace()
 
@@ -120,17 +126,26 @@ class Packages(unittest.TestCase):
         cls.files = sorted(file for file in folder.iterdir() if file.is_file())
         cls.packages = [Package(file) for file in cls.files]
 
-    def test_NamesTellVersionSystemAndMachine(self):
+    def test_NamesHoldVersionSystemAndMachine(self):
         name = f"kelCameraVimba-{options.version}-{options.system}-x64."
         expected = sorted(name + ending for ending in ENDINGS[options.system])
-        self.assertEqual(expected, [file.name for file in self.files])
+        self.assertEqual([file.name for file in self.files], expected)
 
     def test_SimulatedVimbaCLiesOnlyInItsOwnFolder(self):
         for package in self.packages:
             with self.subTest(package.name):
                 library = "VimbaC.dll" if options.system == "windows" else "libVimbaC.so"
                 found = list(package.top.rglob("*VimbaC.*"))
-                self.assertEqual([package.run_folder / "simulator" / library], found)
+                self.assertEqual(found, [package.run_folder / "simulator" / library])
+
+    def test_SdkHasItsHeadersAndAllThatTheyInclude(self):
+        for package in self.packages:
+            with self.subTest(package.name):
+                folder = package.top / "include/kelCameraVimba"
+                headers = {header.relative_to(folder).as_posix(): header for header in folder.rglob("*.h")}
+                texts = [header.read_text(encoding="utf-8") for header in headers.values()]
+                included = set(re.findall(r'#include "([^"]+)"', "".join(texts)))
+                self.assertLessEqual(ENTRY_HEADERS | included, set(headers))
 
     def test_NoticesNameEveryThirdPartyThatIsShipped(self):
         for package in self.packages:
@@ -149,14 +164,14 @@ class Packages(unittest.TestCase):
     def test_DemoListsAndTakesPicturesFromThePackageAlone(self):
         for package in self.packages:
             with self.subTest(package.name):
-                self.assertEqual(3, len(package.simulated("list").stdout.split()))
+                self.assertEqual(len(package.simulated("list").stdout.split()), SIMULATED_CAMERAS)
                 for name, colour in CAMERAS.items():
                     picture = package.top.parent / f"{name}.png"
                     profile = package.profile(name)
                     package.simulated("snap", "--profile", package.path(profile), "-o", package.path(picture))
                     width, height, colour_type = png_head(picture)
-                    self.assertEqual(colour, colour_type)
-                    self.assertGreater(min(width, height), 500)
+                    self.assertEqual(colour_type, colour)
+                    self.assertGreater(min(width, height), LEAST_SIDE)
 
     def test_ModuleDoesNotLoadWhereNoVimbaCIsInPlace(self):
         if options.system == "linux" and ctypes.util.find_library("VimbaC"):
@@ -172,7 +187,7 @@ class Packages(unittest.TestCase):
         for package in self.packages:
             with self.subTest(package.name):
                 program = package.build_example()
-                self.assertEqual(3, len(package.run_example(program).stdout.split()))
+                self.assertEqual(len(package.run_example(program).stdout.split()), SIMULATED_CAMERAS)
                 picture = package.top.parent / "example.pgm"
                 package.run_example(program, package.path(package.profile("mono")), package.path(picture))
                 self.assertTrue(picture.read_bytes().startswith(b"P5\n"))

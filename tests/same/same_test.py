@@ -95,11 +95,11 @@ class Same(unittest.TestCase):
         cls.windows = Platform("windows", [str(options.launcher), str(options.windows / "kelcam.exe")])
 
     def test_CamerasAreListedAlike(self):
-        self.assertEqual(len(CAMERAS), len(self.linux.list.splitlines()))
-        self.assertEqual(self.linux.list, self.windows.list)
+        self.assertEqual(len(self.linux.list.splitlines()), len(CAMERAS))
+        self.assertEqual(self.windows.list, self.linux.list)
 
     def test_DevicesReportAlike(self):
-        self.assertEqual(self.linux.info, self.windows.info)
+        self.assertEqual(self.windows.info, self.linux.info)
 
     def test_PicturesAreTheSameBytes(self):
         for name in CAMERAS:
@@ -112,14 +112,14 @@ class Same(unittest.TestCase):
         for name in CAMERAS:
             with self.subTest(name):
                 self.assertIn(b"Ident", self.linux.bytes_of(f"{name}.ini"))
-                self.assertEqual(self.linux.bytes_of(f"{name}.ini"), self.windows.bytes_of(f"{name}.ini"))
+                self.assertEqual(self.windows.bytes_of(f"{name}.ini"), self.linux.bytes_of(f"{name}.ini"))
 
     def test_HostMessagesAreTheSameButForTimesAndThreads(self):
         for name in CAMERAS:
             with self.subTest(name):
                 host_thread, library_thread = self.linux.messages(name)
-                self.assertEqual(IMAGES, len(library_thread))
-                self.assertEqual((host_thread, library_thread), self.windows.messages(name))
+                self.assertEqual(len(library_thread), IMAGES)
+                self.assertEqual(self.windows.messages(name), (host_thread, library_thread))
 
 
 if __name__ == "__main__":

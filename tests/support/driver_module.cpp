@@ -14,8 +14,8 @@
 namespace {
 
 #if defined(_WIN32)
-// Windows looks beside the program first.
-std::string FileBesideTheProgram() { return "kelCameraVimba.dll"; }
+// Windows looks next to the program first.
+std::string FileNextToTheProgram() { return "kelCameraVimba.dll"; }
 
 void* LoadLibraryFile(const char* file) { return LoadLibraryA(file); }
 void UnloadLibrary(void* library) { FreeLibrary(static_cast<HMODULE>(library)); }
@@ -24,7 +24,7 @@ void* FindName(void* library, const char* name) {
 }
 #else
 // By its whole path: a sanitizer's dlopen does not know the program's run path.
-std::string FileBesideTheProgram() {
+std::string FileNextToTheProgram() {
   return (std::filesystem::read_symlink("/proc/self/exe").parent_path() / "libkelCameraVimba.so").string();
 }
 
@@ -35,7 +35,7 @@ void* FindName(void* library, const char* name) { return dlsym(library, name); }
 
 }  // namespace
 
-DriverModule::DriverModule() : DriverModule(FileBesideTheProgram()) {}
+DriverModule::DriverModule() : DriverModule(FileNextToTheProgram()) {}
 
 DriverModule::DriverModule(const std::string& file) : m_library(LoadLibraryFile(file.c_str())) {
   if (!m_library) throw std::runtime_error("cannot load " + file);
@@ -55,7 +55,7 @@ void* DriverModule::Resolve(const char* name) const {
   return function;
 }
 
-// Loaded to the end: what the module leaves behind on purpose is told from a leak by names, which go with it.
+// Loaded to the end: a leak checker knows what the module leaves behind on purpose by names, which go with the module.
 DriverModule& TheModule() {
   static DriverModule& module = *new DriverModule;
   return module;

@@ -8,7 +8,7 @@
 
 class DriverModule {
  public:
-  // Loads the module that lies beside the test program; throws std::runtime_error that names what is missing.
+  // Loads the module next to the test program; throws std::runtime_error that names what is missing.
   DriverModule();
   explicit DriverModule(const std::string& file);
   ~DriverModule();

@@ -2,10 +2,12 @@
 // Keeps what drivers report, so that a test can compare it.
 #pragma once
 
-#include <mutex>
+#include <chrono>
+#include <cstddef>
 #include <string>
 #include <vector>
 
+#include "bmutex.h"
 #include "imagingdevice.h"
 
 // One call of a driver into the host.
@@ -32,14 +34,18 @@ class HostOutput final : public ImagingDevice::BSink {
 
   // The texts that ShowInfo got with this caption (empty: a diagnostic message; null: a notice without caption).
   std::vector<std::wstring> WithCaption(const wchar_t* caption) const;
-  // The diagnostic messages whose title line ends with `title_end`, whole but for times and thread ids, which read as
-  // #.
+  // The diagnostic messages whose title line ends with `title_end`, whole except for times and thread ids, which read
+  // as #.
   std::vector<std::wstring> Diagnostics(const std::wstring& title_end) const;
-  bool WaitForDiagnostic(const std::wstring& title_end, std::size_t count, std::uint32_t deadline_ms) const;
+  // Waits until there are that many; false when that takes longer than the time-out.
+  bool WaitForDiagnostic(const std::wstring& title_end, std::size_t count, std::chrono::milliseconds timeout) const;
 
  private:
-  mutable std::mutex m_lock;
-  std::vector<HostMessage> m_messages;
+  void Add(HostMessage message);
+
+  mutable BMutex m_mutex;
+  mutable BCondition m_changed;
+  std::vector<HostMessage> m_messages KEL_GUARDED_BY(m_mutex);
   ImagingDevice::BSink* m_before;
 };
 

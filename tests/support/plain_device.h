@@ -44,7 +44,7 @@ class PlainDevice : public BImagingDevice {
   bool AddBandwidthPartner(BImagingDevice*) override { return false; }
   bool RemoveBandwidthPartner(BImagingDevice*) override { return false; }
 
-  void NoteSnapTime(double milliseconds) { SetLastSnapTime(milliseconds); }
+  void NoteSnapTime(double time_ms) { SetLastSnapTime(time_ms); }
 };
 
 class PlainImplementation : public BImagingDeviceImpl {

@@ -3,10 +3,11 @@
 #include "support/process.h"
 
 #include <array>
-#include <condition_variable>
-#include <mutex>
 #include <stdexcept>
 #include <thread>
+#include <tuple>
+
+#include "bmutex.h"
 
 #ifdef _WIN32
 #include <windows.h>
@@ -116,7 +117,8 @@ int ExitCodeOf(Child child) {
 constexpr const char* kProgramEnding = ".exe";
 
 std::filesystem::path OwnFile() {
-  std::wstring file(32768, L'\0');
+  constexpr std::size_t kLongestPath = 32768;
+  std::wstring file(kLongestPath, L'\0');
   file.resize(GetModuleFileNameW(nullptr, file.data(), static_cast<DWORD>(file.size())));
   return file;
 }
@@ -180,7 +182,7 @@ Child Start(const std::filesystem::path& program, const std::vector<std::string>
 bool SendInterrupt(Child child) { return kill(child, SIGINT) == 0; }
 void Kill(Child child) { kill(child, SIGKILL); }
 
-// As a shell tells it: 128 and the signal's number for a process that a signal ended.
+// As a shell reports it: 128 and the signal's number for a process that a signal ended.
 int ExitCodeOf(Child child) {
   int status = 0;
   waitpid(child, &status, 0);
@@ -197,65 +199,84 @@ std::filesystem::path OwnFile() { return std::filesystem::read_symlink("/proc/se
 
 // Each output is read by a thread of its own until the process has closed it.
 struct Process::State {
+  using Clock = std::chrono::steady_clock;
+  static constexpr std::size_t kOut = 0;
+  static constexpr std::size_t kErr = 1;
+  static constexpr std::size_t kOutputs = 2;
+
   Child child{};
   bool waited = false;
-  std::mutex mutex;
-  std::condition_variable changed;
-  std::array<std::string, 2> outputs;
-  int open_outputs = 2;
-  std::array<std::thread, 2> readers;
+  std::array<std::thread, kOutputs> readers;
+
+  BMutex mutex;
+  BCondition changed;
+  std::array<std::string, kOutputs> outputs KEL_GUARDED_BY(mutex);
+  std::size_t open_outputs KEL_GUARDED_BY(mutex) = kOutputs;
 
   void Read(Pipe pipe, std::size_t index) {
     std::array<char, 4096> buffer;
     while (const std::size_t count = ReadSome(pipe, buffer.data(), buffer.size())) {
-      const std::lock_guard lock(mutex);
+      const BMutexLock lock(mutex);
       outputs[index].append(buffer.data(), count);
-      changed.notify_all();
+      changed.NotifyAll();
     }
     Close(pipe);
-    const std::lock_guard lock(mutex);
+    const BMutexLock lock(mutex);
     --open_outputs;
-    changed.notify_all();
+    changed.NotifyAll();
+  }
+
+  bool WaitForError(const std::string& text, Clock::time_point deadline) {
+    BMutexLock lock(mutex);
+    while (outputs[kErr].find(text) == std::string::npos) {
+      if (open_outputs == 0 || Clock::now() >= deadline) return false;
+      changed.WaitUntil(lock, deadline);
+    }
+    return true;
+  }
+
+  bool WaitForEnd(Clock::time_point deadline) {
+    BMutexLock lock(mutex);
+    while (open_outputs != 0 && Clock::now() < deadline) changed.WaitUntil(lock, deadline);
+    return open_outputs == 0;
+  }
+
+  ProcessResult Result(int exit_code) {
+    const BMutexLock lock(mutex);
+    return {exit_code, TextOf(outputs[kOut]), TextOf(outputs[kErr])};
   }
 };
 
 Process::Process(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                  const std::map<std::string, std::string>& environment)
     : m_state(std::make_unique<State>()) {
-  std::array<Pipe, 2> read_ends{};
-  std::array<Pipe, 2> write_ends{};
-  for (std::size_t i = 0; i < 2; ++i) MakePipe(read_ends[i], write_ends[i]);
-  m_state->child = Start(program, arguments, environment, write_ends[0], write_ends[1]);
-  for (std::size_t i = 0; i < 2; ++i) {
+  std::array<Pipe, State::kOutputs> read_ends{};
+  std::array<Pipe, State::kOutputs> write_ends{};
+  for (std::size_t i = 0; i < State::kOutputs; ++i) MakePipe(read_ends[i], write_ends[i]);
+  m_state->child = Start(program, arguments, environment, write_ends[State::kOut], write_ends[State::kErr]);
+  for (std::size_t i = 0; i < State::kOutputs; ++i) {
     Close(write_ends[i]);
     m_state->readers[i] = std::thread(&State::Read, m_state.get(), read_ends[i], i);
   }
 }
 
 Process::~Process() {
-  if (m_state && !m_state->waited) Wait(std::chrono::milliseconds(0));
+  if (m_state && !m_state->waited) std::ignore = Wait(std::chrono::milliseconds(0));
 }
 
-bool Process::WaitForError(const std::string& text, std::chrono::milliseconds deadline) {
-  std::unique_lock lock(m_state->mutex);
-  const auto found = [&] { return m_state->outputs[1].find(text) != std::string::npos; };
-  m_state->changed.wait_for(lock, deadline, [&] { return found() || m_state->open_outputs == 0; });
-  return found();
+bool Process::WaitForError(const std::string& text, std::chrono::milliseconds timeout) {
+  return m_state->WaitForError(text, State::Clock::now() + timeout);
 }
 
 bool Process::Interrupt() { return SendInterrupt(m_state->child); }
 
-ProcessResult Process::Wait(std::chrono::milliseconds deadline) {
-  bool ended = false;
-  {
-    std::unique_lock lock(m_state->mutex);
-    ended = m_state->changed.wait_for(lock, deadline, [&] { return m_state->open_outputs == 0; });
-  }
+ProcessResult Process::Wait(std::chrono::milliseconds timeout) {
+  const bool ended = m_state->WaitForEnd(State::Clock::now() + timeout);
   if (!ended) Kill(m_state->child);
   const int exit_code = ExitCodeOf(m_state->child);
   for (std::thread& reader : m_state->readers) reader.join();
   m_state->waited = true;
-  return {ended ? exit_code : -1, TextOf(m_state->outputs[0]), TextOf(m_state->outputs[1])};
+  return m_state->Result(ended ? exit_code : ProcessResult::kHadToBeEnded);
 }
 
 std::filesystem::path ProgramFile(const std::string& name) { return OwnFile().parent_path() / (name + kProgramEnding); }

@@ -10,31 +10,33 @@
 #include <vector>
 
 struct ProcessResult {
-  int exit_code = -1;  // -1: it had to be ended
+  static constexpr int kHadToBeEnded = -1;
+
+  int exit_code = kHadToBeEnded;
   std::string out, err;
 };
 
 // A started program. Texts are UTF-8; its standard input is empty. The destructor ends it if it still runs.
 class Process {
  public:
-  static constexpr std::chrono::seconds kDeadline{60};
+  static constexpr std::chrono::seconds kTimeout{60};
 
   // environment: added to this process's own.
   Process(const std::filesystem::path& program, const std::vector<std::string>& arguments,
           const std::map<std::string, std::string>& environment = {});
   ~Process();
 
-  // Waits until its standard error holds the text; false when the deadline passes or it ends without.
-  bool WaitForError(const std::string& text, std::chrono::milliseconds deadline = kDeadline);
+  // Waits until its standard error holds the text; false when the time-out passes or it ends without.
+  bool WaitForError(const std::string& text, std::chrono::milliseconds timeout = kTimeout);
   // What Ctrl-C does; false where the system has no such thing for a process without a console.
   bool Interrupt();
-  // Waits for its end, or ends it when the deadline has passed.
-  ProcessResult Wait(std::chrono::milliseconds deadline = kDeadline);
+  // Waits for its end, or ends it when the time-out has passed.
+  ProcessResult Wait(std::chrono::milliseconds timeout = kTimeout);
 
  private:
   struct State;
   std::unique_ptr<State> m_state;
 };
 
-// The file of a program that was built beside the running one.
+// The file of a program that was built next to the running one.
 std::filesystem::path ProgramFile(const std::string& name);

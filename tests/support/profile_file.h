@@ -22,7 +22,7 @@ class ProfileFile {
   ProfileFile& Without(const std::string& key);
   BSmartRef<BCamProfile> Open() const;
 
-  std::string Text() const;  // as it stands on disk now
+  std::string Text() const;  // as it is on disk now
   const std::filesystem::path& Path() const { return m_path; }
 
  private:

@@ -15,11 +15,12 @@ void Check(int result) {
   if (result != 0) throw std::runtime_error(std::string("simulator: ") + VimbaSimLastError());
 }
 
-// What is told may grow while it is read.
+// What is read may grow meanwhile.
 std::string Text(std::size_t (*read)(char*, std::size_t)) {
   std::string text;
   for (std::size_t needed = read(nullptr, 0); needed > text.size(); needed = read(text.data(), text.size())) {
-    text.resize(needed + 1024);
+    constexpr std::size_t kRoomToGrow = 1024;
+    text.resize(needed + kRoomToGrow);
   }
   text.resize(text.find('\0'));
   return text;
@@ -100,8 +101,9 @@ void SimulatedCameras::Fault(const json& fault) { Check(VimbaSimAddFaults(fault.
 void SimulatedCameras::FailCall(const std::string& call, const std::string& feature, int error, int occurrence) {
   json fault{{"call", call}, {"error", error}};
   if (!feature.empty()) fault["feature"] = feature;
-  fault["occurrence"] = occurrence == 0 ? 1 : occurrence;
-  fault["count"] = occurrence == 0 ? 0 : 1;
+  constexpr int kWithoutEnd = 0;
+  fault["occurrence"] = occurrence == kEveryOccurrence ? 1 : occurrence;
+  fault["count"] = occurrence == kEveryOccurrence ? kWithoutEnd : 1;
   Fault(fault);
 }
 
@@ -114,14 +116,14 @@ void SimulatedCameras::Deliver(const json& overrides, int camera) {
 void SimulatedCameras::Unplug(int camera) { Check(VimbaSimUnplug(IdOf(camera).c_str())); }
 
 std::vector<std::string> SimulatedCameras::Calls() const {
-  static const std::string handle = std::string("(") + SimulatedCamera::kId;
+  static const std::string kHandle = std::string("(") + SimulatedCamera::kId;
   std::vector<std::string> calls;
   std::istringstream text(Text(VimbaSimCalls));
   for (std::string line; std::getline(text, line);) {
     line.resize(line.rfind(')') + 1);
-    if (const std::size_t at = line.find(handle); at != std::string::npos) {
-      const std::size_t end = at + handle.size();
-      line.erase(at + 1, line.compare(end, 2, ", ") == 0 ? handle.size() + 1 : handle.size() - 1);
+    if (const std::size_t at = line.find(kHandle); at != std::string::npos) {
+      const std::size_t end = at + kHandle.size();
+      line.erase(at + 1, line.compare(end, 2, ", ") == 0 ? kHandle.size() + 1 : kHandle.size() - 1);
     }
     calls.push_back(line);
   }

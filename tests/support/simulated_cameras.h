@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-// One camera, monochrome and small, that needs no time of its own unless told otherwise.
+// One camera, monochrome and small, that needs no time of its own unless it is given RealTiming.
 // SimulatedCamera().Colour("RGGB").Missing("BinningHorizontal")
 class SimulatedCamera {
  public:
@@ -46,8 +46,9 @@ class SimulatedCameras {
   SimulatedCameras& operator=(const SimulatedCameras&) = delete;
 
   void Fault(const nlohmann::json& fault);
-  // The `occurrence`th call (from 1 on, counted from now; 0: every one) of this function and feature answers `error`.
-  void FailCall(const std::string& call, const std::string& feature, int error, int occurrence = 0);
+  static constexpr int kEveryOccurrence = 0;
+  // The `occurrence`th call (from 1 on, counted from now) of this function and feature answers `error`.
+  void FailCall(const std::string& call, const std::string& feature, int error, int occurrence = kEveryOccurrence);
   void ClearFaults();
 
   // One frame arrives now; see VimbaSimDeliverFrame.
@@ -55,8 +56,8 @@ class SimulatedCameras {
 
   void Unplug(int camera = 1);
 
-  // The recorded calls, without their results: `VmbFeatureEnumSet("PixelFormat", "Mono8")`. Handles of number 1 are
-  // left away; others print.
+  // The recorded calls, without their results: `VmbFeatureEnumSet("PixelFormat", "Mono8")`. Handles of camera 1 are
+  // left out, those of others are not.
   std::vector<std::string> Calls() const;
   std::vector<std::string> CallsOf(const std::string& function) const;
   void ClearCalls();

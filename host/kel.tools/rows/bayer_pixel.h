@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-namespace rows {
+namespace Rows {
 
 struct Rgb {
   std::uint8_t red;
@@ -109,4 +109,4 @@ inline int Luma(const Rgb& c) {
 
 inline int WeightedMean(const Rgb& c) { return (c.red + 2 * c.green + c.blue + 2) >> 2; }
 
-}  // namespace rows
+}  // namespace Rows

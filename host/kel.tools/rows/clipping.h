@@ -1,5 +1,5 @@
 // clipping.h
-// Where a rectangle that is copied lands in an image, and what of it is left away.
+// Where a rectangle that is copied lands in an image, and what of it is cut off.
 #pragma once
 
 #include <algorithm>
@@ -8,7 +8,7 @@
 #include "bpoint.h"
 #include "bsize.h"
 
-namespace rows {
+namespace Rows {
 
 struct Clip {
   BPoint from;  // first pixel of the source
@@ -35,4 +35,4 @@ inline Clip Clipped(const BSize& source, const BPoint& at, const BSize& target) 
   return clip;
 }
 
-}  // namespace rows
+}  // namespace Rows

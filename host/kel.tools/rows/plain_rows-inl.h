@@ -1,5 +1,7 @@
 // plain_rows-inl.h
 // Rows of YUV, luma and grey in vectors; compiled once for each kind of vector unit.
+
+// No #pragma once: Highway includes this file again for each vector unit, and toggles the guard between.
 #if defined(KEL_ROWS_PLAIN_ROWS_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef KEL_ROWS_PLAIN_ROWS_INL_H_
 #undef KEL_ROWS_PLAIN_ROWS_INL_H_
@@ -14,7 +16,7 @@
 #include "yuv_pixel.h"
 
 HWY_BEFORE_NAMESPACE();
-namespace rows {
+namespace Rows {
 namespace HWY_NAMESPACE {
 
 // Red, green and blue of half a vector of pixels, in 16 bits, not yet limited to a byte.
@@ -60,7 +62,7 @@ struct YuvStep {
     const Blocks blocks = LoadBlocks(source + 2 * static_cast<std::ptrdiff_t>(x));
     const WideRgb a = Wide(hn::BitCast(D16(), blocks.even));
     const WideRgb b = Wide(hn::BitCast(D16(), blocks.odd));
-    StoreRgb<Order::eNatural>(Packed(a.red, b.red), Packed(a.green, b.green), Packed(a.blue, b.blue),
+    StoreRgb<Order::kNatural>(Packed(a.red, b.red), Packed(a.green, b.green), Packed(a.blue, b.blue),
                               target + 3 * static_cast<std::ptrdiff_t>(x));
   }
 };
@@ -107,7 +109,7 @@ int RowSweep(const std::uint8_t* source, int x, int end, std::uint8_t* target) {
 }
 
 }  // namespace HWY_NAMESPACE
-}  // namespace rows
+}  // namespace Rows
 HWY_AFTER_NAMESPACE();
 
 #endif

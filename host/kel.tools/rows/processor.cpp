@@ -2,7 +2,7 @@
 // Which vector units the processor has.
 #include "processor.h"
 
-namespace rows {
+namespace Rows {
 
 #if (defined(__x86_64__) || defined(__i386__)) && (defined(__GNUC__) || defined(__clang__))
 
@@ -31,15 +31,15 @@ bool HasAvx512Vbmi() {
 bool ProcessorHas(VectorUnit unit) {
   __builtin_cpu_init();
   switch (unit) {
-    case VectorUnit::eBaseline:
+    case VectorUnit::kBaseline:
       return true;
-    case VectorUnit::eSsse3:
+    case VectorUnit::kSsse3:
       return __builtin_cpu_supports("ssse3");
-    case VectorUnit::eAvx2:
+    case VectorUnit::kAvx2:
       return HasAvx2();
-    case VectorUnit::eAvx512:
+    case VectorUnit::kAvx512:
       return HasAvx512();
-    case VectorUnit::eAvx512Vbmi:
+    case VectorUnit::kAvx512Vbmi:
       return HasAvx512Vbmi();
   }
   return false;
@@ -47,8 +47,8 @@ bool ProcessorHas(VectorUnit unit) {
 
 #else
 
-bool ProcessorHas(VectorUnit unit) { return unit == VectorUnit::eBaseline; }
+bool ProcessorHas(VectorUnit unit) { return unit == VectorUnit::kBaseline; }
 
 #endif
 
-}  // namespace rows
+}  // namespace Rows

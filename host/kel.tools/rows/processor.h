@@ -2,12 +2,12 @@
 // Which vector units the processor has.
 #pragma once
 
-namespace rows {
+namespace Rows {
 
-enum class VectorUnit { eBaseline, eSsse3, eAvx2, eAvx512, eAvx512Vbmi };
+enum class VectorUnit { kBaseline, kSsse3, kAvx2, kAvx512, kAvx512Vbmi };
 
 // Whether the processor and the operating system run the instructions that the row kernels for `unit` are compiled
 // with.
 bool ProcessorHas(VectorUnit unit);
 
-}  // namespace rows
+}  // namespace Rows

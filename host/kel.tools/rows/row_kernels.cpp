@@ -8,7 +8,7 @@
 
 #include "vector_kernels.h"
 
-namespace rows {
+namespace Rows {
 namespace {
 
 int LeaveBayer(const BayerRow&, int, std::uint8_t*) { return 0; }
@@ -19,12 +19,12 @@ constexpr RowKernels kScalar = {"scalar", LeaveBayer, LeaveBayer, LeaveBayer, Le
 
 // Tables that this processor can run, best first.
 const std::vector<const RowKernels*>& Runnable() {
-  static const std::vector<const RowKernels*> tables = [] {
+  static const std::vector<const RowKernels*> kTables = [] {
     std::vector<const RowKernels*> list = VectorKernels();
     list.push_back(&kScalar);
     return list;
   }();
-  return tables;
+  return kTables;
 }
 
 std::atomic<const RowKernels*>& InUse() {
@@ -37,13 +37,13 @@ std::atomic<const RowKernels*>& InUse() {
 const RowKernels& Kernels() { return *InUse().load(std::memory_order_relaxed); }
 
 const char* const* KernelNames() {
-  static const std::vector<const char*> names = [] {
+  static const std::vector<const char*> kNames = [] {
     std::vector<const char*> list;
     for (const RowKernels* table : Runnable()) list.push_back(table->name);
     list.push_back(nullptr);
     return list;
   }();
-  return names.data();
+  return kNames.data();
 }
 
 bool UseKernels(const char* name) {
@@ -55,4 +55,4 @@ bool UseKernels(const char* name) {
   return false;
 }
 
-}  // namespace rows
+}  // namespace Rows

@@ -9,7 +9,7 @@
 #include "bayer_pixel.h"
 #include "kel_tools_api.h"
 
-namespace rows {
+namespace Rows {
 
 // A kernel fills `target`, the start of the row to be made, and returns the first pixel that it left to the caller: it
 // may stop before `end`, or do nothing. What it makes is what the definition of that pixel says, bit for bit. Bayer
@@ -19,8 +19,8 @@ using BayerKernel = int (*)(const BayerRow& row, int end, std::uint8_t* target);
 using RowKernel = int (*)(const std::uint8_t* source, int x, int end, std::uint8_t* target);
 // Writes the transpose of a square tile: target row i is source column i. Steps are bytes from row to row, and may be
 // negative.
-using TileKernel = void (*)(const std::uint8_t* source, std::ptrdiff_t source_step, std::uint8_t* target,
-                            std::ptrdiff_t target_step);
+using TileKernel = void (*)(const std::uint8_t* source, std::ptrdiff_t source_step_bytes, std::uint8_t* target,
+                            std::ptrdiff_t target_step_bytes);
 
 constexpr int kNoTiles = std::numeric_limits<int>::max();
 
@@ -48,4 +48,4 @@ const RowKernels& Kernels();
 KEL_TOOLS_API const char* const* KernelNames();
 KEL_TOOLS_API bool UseKernels(const char* name);
 
-}  // namespace rows
+}  // namespace Rows

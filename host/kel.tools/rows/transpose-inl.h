@@ -1,5 +1,7 @@
 // transpose-inl.h
 // Square tiles of pixels with rows and columns exchanged; compiled once for each kind of vector unit.
+
+// No #pragma once: Highway includes this file again for each vector unit, and toggles the guard between.
 #if defined(KEL_ROWS_TRANSPOSE_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef KEL_ROWS_TRANSPOSE_INL_H_
 #undef KEL_ROWS_TRANSPOSE_INL_H_
@@ -14,7 +16,7 @@
 #include "vectors-inl.h"
 
 HWY_BEFORE_NAMESPACE();
-namespace rows {
+namespace Rows {
 namespace HWY_NAMESPACE {
 
 constexpr int kBlock = 16;                       // bytes of a block, lines of a group
@@ -58,15 +60,15 @@ HWY_INLINE void ExchangeBlocks(V8 (&v)[kGroups]) {
 #endif
 }
 
-inline void TransposeTile(const std::uint8_t* source, std::ptrdiff_t source_step, std::uint8_t* target,
-                          std::ptrdiff_t target_step) {
+inline void TransposeTile(const std::uint8_t* source, std::ptrdiff_t source_step_bytes, std::uint8_t* target,
+                          std::ptrdiff_t target_step_bytes) {
   V8 groups[kGroups][kBlock];
   for (int g = 0; g < kGroups; ++g) {
     for (int i = 0; i < kBlock; ++i) {
-      const std::uint8_t* const line = source + (g * kBlock + i) * source_step;
+      const std::uint8_t* const line = source + (g * kBlock + i) * source_step_bytes;
       groups[g][i] = hn::LoadU(D8(), line);
       hwy::Prefetch(line + kTilesAhead * kTileSide);
-      hwy::Prefetch(target + (kTilesAhead * kTileSide + g * kBlock + i) * target_step);
+      hwy::Prefetch(target + (kTilesAhead * kTileSide + g * kBlock + i) * target_step_bytes);
     }
     TransposeBlocks(groups[g]);
   }
@@ -74,12 +76,12 @@ inline void TransposeTile(const std::uint8_t* source, std::ptrdiff_t source_step
     V8 columns[kGroups];
     for (int g = 0; g < kGroups; ++g) columns[g] = groups[g][i];
     ExchangeBlocks(columns);
-    for (int g = 0; g < kGroups; ++g) hn::StoreU(columns[g], D8(), target + (g * kBlock + i) * target_step);
+    for (int g = 0; g < kGroups; ++g) hn::StoreU(columns[g], D8(), target + (g * kBlock + i) * target_step_bytes);
   }
 }
 
 }  // namespace HWY_NAMESPACE
-}  // namespace rows
+}  // namespace Rows
 HWY_AFTER_NAMESPACE();
 
 #endif

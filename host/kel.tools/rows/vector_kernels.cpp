@@ -22,11 +22,11 @@
 #include "transpose-inl.h"
 
 HWY_BEFORE_NAMESPACE();
-namespace rows {
+namespace Rows {
 namespace HWY_NAMESPACE {
 
 const RowKernels* Table() {
-  static constexpr RowKernels table = {
+  static constexpr RowKernels kTable = {
 #if HWY_TARGET == HWY_SSSE3
     "ssse3",
 #elif HWY_TARGET == HWY_AVX2
@@ -51,16 +51,16 @@ const RowKernels* Table() {
     kTileSide,
     TransposeTile,
   };
-  return &table;
+  return &kTable;
 }
 
 }  // namespace HWY_NAMESPACE
-}  // namespace rows
+}  // namespace Rows
 HWY_AFTER_NAMESPACE();
 #endif
 
 #if HWY_ONCE
-namespace rows {
+namespace Rows {
 namespace {
 
 using TableOf = const RowKernels* (*)();
@@ -73,14 +73,14 @@ struct Candidate {
 // Best first. A unit without table was not compiled.
 constexpr Candidate kCandidates[] = {
 #if HWY_ARCH_X86
-    {VectorUnit::eAvx512Vbmi, HWY_CHOOSE_AVX3_DL(Table)},
-    {VectorUnit::eAvx512, HWY_CHOOSE_AVX3(Table)},
-    {VectorUnit::eAvx2, HWY_CHOOSE_AVX2(Table)},
-    {VectorUnit::eSsse3, HWY_CHOOSE_SSSE3(Table)},
+    {VectorUnit::kAvx512Vbmi, HWY_CHOOSE_AVX3_DL(Table)},
+    {VectorUnit::kAvx512, HWY_CHOOSE_AVX3(Table)},
+    {VectorUnit::kAvx2, HWY_CHOOSE_AVX2(Table)},
+    {VectorUnit::kSsse3, HWY_CHOOSE_SSSE3(Table)},
 #elif HWY_STATIC_TARGET != HWY_SCALAR && HWY_STATIC_TARGET != HWY_EMU128
-    {VectorUnit::eBaseline, HWY_STATIC_DISPATCH(Table)},
+    {VectorUnit::kBaseline, HWY_STATIC_DISPATCH(Table)},
 #endif
-    {VectorUnit::eBaseline, nullptr},
+    {VectorUnit::kBaseline, nullptr},
 };
 
 }  // namespace
@@ -93,5 +93,5 @@ std::vector<const RowKernels*> VectorKernels() {
   return tables;
 }
 
-}  // namespace rows
+}  // namespace Rows
 #endif

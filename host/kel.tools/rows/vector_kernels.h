@@ -6,10 +6,10 @@
 
 #include "row_kernels.h"
 
-namespace rows {
+namespace Rows {
 
 // The tables that this processor can run, best first; none where there is no vector unit to serve. The tables are
 // constants.
 std::vector<const RowKernels*> VectorKernels();
 
-}  // namespace rows
+}  // namespace Rows

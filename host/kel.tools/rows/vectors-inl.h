@@ -1,6 +1,7 @@
 // vectors-inl.h
-// What all row kernels are made of: the vectors, the loop along a row, the store of colours; compiled once for each
-// vector unit.
+// What all row kernels are made of; compiled once for each kind of vector unit.
+
+// No #pragma once: Highway includes this file again for each vector unit, and toggles the guard between.
 #if defined(KEL_ROWS_VECTORS_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef KEL_ROWS_VECTORS_INL_H_
 #undef KEL_ROWS_VECTORS_INL_H_
@@ -14,7 +15,7 @@
 #include "hwy/highway.h"
 
 HWY_BEFORE_NAMESPACE();
-namespace rows {
+namespace Rows {
 namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
@@ -64,7 +65,7 @@ HWY_INLINE V16 FromRight(V16 v, V16 right) {
 #endif
 }
 
-// Bytes in Order::eSplit put into Order::eNatural.
+// Bytes in Order::kSplit put into Order::kNatural.
 HWY_INLINE V8 InOrder(V8 split) {
   alignas(16) static constexpr std::uint8_t kFrom[16] = {0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15};
   return hn::TableLookupBytes(split, hn::LoadDup128(D8(), kFrom));
@@ -92,8 +93,8 @@ HWY_INLINE Blocks LoadBlocks(const std::uint8_t* from) {
 
 // Where in each 16-byte block of a colour the pixels lie.
 enum class Order {
-  eNatural,  // pixel 0, 1, 2, ..
-  eSplit     // the block's even pixels, then its odd ones: what Packed(even, odd) gives
+  kNatural,  // pixel 0, 1, 2, ..
+  kSplit     // the block's even pixels, then its odd ones: what Packed(even, odd) gives
 };
 
 // Both vectors limited to bytes, block by block: eight lanes of `first`, then eight of `second`.
@@ -114,9 +115,9 @@ HWY_INLINE V8 Packed(V16 first, V16 second) {
 #endif
 }
 
-// For byte i of a block of 16 pixels' 48 colour bytes: the byte of the block of one colour that belongs to a place
-// where this colour stands. Colour c of pixel p stands in byte 3 p + c; as 3 and 16 share no factor, these bytes lie in
-// 16 different places of their blocks, so that one shuffle a colour serves all three blocks.
+// For byte i of a block of 16 pixels' 48 colour bytes: the byte of the block of one colour that belongs to a place of
+// this colour. Colour c of pixel p is in byte 3 p + c; as 3 and 16 share no factor, these bytes lie in 16 different
+// places of their blocks, so that one shuffle a colour serves all three blocks.
 template <Order kOrder>
 struct InterleaveShuffle {
   alignas(16) std::uint8_t byte[3][16] = {};
@@ -124,7 +125,7 @@ struct InterleaveShuffle {
     for (int colour = 0; colour < 3; ++colour) {
       for (int pixel = 0; pixel < 16; ++pixel) {
         const int place = (3 * pixel + colour) % 16;
-        const int from = kOrder == Order::eNatural ? pixel : pixel / 2 + pixel % 2 * 8;
+        const int from = kOrder == Order::kNatural ? pixel : pixel / 2 + pixel % 2 * 8;
         byte[colour][place] = static_cast<std::uint8_t>(from);
       }
     }
@@ -148,7 +149,7 @@ struct WideInterleave {
     for (int i = 0; i < 192; ++i) {
       const int pixel = i / 3;
       const int split = pixel / 16 * 16 + pixel % 16 / 2 + pixel % 2 * 8;
-      byte[i / 64][i % 64] = static_cast<std::uint8_t>(kOrder == Order::eNatural ? pixel : split);
+      byte[i / 64][i % 64] = static_cast<std::uint8_t>(kOrder == Order::kNatural ? pixel : split);
     }
   }
 };
@@ -170,7 +171,7 @@ HWY_INLINE void StoreRgb(V8 red, V8 green, V8 blue, std::uint8_t* to) {
 }
 
 HWY_INLINE void StoreGrey(V8 grey, std::uint8_t* to) {
-  static constexpr WideInterleave<Order::eNatural> kFrom;
+  static constexpr WideInterleave<Order::kNatural> kFrom;
   for (int b = 0; b < 3; ++b) {
     _mm512_storeu_si512(to + 64 * b, _mm512_permutexvar_epi8(_mm512_load_si512(kFrom.byte[b]), grey.raw));
   }
@@ -187,12 +188,14 @@ HWY_INLINE V8 InterleavedBlocks(V8 red, V8 green, V8 blue) {
 // Three vectors of blocks, the first holding each first one of three, to memory in order.
 HWY_INLINE void StoreThirds(V8 first, V8 second, V8 third, std::uint8_t* to) {
 #if HWY_TARGET == HWY_AVX3
-  const __m512i a = _mm512_shuffle_i64x2(first.raw, second.raw, 0x88);  // f0 f2 s0 s2
-  const __m512i b = _mm512_shuffle_i64x2(third.raw, first.raw, 0xD8);   // t0 t2 f1 f3
-  const __m512i c = _mm512_shuffle_i64x2(second.raw, third.raw, 0xDD);  // s1 s3 t1 t3
-  _mm512_storeu_si512(to, _mm512_shuffle_i64x2(a, b, 0x88));            // f0 s0 t0 f1
-  _mm512_storeu_si512(to + 64, _mm512_shuffle_i64x2(c, a, 0xD8));       // s1 t1 f2 s2
-  _mm512_storeu_si512(to + 128, _mm512_shuffle_i64x2(b, c, 0xDD));      // t2 f3 s3 t3
+  // The blocks f0 f2 s0 s2, then t0 t2 f1 f3, then s1 s3 t1 t3.
+  const __m512i a = _mm512_shuffle_i64x2(first.raw, second.raw, 0x88);
+  const __m512i b = _mm512_shuffle_i64x2(third.raw, first.raw, 0xD8);
+  const __m512i c = _mm512_shuffle_i64x2(second.raw, third.raw, 0xDD);
+  // The blocks f0 s0 t0 f1, then s1 t1 f2 s2, then t2 f3 s3 t3.
+  _mm512_storeu_si512(to, _mm512_shuffle_i64x2(a, b, 0x88));
+  _mm512_storeu_si512(to + 64, _mm512_shuffle_i64x2(c, a, 0xD8));
+  _mm512_storeu_si512(to + 128, _mm512_shuffle_i64x2(b, c, 0xDD));
 #elif HWY_TARGET == HWY_AVX2
   hn::StoreU(hn::ConcatLowerLower(D8(), second, first), D8(), to);
   hn::StoreU(hn::ConcatUpperLower(D8(), first, third), D8(), to + 32);
@@ -232,7 +235,7 @@ HWY_INLINE void StoreGrey(V8 grey, std::uint8_t* to) {
 #endif
 
 }  // namespace HWY_NAMESPACE
-}  // namespace rows
+}  // namespace Rows
 HWY_AFTER_NAMESPACE();
 
 #endif

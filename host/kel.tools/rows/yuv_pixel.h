@@ -6,7 +6,7 @@
 
 #include "bayer_pixel.h"
 
-namespace rows {
+namespace Rows {
 
 // The chroma weights of BT.601 at full range, in 1/16384.
 constexpr int kRedOfV = 22970;    // 1.402
@@ -35,4 +35,4 @@ inline int Stretched(int y) {
   return (above * 85 + 36) / 73;
 }
 
-}  // namespace rows
+}  // namespace Rows

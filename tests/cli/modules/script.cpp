@@ -1,5 +1,5 @@
 // script.cpp
-// What a test wants the scripted module to do.
+// What a test has the scripted module do.
 #include "script.h"
 
 #include <algorithm>

@@ -1,17 +1,16 @@
 // script.h
-// What a test wants the scripted module to do: words of the form KEY=VALUE[,VALUE]... in the variable
-// KELCAM_TEST_SCRIPT.
+// What a test has the scripted module do.
 #pragma once
 
 #include <map>
 #include <string>
 #include <vector>
 
+// Words of the form KEY=VALUE[,VALUE]... in the variable KELCAM_TEST_SCRIPT.
 class Script {
  public:
   Script();
 
-  bool Has(const std::string& key) const { return m_values.count(key) != 0; }
   // The values one after the other, the last again and again; the default where the script has no such key.
   std::string Next(const std::string& key, const std::string& default_value);
   int Next(const std::string& key, int default_value) { return std::stoi(Next(key, std::to_string(default_value))); }
@@ -23,5 +22,8 @@ class Script {
   };
   std::map<std::string, Values> m_values;
 };
+
+// A step that does not fail; every other number is the code that it fails with.
+inline constexpr const char* kSuccess = "0";
 
 Script& TheScript();

@@ -9,6 +9,33 @@
 #include "script.h"
 #include "scripted_picture.h"
 
+namespace {
+
+std::string TrueOrFalse(bool value) { return value ? "true" : "false"; }
+
+std::string SourceName(int source) {
+  switch (source) {
+    case BImagingDeviceTrigger::eSoftware:
+      return "software";
+    case BImagingDeviceTrigger::eLine:
+      return "line";
+    case BImagingDeviceTrigger::eFreeRun:
+      return "free run";
+    default:
+      return std::to_string(source);
+  }
+}
+
+std::string KindName(int kind) {
+  return kind == BBaseAoi::eMono8 ? "mono" : kind == BBaseAoi::eRgb ? "rgb" : std::to_string(kind);
+}
+
+// The integer units of the controls.
+constexpr double kGainStepsPerDecade = 20.0;
+constexpr double kStepsPerUnit = 10.0;
+
+}  // namespace
+
 void Log(const std::string& operation) { ImagingDevice::LogMessage(ToWString(operation.c_str()), false); }
 
 ScriptedControl::ScriptedControl(std::string name, NBoard::CONTROLTYPE type, int value, int min, int max)
@@ -31,15 +58,15 @@ WString ScriptedControl::UnitString() const {
 }
 
 double ScriptedControl::ToRealValue(int value) const {
-  return Type() == NBoard::eGain ? std::pow(10.0, value / 20.0) : value / 10.0;
+  return Type() == NBoard::eGain ? std::pow(10.0, value / kGainStepsPerDecade) : value / kStepsPerUnit;
 }
 
 int ScriptedControl::FromRealValue(double value) const {
-  return static_cast<int>(Type() == NBoard::eGain ? 20.0 * std::log10(value) : value * 10.0);
+  return static_cast<int>(Type() == NBoard::eGain ? kGainStepsPerDecade * std::log10(value) : value * kStepsPerUnit);
 }
 
 void ScriptedTrigger::SetExternal(bool external) {
-  Log("SetExternal(" + std::to_string(external) + ")");
+  Log("SetExternal(" + TrueOrFalse(external) + ")");
   m_external = external;
 }
 
@@ -49,12 +76,12 @@ void ScriptedTrigger::SetOff() {
 }
 
 bool ScriptedTrigger::SetActivation(int edge) {
-  Log("SetActivation(" + std::to_string(edge) + ")");
+  Log(edge == eRising ? "SetActivation(rising)" : "SetActivation(falling)");
   return true;
 }
 
 bool ScriptedTrigger::SetSource(int source) {
-  Log("SetSource(" + std::to_string(source) + ")");
+  Log("SetSource(" + SourceName(source) + ")");
   return TheScript().Next("source", 1) != 0;
 }
 
@@ -77,17 +104,17 @@ bool ScriptedDevice::FramesPerSecond(double& frames_per_second) {
 }
 
 bool ScriptedDevice::SetColorMode(bool on) {
-  Log("SetColorMode(" + std::to_string(on) + ")");
+  Log("SetColorMode(" + TrueOrFalse(on) + ")");
   return TheScript().Next("colormode", 1) != 0;
 }
 
 bool ScriptedDevice::SetWhiteBalanceBlue(int value, bool color) {
-  Log("SetWhiteBalanceBlue(" + std::to_string(value) + ", " + std::to_string(color) + ")");
+  Log("SetWhiteBalanceBlue(" + std::to_string(value) + ", color = " + TrueOrFalse(color) + ")");
   return TheScript().Next("refuse", "nothing") != "wbblue";
 }
 
 bool ScriptedDevice::SetWhiteBalanceRed(int value, bool color) {
-  Log("SetWhiteBalanceRed(" + std::to_string(value) + ", " + std::to_string(color) + ")");
+  Log("SetWhiteBalanceRed(" + std::to_string(value) + ", color = " + TrueOrFalse(color) + ")");
   return TheScript().Next("refuse", "nothing") != "wbred";
 }
 
@@ -98,17 +125,17 @@ bool ScriptedDevice::WhiteBalanceRange(int& min, int& max) {
 }
 
 void ScriptedDevice::StartSnap(bool one_shot) {
-  Log("StartSnap(" + std::to_string(one_shot) + ")");
+  Log(one_shot ? "StartSnap(one shot)" : "StartSnap(continuous)");
   if (const int code = TheScript().Next("start", 0)) throw BError(code, L"AcquisitionStart failed");
 }
 
 BError ScriptedDevice::Snap(BBaseAoi* aoi, std::uint32_t timeout_ms) {
-  Log("Snap(" + std::to_string(aoi->ImageKind()) + ", " + ToBString(aoi->Text()).Str() + ", " +
-      std::to_string(timeout_ms) + ")");
-  const std::string outcome = TheScript().Next("snap", "0");
+  Log("Snap(" + KindName(aoi->ImageKind()) + ", '" + ToBString(aoi->Text()).Str() + "', " + std::to_string(timeout_ms) +
+      " ms)");
+  const std::string outcome = TheScript().Next("snap", kSuccess);
   if (outcome == "wrongkind") throw NBoard::Exception::eWrongImageKind;
   if (outcome == "nopicture") return BError();
-  if (outcome != "0") return BError(std::stoi(outcome));
+  if (outcome != kSuccess) return BError(std::stoi(outcome));
   ScriptedPicture(++m_pictures).Fill(*aoi);
   return BError();
 }

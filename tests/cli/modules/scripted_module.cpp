@@ -14,13 +14,13 @@ BImagingDevice* CreateImagingDevice(BSmartRef<BCamProfile> profile) {
   ImagingDevice::ShowInfo(L"Camera 1 : Initialize\n   1 :       0.0000 (  0.0000) : Start\n", L"");
   int number = 0;
   profile->ReadInt(L"Number", number, 0, 0, 10);
-  const std::string outcome = TheScript().Next("open", "0");
+  const std::string outcome = TheScript().Next("open", kSuccess);
   if (outcome == "null") {
     for (int i = 0; i < 3; ++i) ImagingDevice::ShowInfo(L"Camera 1: does not answer");
     ImagingDevice::ShowInfo(L"ChipRect failed", L"!");
     return nullptr;
   }
-  if (outcome != "0") throw BError(std::stoi(outcome), profile->Name(), L"RotateBy90Degree", L"2");
+  if (outcome != kSuccess) throw BError(std::stoi(outcome), profile->Name(), L"RotateBy90Degree", L"2");
   return new ScriptedDevice;
 }
 
@@ -46,7 +46,7 @@ void ObjectIdentifierList(DList<WString>& list) {
 BImagingDevice* Vimba_CreateImagingDevice(BSmartRef<BCamProfile> profile) {
   return CreateImagingDevice(std::move(profile));
 }
-#ifndef LACKS_VIMBA_RELEASE
+#ifndef KEL_LACKS_VIMBA_RELEASE
 bool Vimba_ReleaseImagingDevice(BImagingDevice** device) { return ReleaseImagingDevice(device); }
 #endif
 void Vimba_ObjectIdentifierList(DList<WString>& list) { ObjectIdentifierList(list); }

@@ -8,8 +8,10 @@
 
 class LoadedModule {
  public:
-  explicit LoadedModule(const std::string& file);  // throws std::runtime_error that names what is missing
-  ~LoadedModule();                                 // unloads it
+  // Throws std::runtime_error that names what is missing.
+  explicit LoadedModule(const std::string& file);
+  // Unloads it.
+  ~LoadedModule();
   LoadedModule(const LoadedModule&) = delete;
   LoadedModule& operator=(const LoadedModule&) = delete;
 

@@ -1,8 +1,8 @@
 // main.cpp
-// Loads the module, uses a camera through it and unloads it, again and again, and tells what the process holds
-// meanwhile.
+// Loads the module, uses a camera through it and unloads it, again and again.
 //   loading-host MODULE PROFILE ROUNDS     prints "handles threads heap_bytes" after each round
 #include <chrono>
+#include <cstdint>
 #include <iostream>
 #include <stdexcept>
 #include <string>

@@ -31,10 +31,11 @@ struct HandleListHead {
 
 std::size_t Handles() {
   using Query = NTSTATUS(NTAPI*)(int, void*, ULONG, ULONG*);
-  static const auto query = reinterpret_cast<Query>(
+  static const auto kQuery = reinterpret_cast<Query>(
       reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("ntdll.dll"), "NtQuerySystemInformation")));
-  std::vector<char> list(1 << 20);
-  while (query(kHandleList, list.data(), static_cast<ULONG>(list.size()), nullptr) == kTooSmall) {
+  constexpr std::size_t kFirstListBytes = 1 << 20;
+  std::vector<char> list(kFirstListBytes);
+  while (kQuery(kHandleList, list.data(), static_cast<ULONG>(list.size()), nullptr) == kTooSmall) {
     list.resize(2 * list.size());
   }
   const auto* const head = reinterpret_cast<const HandleListHead*>(list.data());

@@ -1,8 +1,8 @@
 // main.cpp
-// How long it takes to load the module and call its first export, beside an empty library in the same run.
+// How long it takes to load the module and call its first export, compared with an empty library in the same run.
 //   loading-time MODULE VIMBAC EMPTY ROUNDS LIMIT     1 when the module takes more than LIMIT times as long
-// The module's process has the host SDK and VimbaC in it already: those take the time that they take for whoever asks
-// for them first. VimbaC's own is told beside it.
+// The module's process has the host SDK and VimbaC in it already: their time is spent by whoever asks for them first.
+// VimbaC's own is printed with the result.
 #include <algorithm>
 #include <chrono>
 #include <iostream>

@@ -14,8 +14,8 @@
 
 namespace frame_copy {
 
-using pictures::Bytes;
-using pictures::PixelsOf;
+using Pictures::Bytes;
+using Pictures::PixelsOf;
 using BFrame = BFrameQueue::BFrame;
 
 inline constexpr BSize kSize{6, 4};
@@ -38,7 +38,7 @@ inline FrameLayout ColorCamera() { return {kSize, 2 * kPixels, 0, true, false, &
 inline FrameLayout MonoCamera(int rotation = 0) { return {kSize, kPixels, rotation, false, false, nullptr}; }
 
 inline BSmartRef<BFrame> RandomFrame(std::uint32_t format) {
-  const Bytes bytes = pictures::RandomBytes(static_cast<std::size_t>(2 * kPixels), kSeed);
+  const Bytes bytes = Pictures::RandomBytes(static_cast<std::size_t>(2 * kPixels), kSeed);
   BSmartRef<BFrame> frame(new BFrame(bytes.size(), format, 0, L"DEV"));
   std::memcpy(frame->Data(), bytes.data(), bytes.size());
   return frame;
@@ -48,7 +48,7 @@ inline BSmartRef<BFrame> RandomFrame(std::uint32_t format) {
 struct MonoArea : BBaseAoi {
   explicit MonoArea(WString text = {}) : BBaseAoi(eMono8, std::move(text)) {
     Reset(kSize);
-    *Mono() = pictures::GuardedImage<BImage8u>(kSize);
+    *Mono() = Pictures::GuardedImage<BImage8u>(kSize);
   }
   Bytes Pixels() { return PixelsOf(*Mono()); }
 };
@@ -56,13 +56,13 @@ struct MonoArea : BBaseAoi {
 struct RgbArea : BBaseAoi {
   explicit RgbArea(WString text = {}) : BBaseAoi(eRgb, std::move(text)) {
     Reset(kSize);
-    *Rgb() = pictures::GuardedImage<BImageRgb>(kSize);
+    *Rgb() = Pictures::GuardedImage<BImageRgb>(kSize);
   }
   Bytes Pixels() { return PixelsOf(*Rgb()); }
 };
 
-inline Bytes UntouchedMono() { return PixelsOf(pictures::GuardedImage<BImage8u>(kSize)); }
-inline Bytes UntouchedRgb() { return PixelsOf(pictures::GuardedImage<BImageRgb>(kSize)); }
+inline Bytes UntouchedMono() { return PixelsOf(Pictures::GuardedImage<BImage8u>(kSize)); }
+inline Bytes UntouchedRgb() { return PixelsOf(Pictures::GuardedImage<BImageRgb>(kSize)); }
 
 // What the host's own conversions make of a frame.
 using ToRgb = void (*)(const std::uint8_t*, BImageRgb&);

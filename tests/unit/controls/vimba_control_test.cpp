@@ -10,7 +10,7 @@
 
 #include "VimbaC.h"
 #include "bstopwatch.h"
-#include "support/opened_camera.h"
+#include "support/open_camera_handle.h"
 
 namespace {
 
@@ -59,7 +59,7 @@ TEST(ControlCreation, AsksTheCameraInAFixedOrder) {
       {NBoard::eTemperatureMain,
        {R"(VmbFeatureEnumSet("DeviceTemperatureSelector", "Main"))", R"(VmbFeatureFloatGet("DeviceTemperature"))"}},
       {NBoard::eBrightness, {}}};
-  OpenedCamera camera(WholeRanges());
+  OpenCameraHandle camera(WholeRanges());
   for (const Row& row : rows) {
     camera->ClearCalls();
     const BVimbaControl control(row.type, camera.Handle());
@@ -70,7 +70,7 @@ TEST(ControlCreation, AsksTheCameraInAFixedOrder) {
 }
 
 TEST(ControlCreation, TakesRangeAndValueFromTheCamera) {
-  OpenedCamera camera(WholeRanges());
+  OpenCameraHandle camera(WholeRanges());
   BVimbaControl gain(NBoard::eGain, camera.Handle());
   BVimbaControl shutter(NBoard::eShutter, camera.Handle());
   BVimbaControl red(NBoard::eWhiteBalanceRed, camera.Handle());
@@ -93,7 +93,7 @@ TEST(ControlCreation, GainAndExposureServeAlsoACameraThatTellsNothing) {
   const Row rows[] = {{NBoard::eGain, "GainAuto", "Gain", {0, 10}, 0},
                       {NBoard::eShutter, "ExposureMode", "ExposureTimeAbs", {0, 20'000}, 100}};
   for (const Row& row : rows) {
-    OpenedCamera camera(SimulatedCamera().Missing(row.automatic).Missing(row.feature));
+    OpenCameraHandle camera(SimulatedCamera().Missing(row.automatic).Missing(row.feature));
     BVimbaControl control(row.type, camera.Handle());
     EXPECT_TRUE(control.IsAvailable()) << row.feature;
     EXPECT_EQ(RangeOf(control), row.range) << row.feature;
@@ -103,7 +103,7 @@ TEST(ControlCreation, GainAndExposureServeAlsoACameraThatTellsNothing) {
 }
 
 TEST(ControlCreation, AGainWithoutARangeStillTakesTheCamerasValue) {
-  OpenedCamera camera(WholeRanges());
+  OpenCameraHandle camera(WholeRanges());
   camera->FailCall("VmbFeatureFloatRangeQuery", "Gain", VmbErrorNotSupported);
 
   BVimbaControl gain(NBoard::eGain, camera.Handle());
@@ -113,7 +113,7 @@ TEST(ControlCreation, AGainWithoutARangeStillTakesTheCamerasValue) {
 }
 
 TEST(ControlCreation, AnExposureWithoutAValueStillTakesTheCamerasRange) {
-  OpenedCamera camera(WholeRanges().Range("ExposureTimeAbs", 1000.0, 500'000.0));
+  OpenCameraHandle camera(WholeRanges().Range("ExposureTimeAbs", 1000.0, 500'000.0));
   camera->FailCall("VmbFeatureFloatGet", "ExposureTimeAbs", VmbErrorIO);
 
   BVimbaControl shutter(NBoard::eShutter, camera.Handle());
@@ -133,7 +133,7 @@ TEST(ControlCreation, AWhiteBalanceNeedsSelectorRangeAndValue) {
                       {"VmbFeatureFloatGet", "BalanceRatioAbs", 4}};
   for (const NBoard::CONTROLTYPE type : kWhiteBalances) {
     for (const Row& row : rows) {
-      OpenedCamera camera(WholeRanges());
+      OpenCameraHandle camera(WholeRanges());
       camera->FailCall(row.call, row.feature, VmbErrorInvalidAccess);
       BVimbaControl control(type, camera.Handle());
       EXPECT_FALSE(control.IsAvailable()) << row.call;
@@ -144,14 +144,14 @@ TEST(ControlCreation, AWhiteBalanceNeedsSelectorRangeAndValue) {
 }
 
 TEST(ControlCreation, AWhiteBalanceThatCannotBeSwitchedToManualIsStillAvailable) {
-  OpenedCamera camera(WholeRanges().Missing("BalanceWhiteAuto"));
+  OpenCameraHandle camera(WholeRanges().Missing("BalanceWhiteAuto"));
   const BVimbaControl red(NBoard::eWhiteBalanceRed, camera.Handle());
 
   EXPECT_TRUE(red.IsAvailable());
 }
 
 TEST(ControlCreation, AWhiteBalanceThatTheCameraRefusesStaysAtOne) {
-  OpenedCamera camera(WholeRanges());
+  OpenCameraHandle camera(WholeRanges());
   camera->FailCall("VmbFeatureEnumSet", "BalanceRatioSelector", VmbErrorInvalidValue);
 
   BVimbaControl blue(NBoard::eWhiteBalanceBlue, camera.Handle());
@@ -160,7 +160,7 @@ TEST(ControlCreation, AWhiteBalanceThatTheCameraRefusesStaysAtOne) {
 }
 
 TEST(Temperature, IsReadLiveWithItsSourceSelectedAgain) {
-  OpenedCamera camera(SimulatedCamera().With("temperature", {{"sensor", 36.65}, {"main", 51.0}}));
+  OpenCameraHandle camera(SimulatedCamera().With("temperature", {{"sensor", 36.65}, {"main", 51.0}}));
   BVimbaControl sensor(NBoard::eTemperatureSensor, camera.Handle());
   BVimbaControl board(NBoard::eTemperatureMain, camera.Handle());
   camera->ClearCalls();
@@ -179,7 +179,7 @@ TEST(Temperature, ThatCannotBeSelectedOrReadIsUnavailableAndZero) {
                                                           {"VmbFeatureFloatGet", "DeviceTemperature"}};
   for (const NBoard::CONTROLTYPE type : kTemperatures) {
     for (const auto& [call, feature] : failures) {
-      OpenedCamera camera;
+      OpenCameraHandle camera;
       camera->FailCall(call, feature, VmbErrorNotFound);
       BVimbaControl control(type, camera.Handle());
       camera->ClearFaults();
@@ -195,7 +195,7 @@ TEST(Temperature, ThatFailsLaterReadsAsZero) {
   const std::pair<const char*, const char*> failures[] = {{"VmbFeatureEnumSet", "DeviceTemperatureSelector"},
                                                           {"VmbFeatureFloatGet", "DeviceTemperature"}};
   for (const auto& [call, feature] : failures) {
-    OpenedCamera camera;
+    OpenCameraHandle camera;
     BVimbaControl sensor(NBoard::eTemperatureSensor, camera.Handle());
     camera->FailCall(call, feature, VmbErrorIO);
     EXPECT_EQ(sensor.Value(), 0) << call;
@@ -204,7 +204,7 @@ TEST(Temperature, ThatFailsLaterReadsAsZero) {
 }
 
 TEST(Temperature, IsNeverWritten) {
-  OpenedCamera camera;
+  OpenCameraHandle camera;
   BVimbaControl sensor(NBoard::eTemperatureSensor, camera.Handle());
   camera->ClearCalls();
   const BStopWatch watch;
@@ -216,7 +216,7 @@ TEST(Temperature, IsNeverWritten) {
 }
 
 TEST(ControlValue, IsKnownWithoutAskingTheCamera) {
-  OpenedCamera camera(WholeRanges());
+  OpenCameraHandle camera(WholeRanges());
   BVimbaControl gain(NBoard::eGain, camera.Handle());
   BVimbaControl red(NBoard::eWhiteBalanceRed, camera.Handle());
   camera->ClearCalls();
@@ -244,7 +244,7 @@ TEST(ControlValue, IsWrittenInTheCamerasUnitAndFollowedByAPause) {
       {NBoard::eWhiteBalanceBlue,
        250,
        {R"(VmbFeatureEnumSet("BalanceRatioSelector", "Blue"))", R"(VmbFeatureFloatSet("BalanceRatioAbs", 2.5))"}}};
-  OpenedCamera camera(WholeRanges());
+  OpenCameraHandle camera(WholeRanges());
   for (const Row& row : rows) {
     BVimbaControl control(row.type, camera.Handle());
     camera->ClearCalls();
@@ -271,7 +271,7 @@ TEST(ControlValue, IsClampedToTheRange) {
                       {NBoard::eWhiteBalanceBlue, 79, "VmbFeatureFloatSet(\"BalanceRatioAbs\", 0.8)"},
                       {NBoard::eWhiteBalanceBlue, 301, "VmbFeatureFloatSet(\"BalanceRatioAbs\", 3)"}};
   for (const Row& row : rows) {
-    OpenedCamera camera(WholeRanges());
+    OpenCameraHandle camera(WholeRanges());
     BVimbaControl control(row.type, camera.Handle());
     EXPECT_TRUE(control.SetValue(row.value));
     EXPECT_EQ(camera->Calls().back(), row.written);
@@ -280,7 +280,7 @@ TEST(ControlValue, IsClampedToTheRange) {
 
 // With a pause each, these would take two seconds.
 TEST(ControlValue, ThatTheCameraHasAlreadyIsNeitherWrittenNorFollowedByAPause) {
-  OpenedCamera camera(WholeRanges());
+  OpenCameraHandle camera(WholeRanges());
   BVimbaControl gain(NBoard::eGain, camera.Handle());
   camera->ClearCalls();
   const BStopWatch watch;
@@ -292,7 +292,7 @@ TEST(ControlValue, ThatTheCameraHasAlreadyIsNeitherWrittenNorFollowedByAPause) {
 }
 
 TEST(ControlValue, ThatTheCameraRefusesLeavesTheOldOneAndPausesAllTheSame) {
-  OpenedCamera camera(WholeRanges());
+  OpenCameraHandle camera(WholeRanges());
   BVimbaControl gain(NBoard::eGain, camera.Handle());
   camera->FailCall("VmbFeatureFloatSet", "Gain", VmbErrorInvalidAccess);
   const BStopWatch watch;
@@ -304,7 +304,7 @@ TEST(ControlValue, ThatTheCameraRefusesLeavesTheOldOneAndPausesAllTheSame) {
 }
 
 TEST(ControlValue, WithoutItsSelectorIsNotWritten) {
-  OpenedCamera camera(WholeRanges());
+  OpenCameraHandle camera(WholeRanges());
   BVimbaControl red(NBoard::eWhiteBalanceRed, camera.Handle());
   const int before = red.Value();
   camera->FailCall("VmbFeatureEnumSet", "BalanceRatioSelector", VmbErrorInvalidAccess);
@@ -319,7 +319,7 @@ TEST(ControlValue, WithoutItsSelectorIsNotWritten) {
 }
 
 TEST(ControlValue, OfAnUnavailableControlIsNotWritten) {
-  OpenedCamera camera(WholeRanges());
+  OpenCameraHandle camera(WholeRanges());
   camera->FailCall("VmbFeatureFloatGet", "BalanceRatioAbs", VmbErrorIO);
   BVimbaControl red(NBoard::eWhiteBalanceRed, camera.Handle());
   camera->ClearCalls();
@@ -331,7 +331,7 @@ TEST(ControlValue, OfAnUnavailableControlIsNotWritten) {
 }
 
 TEST(ControlRange, CanOnlyBeNarrowed) {
-  OpenedCamera camera(WholeRanges());
+  OpenCameraHandle camera(WholeRanges());
   BVimbaControl gain(NBoard::eGain, camera.Handle());
 
   for (const int outside : {-1, 27}) {
@@ -348,7 +348,7 @@ TEST(ControlRange, CanOnlyBeNarrowed) {
 }
 
 TEST(ControlRange, BothEndsCountAsInside) {
-  OpenedCamera camera(WholeRanges());
+  OpenCameraHandle camera(WholeRanges());
   BVimbaControl gain(NBoard::eGain, camera.Handle());
 
   gain.SetMinValue(26);
@@ -362,7 +362,7 @@ TEST(ControlRange, BothEndsCountAsInside) {
 }
 
 TEST(ControlRange, IsToldWithWhetherTheControlIsAvailable) {
-  OpenedCamera camera(WholeRanges());
+  OpenCameraHandle camera(WholeRanges());
   camera->FailCall("VmbFeatureEnumSet", "BalanceRatioSelector", VmbErrorNotFound);
   int min = 0;
   int max = 0;
@@ -372,7 +372,7 @@ TEST(ControlRange, IsToldWithWhetherTheControlIsAvailable) {
 }
 
 TEST(ControlDefault, IsWhatSetToDefaultWrites) {
-  OpenedCamera camera(WholeRanges());
+  OpenCameraHandle camera(WholeRanges());
   BVimbaControl gain(NBoard::eGain, camera.Handle());
   BVimbaControl shutter(NBoard::eShutter, camera.Handle());
 
@@ -387,7 +387,7 @@ TEST(ControlDefault, IsWhatSetToDefaultWrites) {
 }
 
 TEST(ControlDefault, OutsideTheRangeIsIgnored) {
-  OpenedCamera camera(WholeRanges());
+  OpenCameraHandle camera(WholeRanges());
   BVimbaControl shutter(NBoard::eShutter, camera.Handle());
 
   shutter.SetDefaultValue(20'001);
@@ -398,7 +398,7 @@ TEST(ControlDefault, OutsideTheRangeIsIgnored) {
 }
 
 TEST(ControlInRealUnits, IsReadAndSetInWhatAPersonReads) {
-  OpenedCamera camera(WholeRanges());
+  OpenCameraHandle camera(WholeRanges());
   BVimbaControl shutter(NBoard::eShutter, camera.Handle());
   BVimbaControl gain(NBoard::eGain, camera.Handle());
   double min = 0.0;

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "VimbaC.h"
-#include "support/opened_camera.h"
+#include "support/open_camera_handle.h"
 
 namespace {
 
@@ -34,12 +34,12 @@ struct TriggerOfCamera {
     camera->ClearCalls();
     return calls;
   }
-  OpenedCamera camera;
+  OpenCameraHandle camera;
   BVimbaTrigger trigger;
 };
 
 TEST(TriggerCreation, TriesTheLineAndLeavesTheCameraWaitingForSoftwareTriggers) {
-  OpenedCamera camera;
+  OpenCameraHandle camera;
   const BVimbaTrigger trigger(camera.Handle());
 
   EXPECT_TRUE(trigger.IsAvailable());
@@ -51,7 +51,7 @@ TEST(TriggerCreation, TheFirstRefusalEndsItWithoutATrigger) {
   const Calls steps{kModeOn, kFrameStart, kLine2};
   const char* const features[] = {"TriggerMode", "TriggerSelector", "TriggerSource"};
   for (std::size_t step = 0; step < steps.size(); ++step) {
-    OpenedCamera camera;
+    OpenCameraHandle camera;
     camera->FailCall("VmbFeatureEnumSet", features[step], VmbErrorInvalidValue);
     const BVimbaTrigger trigger(camera.Handle());
     EXPECT_FALSE(trigger.IsAvailable());
@@ -69,7 +69,7 @@ TEST(TriggerCreation, ACameraWithoutASelectorHasNoTriggerAndIsNeverExternal) {
 }
 
 TEST(TriggerCreation, ASoftwareSourceThatIsRefusedDoesNotMakeItUnavailable) {
-  OpenedCamera camera;
+  OpenCameraHandle camera;
   camera->FailCall("VmbFeatureEnumSet", "TriggerSource", VmbErrorInvalidValue, 2);
 
   EXPECT_TRUE(BVimbaTrigger(camera.Handle()).IsAvailable());

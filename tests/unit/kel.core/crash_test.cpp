@@ -44,33 +44,34 @@ TEST(ProfileCrash, LeavesTheOldFileOrTheNewOneAtWhicheverByteItHappens) {
 
     // The system lets a write go up to the limit and kills the process at the next one.
     const bool killed = WIFSIGNALED(status) && WTERMSIG(status) == SIGXFSZ;
-    EXPECT_EQ(limit < after.size(), killed) << "limit " << limit;
-    EXPECT_EQ(killed ? before : after, file.Bytes()) << "limit " << limit;
+    EXPECT_EQ(killed, limit < after.size()) << "limit " << limit;
+    EXPECT_EQ(file.Bytes(), killed ? before : after) << "limit " << limit;
   }
 }
 
 TEST(ProfileCrash, DoesNotHinderTheNextSave) {
   const IniFile file("A=old\n");
   StatusOfChild([&] { return SaveUntilKilledAt(file.Name(), 1); });
-  ASSERT_EQ(2u, file.Neighbours().size()) << "the crash was to leave its half-written file";
+  ASSERT_EQ(file.Neighbours().size(), 2u) << "the crash was to leave its half-written file";
   BIniProfile profile(file.Name());
 
   EXPECT_TRUE(profile.Write(L"A", L"new"));
 
-  EXPECT_EQ("A=new\n", file.Bytes());
+  EXPECT_EQ(file.Bytes(), "A=new\n");
 }
 
 TEST(ProfileReplacement, KeepsTheFilesRights) {
   const IniFile file("A=1\n");
   for (const mode_t mode : {0600u, 0640u, 0664u, 0606u}) {
-    ASSERT_EQ(0, ::chmod(file.Path().c_str(), mode));
+    ASSERT_EQ(::chmod(file.Path().c_str(), mode), 0);
     BIniProfile profile(file.Name());
 
     EXPECT_TRUE(profile.Write(L"A", WString::Format(L"%d", static_cast<int>(mode))));
 
     struct stat status {};
-    ASSERT_EQ(0, ::stat(file.Path().c_str(), &status));
-    EXPECT_EQ(mode, status.st_mode & 07777);
+    ASSERT_EQ(::stat(file.Path().c_str(), &status), 0);
+    constexpr mode_t kRights = 07777;
+    EXPECT_EQ(status.st_mode & kRights, mode);
   }
 }
 
@@ -83,9 +84,9 @@ TEST(ProfileReplacement, KeepsALinkAndWritesWhereItLeads) {
   EXPECT_TRUE(profile.Write(L"A", L"2"));
 
   EXPECT_TRUE(fs::is_symlink(link));
-  EXPECT_EQ("A=2\n", file.Bytes());
-  EXPECT_EQ((std::vector<std::string>{"camera.ini", "link.ini"}), file.Neighbours());
-  EXPECT_EQ(L"link", profile.Name().Str());
+  EXPECT_EQ(file.Bytes(), "A=2\n");
+  EXPECT_EQ(file.Neighbours(), (std::vector<std::string>{"camera.ini", "link.ini"}));
+  EXPECT_EQ(profile.Name().Str(), L"link");
 }
 
 // The superuser may write every file, so the write is tried as somebody else.
@@ -99,24 +100,24 @@ bool WriteAsAnOrdinaryUser(const WString& file_name) {
 TEST(ProfileReplacement, LeavesAWriteProtectedFileAlone) {
   const IniFile file("A=1\n");
   fs::permissions(file.Folder(), fs::perms::all);
-  ASSERT_EQ(0, ::chmod(file.Path().c_str(), 0444));
+  ASSERT_EQ(::chmod(file.Path().c_str(), 0444), 0);
 
   const int status = StatusOfChild([&] { return WriteAsAnOrdinaryUser(file.Name()); });
 
   EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1);
-  EXPECT_EQ("A=1\n", file.Bytes());
+  EXPECT_EQ(file.Bytes(), "A=1\n");
 }
 
 TEST(ProfileReplacement, FailsInAFolderThatMayNotBeWritten) {
   const IniFile file("A=1\n");
-  ASSERT_EQ(0, ::chmod(file.Path().c_str(), 0666));
-  ASSERT_EQ(0, ::chmod(file.Folder().c_str(), 0555));
+  ASSERT_EQ(::chmod(file.Path().c_str(), 0666), 0);
+  ASSERT_EQ(::chmod(file.Folder().c_str(), 0555), 0);
 
   const int status = StatusOfChild([&] { return WriteAsAnOrdinaryUser(file.Name()); });
 
-  ASSERT_EQ(0, ::chmod(file.Folder().c_str(), 0755));
+  ASSERT_EQ(::chmod(file.Folder().c_str(), 0755), 0);
   EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1);
-  EXPECT_EQ("A=1\n", file.Bytes());
+  EXPECT_EQ(file.Bytes(), "A=1\n");
 }
 
 }  // namespace

@@ -37,10 +37,10 @@ TEST_P(MalformedProfile, IsRefusedWithFileLineAndReason) {
   const auto error = ErrorOf(file.Name());
 
   ASSERT_TRUE(error);
-  EXPECT_EQ(BError::eProfileMalformed, error->ErrorCode());
-  EXPECT_EQ(file.Name().Str(), error->Text(0).Str());
-  EXPECT_EQ(GetParam().line, error->Text(1).Str());
-  EXPECT_EQ(GetParam().reason, error->Text(2).Str());
+  EXPECT_EQ(error->ErrorCode(), BError::eProfileMalformed);
+  EXPECT_EQ(error->Text(0).Str(), file.Name().Str());
+  EXPECT_EQ(error->Text(1).Str(), GetParam().line);
+  EXPECT_EQ(error->Text(2).Str(), GetParam().reason);
 }
 
 constexpr wchar_t kNeither[] = L"this is neither a comment, nor a section, nor key=value";
@@ -66,11 +66,11 @@ INSTANTIATE_TEST_SUITE_P(
                                   L"1", L"there is a zero byte"}),
     [](const auto& test) { return test.param.name; });
 
-TEST(ProfileOpening, TellsInOneSentenceWhatIsMalformed) {
+TEST(ProfileOpening, SaysInOneSentenceWhatIsMalformed) {
   const IniFile file("oops\n");
 
-  EXPECT_EQ(L"the profile " + file.Name().Str() + L" is malformed, line 1: " + kNeither,
-            ErrorOf(file.Name())->Message().Str());
+  EXPECT_EQ(ErrorOf(file.Name())->Message().Str(),
+            L"the profile " + file.Name().Str() + L" is malformed, line 1: " + kNeither);
 }
 
 TEST(ProfileOpening, FailsWithTheReasonForAMissingFile) {
@@ -80,8 +80,8 @@ TEST(ProfileOpening, FailsWithTheReasonForAMissingFile) {
   const auto error = ErrorOf(missing);
 
   ASSERT_TRUE(error);
-  EXPECT_EQ(BError::eProfileNotReadable, error->ErrorCode());
-  EXPECT_EQ(missing.Str(), error->Text(0).Str());
+  EXPECT_EQ(error->ErrorCode(), BError::eProfileNotReadable);
+  EXPECT_EQ(error->Text(0).Str(), missing.Str());
   EXPECT_FALSE(error->Text(1).IsEmpty());
 }
 
@@ -91,15 +91,15 @@ TEST(ProfileOpening, FailsForAFolder) {
   const auto error = ErrorOf(WideName(file.Folder()));
 
   ASSERT_TRUE(error);
-  EXPECT_EQ(BError::eProfileNotReadable, error->ErrorCode());
+  EXPECT_EQ(error->ErrorCode(), BError::eProfileNotReadable);
 }
 
 #if !defined(_WIN32)
-TEST(ProfileOpening, TellsTheSystemsReason) {
+TEST(ProfileOpening, GivesTheSystemsReason) {
   const IniFile file("A=1\n");
 
-  EXPECT_EQ(L"No such file or directory", ErrorOf(file.Name() + L"x")->Text(1).Str());
-  EXPECT_EQ(L"Is a directory", ErrorOf(WideName(file.Folder()))->Text(1).Str());
+  EXPECT_EQ(ErrorOf(file.Name() + L"x")->Text(1).Str(), L"No such file or directory");
+  EXPECT_EQ(ErrorOf(WideName(file.Folder()))->Text(1).Str(), L"Is a directory");
 }
 #endif
 

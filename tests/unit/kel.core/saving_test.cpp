@@ -36,8 +36,8 @@ TEST(ProfileSaving, LeavesNothingButTheFile) {
   EXPECT_TRUE(profile.Write(L"A", L"2"));
   EXPECT_TRUE(profile.Write(L"B", L"3"));
 
-  EXPECT_EQ("A=2\nB=3\n", file.Bytes());
-  EXPECT_EQ((Names{"camera.ini"}), file.Neighbours());
+  EXPECT_EQ(file.Bytes(), "A=2\nB=3\n");
+  EXPECT_EQ(file.Neighbours(), (Names{"camera.ini"}));
 }
 
 TEST(ProfileSaving, DoesNotTouchTheFileForAnUnchangedValue) {
@@ -48,8 +48,8 @@ TEST(ProfileSaving, DoesNotTouchTheFileForAnUnchangedValue) {
 
   EXPECT_TRUE(profile.Write(L"A", L"1"));
 
-  EXPECT_EQ(long_ago, fs::last_write_time(file.Path()));
-  EXPECT_EQ("A = 1 \n", file.Bytes());
+  EXPECT_EQ(fs::last_write_time(file.Path()), long_ago);
+  EXPECT_EQ(file.Bytes(), "A = 1 \n");
 }
 
 TEST(ProfileSaving, KeepsWhatOthersChangedMeanwhile) {
@@ -59,9 +59,9 @@ TEST(ProfileSaving, KeepsWhatOthersChangedMeanwhile) {
 
   EXPECT_TRUE(profile.Write(L"A", L"5"));
 
-  EXPECT_EQ("; edited\nB=2\nA=5\nC=3\n", file.Bytes());
-  EXPECT_EQ(L"2", ReadString(profile, L"B"));
-  EXPECT_EQ(L"3", ReadString(profile, L"C"));
+  EXPECT_EQ(file.Bytes(), "; edited\nB=2\nA=5\nC=3\n");
+  EXPECT_EQ(ReadString(profile, L"B"), L"2");
+  EXPECT_EQ(ReadString(profile, L"C"), L"3");
 }
 
 TEST(ProfileSaving, LetsTwoProfilesOfOneFileWriteInTurns) {
@@ -73,7 +73,7 @@ TEST(ProfileSaving, LetsTwoProfilesOfOneFileWriteInTurns) {
   EXPECT_TRUE(second.Write(L"B", L"3"));
   EXPECT_TRUE(first.Write(L"A", L"4"));
 
-  EXPECT_EQ("A=4\nB=3\n", file.Bytes());
+  EXPECT_EQ(file.Bytes(), "A=4\nB=3\n");
 }
 
 TEST(ProfileSaving, KeepsTheOldFileAndTheNewValueWhenTheDiskRefuses) {
@@ -83,11 +83,11 @@ TEST(ProfileSaving, KeepsTheOldFileAndTheNewValueWhenTheDiskRefuses) {
 
   EXPECT_FALSE(profile.Write(L"A", L"2"));
 
-  EXPECT_EQ("A=1\nB=1\n", file.Bytes());
-  EXPECT_EQ((Names{"camera.ini"}), file.Neighbours());
-  EXPECT_EQ(L"2", ReadString(profile, L"A"));
-  EXPECT_EQ((std::vector<std::wstring>{file.Name().Str() + L": A = 2 is not saved: " + disk.Reason()}),
-            Complaints(profile));
+  EXPECT_EQ(file.Bytes(), "A=1\nB=1\n");
+  EXPECT_EQ(file.Neighbours(), (Names{"camera.ini"}));
+  EXPECT_EQ(ReadString(profile, L"A"), L"2");
+  EXPECT_EQ(Complaints(profile),
+            (std::vector<std::wstring>{file.Name().Str() + L": A = 2 is not saved: " + disk.Reason()}));
 }
 
 TEST(ProfileSaving, SavesWithTheNextWriteWhatCouldNotBeSaved) {
@@ -101,7 +101,7 @@ TEST(ProfileSaving, SavesWithTheNextWriteWhatCouldNotBeSaved) {
   }
   EXPECT_TRUE(profile.Write(L"B", L"5"));
 
-  EXPECT_EQ("A=3\nB=5\nC=4\n", file.Bytes());
+  EXPECT_EQ(file.Bytes(), "A=3\nB=5\nC=4\n");
 }
 
 TEST(ProfileSaving, TriesAgainWhenTheSameValueIsWritten) {
@@ -113,7 +113,7 @@ TEST(ProfileSaving, TriesAgainWhenTheSameValueIsWritten) {
   }
   EXPECT_TRUE(profile.Write(L"A", L"2"));
 
-  EXPECT_EQ("A=2\n", file.Bytes());
+  EXPECT_EQ(file.Bytes(), "A=2\n");
 }
 
 TEST(ProfileSaving, FailsWhenTheFileHasGone) {
@@ -123,9 +123,9 @@ TEST(ProfileSaving, FailsWhenTheFileHasGone) {
 
   EXPECT_FALSE(profile.Write(L"A", L"2"));
 
-  EXPECT_EQ((Names{}), file.Neighbours());
-  EXPECT_EQ(L"2", ReadString(profile, L"A"));
-  EXPECT_EQ(1u, profile.Complaints().size());
+  EXPECT_EQ(file.Neighbours(), (Names{}));
+  EXPECT_EQ(ReadString(profile, L"A"), L"2");
+  EXPECT_EQ(profile.Complaints().size(), 1u);
 }
 
 TEST(ProfileSaving, FailsWhenAFolderHasTakenTheFilesPlace) {
@@ -137,8 +137,8 @@ TEST(ProfileSaving, FailsWhenAFolderHasTakenTheFilesPlace) {
   EXPECT_FALSE(profile.Write(L"A", L"2"));
 
   EXPECT_TRUE(fs::is_directory(file.Path()));
-  EXPECT_EQ((Names{"camera.ini"}), file.Neighbours());
-  EXPECT_EQ(1u, profile.Complaints().size());
+  EXPECT_EQ(file.Neighbours(), (Names{"camera.ini"}));
+  EXPECT_EQ(profile.Complaints().size(), 1u);
 }
 
 TEST(ProfileSaving, LeavesAFileAloneThatOthersMadeMalformed) {
@@ -149,12 +149,12 @@ TEST(ProfileSaving, LeavesAFileAloneThatOthersMadeMalformed) {
   EXPECT_FALSE(profile.Write(L"A", L"2"));
 
   const std::wstring name = file.Name().Str();
-  EXPECT_EQ("A=1\nhalf a li", file.Bytes());
-  EXPECT_EQ(L"2", ReadString(profile, L"A"));
-  EXPECT_EQ((std::vector<std::wstring>{name + L": A = 2 is not saved: the profile " + name +
+  EXPECT_EQ(file.Bytes(), "A=1\nhalf a li");
+  EXPECT_EQ(ReadString(profile, L"A"), L"2");
+  EXPECT_EQ(Complaints(profile),
+            (std::vector<std::wstring>{name + L": A = 2 is not saved: the profile " + name +
                                        L" is malformed, line 2: this is neither a comment, nor a section, nor "
-                                       L"key=value"}),
-            Complaints(profile));
+                                       L"key=value"}));
 }
 
 }  // namespace

@@ -30,10 +30,10 @@ TEST_P(ProfileWrite, ChangesItsLineAndNothingElse) {
 
   EXPECT_TRUE(profile.Write(write.key, write.value));
 
-  EXPECT_EQ(write.after, file.Bytes());
+  EXPECT_EQ(file.Bytes(), write.after);
   WString value;
   EXPECT_TRUE(profile.ReadString(write.key, value));
-  EXPECT_EQ(write.value, value.Str());
+  EXPECT_EQ(value.Str(), write.value);
 }
 
 const std::string kMark = "\xEF\xBB\xBF";
@@ -85,12 +85,12 @@ TEST(ProfileWriting, RefusesAValueWithLineBreaksOrZeros) {
 
     EXPECT_FALSE(profile.Write(L"A", WString(value)));
 
-    EXPECT_EQ("A=1\n", file.Bytes());
+    EXPECT_EQ(file.Bytes(), "A=1\n");
     WString kept;
     EXPECT_TRUE(profile.ReadString(L"A", kept));
-    EXPECT_EQ(L"1", kept.Str());
-    EXPECT_EQ(file.Name().Str() + L": A = " + value + L" is not saved: a value has no line breaks or zeros",
-              OnlyComplaint(profile));
+    EXPECT_EQ(kept.Str(), L"1");
+    EXPECT_EQ(OnlyComplaint(profile),
+              file.Name().Str() + L": A = " + value + L" is not saved: a value has no line breaks or zeros");
   }
 }
 
@@ -101,9 +101,9 @@ TEST(ProfileWriting, RefusesAKeyThatAFileCannotHold) {
 
     EXPECT_FALSE(profile.Write(key, L"1"));
 
-    EXPECT_EQ("A=1\n", file.Bytes());
-    EXPECT_EQ(file.Name().Str() + L": " + key + L" = 1 is not saved: the key is none that a file can hold",
-              OnlyComplaint(profile));
+    EXPECT_EQ(file.Bytes(), "A=1\n");
+    EXPECT_EQ(OnlyComplaint(profile),
+              file.Name().Str() + L": " + key + L" = 1 is not saved: the key is none that a file can hold");
   }
 }
 
@@ -115,9 +115,9 @@ TEST(ProfileWriting, RefusesASectionThatAFileCannotHold) {
 
     EXPECT_FALSE(profile.Write(L"A", L"1"));
 
-    EXPECT_EQ("A=1\n", file.Bytes());
-    EXPECT_EQ(file.Name().Str() + L": A = 1 is not saved: the section's name is none that a file can hold",
-              OnlyComplaint(profile));
+    EXPECT_EQ(file.Bytes(), "A=1\n");
+    EXPECT_EQ(OnlyComplaint(profile),
+              file.Name().Str() + L": A = 1 is not saved: the section's name is none that a file can hold");
   }
 }
 
@@ -127,7 +127,7 @@ TEST(ProfileWriting, DropsBlanksAroundAValue) {
 
   EXPECT_TRUE(profile.Write(L"A", L"  two words \t"));
 
-  EXPECT_EQ("A=two words\n", file.Bytes());
+  EXPECT_EQ(file.Bytes(), "A=two words\n");
 }
 
 // Lines of all kinds in random order, with keys that differ.
@@ -160,7 +160,7 @@ TEST(ProfileWriting, KeepsEveryOtherLineOfAnyFile) {
 
     ASSERT_TRUE(profile.Write(L"k0", L"written"));
 
-    ASSERT_EQ(Joined(lines), file.Bytes()) << "round " << round << ", seed " << kSeed;
+    ASSERT_EQ(file.Bytes(), Joined(lines)) << "round " << round << ", seed " << kSeed;
   }
 }
 
@@ -176,9 +176,9 @@ TEST(ProfileWriting, AddsOneLineToAnyFile) {
 
     std::string after = file.Bytes();
     const std::size_t added = after.find("NEW=written");
-    ASSERT_NE(std::string::npos, added);
+    ASSERT_NE(added, std::string::npos);
     after.erase(added, after.find('\n', added) + 1 - added);
-    ASSERT_EQ(before, after) << "round " << round << ", seed " << kSeed;
+    ASSERT_EQ(after, before) << "round " << round << ", seed " << kSeed;
   }
 }
 

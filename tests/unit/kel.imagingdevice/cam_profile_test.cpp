@@ -1,5 +1,6 @@
 // cam_profile_test.cpp
 // The keys that camera profiles share.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -29,12 +30,12 @@ TEST(CamProfile, IsForNoApiWithoutTheKey) {
   EXPECT_FALSE(profile.IsApi(L""));
 }
 
-TEST(CamProfile, TellsTheSerialNumber) {
+TEST(CamProfile, ReadsTheSerialNumber) {
   const IniFile file("Serial.Number = 0503329000 \n");
   WString serial_number;
 
   EXPECT_TRUE(BCamProfile(file.Name()).ReadSerialNumber(serial_number));
-  EXPECT_EQ(L"0503329000", serial_number.Str());
+  EXPECT_EQ(serial_number.Str(), L"0503329000");
 }
 
 TEST(CamProfile, GivesAnEmptySerialNumberWhenThereIsNone) {
@@ -42,15 +43,15 @@ TEST(CamProfile, GivesAnEmptySerialNumberWhenThereIsNone) {
   WString serial_number(L"before");
 
   EXPECT_FALSE(BCamProfile(file.Name()).ReadSerialNumber(serial_number));
-  EXPECT_EQ(L"", serial_number.Str());
+  EXPECT_EQ(serial_number.Str(), L"");
 }
 
-TEST(CamProfile, TellsTheMaxShutterForFast) {
+TEST(CamProfile, ReadsTheMaxShutterForFast) {
   const IniFile file("MAXSHUTTERFORFAST=250\n");
   int max_shutter = -1;
 
   EXPECT_TRUE(BCamProfile(file.Name()).ReadMaxShutterForFast(max_shutter));
-  EXPECT_EQ(250, max_shutter);
+  EXPECT_EQ(max_shutter, 250);
 }
 
 TEST(CamProfile, LeavesTheMaxShutterForFastUntouchedWithoutAUsableOne) {
@@ -59,7 +60,7 @@ TEST(CamProfile, LeavesTheMaxShutterForFastUntouchedWithoutAUsableOne) {
     int max_shutter = 20000;
 
     EXPECT_FALSE(BCamProfile(file.Name()).ReadMaxShutterForFast(max_shutter));
-    EXPECT_EQ(20000, max_shutter);
+    EXPECT_EQ(max_shutter, 20000);
   }
 }
 
@@ -70,7 +71,7 @@ TEST(CamProfile, WritesWhichCameraItWas) {
   EXPECT_TRUE(profile.WriteIdent(L"Vimba_Manta-G-504-B_0503"));
   EXPECT_TRUE(profile.WriteMIIdent(L"DEV_000F31034C65"));
 
-  EXPECT_EQ("API=Vimba\nIdent=Vimba_Manta-G-504-B_0503\nMIIdent=DEV_000F31034C65\n", file.Bytes());
+  EXPECT_EQ(file.Bytes(), "API=Vimba\nIdent=Vimba_Manta-G-504-B_0503\nMIIdent=DEV_000F31034C65\n");
 }
 
 TEST(CamProfile, ReadsWhereItStands) {
@@ -88,13 +89,14 @@ TEST(CamProfile, IsAnObjectOfItsOwnName) {
   const IniFile file("");
   const BSmartRef<BSmartObj> profile(new BCamProfile(file.Name()));
 
-  EXPECT_EQ(L"BCamProfile", profile->ArchiveName().Str());
+  EXPECT_EQ(profile->ArchiveName().Str(), L"BCamProfile");
 }
 
 TEST(CamProfile, ThrowsTheErrorOfItsFile) {
   const IniFile file("API\n");
 
-  EXPECT_THROW(BCamProfile(file.Name()), BError);
+  EXPECT_THAT([&] { const BCamProfile profile(file.Name()); },
+              testing::Throws<BError>(testing::Property(&BError::ErrorCode, BError::eProfileMalformed)));
 }
 
 }  // namespace

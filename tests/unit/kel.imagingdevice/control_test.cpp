@@ -13,12 +13,14 @@ namespace {
 // 0.5 real units to the integer, or minus that.
 class HalfSteps : public BImagingDeviceControl {
  public:
+  static constexpr int kFirstValue = 7;
+
   explicit HalfSteps(double step = 0.5) : BImagingDeviceControl(NBoard::eShutter), m_step(step) {}
 
   int Value() override { return m_value; }
   bool SetValue(int value) override {
     m_value = value;
-    return m_holds;
+    return holds;
   }
   void SetMinValue(int) override {}
   void SetMaxValue(int) override {}
@@ -26,7 +28,7 @@ class HalfSteps : public BImagingDeviceControl {
   bool GetRange(int& min, int& max) override {
     min = -20;
     max = 100;
-    return m_has_range;
+    return has_range;
   }
   bool SetToDefault() override { return SetValue(0); }
   bool IsAvailable() const override { return true; }
@@ -34,44 +36,44 @@ class HalfSteps : public BImagingDeviceControl {
   double ToRealValue(int value) const override { return value * m_step; }
   int FromRealValue(double value) const override { return static_cast<int>(value / m_step); }
 
-  bool m_holds = true;
-  bool m_has_range = true;
+  bool holds = true;
+  bool has_range = true;
 
  private:
   double m_step;
-  int m_value = 7;
+  int m_value = kFirstValue;
 };
 
-TEST(Control, KnowsItsType) { EXPECT_EQ(NBoard::eShutter, HalfSteps().Type()); }
+TEST(Control, KnowsItsType) { EXPECT_EQ(HalfSteps().Type(), NBoard::eShutter); }
 
 TEST(Control, TakesItsEndsFromItsRange) {
   HalfSteps control;
 
-  EXPECT_EQ(-20, control.MinValue());
-  EXPECT_EQ(100, control.MaxValue());
+  EXPECT_EQ(control.MinValue(), -20);
+  EXPECT_EQ(control.MaxValue(), 100);
 }
 
 TEST(Control, HasItsEndsAtZeroWithoutARange) {
   HalfSteps control;
-  control.m_has_range = false;
+  control.has_range = false;
 
-  EXPECT_EQ(0, control.MinValue());
-  EXPECT_EQ(0, control.MaxValue());
+  EXPECT_EQ(control.MinValue(), 0);
+  EXPECT_EQ(control.MaxValue(), 0);
 }
 
 TEST(Control, ConvertsItsValue) {
   HalfSteps control;
-  EXPECT_EQ(3.5, control.GetRealValue());
+  EXPECT_EQ(control.GetRealValue(), 3.5);
 
   EXPECT_TRUE(control.SetRealValue(12.5));
 
-  EXPECT_EQ(25, control.Value());
-  EXPECT_EQ(12.5, control.GetRealValue());
+  EXPECT_EQ(control.Value(), 25);
+  EXPECT_EQ(control.GetRealValue(), 12.5);
 }
 
-TEST(Control, TellsWhenTheCameraDoesNotHoldARealValue) {
+TEST(Control, ReportsWhenTheCameraDoesNotHoldARealValue) {
   HalfSteps control;
-  control.m_holds = false;
+  control.holds = false;
 
   EXPECT_FALSE(control.SetRealValue(1.0));
 }
@@ -83,28 +85,28 @@ TEST(Control, RefusesWhatIsNoFiniteNumber) {
 
     EXPECT_FALSE(control.SetRealValue(value));
 
-    EXPECT_EQ(7, control.Value());
+    EXPECT_EQ(control.Value(), HalfSteps::kFirstValue);
   }
 }
 
 std::pair<double, double> RealRange(HalfSteps&& control) {
   double min = -1, max = -1;
   const bool there = control.GetRealRange(min, max);
-  EXPECT_EQ(control.m_has_range, there);
+  EXPECT_EQ(there, control.has_range);
   return {min, max};
 }
 
-TEST(Control, ConvertsItsRange) { EXPECT_EQ((std::pair{-10.0, 50.0}), RealRange(HalfSteps())); }
+TEST(Control, ConvertsItsRange) { EXPECT_EQ(RealRange(HalfSteps()), (std::pair{-10.0, 50.0})); }
 
 TEST(Control, PutsTheSmallerEndFirstWhenTheRealUnitRunsBackwards) {
-  EXPECT_EQ((std::pair{-50.0, 10.0}), RealRange(HalfSteps(-0.5)));
+  EXPECT_EQ(RealRange(HalfSteps(-0.5)), (std::pair{-50.0, 10.0}));
 }
 
 TEST(Control, LeavesTheArgumentsAloneWithoutARange) {
   HalfSteps control;
-  control.m_has_range = false;
+  control.has_range = false;
 
-  EXPECT_EQ((std::pair{-1.0, -1.0}), RealRange(std::move(control)));
+  EXPECT_EQ(RealRange(std::move(control)), (std::pair{-1.0, -1.0}));
 }
 
 TEST(Control, KeepsItsOperationsInTableOrder) {
@@ -117,7 +119,7 @@ TEST(Control, KeepsItsOperationsInTableOrder) {
       TablePlace(&Control::FromRealValue), TablePlace(&Control::GetRealValue),    TablePlace(&Control::SetRealValue),
       TablePlace(&Control::GetRealRange)};
 
-  EXPECT_EQ((std::vector<std::size_t>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}), places);
+  EXPECT_EQ(places, (std::vector<std::size_t>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}));
 }
 
 }  // namespace

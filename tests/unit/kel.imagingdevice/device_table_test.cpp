@@ -35,7 +35,7 @@ TEST(Device, KeepsItsThirtySixOperationsInTableOrder) {
       &D::BrightnessControl, &D::HueControl, &D::SaturationControl, &D::TemperatureControl, &D::Trigger, &D::IsColor,
       &D::AutoFocusOnce, &D::GetBandwidth, &D::SetBandwidth, &D::AddBandwidthPartner, &D::RemoveBandwidthPartner);
 
-  EXPECT_EQ(AfterTheDestructor(35), places);
+  EXPECT_EQ(places, AfterTheDestructor(35));
 }
 
 TEST(DeviceImplementation, KeepsItsOperationsInTableOrder) {
@@ -45,7 +45,7 @@ TEST(DeviceImplementation, KeepsItsOperationsInTableOrder) {
                &D::IsColor, &D::SetWhiteBalanceBlue, &D::SetWhiteBalanceRed, &D::ColorBlueBalance, &D::ColorRedBalance,
                &D::AllocateLockedMemory, &D::FreeLockedMemory, &D::IsOpen, &D::Trigger);
 
-  EXPECT_EQ(AfterTheDestructor(15), places);
+  EXPECT_EQ(places, AfterTheDestructor(15));
 }
 
 }  // namespace

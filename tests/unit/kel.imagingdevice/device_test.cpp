@@ -1,19 +1,19 @@
 // device_test.cpp
-// What a device answers that knows no better.
+// What a device answers unless its driver answers otherwise.
 #include <gtest/gtest.h>
 
 #include "support/plain_device.h"
 
 namespace {
 
-TEST(Device, HasNoSnapTimeAtFirst) { EXPECT_EQ(0.0, PlainDevice().LastSnapTime()); }
+TEST(Device, HasNoSnapTimeAtFirst) { EXPECT_EQ(PlainDevice().LastSnapTime(), 0.0); }
 
-TEST(Device, TellsTheSnapTimeThatItsDriverNoted) {
+TEST(Device, ReportsTheSnapTimeThatItsDriverNoted) {
   PlainDevice device;
 
   device.NoteSnapTime(12.5);
 
-  EXPECT_EQ(12.5, device.LastSnapTime());
+  EXPECT_EQ(device.LastSnapTime(), 12.5);
 }
 
 TEST(Device, CannotFocus) { EXPECT_FALSE(PlainDevice().AutoFocusOnce()); }

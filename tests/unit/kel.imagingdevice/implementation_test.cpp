@@ -50,7 +50,7 @@ class Implementation : public testing::Test {
 };
 
 TEST_F(Implementation, HasNoControlsAtFirst) {
-  for (int type = 0; type < NBoard::kControlTypes; ++type) EXPECT_EQ(nullptr, At(type));
+  for (int type = 0; type < NBoard::kControlTypes; ++type) EXPECT_EQ(At(type), nullptr);
 }
 
 TEST_F(Implementation, KeepsEachControlUnderItsType) {
@@ -58,8 +58,8 @@ TEST_F(Implementation, KeepsEachControlUnderItsType) {
   added.reserve(NBoard::kControlTypes);
   for (int type = 0; type < NBoard::kControlTypes; ++type) added.push_back(Add(type));
 
-  for (int type = 0; type < NBoard::kControlTypes; ++type) EXPECT_EQ(added[static_cast<std::size_t>(type)], At(type));
-  EXPECT_EQ(0, m_deletions);
+  for (int type = 0; type < NBoard::kControlTypes; ++type) EXPECT_EQ(At(type), added[static_cast<std::size_t>(type)]);
+  EXPECT_EQ(m_deletions, 0);
 }
 
 TEST_F(Implementation, DeletesTheControlThatItReplaces) {
@@ -67,8 +67,8 @@ TEST_F(Implementation, DeletesTheControlThatItReplaces) {
 
   BImagingDeviceControl* second = Add(NBoard::eGain);
 
-  EXPECT_EQ(second, At(NBoard::eGain));
-  EXPECT_EQ(1, m_deletions);
+  EXPECT_EQ(At(NBoard::eGain), second);
+  EXPECT_EQ(m_deletions, 1);
 }
 
 TEST_F(Implementation, DeletesAllControls) {
@@ -77,22 +77,22 @@ TEST_F(Implementation, DeletesAllControls) {
 
   m_implementation.DeleteControls();
 
-  EXPECT_EQ(2, m_deletions);
-  EXPECT_EQ(nullptr, At(NBoard::eGain));
+  EXPECT_EQ(m_deletions, 2);
+  EXPECT_EQ(At(NBoard::eGain), nullptr);
 }
 
 TEST_F(Implementation, HasNoControlOfATypeThatIsNone) {
-  for (const int type : {std::numeric_limits<int>::min(), -1, 10, std::numeric_limits<int>::max()}) {
-    EXPECT_EQ(nullptr, At(type));
+  for (const int type : {std::numeric_limits<int>::min(), -1, NBoard::kControlTypes, std::numeric_limits<int>::max()}) {
+    EXPECT_EQ(At(type), nullptr);
   }
 }
 
 TEST_F(Implementation, DropsAControlOfATypeThatIsNone) {
   Add(-1);
-  Add(10);
+  Add(NBoard::kControlTypes);
   m_implementation.SetControl(nullptr);
 
-  EXPECT_EQ(2, m_deletions);
+  EXPECT_EQ(m_deletions, 2);
 }
 
 TEST_F(Implementation, DeletesItsControlsAndDropsItsProfileWhenItGoes) {
@@ -102,11 +102,11 @@ TEST_F(Implementation, DeletesItsControlsAndDropsItsProfileWhenItGoes) {
     PlainImplementation implementation;
     implementation.SetControl(std::make_unique<CountedControl>(NBoard::eGain, m_deletions));
     EXPECT_TRUE(implementation.Initialize(profile));
-    EXPECT_EQ(2, profile->References());
+    EXPECT_EQ(profile->References(), 2);
     EXPECT_TRUE(implementation.Profile() == profile);
   }
-  EXPECT_EQ(1, profile->References());
-  EXPECT_EQ(1, m_deletions);
+  EXPECT_EQ(profile->References(), 1);
+  EXPECT_EQ(m_deletions, 1);
 }
 
 TEST_F(Implementation, DropsTheProfileBefore) {
@@ -116,25 +116,26 @@ TEST_F(Implementation, DropsTheProfileBefore) {
 
   m_implementation.Initialize(nullptr);
 
-  EXPECT_EQ(1, first->References());
+  EXPECT_EQ(first->References(), 1);
   EXPECT_FALSE(m_implementation.Profile());
 }
 
 TEST_F(Implementation, GivesZeroedMemoryThatCanBeWritten) {
   constexpr std::size_t kBytes = 100'001;
   auto* bytes = static_cast<unsigned char*>(m_implementation.AllocateLockedMemory(kBytes));
-  ASSERT_NE(nullptr, bytes);
+  ASSERT_NE(bytes, nullptr);
   EXPECT_TRUE(std::all_of(bytes, bytes + kBytes, [](unsigned char byte) { return byte == 0; }));
 
-  std::fill(bytes, bytes + kBytes, static_cast<unsigned char>(0xA5));
+  constexpr unsigned char kPattern = 0xA5;
+  std::fill(bytes, bytes + kBytes, kPattern);
 
-  EXPECT_EQ(0xA5, bytes[kBytes - 1]);
+  EXPECT_EQ(bytes[kBytes - 1], kPattern);
   m_implementation.FreeLockedMemory(bytes, kBytes);
 }
 
 TEST_F(Implementation, GivesNoMemoryForNoBytesAndWhenThereIsNone) {
-  EXPECT_EQ(nullptr, m_implementation.AllocateLockedMemory(0));
-  EXPECT_EQ(nullptr, m_implementation.AllocateLockedMemory(std::numeric_limits<std::size_t>::max() / 2));
+  EXPECT_EQ(m_implementation.AllocateLockedMemory(0), nullptr);
+  EXPECT_EQ(m_implementation.AllocateLockedMemory(std::numeric_limits<std::size_t>::max() / 2), nullptr);
   m_implementation.FreeLockedMemory(nullptr, 0);
 }
 

@@ -1,23 +1,26 @@
 // locked_pages_test.cpp
-// Whether locked memory is locked, as the kernel tells it.
+// Whether locked memory is locked, as the kernel reports it.
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
 
 #include <fstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "support/plain_device.h"
 
 namespace {
 
-constexpr std::size_t kBytes = std::size_t{64} * 1024;
+constexpr std::size_t kKilobyte = 1024;
+constexpr std::size_t kBytes = 64 * kKilobyte;
 
 long LockedKilobytes() {
+  constexpr std::string_view kLabel = "VmLck:";
   std::ifstream status("/proc/self/status");
   for (std::string line; std::getline(status, line);) {
-    if (line.rfind("VmLck:", 0) == 0) return std::stol(line.substr(6));
+    if (line.starts_with(kLabel)) return std::stol(line.substr(kLabel.size()));
   }
   return -1;
 }
@@ -33,7 +36,7 @@ bool SystemLocksPages() {
 }
 
 TEST(LockedMemory, IsLockedWhereTheSystemLocksPages) {
-  const long expected_kilobytes = SystemLocksPages() ? kBytes / 1024 : 0;
+  const long expected_kilobytes = SystemLocksPages() ? kBytes / kKilobyte : 0;
   PlainImplementation implementation;
   const long before = LockedKilobytes();
 
@@ -41,23 +44,23 @@ TEST(LockedMemory, IsLockedWhereTheSystemLocksPages) {
   const long gained = LockedKilobytes() - before;
   implementation.FreeLockedMemory(memory, kBytes);
 
-  EXPECT_EQ(expected_kilobytes, gained);
-  EXPECT_EQ(before, LockedKilobytes());
+  EXPECT_EQ(gained, expected_kilobytes);
+  EXPECT_EQ(LockedKilobytes(), before);
 }
 
 TEST(LockedMemory, IsOrdinaryMemoryBeyondTheLimit) {
   rlimit before{};
-  ASSERT_EQ(0, ::getrlimit(RLIMIT_MEMLOCK, &before));
+  ASSERT_EQ(::getrlimit(RLIMIT_MEMLOCK, &before), 0);
   const rlimit nothing{0, before.rlim_max};
-  ASSERT_EQ(0, ::setrlimit(RLIMIT_MEMLOCK, &nothing));
+  ASSERT_EQ(::setrlimit(RLIMIT_MEMLOCK, &nothing), 0);
   PlainImplementation implementation;
 
   auto* memory = static_cast<char*>(implementation.AllocateLockedMemory(kBytes));
 
-  ASSERT_EQ(0, ::setrlimit(RLIMIT_MEMLOCK, &before));
-  ASSERT_NE(nullptr, memory);
+  ASSERT_EQ(::setrlimit(RLIMIT_MEMLOCK, &before), 0);
+  ASSERT_NE(memory, nullptr);
   memory[kBytes - 1] = 'x';
-  EXPECT_EQ('x', memory[kBytes - 1]);
+  EXPECT_EQ(memory[kBytes - 1], 'x');
   implementation.FreeLockedMemory(memory, kBytes);
 }
 

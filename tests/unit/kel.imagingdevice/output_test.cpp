@@ -2,10 +2,10 @@
 // Where drivers report to.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <future>
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -21,13 +21,13 @@ using Calls = std::vector<std::wstring>;
 class NotingSink : public ImagingDevice::BSink {
  public:
   void OnShowInfo(const wchar_t* text, const wchar_t* caption) override {
-    m_calls.push_back(L"show " + std::wstring(text) + L", " + (caption ? caption : L"<null>"));
+    calls.push_back(L"show " + std::wstring(text) + L", " + (caption ? caption : L"<null>"));
   }
   void OnLogMessage(const WString& text, bool important) override {
-    m_calls.push_back((important ? L"log! " : L"log ") + text.Str());
+    calls.push_back((important ? L"log! " : L"log ") + text.Str());
   }
 
-  Calls m_calls;
+  Calls calls;
 };
 
 class Output : public testing::Test {
@@ -41,8 +41,8 @@ TEST_F(Output, IsDroppedWithoutASink) {
   ImagingDevice::ShowInfo(L"a", L"!");
   ImagingDevice::LogMessage(L"a", true);
 
-  EXPECT_EQ(nullptr, ImagingDevice::InstallSink(&m_sink));
-  EXPECT_EQ((Calls{}), m_sink.m_calls);
+  EXPECT_EQ(ImagingDevice::InstallSink(&m_sink), nullptr);
+  EXPECT_EQ(m_sink.calls, (Calls{}));
 }
 
 TEST_F(Output, ReachesTheSinkAsItIs) {
@@ -54,29 +54,30 @@ TEST_F(Output, ReachesTheSinkAsItIs) {
   ImagingDevice::LogMessage(L"line", false);
   ImagingDevice::LogMessage(L"line", true);
 
-  EXPECT_EQ((Calls{L"show 100%s\n, !", L"show notice, <null>", L"show , ", L"log line", L"log! line"}), m_sink.m_calls);
+  EXPECT_EQ(m_sink.calls, (Calls{L"show 100%s\n, !", L"show notice, <null>", L"show , ", L"log line", L"log! line"}));
 }
 
 TEST_F(Output, GoesToTheSinkThatWasInstalledLast) {
   NotingSink other;
-  EXPECT_EQ(nullptr, ImagingDevice::InstallSink(&m_sink));
-  EXPECT_EQ(&m_sink, ImagingDevice::InstallSink(&other));
+  EXPECT_EQ(ImagingDevice::InstallSink(&m_sink), nullptr);
+  EXPECT_EQ(ImagingDevice::InstallSink(&other), &m_sink);
 
   ImagingDevice::LogMessage(L"a", false);
 
-  EXPECT_EQ((Calls{}), m_sink.m_calls);
-  EXPECT_EQ((Calls{L"log a"}), other.m_calls);
-  EXPECT_EQ(&other, ImagingDevice::InstallSink(nullptr));
+  EXPECT_EQ(m_sink.calls, (Calls{}));
+  EXPECT_EQ(other.calls, (Calls{L"log a"}));
+  EXPECT_EQ(ImagingDevice::InstallSink(nullptr), &other);
 }
 
 TEST_F(Output, ReachesTheSinkOneCallAtATime) {
-  constexpr int kCalls = 500;
+  constexpr std::size_t kThreads = 4;
+  constexpr std::size_t kCalls = 500;
   ImagingDevice::InstallSink(&m_sink);
   std::vector<std::thread> threads;
-  threads.reserve(4);
-  for (int i = 0; i < 4; ++i) {
+  threads.reserve(kThreads);
+  for (std::size_t i = 0; i < kThreads; ++i) {
     threads.emplace_back([] {
-      for (int call = 0; call < kCalls; ++call) {
+      for (std::size_t call = 0; call < kCalls; ++call) {
         ImagingDevice::ShowInfo(L"a");
         ImagingDevice::LogMessage(L"b", false);
       }
@@ -84,35 +85,46 @@ TEST_F(Output, ReachesTheSinkOneCallAtATime) {
   }
   for (std::thread& thread : threads) thread.join();
 
-  EXPECT_EQ(4u * 2u * kCalls, m_sink.m_calls.size());
+  EXPECT_EQ(m_sink.calls.size(), kThreads * 2 * kCalls);
 }
 
 // Stays in a call until it is let go.
 class SlowSink : public ImagingDevice::BSink {
  public:
   void OnShowInfo(const wchar_t*, const wchar_t*) override {
-    m_entered.set_value();
-    m_release.get_future().wait();
+    entered.set_value();
+    release.get_future().wait();
   }
   void OnLogMessage(const WString&, bool) override {}
 
-  std::promise<void> m_entered;
-  std::promise<void> m_release;
+  std::promise<void> entered;
+  std::promise<void> release;
 };
 
 TEST_F(Output, LeavesTheOldSinkBeforeInstallingReturns) {
   SlowSink slow;
   ImagingDevice::InstallSink(&slow);
   auto report = std::async(std::launch::async, [] { ImagingDevice::ShowInfo(L"a"); });
-  slow.m_entered.get_future().wait();
+  slow.entered.get_future().wait();
   auto install = std::async(std::launch::async, [] { ImagingDevice::InstallSink(nullptr); });
 
   const auto while_at_work = install.wait_for(std::chrono::milliseconds(100));
-  slow.m_release.set_value();
+  slow.release.set_value();
 
-  EXPECT_EQ(std::future_status::timeout, while_at_work) << "installing returned while the old sink was at work";
-  EXPECT_EQ(std::future_status::ready, install.wait_for(std::chrono::seconds(30)));
+  EXPECT_EQ(while_at_work, std::future_status::timeout) << "installing returned while the old sink was at work";
+  EXPECT_EQ(install.wait_for(std::chrono::seconds(30)), std::future_status::ready);
 }
+
+// Counts the calls that come in time and those that come after it was taken away.
+class LeavingSink : public ImagingDevice::BSink {
+ public:
+  void OnShowInfo(const wchar_t*, const wchar_t*) override {}
+  void OnLogMessage(const WString&, bool) override { ++(is_gone ? late_calls : calls); }
+
+  std::atomic<bool> is_gone{false};
+  std::atomic<int> calls{0};
+  std::atomic<int> late_calls{0};
+};
 
 TEST_F(Output, NeverReachesASinkThatIsGone) {
   std::atomic<bool> done{false};
@@ -123,13 +135,17 @@ TEST_F(Output, NeverReachesASinkThatIsGone) {
       while (!done) ImagingDevice::LogMessage(L"a", false);
     });
   }
-  for (int round = 0; round < 500; ++round) {
-    const auto sink = std::make_unique<NotingSink>();
-    ImagingDevice::InstallSink(sink.get());
+  std::array<LeavingSink, 500> sinks;
+  for (LeavingSink& sink : sinks) {
+    ImagingDevice::InstallSink(&sink);
+    while (sink.calls == 0) std::this_thread::yield();
     ImagingDevice::InstallSink(nullptr);
+    sink.is_gone = true;
   }
   done = true;
   for (std::thread& thread : threads) thread.join();
+
+  for (const LeavingSink& sink : sinks) EXPECT_EQ(sink.late_calls, 0);
 }
 
 class ThrowingSink : public ImagingDevice::BSink {
@@ -147,7 +163,7 @@ TEST_F(Output, KeepsASinksExceptionsFromDrivers) {
 
   ImagingDevice::InstallSink(&m_sink);
   ImagingDevice::ShowInfo(L"b");
-  EXPECT_EQ((Calls{L"show b, <null>"}), m_sink.m_calls);
+  EXPECT_EQ(m_sink.calls, (Calls{L"show b, <null>"}));
 }
 
 }  // namespace

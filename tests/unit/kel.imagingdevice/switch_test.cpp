@@ -11,20 +11,20 @@ namespace {
 
 class Trigger : public BImagingDeviceTrigger {
  public:
-  void SetOn() override { ++m_on; }
+  void SetOn() override { ++switched_on; }
   bool IsAvailable() const override { return true; }
-  bool IsExternal() const override { return m_external; }
-  void SetExternal(bool external) override { m_external = external; }
+  bool IsExternal() const override { return external; }
+  void SetExternal(bool now_external) override { external = now_external; }
   bool SetActivation(int) override { return true; }
   bool SetSource(int) override {
-    ++m_sources;
+    ++sources_set;
     return true;
   }
   void Fire() override {}
 
-  bool m_external = true;
-  int m_on = 0;
-  int m_sources = 0;
+  bool external = true;
+  int switched_on = 0;
+  int sources_set = 0;
 };
 
 TEST(Switch, IsNoLongerExternalWhenOffAndTouchesNothingElse) {
@@ -33,13 +33,13 @@ TEST(Switch, IsNoLongerExternalWhenOffAndTouchesNothingElse) {
   trigger.SetOff();
 
   EXPECT_FALSE(trigger.IsExternal());
-  EXPECT_EQ(0, trigger.m_on);
-  EXPECT_EQ(0, trigger.m_sources);
+  EXPECT_EQ(trigger.switched_on, 0);
+  EXPECT_EQ(trigger.sources_set, 0);
 }
 
 TEST(Trigger, HasTheNumbersThatHostsAndDriversAgreeOn) {
-  EXPECT_EQ((std::vector<int>{0, 1, 2}), (std::vector<int>{Trigger::eSoftware, Trigger::eLine, Trigger::eFreeRun}));
-  EXPECT_EQ((std::vector<int>{0, 1}), (std::vector<int>{Trigger::eRising, Trigger::eFalling}));
+  EXPECT_EQ((std::vector<int>{Trigger::eSoftware, Trigger::eLine, Trigger::eFreeRun}), (std::vector<int>{0, 1, 2}));
+  EXPECT_EQ((std::vector<int>{Trigger::eRising, Trigger::eFalling}), (std::vector<int>{0, 1}));
 }
 
 TEST(Trigger, ContinuesTheSwitchInTableOrder) {
@@ -47,13 +47,13 @@ TEST(Trigger, ContinuesTheSwitchInTableOrder) {
   const std::vector<std::size_t> places = {TablePlace(&Switch::SetOn), TablePlace(&Switch::IsAvailable),
                                            TablePlace(&Switch::IsExternal), TablePlace(&Switch::SetExternal),
                                            TablePlace(&Switch::SetOff)};
-  EXPECT_EQ((std::vector<std::size_t>{0, 1, 2, 3, 4}), places);
+  EXPECT_EQ(places, (std::vector<std::size_t>{0, 1, 2, 3, 4}));
 
   // The destructor takes the places 5 and 6.
   const std::vector<std::size_t> own_places = {TablePlace(&BImagingDeviceTrigger::SetActivation),
                                                TablePlace(&BImagingDeviceTrigger::SetSource),
                                                TablePlace(&BImagingDeviceTrigger::Fire)};
-  EXPECT_EQ((std::vector<std::size_t>{7, 8, 9}), own_places);
+  EXPECT_EQ(own_places, (std::vector<std::size_t>{7, 8, 9}));
 }
 
 }  // namespace

@@ -5,10 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <future>
 #include <thread>
 
 namespace {
+
+constexpr std::chrono::seconds kDeadline{30};
 
 // What a thread destroys on its way out, after its last act.
 class LateDestruction {
@@ -28,9 +31,16 @@ class LateDestruction {
   std::atomic<int>* m_destroyed;
 };
 
+std::future<void> WaitingFor(BDetachedThreads& threads) {
+  return std::async(std::launch::async, [&threads] { threads.WaitForAll(); });
+}
+
 TEST(BDetachedThreads, NothingIsWaitedForWithoutAThread) {
   BDetachedThreads threads;
-  threads.WaitForAll();
+
+  const std::future<void> wait = WaitingFor(threads);
+
+  EXPECT_EQ(wait.wait_for(kDeadline), std::future_status::ready);
 }
 
 TEST(BDetachedThreads, TheWaitLastsUntilTheDestructorsOfEveryThreadHaveRun) {
@@ -44,7 +54,7 @@ TEST(BDetachedThreads, TheWaitLastsUntilTheDestructorsOfEveryThreadHaveRun) {
 
     threads.WaitForAll();
 
-    EXPECT_EQ(kThreads, destroyed);
+    EXPECT_EQ(destroyed, kThreads);
   }
 }
 
@@ -53,15 +63,16 @@ TEST(BDetachedThreads, OneModulesThreadsAreNotWaitedForWithAnothers) {
   BDetachedThreads& busy = BDetachedThreads::Of("a busy module");
   busy.Start([ended = end.get_future()] { ended.wait(); });
 
-  BDetachedThreads::Of("another module").WaitForAll();
+  const std::future<void> wait = WaitingFor(BDetachedThreads::Of("another module"));
 
+  EXPECT_EQ(wait.wait_for(kDeadline), std::future_status::ready);
   end.set_value();
   busy.WaitForAll();
 }
 
 TEST(BDetachedThreads, AModuleThatIsLoadedAgainFindsItsOwnAgain) {
   EXPECT_EQ(&BDetachedThreads::Of("a module"), &BDetachedThreads::Of("a module"));
-  EXPECT_NE(&BDetachedThreads::Of("a module"), &BDetachedThreads::Of("another module"));
+  EXPECT_NE(&BDetachedThreads::Of("another module"), &BDetachedThreads::Of("a module"));
 }
 
 }  // namespace

@@ -9,42 +9,46 @@
 
 namespace {
 
+// Codes that are none of the host's.
+constexpr int kOwnCode = 77;
+constexpr int kUnknownCode = 9999;
+
 TEST(Error, IsSuccessByDefault) {
   const BError error;
 
   EXPECT_FALSE(error.IsError());
-  EXPECT_EQ(0, error.ErrorCode());
-  EXPECT_EQ(L"", error.Message().Str());
+  EXPECT_EQ(error.ErrorCode(), BError::eSuccess);
+  EXPECT_EQ(error.Message().Str(), L"");
 }
 
 TEST(Error, CarriesCodeAndTexts) {
-  const BError error(77, L"a", L"b", L"c", L"d");
+  const BError error(kOwnCode, L"a", L"b", L"c", L"d");
 
   EXPECT_TRUE(error.IsError());
-  EXPECT_EQ(77, error.ErrorCode());
-  EXPECT_EQ(L"a", error.Text(0).Str());
-  EXPECT_EQ(L"d", error.Text(3).Str());
+  EXPECT_EQ(error.ErrorCode(), kOwnCode);
+  EXPECT_EQ(error.Text(0).Str(), L"a");
+  EXPECT_EQ(error.Text(3).Str(), L"d");
   EXPECT_THROW(error.Text(4), std::out_of_range);
 }
 
 TEST(Error, EqualsWhenCodeAndAllTextsDo) {
-  const BError error(77, L"a", {}, {}, L"d");
+  const BError error(kOwnCode, L"a", {}, {}, L"d");
 
-  EXPECT_TRUE(error == BError(77, L"a", L"", L"", L"d"));
-  EXPECT_TRUE(error != BError(78, L"a", L"", L"", L"d"));
-  EXPECT_TRUE(error != BError(77, L"a"));
+  EXPECT_TRUE(error == BError(kOwnCode, L"a", L"", L"", L"d"));
+  EXPECT_TRUE(error != BError(kOwnCode + 1, L"a", L"", L"", L"d"));
+  EXPECT_TRUE(error != BError(kOwnCode, L"a"));
 }
 
 TEST(Error, IsCopiedAndMovedWhole) {
-  BError original(12103, L"boo");
+  BError original(BError::eAcquisitionFailed, L"boo");
   const BError copy(original);
   BError moved(std::move(original));
   BError assigned;
   assigned = moved;
 
-  EXPECT_EQ(BError(12103, L"boo"), copy);
-  EXPECT_EQ(BError(12103, L"boo"), moved);
-  EXPECT_EQ(BError(12103, L"boo"), assigned);
+  EXPECT_EQ(copy, BError(BError::eAcquisitionFailed, L"boo"));
+  EXPECT_EQ(moved, BError(BError::eAcquisitionFailed, L"boo"));
+  EXPECT_EQ(assigned, BError(BError::eAcquisitionFailed, L"boo"));
 }
 
 struct CodeAndSentence {
@@ -65,27 +69,27 @@ TEST(Error, HasASentenceForEachCode) {
       {BError(BError::eAborted), L"the acquisition was aborted"},
       {BError(BError::eFrameInvalid), L"the received frame is invalid"},
   };
-  for (const CodeAndSentence& each : all) EXPECT_EQ(each.sentence, each.error.Message().Str());
+  for (const CodeAndSentence& each : all) EXPECT_EQ(each.error.Message().Str(), each.sentence);
 }
 
 TEST(Error, HasTheNumbersThatHostsAndDriversAgreeOn) {
-  EXPECT_EQ((std::array<int, 9>{0, 8400, 8401, 8420, 12103, 12106, 12108, 12109, 12110}),
-            (std::array<int, 9>{BError::eSuccess, BError::eProfileNotReadable, BError::eProfileMalformed,
+  EXPECT_EQ((std::array<int, 9>{BError::eSuccess, BError::eProfileNotReadable, BError::eProfileMalformed,
                                 BError::eBadRotation, BError::eAcquisitionFailed, BError::eTimeout,
-                                BError::eFrameTooSmall, BError::eAborted, BError::eFrameInvalid}));
+                                BError::eFrameTooSmall, BError::eAborted, BError::eFrameInvalid}),
+            (std::array<int, 9>{0, 8400, 8401, 8420, 12103, 12106, 12108, 12109, 12110}));
 }
 
 TEST(Error, EndsItsSentenceBeforeAMissingText) {
-  EXPECT_EQ(L"acquisition failed", BError(BError::eAcquisitionFailed).Message().Str());
+  EXPECT_EQ(BError(BError::eAcquisitionFailed).Message().Str(), L"acquisition failed");
 }
 
 TEST(Error, TakesPercentSignsInTextsAsTheyAre) {
-  EXPECT_EQ(L"acquisition failed: 100%s %d", BError(BError::eAcquisitionFailed, L"100%s %d").Message().Str());
+  EXPECT_EQ(BError(BError::eAcquisitionFailed, L"100%s %d").Message().Str(), L"acquisition failed: 100%s %d");
 }
 
-TEST(Error, TellsNumberAndTextsOfACodeThatItDoesNotKnow) {
-  EXPECT_EQ(L"error -7", BError(-7).Message().Str());
-  EXPECT_EQ(L"error 9999: a, c", BError(9999, L"a", L"", L"c").Message().Str());
+TEST(Error, PrintsNumberAndTextsOfACodeThatItDoesNotKnow) {
+  EXPECT_EQ(BError(-7).Message().Str(), L"error -7");
+  EXPECT_EQ(BError(kUnknownCode, L"a", L"", L"c").Message().Str(), L"error 9999: a, c");
 }
 
 }  // namespace

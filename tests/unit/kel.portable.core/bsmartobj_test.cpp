@@ -25,16 +25,16 @@ class Counted : public BSmartObj {
 TEST(SmartObj, IsDeletedWithItsLastReference) {
   int deletions = 0;
   const auto* object = new Counted(deletions);
-  EXPECT_EQ(0, object->References());
+  EXPECT_EQ(object->References(), 0);
 
   object->Ref();
   object->Ref();
   object->Unref();
-  EXPECT_EQ(1, object->References());
-  EXPECT_EQ(0, deletions);
+  EXPECT_EQ(object->References(), 1);
+  EXPECT_EQ(deletions, 0);
 
   object->Unref();
-  EXPECT_EQ(1, deletions);
+  EXPECT_EQ(deletions, 1);
 }
 
 TEST(SmartObj, KeepsItsCountWhenCopiedOrAssigned) {
@@ -42,13 +42,13 @@ TEST(SmartObj, KeepsItsCountWhenCopiedOrAssigned) {
   original.Ref();
   original.Ref();
   BSmartObj copy(original);
-  EXPECT_EQ(0, copy.References());
+  EXPECT_EQ(copy.References(), 0);
 
   copy = original;
   static_cast<BSmartObjBase&>(copy) = static_cast<const BSmartObjBase&>(original);
 
-  EXPECT_EQ(0, copy.References());
-  EXPECT_EQ(2, original.References());
+  EXPECT_EQ(copy.References(), 0);
+  EXPECT_EQ(original.References(), 2);
 }
 
 TEST(SmartObj, IsDeletedOnceByManyThreads) {
@@ -70,17 +70,17 @@ TEST(SmartObj, IsDeletedOnceByManyThreads) {
   object->Unref();
   for (std::thread& thread : threads) thread.join();
 
-  EXPECT_EQ(1, deletions);
+  EXPECT_EQ(deletions, 1);
 }
 
 TEST(SmartObj, AnswersForItselfByDefault) {
   const BSmartObj object;
 
-  EXPECT_EQ(0u, object.AllocatedMemory());
-  EXPECT_EQ(L"BSmartObj", object.ArchiveName().Str());
-  EXPECT_EQ(L"BSmartObj", object.Properties().Str());
+  EXPECT_EQ(object.AllocatedMemory(), 0u);
+  EXPECT_EQ(object.ArchiveName().Str(), L"BSmartObj");
+  EXPECT_EQ(object.Properties().Str(), L"BSmartObj");
   EXPECT_TRUE(object.VerifyObj());
-  EXPECT_EQ(1u, object.Version());
+  EXPECT_EQ(object.Version(), 1u);
 }
 
 class Named : public BSmartObj {
@@ -97,8 +97,8 @@ TEST(SmartObj, WritesItsPrefixBeforeItsContent) {
   Named().WritePrefix(prefix);
   Named().WriteData(data);
 
-  EXPECT_EQ(L"Lamp 1234\n", prefix.str());
-  EXPECT_EQ(L"Lamp 1234\na lamp, 100%\n", data.str());
+  EXPECT_EQ(prefix.str(), L"Lamp 1234\n");
+  EXPECT_EQ(data.str(), L"Lamp 1234\na lamp, 100%\n");
 }
 
 class Grouping : public std::numpunct<wchar_t> {
@@ -112,7 +112,7 @@ TEST(SmartObj, WritesItsVersionAlikeInEveryLocale) {
 
   Named().WritePrefix(prefix);
 
-  EXPECT_EQ(L"Lamp 1234\n", prefix.str());
+  EXPECT_EQ(prefix.str(), L"Lamp 1234\n");
 }
 
 TEST(SmartObj, KeepsItsOperationsInTableOrder) {
@@ -132,7 +132,7 @@ TEST(SmartObj, KeepsItsOperationsInTableOrder) {
       TablePlace(&BSmartObj::WritePrefix),
   };
 
-  EXPECT_EQ((std::vector<std::size_t>{0, 3, 4, 5, 6, 7, 8, 9, 10, 11}), places);
+  EXPECT_EQ(places, (std::vector<std::size_t>{0, 3, 4, 5, 6, 7, 8, 9, 10, 11}));
 }
 
 }  // namespace

@@ -33,35 +33,36 @@ TEST_F(SmartRef, IsNullUnlessMadeOfAnObject) {
 
   for (const auto& reference : {made_of_nothing, made_of_null, made_of_a_null_pointer}) {
     EXPECT_FALSE(reference);
-    EXPECT_EQ(nullptr, reference.Get());
+    EXPECT_EQ(reference.Get(), nullptr);
   }
 }
 
 TEST_F(SmartRef, HoldsOneReference) {
   {
     const BSmartRef<Base> reference(new Base(m_deletions));
-    EXPECT_EQ(1, reference->References());
-    EXPECT_EQ(reference.Get(), &*reference);
+    EXPECT_EQ(reference->References(), 1);
+    EXPECT_EQ(&*reference, reference.Get());
   }
-  EXPECT_EQ(1, m_deletions);
+  EXPECT_EQ(m_deletions, 1);
 }
 
 TEST_F(SmartRef, TakesAnotherReferenceWhenCopied) {
   BSmartRef<Base> first(new Base(m_deletions));
   const BSmartRef<Base> second(first);
-  EXPECT_EQ(2, first->References());
+  EXPECT_EQ(first->References(), 2);
 
   first = nullptr;
-  EXPECT_EQ(1, second->References());
-  EXPECT_EQ(0, m_deletions);
+  EXPECT_EQ(second->References(), 1);
+  EXPECT_EQ(m_deletions, 0);
 }
 
 TEST_F(SmartRef, PassesItsReferenceOnWhenMoved) {
   BSmartRef<Base> first(new Base(m_deletions));
   const BSmartRef<Base> second(std::move(first));
 
-  EXPECT_FALSE(first);  // NOLINT(bugprone-use-after-move): null is what it promises to be
-  EXPECT_EQ(1, second->References());
+  // NOLINTNEXTLINE(bugprone-use-after-move): null is what it promises to be
+  EXPECT_FALSE(first);
+  EXPECT_EQ(second->References(), 1);
 }
 
 TEST_F(SmartRef, DropsTheOldObjectWhenAssigned) {
@@ -70,9 +71,9 @@ TEST_F(SmartRef, DropsTheOldObjectWhenAssigned) {
 
   reference = BSmartRef<Base>(new Base(other_deletions));
 
-  EXPECT_EQ(1, m_deletions);
-  EXPECT_EQ(0, other_deletions);
-  EXPECT_EQ(1, reference->References());
+  EXPECT_EQ(m_deletions, 1);
+  EXPECT_EQ(other_deletions, 0);
+  EXPECT_EQ(reference->References(), 1);
 }
 
 TEST_F(SmartRef, SurvivesBeingAssignedToItself) {
@@ -81,16 +82,16 @@ TEST_F(SmartRef, SurvivesBeingAssignedToItself) {
 
   reference = same;
 
-  EXPECT_EQ(0, m_deletions);
-  EXPECT_EQ(1, reference->References());
+  EXPECT_EQ(m_deletions, 0);
+  EXPECT_EQ(reference->References(), 1);
 }
 
 TEST_F(SmartRef, ConvertsToAReferenceToTheBase) {
   const BSmartRef<Derived> derived(new Derived(m_deletions));
   const BSmartRef<Base> base(derived);
 
-  EXPECT_EQ(2, base->References());
-  EXPECT_EQ(derived.Get(), base.Get());
+  EXPECT_EQ(base->References(), 2);
+  EXPECT_EQ(base.Get(), derived.Get());
 }
 
 TEST_F(SmartRef, EqualsAReferenceToTheSameObject) {
@@ -104,6 +105,6 @@ TEST_F(SmartRef, EqualsAReferenceToTheSameObject) {
   EXPECT_TRUE(BSmartRef<Base>() == nullptr);
 }
 
-TEST_F(SmartRef, IsOnePointer) { EXPECT_EQ(sizeof(void*), sizeof(BSmartRef<Base>)); }
+TEST_F(SmartRef, IsOnePointer) { EXPECT_EQ(sizeof(BSmartRef<Base>), sizeof(void*)); }
 
 }  // namespace

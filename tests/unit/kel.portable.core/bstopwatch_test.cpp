@@ -23,8 +23,8 @@ TEST(StopWatch, ReadsZeroAtRest) {
 
   SpinUntil(Clock::now() + std::chrono::milliseconds(1));
 
-  EXPECT_EQ(0.0, watch.PeriodD());
-  EXPECT_EQ(0u, watch.Period());
+  EXPECT_EQ(watch.PeriodD(), 0.0);
+  EXPECT_EQ(watch.Period(), 0u);
 }
 
 TEST(StopWatch, MeasuresMillisecondsFromItsStart) {
@@ -81,7 +81,7 @@ TEST(StopWatch, RunsOnInACopy) {
 
   EXPECT_GE(BStopWatch(watch).PeriodD(), 3.0);
   EXPECT_GE(assigned.PeriodD(), 3.0);
-  EXPECT_EQ(0.0, BStopWatch(BStopWatch(false)).PeriodD());
+  EXPECT_EQ(BStopWatch(BStopWatch(false)).PeriodD(), 0.0);
 }
 
 TEST(StopWatch, IsReadWhileAnotherThreadResetsIt) {

@@ -40,7 +40,7 @@ TEST(SyncableSmartObj, IsFreeAtFirst) {
   EXPECT_TRUE(OtherThreadMayWrite(object));
 }
 
-TEST(SyncableSmartObj, LetsReadersInBesideAReader) {
+TEST(SyncableSmartObj, LetsReadersShareWithAReader) {
   const BSyncableSmartObj object;
   {
     const BAutoLockR lock(object);
@@ -50,7 +50,7 @@ TEST(SyncableSmartObj, LetsReadersInBesideAReader) {
   EXPECT_TRUE(OtherThreadMayWrite(object));
 }
 
-TEST(SyncableSmartObj, LetsNobodyInBesideAWriter) {
+TEST(SyncableSmartObj, LetsNobodyShareWithAWriter) {
   const BSyncableSmartObj object;
   {
     const BAutoLockW lock(object);
@@ -82,7 +82,7 @@ TEST(SyncableSmartObj, KeepsItsLockWhenCopiedOrAssigned) {
   copy = original;
 
   EXPECT_TRUE(OtherThreadMayWrite(copy));
-  EXPECT_EQ(0, copy.References());
+  EXPECT_EQ(copy.References(), 0);
 }
 
 TEST(SyncableSmartObj, WakesAWriterWhenTheReaderIsDone) {
@@ -97,7 +97,7 @@ TEST(SyncableSmartObj, WakesAWriterWhenTheReaderIsDone) {
     });
     reading.get_future().wait();
   }
-  EXPECT_EQ(std::future_status::ready, writer.wait_for(std::chrono::seconds(30)));
+  EXPECT_EQ(writer.wait_for(std::chrono::seconds(30)), std::future_status::ready);
 }
 
 // Two plain numbers that are equal whenever no writer is at work.
@@ -138,8 +138,8 @@ TEST(SyncableSmartObj, KeepsReadersFromSeeingHalfAChange) {
   }
   for (std::thread& thread : threads) thread.join();
 
-  EXPECT_EQ(0, halves);
-  EXPECT_EQ(2 * kRounds, pair.First());
+  EXPECT_EQ(halves, 0);
+  EXPECT_EQ(pair.First(), 2 * kRounds);
 }
 
 TEST(SyncableSmartObj, KeepsItsOperationsInTableOrder) {
@@ -148,7 +148,7 @@ TEST(SyncableSmartObj, KeepsItsOperationsInTableOrder) {
       TablePlace(&BSyncableSmartObj::UnlockR),  TablePlace(&BSyncableSmartObj::UnlockW),
       TablePlace(&BSyncableSmartObj::TryLockR), TablePlace(&BSyncableSmartObj::TryLockW)};
 
-  EXPECT_EQ((std::vector<std::size_t>{0, 1, 2, 3, 4, 5}), places);
+  EXPECT_EQ(places, (std::vector<std::size_t>{0, 1, 2, 3, 4, 5}));
 }
 
 }  // namespace

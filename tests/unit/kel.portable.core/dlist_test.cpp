@@ -31,18 +31,18 @@ TEST(List, IsEmptyAtFirst) {
   const DList<WString> list;
 
   EXPECT_TRUE(list.IsEmpty());
-  EXPECT_EQ(0u, list.Count());
-  EXPECT_EQ(nullptr, list.Head());
-  EXPECT_EQ(nullptr, list.Tail());
+  EXPECT_EQ(list.Count(), 0u);
+  EXPECT_EQ(list.Head(), nullptr);
+  EXPECT_EQ(list.Tail(), nullptr);
   EXPECT_TRUE(list.begin() == list.end());
 }
 
 TEST(List, AppendsAtTheTail) {
   const DList<int> list = ListOf({1, 2, 3});
 
-  EXPECT_EQ((Numbers{1, 2, 3}), Forward(list));
-  EXPECT_EQ((Numbers{3, 2, 1}), Backward(list));
-  EXPECT_EQ(3u, list.Count());
+  EXPECT_EQ(Forward(list), (Numbers{1, 2, 3}));
+  EXPECT_EQ(Backward(list), (Numbers{3, 2, 1}));
+  EXPECT_EQ(list.Count(), 3u);
 }
 
 TEST(List, InsertsAtTheHead) {
@@ -52,8 +52,8 @@ TEST(List, InsertsAtTheHead) {
   list.Insert(1);
   list.Append(3);
 
-  EXPECT_EQ((Numbers{1, 2, 3}), Forward(list));
-  EXPECT_EQ((Numbers{3, 2, 1}), Backward(list));
+  EXPECT_EQ(Forward(list), (Numbers{1, 2, 3}));
+  EXPECT_EQ(Backward(list), (Numbers{3, 2, 1}));
 }
 
 TEST(List, AppendsAnotherList) {
@@ -62,7 +62,7 @@ TEST(List, AppendsAnotherList) {
   list.Append(ListOf({2, 3}));
   list.Append(DList<int>());
 
-  EXPECT_EQ((Numbers{1, 2, 3}), Forward(list));
+  EXPECT_EQ(Forward(list), (Numbers{1, 2, 3}));
 }
 
 TEST(List, AppendsItself) {
@@ -70,8 +70,8 @@ TEST(List, AppendsItself) {
 
   list.Append(list);
 
-  EXPECT_EQ((Numbers{1, 2, 1, 2}), Forward(list));
-  EXPECT_EQ(4u, list.Count());
+  EXPECT_EQ(Forward(list), (Numbers{1, 2, 1, 2}));
+  EXPECT_EQ(list.Count(), 4u);
 }
 
 TEST(List, AppendsItsOwnElement) {
@@ -79,7 +79,7 @@ TEST(List, AppendsItsOwnElement) {
 
   list.Append(list.Head()->value);
 
-  EXPECT_EQ((Numbers{1, 2, 1}), Forward(list));
+  EXPECT_EQ(Forward(list), (Numbers{1, 2, 1}));
 }
 
 TEST(List, IsCopiedElementByElement) {
@@ -89,8 +89,8 @@ TEST(List, IsCopiedElementByElement) {
   assigned = original;
   original.Clear();
 
-  EXPECT_EQ((Numbers{1, 2}), Forward(copy));
-  EXPECT_EQ((Numbers{2, 1}), Backward(assigned));
+  EXPECT_EQ(Forward(copy), (Numbers{1, 2}));
+  EXPECT_EQ(Backward(assigned), (Numbers{2, 1}));
   EXPECT_TRUE(original.IsEmpty());
 }
 
@@ -100,7 +100,7 @@ TEST(List, SurvivesBeingAssignedToItself) {
 
   list = same;
 
-  EXPECT_EQ((Numbers{1, 2}), Forward(list));
+  EXPECT_EQ(Forward(list), (Numbers{1, 2}));
 }
 
 TEST(List, CanBeFilledAgainAfterClearing) {
@@ -109,9 +109,9 @@ TEST(List, CanBeFilledAgainAfterClearing) {
   list.Clear();
   list.Append(3);
 
-  EXPECT_EQ((Numbers{3}), Forward(list));
-  EXPECT_EQ((Numbers{3}), Backward(list));
-  EXPECT_EQ(1u, list.Count());
+  EXPECT_EQ(Forward(list), (Numbers{3}));
+  EXPECT_EQ(Backward(list), (Numbers{3}));
+  EXPECT_EQ(list.Count(), 1u);
 }
 
 // A value whose copies run out.
@@ -134,9 +134,9 @@ TEST(List, LosesNothingWhenACopyFails) {
     list.Append(Scarce());
     list.Append(Scarce());
     EXPECT_THROW(DList<Scarce>{list}, std::runtime_error);
-    EXPECT_EQ(2u, list.Count());
+    EXPECT_EQ(list.Count(), 2u);
   }
-  EXPECT_EQ(0, Scarce::alive);
+  EXPECT_EQ(Scarce::alive, 0);
 }
 
 TEST(List, KeepsItsFieldsAndOperationsInOrder) {
@@ -152,12 +152,12 @@ TEST(List, KeepsItsFieldsAndOperationsInOrder) {
   using AppendList = void (DList<int>::*)(const DList<int>&);
   using AppendValue = void (DList<int>::*)(const int&);
 
-  EXPECT_EQ(list.Head(), fields.head);
-  EXPECT_EQ(list.Tail(), fields.tail);
-  EXPECT_EQ(2u, fields.count);
-  EXPECT_EQ(2u, TablePlace(static_cast<AppendList>(&DList<int>::Append)));
-  EXPECT_EQ(3u, TablePlace(static_cast<AppendValue>(&DList<int>::Append)));
-  EXPECT_EQ(4u, TablePlace(&DList<int>::Insert));
+  EXPECT_EQ(fields.head, list.Head());
+  EXPECT_EQ(fields.tail, list.Tail());
+  EXPECT_EQ(fields.count, 2u);
+  EXPECT_EQ(TablePlace(static_cast<AppendList>(&DList<int>::Append)), 2u);
+  EXPECT_EQ(TablePlace(static_cast<AppendValue>(&DList<int>::Append)), 3u);
+  EXPECT_EQ(TablePlace(&DList<int>::Insert), 4u);
 }
 
 }  // namespace

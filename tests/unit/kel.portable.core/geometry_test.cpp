@@ -7,7 +7,7 @@
 
 namespace {
 
-TEST(Size, IsThatOfNoImageAtFirst) { EXPECT_EQ((BSize{0, 0}), BSize()); }
+TEST(Size, IsThatOfNoImageAtFirst) { EXPECT_EQ(BSize(), (BSize{0, 0})); }
 
 TEST(Size, EqualsInBothDirections) {
   EXPECT_TRUE((BSize{2464, 2056} == BSize{2464, 2056}));
@@ -15,7 +15,7 @@ TEST(Size, EqualsInBothDirections) {
   EXPECT_TRUE((BSize{2464, 2056} != BSize{2463, 2056}));
 }
 
-TEST(Point, IsTheOriginAtFirst) { EXPECT_EQ((BPoint{0, 0}), BPoint()); }
+TEST(Point, IsTheOriginAtFirst) { EXPECT_EQ(BPoint(), (BPoint{0, 0})); }
 
 TEST(Point, EqualsInBothDirections) {
   EXPECT_TRUE((BPoint{-3, 4} == BPoint{-3, 4}));

@@ -42,23 +42,23 @@ TYPED_TEST(Text, IsEmptyWhenMadeOfNothing) {
 
   EXPECT_TRUE(text.IsEmpty());
   EXPECT_TRUE(null.IsEmpty());
-  EXPECT_EQ(0u, null.Length());
-  EXPECT_EQ(TypeParam(0), *null.c_str());
+  EXPECT_EQ(null.Length(), 0u);
+  EXPECT_EQ(*null.c_str(), TypeParam(0));
 }
 
 TYPED_TEST(Text, KeepsZerosInside) {
   const BBasicString<TypeParam> text(std::basic_string<TypeParam>(3, TypeParam(0)));
 
-  EXPECT_EQ(3u, text.Length());
-  EXPECT_NE(BBasicString<TypeParam>(), text);
+  EXPECT_EQ(text.Length(), 3u);
+  EXPECT_NE(text, BBasicString<TypeParam>());
 }
 
 TYPED_TEST(Text, JoinsTexts) {
   auto text = this->Of("Man");
   text += this->Of("ta");
 
-  EXPECT_EQ("Manta!", this->Plain(text + this->Of("!")));
-  EXPECT_EQ("Manta", this->Plain(text));
+  EXPECT_EQ(this->Plain(text + this->Of("!")), "Manta!");
+  EXPECT_EQ(this->Plain(text), "Manta");
 }
 
 TYPED_TEST(Text, JoinsItself) {
@@ -66,7 +66,7 @@ TYPED_TEST(Text, JoinsItself) {
 
   text += text;
 
-  EXPECT_EQ("abab", this->Plain(text));
+  EXPECT_EQ(this->Plain(text), "abab");
 }
 
 TYPED_TEST(Text, ComparesByCharacters) {
@@ -93,7 +93,7 @@ TEST(WideText, ServesAsTheKeyOfAMap) {
   numbers[L"a"] = 1;
   numbers[L"b"] = 3;
 
-  EXPECT_EQ((std::map<WString, int>{{L"a", 1}, {L"b", 3}}), numbers);
+  EXPECT_EQ(numbers, (std::map<WString, int>{{L"a", 1}, {L"b", 3}}));
 }
 
 TYPED_TEST(Text, EqualsWithoutRegardToCase) {
@@ -119,44 +119,44 @@ TYPED_TEST(Text, NeverIncludesAnEmptyPart) {
 }
 
 TYPED_TEST(Text, IsCutAfterTheFirstMark) {
-  EXPECT_EQ("a(", this->Plain(this->Of("a(b(c").CutAfter(this->Of("("), true)));
+  EXPECT_EQ(this->Plain(this->Of("a(b(c").CutAfter(this->Of("("), true)), "a(");
 }
 
 TYPED_TEST(Text, IsCutAfterTheLastMark) {
-  EXPECT_EQ("a(b(", this->Plain(this->Of("a(b(c").CutAfter(this->Of("("), false)));
+  EXPECT_EQ(this->Plain(this->Of("a(b(c").CutAfter(this->Of("("), false)), "a(b(");
 }
 
 TYPED_TEST(Text, IsCutAfterAMarkOfSeveralCharacters) {
-  EXPECT_EQ("a::", this->Plain(this->Of("a::b::c").CutAfter(this->Of("::"), true)));
+  EXPECT_EQ(this->Plain(this->Of("a::b::c").CutAfter(this->Of("::"), true)), "a::");
 }
 
 TYPED_TEST(Text, IsNotCutWithoutTheMark) {
-  EXPECT_EQ("abc", this->Plain(this->Of("abc").CutAfter(this->Of("("), true)));
-  EXPECT_EQ("abc", this->Plain(this->Of("abc").CutAfter(this->Of("("), false)));
-  EXPECT_EQ("abc", this->Plain(this->Of("abc").CutAfter(this->Of(""), true)));
-  EXPECT_EQ("abc", this->Plain(this->Of("abc").CutAfter(this->Of(""), false)));
+  EXPECT_EQ(this->Plain(this->Of("abc").CutAfter(this->Of("("), true)), "abc");
+  EXPECT_EQ(this->Plain(this->Of("abc").CutAfter(this->Of("("), false)), "abc");
+  EXPECT_EQ(this->Plain(this->Of("abc").CutAfter(this->Of(""), true)), "abc");
+  EXPECT_EQ(this->Plain(this->Of("abc").CutAfter(this->Of(""), false)), "abc");
 }
 
 TYPED_TEST(Text, LosesTrailingCharactersOfASet) {
-  EXPECT_EQ("a b", this->Plain(this->Of("a b ( (").EraseTrailingChars(this->Of("( "))));
-  EXPECT_EQ("", this->Plain(this->Of("   ").EraseTrailingChars(this->Of(" "))));
-  EXPECT_EQ("abc", this->Plain(this->Of("abc").EraseTrailingChars(this->Of("ab"))));
-  EXPECT_EQ("abc ", this->Plain(this->Of("abc ").EraseTrailingChars(this->Of(""))));
+  EXPECT_EQ(this->Plain(this->Of("a b ( (").EraseTrailingChars(this->Of("( "))), "a b");
+  EXPECT_EQ(this->Plain(this->Of("   ").EraseTrailingChars(this->Of(" "))), "");
+  EXPECT_EQ(this->Plain(this->Of("abc").EraseTrailingChars(this->Of("ab"))), "abc");
+  EXPECT_EQ(this->Plain(this->Of("abc ").EraseTrailingChars(this->Of(""))), "abc ");
 }
 
 TYPED_TEST(Text, ReplacesEveryOccurrence) {
-  EXPECT_EQ("G-504-B", this->Plain(this->Of("G 504 B").Replace(this->Of(" "), this->Of("-"))));
-  EXPECT_EQ("", this->Plain(this->Of("aaa").Replace(this->Of("a"), this->Of(""))));
-  EXPECT_EQ("ba", this->Plain(this->Of("aaa").Replace(this->Of("aa"), this->Of("b"))));
+  EXPECT_EQ(this->Plain(this->Of("G 504 B").Replace(this->Of(" "), this->Of("-"))), "G-504-B");
+  EXPECT_EQ(this->Plain(this->Of("aaa").Replace(this->Of("a"), this->Of(""))), "");
+  EXPECT_EQ(this->Plain(this->Of("aaa").Replace(this->Of("aa"), this->Of("b"))), "ba");
 }
 
 TYPED_TEST(Text, DoesNotLookAtAReplacementAgain) {
-  EXPECT_EQ("aaaa", this->Plain(this->Of("aa").Replace(this->Of("a"), this->Of("aa"))));
+  EXPECT_EQ(this->Plain(this->Of("aa").Replace(this->Of("a"), this->Of("aa"))), "aaaa");
 }
 
 TYPED_TEST(Text, StaysWhenNothingOrAnEmptyTextIsReplaced) {
-  EXPECT_EQ("abc", this->Plain(this->Of("abc").Replace(this->Of("x"), this->Of("y"))));
-  EXPECT_EQ("abc", this->Plain(this->Of("abc").Replace(this->Of(""), this->Of("y"))));
+  EXPECT_EQ(this->Plain(this->Of("abc").Replace(this->Of("x"), this->Of("y"))), "abc");
+  EXPECT_EQ(this->Plain(this->Of("abc").Replace(this->Of(""), this->Of("y"))), "abc");
 }
 
 TYPED_TEST(Text, MayReplaceBothArgumentsFromItself) {
@@ -164,7 +164,7 @@ TYPED_TEST(Text, MayReplaceBothArgumentsFromItself) {
 
   text.Replace(text, text);
 
-  EXPECT_EQ("ab", this->Plain(text));
+  EXPECT_EQ(this->Plain(text), "ab");
 }
 
 TEST(WideText, TrimsACameraModelStepByStep) {
@@ -172,7 +172,7 @@ TEST(WideText, TrimsACameraModelStepByStep) {
 
   model.CutAfter(L"(", true).EraseTrailingChars(L"(").EraseTrailingChars(L" ").Replace(L" ", L"-");
 
-  EXPECT_EQ(L"Manta-G-504-B", model.Str());
+  EXPECT_EQ(model.Str(), L"Manta-G-504-B");
 }
 
 }  // namespace

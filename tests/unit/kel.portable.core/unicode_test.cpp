@@ -20,18 +20,18 @@ constexpr char kSamples[] =
     "\xF0\x90\x80\x80\xF0\x9F\x93\xB7\xF4\x8F\xBF\xBF";
 
 TEST(Unicode, TurnsUtf8IntoWideText) {
-  EXPECT_EQ(L"A\u007F\u0080\u00FC\u07FF\u0800\u20AC\uD7FF\uE000\uFFFF\U00010000\U0001F4F7\U0010FFFF", Wide(kSamples));
+  EXPECT_EQ(Wide(kSamples), L"A\u007F\u0080\u00FC\u07FF\u0800\u20AC\uD7FF\uE000\uFFFF\U00010000\U0001F4F7\U0010FFFF");
 }
 
 TEST(Unicode, TurnsWideTextIntoUtf8) {
-  EXPECT_EQ(kSamples, Narrow(L"A\u007F\u0080\u00FC\u07FF\u0800\u20AC\uD7FF\uE000\uFFFF\U00010000\U0001F4F7\U0010FFFF"));
+  EXPECT_EQ(Narrow(L"A\u007F\u0080\u00FC\u07FF\u0800\u20AC\uD7FF\uE000\uFFFF\U00010000\U0001F4F7\U0010FFFF"), kSamples);
 }
 
 TEST(Unicode, KeepsZeros) {
   const std::string zeros("a\0b", 3);
 
-  EXPECT_EQ(std::wstring(L"a\0b", 3), Wide(zeros));
-  EXPECT_EQ(zeros, Narrow(std::wstring(L"a\0b", 3)));
+  EXPECT_EQ(Wide(zeros), std::wstring(L"a\0b", 3));
+  EXPECT_EQ(Narrow(std::wstring(L"a\0b", 3)), zeros);
 }
 
 TEST(Unicode, TakesNullForAnEmptyText) { EXPECT_TRUE(ToWString(static_cast<const char*>(nullptr)).IsEmpty()); }
@@ -47,7 +47,7 @@ class MalformedUtf8 : public testing::TestWithParam<MalformedText> {};
 TEST_P(MalformedUtf8, BecomesReplacementsAndNothingElseIsLost) {
   const std::string text = std::string("<") + GetParam().utf8 + ">";
 
-  EXPECT_EQ(L"<" + std::wstring(GetParam().replacements, kReplacement) + L">", Wide(text));
+  EXPECT_EQ(Wide(text), L"<" + std::wstring(GetParam().replacements, kReplacement) + L">");
 }
 
 INSTANTIATE_TEST_SUITE_P(Unicode, MalformedUtf8,
@@ -63,19 +63,19 @@ INSTANTIATE_TEST_SUITE_P(Unicode, MalformedUtf8,
                          [](const auto& test) { return test.param.name; });
 
 TEST(Unicode, ReplacesASequenceThatTheTextEndsIn) {
-  EXPECT_EQ(L"a\uFFFD", Wide("a\xE2\x82"));
-  EXPECT_EQ(L"\uFFFD", Wide("\xC3"));
+  EXPECT_EQ(Wide("a\xE2\x82"), L"a\uFFFD");
+  EXPECT_EQ(Wide("\xC3"), L"\uFFFD");
 }
 
 TEST(Unicode, ReplacesLoneSurrogates) {
-  EXPECT_EQ("<\xEF\xBF\xBD>", Narrow(std::wstring{L'<', wchar_t(0xD800), L'>'}));
-  EXPECT_EQ("<\xEF\xBF\xBD>", Narrow(std::wstring{L'<', wchar_t(0xDFFF), L'>'}));
-  EXPECT_EQ("<\xEF\xBF\xBD", Narrow(std::wstring{L'<', wchar_t(0xDBFF)}));
+  EXPECT_EQ(Narrow(std::wstring{L'<', wchar_t(0xD800), L'>'}), "<\xEF\xBF\xBD>");
+  EXPECT_EQ(Narrow(std::wstring{L'<', wchar_t(0xDFFF), L'>'}), "<\xEF\xBF\xBD>");
+  EXPECT_EQ(Narrow(std::wstring{L'<', wchar_t(0xDBFF)}), "<\xEF\xBF\xBD");
 }
 
 #if WCHAR_MAX > 0xFFFF
 TEST(Unicode, ReplacesValuesOutsideUnicode) {
-  EXPECT_EQ("\xEF\xBF\xBD\xEF\xBF\xBD", Narrow(std::wstring{wchar_t(0x110000), wchar_t(-1)}));
+  EXPECT_EQ(Narrow(std::wstring{wchar_t(0x110000), wchar_t(-1)}), "\xEF\xBF\xBD\xEF\xBF\xBD");
 }
 #endif
 
@@ -86,7 +86,7 @@ TEST(Unicode, BringsAnyBytesToATextThatComesBackAsItself) {
     std::string bytes(static_cast<std::size_t>(round % 40), '\0');
     for (char& each : bytes) each = static_cast<char>(byte(random));
     const std::wstring once = Wide(bytes);
-    ASSERT_EQ(once, Wide(Narrow(once))) << "round " << round;
+    ASSERT_EQ(Wide(Narrow(once)), once) << "round " << round;
   }
 }
 

@@ -12,10 +12,10 @@ namespace {
 TEST(Aoi, IsPlainAndEmptyAtTheOriginAtFirst) {
   for (const auto kind : {BBaseAoi::eNone, BBaseAoi::eMono8, BBaseAoi::eRgb, BBaseAoi::eMono16}) {
     const BBaseAoi area(kind, L"[l]");
-    EXPECT_EQ(kind, area.ImageKind());
-    EXPECT_EQ(WString(L"[l]"), area.Text());
-    EXPECT_EQ(BSize(), area.ImageSize());
-    EXPECT_EQ(BPoint(), area.Offset());
+    EXPECT_EQ(area.ImageKind(), kind);
+    EXPECT_EQ(area.Text(), WString(L"[l]"));
+    EXPECT_EQ(area.ImageSize(), BSize());
+    EXPECT_EQ(area.Offset(), BPoint());
     EXPECT_TRUE(area.IsPlain());
   }
 }
@@ -25,10 +25,10 @@ TEST(Aoi, AMonoAreaHoldsAMonoImage) {
 
   area.Reset({5, 4});
 
-  ASSERT_NE(nullptr, area.Mono());
-  EXPECT_EQ(nullptr, area.Rgb());
-  EXPECT_EQ((BSize{5, 4}), area.Mono()->Size());
-  EXPECT_EQ((BSize{5, 4}), area.ImageSize());
+  ASSERT_NE(area.Mono(), nullptr);
+  EXPECT_EQ(area.Rgb(), nullptr);
+  EXPECT_EQ(area.Mono()->Size(), (BSize{5, 4}));
+  EXPECT_EQ(area.ImageSize(), (BSize{5, 4}));
 }
 
 TEST(Aoi, AnRgbAreaHoldsAnRgbImage) {
@@ -36,20 +36,20 @@ TEST(Aoi, AnRgbAreaHoldsAnRgbImage) {
 
   area.Reset({5, 4});
 
-  ASSERT_NE(nullptr, area.Rgb());
-  EXPECT_EQ(nullptr, area.Mono());
-  EXPECT_EQ((BSize{5, 4}), area.Rgb()->Size());
-  EXPECT_EQ((BSize{5, 4}), area.ImageSize());
+  ASSERT_NE(area.Rgb(), nullptr);
+  EXPECT_EQ(area.Mono(), nullptr);
+  EXPECT_EQ(area.Rgb()->Size(), (BSize{5, 4}));
+  EXPECT_EQ(area.ImageSize(), (BSize{5, 4}));
 }
 
 TEST(Aoi, OtherKindsHoldNoImage) {
   for (const auto kind : {BBaseAoi::eNone, BBaseAoi::eMono16}) {
     BBaseAoi area(kind);
     area.Reset({5, 4}, {1, 2});
-    EXPECT_EQ(nullptr, area.Mono());
-    EXPECT_EQ(nullptr, area.Rgb());
-    EXPECT_EQ(BSize(), area.ImageSize());
-    EXPECT_EQ((BPoint{1, 2}), area.Offset());
+    EXPECT_EQ(area.Mono(), nullptr);
+    EXPECT_EQ(area.Rgb(), nullptr);
+    EXPECT_EQ(area.ImageSize(), BSize());
+    EXPECT_EQ(area.Offset(), (BPoint{1, 2}));
   }
 }
 
@@ -58,34 +58,34 @@ TEST(Aoi, ResetMakesItPlainAtItsPlaceAndKeepsTheText) {
   area.SetPlain(false);
   area.SetOffset({-7, 9});
   EXPECT_FALSE(area.IsPlain());
-  EXPECT_EQ((BPoint{-7, 9}), area.Offset());
+  EXPECT_EQ(area.Offset(), (BPoint{-7, 9}));
 
   area.Reset({2, 2}, {3, 4});
   EXPECT_TRUE(area.IsPlain());
-  EXPECT_EQ((BPoint{3, 4}), area.Offset());
-  EXPECT_EQ(WString(L"[p]"), area.Text());
+  EXPECT_EQ(area.Offset(), (BPoint{3, 4}));
+  EXPECT_EQ(area.Text(), WString(L"[p]"));
 
   area.Reset({2, 2});
-  EXPECT_EQ(BPoint(), area.Offset());
+  EXPECT_EQ(area.Offset(), BPoint());
 }
 
 TEST(Aoi, ItsTextCanBeChanged) {
   BBaseAoi area(BBaseAoi::eRgb);
-  EXPECT_EQ(WString(), area.Text());
+  EXPECT_EQ(area.Text(), WString());
 
   area.SetText(L"[l]");
 
-  EXPECT_EQ(WString(L"[l]"), area.Text());
+  EXPECT_EQ(area.Text(), WString(L"[l]"));
 }
 
 TEST(Aoi, DescribesItself) {
   BBaseAoi area(BBaseAoi::eRgb);
   area.Reset({6, 5}, {1, -2});
-  EXPECT_EQ(WString(L"BBaseAoi"), area.ArchiveName());
-  EXPECT_EQ(WString(L"Image kind 2, 6 x 5 pixels at (1, -2)"), area.Properties());
+  EXPECT_EQ(area.ArchiveName(), WString(L"BBaseAoi"));
+  EXPECT_EQ(area.Properties(), WString(L"Image kind 2, 6 x 5 pixels at (1, -2)"));
 
   area.SetPlain(false);
-  EXPECT_EQ(WString(L"Image kind 2, 6 x 5 pixels at (1, -2), not plain"), area.Properties());
+  EXPECT_EQ(area.Properties(), WString(L"Image kind 2, 6 x 5 pixels at (1, -2), not plain"));
 }
 
 bool AnotherThreadMayRead(const BBaseAoi& area) {

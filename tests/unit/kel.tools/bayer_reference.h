@@ -11,10 +11,10 @@
 
 #include "pictures.h"
 
-namespace bayer_reference {
+namespace BayerReference {
 
-using pictures::Bytes;
-using pictures::Frame;
+using Pictures::Bytes;
+using Pictures::Frame;
 using Kernel = std::array<std::array<double, 5>, 5>;
 
 struct Colour {
@@ -133,4 +133,4 @@ Bytes Image(const Frame& frame, int order, const BSize& size, Pixel pixel) {
   return bytes;
 }
 
-}  // namespace bayer_reference
+}  // namespace BayerReference

@@ -10,13 +10,14 @@
 
 #include "bayer_reference.h"
 #include "bcolorconverter.h"
+#include "every_kernel.h"
 #include "pictures.h"
 
 namespace {
 
-using bayer_reference::Colour;
-using pictures::Bytes;
-using pictures::Frame;
+using BayerReference::Colour;
+using Pictures::Bytes;
+using Pictures::Frame;
 
 constexpr int kOrders = 4;
 constexpr unsigned kSeed = 20170;
@@ -28,22 +29,22 @@ struct Conversion {
 };
 
 Bytes ToRgb(const Frame& frame, const std::function<void(BImageRgb&)>& convert) {
-  auto target = pictures::GuardedImage<BImageRgb>(frame.size);
+  auto target = Pictures::GuardedImage<BImageRgb>(frame.size);
   convert(target);
-  EXPECT_EQ(0, pictures::TouchedGuards(target));
-  return pictures::PixelsOf(target);
+  EXPECT_EQ(Pictures::TouchedGuards(target), 0);
+  return Pictures::PixelsOf(target);
 }
 
 Bytes ToMono(const Frame& frame, const std::function<void(BImage8u&)>& convert) {
-  auto target = pictures::GuardedImage<BImage8u>(frame.size);
+  auto target = Pictures::GuardedImage<BImage8u>(frame.size);
   convert(target);
-  EXPECT_EQ(0, pictures::TouchedGuards(target));
-  return pictures::PixelsOf(target);
+  EXPECT_EQ(Pictures::TouchedGuards(target), 0);
+  return Pictures::PixelsOf(target);
 }
 
 template <class Pixel>
 std::function<Bytes(const Frame&, int)> By(Pixel pixel) {
-  return [pixel](const Frame& frame, int order) { return bayer_reference::Image(frame, order, frame.size, pixel); };
+  return [pixel](const Frame& frame, int order) { return BayerReference::Image(frame, order, frame.size, pixel); };
 }
 
 template <class Pixel>
@@ -73,17 +74,17 @@ template <class Corrected, class Bilinear>
 std::vector<Conversion> ConversionsBy(Corrected corrected, Bilinear bilinear) {
   const auto luma = [](auto interpolation) {
     return [=](const Frame& frame, int order, int x, int y) {
-      return bayer_reference::Luma(interpolation(frame, order, x, y));
+      return BayerReference::Luma(interpolation(frame, order, x, y));
     };
   };
   const auto weighted = [=](const Frame& frame, int order, int x, int y) {
-    return bayer_reference::WeightedMean(corrected(frame, order, x, y));
+    return BayerReference::WeightedMean(corrected(frame, order, x, y));
   };
   return {Rgb(true, corrected),    Rgb(false, bilinear),           Mono(true, 0, luma(corrected)),
-          Mono(true, 1, weighted), Mono(false, 0, luma(bilinear)), Mono(false, 1, bayer_reference::Binomial)};
+          Mono(true, 1, weighted), Mono(false, 0, luma(bilinear)), Mono(false, 1, BayerReference::Binomial)};
 }
 
-std::vector<Conversion> Conversions() { return ConversionsBy(bayer_reference::Corrected, bayer_reference::Bilinear); }
+std::vector<Conversion> Conversions() { return ConversionsBy(BayerReference::Corrected, BayerReference::Bilinear); }
 
 // The interpolation, done once for all conversions that need its colours. One frame of a size and order is asked for.
 template <class Interpolation>
@@ -106,20 +107,16 @@ auto Remembered(Interpolation interpolation) {
   };
 }
 
-class Bayer : public testing::TestWithParam<std::string> {
- protected:
-  void SetUp() override { ASSERT_TRUE(rows::UseKernels(GetParam().c_str())); }
-  void TearDown() override { rows::UseKernels(rows::KernelNames()[0]); }
-};
+class Bayer : public EveryKernel {};
 
 void ExpectDefinition(const BSize& size, int padding) {
   const unsigned seed = kSeed + static_cast<unsigned>(size.width * 1000 + size.height);
-  const Frame frame = pictures::RandomFrame(size, padding, seed);
+  const Frame frame = Pictures::RandomFrame(size, padding, seed);
   for (const Conversion& conversion : Conversions()) {
     for (int order = 0; order < kOrders; ++order) {
       const Bytes made = conversion.convert(BColorConverter(size, order, padding), frame);
-      ASSERT_EQ(conversion.expected(frame, order), made)
-          << conversion.name << ", order " << order << ", " << pictures::Named(size) << ", seed " << seed;
+      ASSERT_EQ(made, conversion.expected(frame, order))
+          << conversion.name << ", order " << order << ", " << Pictures::Named(size) << ", seed " << seed;
     }
   }
 }
@@ -127,23 +124,23 @@ void ExpectDefinition(const BSize& size, int padding) {
 // All vector units at once: here the definition takes longer than they do.
 TEST(BayerSizes, EveryPixelOfEverySizeMeetsTheDefinition) {
   const std::vector<Conversion> conversions =
-      ConversionsBy(Remembered(bayer_reference::Corrected), Remembered(bayer_reference::Bilinear));
-  const std::vector<std::string> all_kernels = pictures::KernelNames();
+      ConversionsBy(Remembered(BayerReference::Corrected), Remembered(BayerReference::Bilinear));
+  const std::vector<std::string> all_kernels = KernelNames();
   for (int at = 0; at < KEL_LARGEST_SIZE * KEL_LARGEST_SIZE; ++at) {
     const BSize size{at % KEL_LARGEST_SIZE + 1, at / KEL_LARGEST_SIZE + 1};
-    const Frame frame = pictures::RandomFrame(size, 0, kSeed);
+    const Frame frame = Pictures::RandomFrame(size, 0, kSeed);
     for (int order = 0; order < kOrders; ++order) {
       for (const Conversion& conversion : conversions) {
         const Bytes expected = conversion.expected(frame, order);
         for (const std::string& kernels : all_kernels) {
-          ASSERT_TRUE(rows::UseKernels(kernels.c_str()));
-          ASSERT_EQ(expected, conversion.convert(BColorConverter(size, order), frame))
-              << conversion.name << " by " << kernels << ", order " << order << ", " << pictures::Named(size);
+          UseKernels(kernels);
+          ASSERT_EQ(conversion.convert(BColorConverter(size, order), frame), expected)
+              << conversion.name << " by " << kernels << ", order " << order << ", " << Pictures::Named(size);
         }
       }
     }
   }
-  rows::UseKernels(rows::KernelNames()[0]);
+  UseBestKernels();
 }
 
 TEST_P(Bayer, EveryPixelOfEveryWidthMeetsTheDefinition) {
@@ -162,21 +159,21 @@ TEST_P(Bayer, LargeOddSizesMeetTheDefinition) {
 
 // Extremes of both signs: no sum may leave the width of the numbers that it is made in.
 TEST_P(Bayer, HardEdgesMeetTheDefinition) {
-  Frame frame = pictures::RandomFrame({301, 9}, 0, kSeed);
+  Frame frame = Pictures::RandomFrame({301, 9}, 0, kSeed);
   for (std::uint8_t& byte : frame.bytes) byte = byte < 128 ? 0 : 255;
   for (const Conversion& conversion : Conversions()) {
     for (int order = 0; order < kOrders; ++order) {
-      ASSERT_EQ(conversion.expected(frame, order), conversion.convert(BColorConverter(frame.size, order), frame))
+      ASSERT_EQ(conversion.convert(BColorConverter(frame.size, order), frame), conversion.expected(frame, order))
           << conversion.name << ", order " << order;
     }
   }
 }
 
 Frame FlatMosaic(const BSize& size, int order, const Colour& colour) {
-  Frame frame = pictures::RandomFrame(size, 0, kSeed);
+  Frame frame = Pictures::RandomFrame(size, 0, kSeed);
   for (int y = 0; y < size.height; ++y) {
     for (int x = 0; x < size.width; ++x) {
-      const char site = bayer_reference::ColourAt(order, x, y);
+      const char site = BayerReference::ColourAt(order, x, y);
       const double value = site == 'R' ? colour.red : site == 'G' ? colour.green : colour.blue;
       frame.bytes.begin()[std::ptrdiff_t{y} * size.width + x] = static_cast<std::uint8_t>(value);
     }
@@ -187,14 +184,16 @@ Frame FlatMosaic(const BSize& size, int order, const Colour& colour) {
 TEST_P(Bayer, AFlatMosaicGivesBackItsColour) {
   const Colour colour{200, 31, 255};
   const Bytes rgb = {200, 31, 255};
-  const std::vector<Bytes> expected = {rgb, rgb, {107}, {129}, {107}, {129}};
+  const Bytes luma = {107};
+  const Bytes weighted_mean = {129};
+  const std::vector<Bytes> expected = {rgb, rgb, luma, weighted_mean, luma, weighted_mean};
   for (int order = 0; order < kOrders; ++order) {
     for (const BSize size : {BSize{2, 2}, BSize{3, 2}, BSize{75, 5}}) {
       const Frame frame = FlatMosaic(size, order, colour);
       for (std::size_t i = 0; i < expected.size(); ++i) {
         const Bytes made = Conversions()[i].convert(BColorConverter(size, order), frame);
         for (std::size_t k = 0; k < made.size(); ++k) {
-          ASSERT_EQ(expected[i][k % expected[i].size()], made[k]) << Conversions()[i].name << ", order " << order;
+          ASSERT_EQ(made[k], expected[i][k % expected[i].size()]) << Conversions()[i].name << ", order " << order;
         }
       }
     }
@@ -202,22 +201,22 @@ TEST_P(Bayer, AFlatMosaicGivesBackItsColour) {
 }
 
 TEST_P(Bayer, AnUnknownOrderIsGrbg) {
-  const Frame frame = pictures::RandomFrame({20, 6}, 0, kSeed);
-  const Conversion good = Rgb(true, bayer_reference::Corrected);
+  const Frame frame = Pictures::RandomFrame({20, 6}, 0, kSeed);
+  const Conversion good = Rgb(true, BayerReference::Corrected);
   for (int order : {-1, 4, 77}) {
-    EXPECT_EQ(good.expected(frame, BColorConverter::eGRBG), good.convert(BColorConverter(frame.size, order), frame));
+    EXPECT_EQ(good.convert(BColorConverter(frame.size, order), frame), good.expected(frame, BColorConverter::eGRBG));
   }
 }
 
 TEST_P(Bayer, WhatLiesInTheLinePaddingDoesNotMatter) {
-  Frame frame = pictures::RandomFrame({97, 6}, 9, kSeed);
+  Frame frame = Pictures::RandomFrame({97, 6}, 9, kSeed);
   const BColorConverter converter(frame.size, 1, frame.padding);
   for (const Conversion& conversion : Conversions()) {
     const Bytes before = conversion.convert(converter, frame);
     for (std::size_t i = 0; i < frame.bytes.size(); ++i) {
       if (i % frame.LineLength() >= static_cast<std::size_t>(frame.size.width)) frame.bytes[i] ^= 0xFF;
     }
-    EXPECT_EQ(before, conversion.convert(converter, frame)) << conversion.name;
+    EXPECT_EQ(conversion.convert(converter, frame), before) << conversion.name;
   }
 }
 
@@ -226,14 +225,13 @@ TEST(BayerLuma, IsTheRec601LumaWithinOneStep) {
     for (int green = 0; green < 256; green += 3) {
       for (int blue = 0; blue < 256; blue += 5) {
         const Colour colour{double(red), double(green), double(blue)};
-        const double rounded = bayer_reference::Rounded(0.299 * red + 0.587 * green + 0.114 * blue);
-        ASSERT_NEAR(rounded, bayer_reference::Luma(colour), 1) << red << ' ' << green << ' ' << blue;
+        const double rounded = BayerReference::Rounded(0.299 * red + 0.587 * green + 0.114 * blue);
+        ASSERT_NEAR(BayerReference::Luma(colour), rounded, 1) << red << ' ' << green << ' ' << blue;
       }
     }
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Kernels, Bayer, testing::ValuesIn(pictures::KernelNames()),
-                         [](const auto& kernels) { return kernels.param; });
+INSTANTIATE_TEST_SUITE_P(Kernels, Bayer, testing::ValuesIn(KernelNames()), KernelOf);
 
 }  // namespace

@@ -7,12 +7,13 @@
 #include <vector>
 
 #include "bcolorconverter.h"
+#include "every_kernel.h"
 #include "pictures.h"
 
 namespace {
 
-using pictures::Bytes;
-using pictures::Frame;
+using Pictures::Bytes;
+using Pictures::Frame;
 using ToRgb = void (BColorConverter::*)(const std::uint8_t*, BImageRgb&) const;
 
 constexpr unsigned kSeed = 4711;
@@ -22,11 +23,11 @@ const std::vector<BSize> kTargets = {{150, 90}, {90, 150}, {149, 97}, {1, 1}, {0
 template <class Image>
 Bytes Expected(const Image& whole, const BSize& size) {
   Bytes bytes;
-  constexpr int channels = pictures::kChannels<Image>;
+  constexpr int kChannels = Pictures::kChannels<Image>;
   for (int y = 0; y < size.height; ++y) {
-    for (int x = 0; x < size.width * channels; ++x) {
-      const bool inside = y < whole.Size().height && x < whole.Size().width * channels;
-      bytes.push_back(inside ? whole.Row(y)[x] : pictures::kGuard);
+    for (int x = 0; x < size.width * kChannels; ++x) {
+      const bool inside = y < whole.Size().height && x < whole.Size().width * kChannels;
+      bytes.push_back(inside ? whole.Row(y)[x] : Pictures::kGuard);
     }
   }
   return bytes;
@@ -37,20 +38,17 @@ void ExpectOverlapOnly(const BSize& frame_size, const std::function<void(Image&)
   Image whole(frame_size);
   convert(whole);
   for (const BSize& size : kTargets) {
-    auto target = pictures::GuardedImage<Image>(size);
+    auto target = Pictures::GuardedImage<Image>(size);
     convert(target);
-    EXPECT_EQ(Expected(whole, size), pictures::PixelsOf(target)) << pictures::Named(size);
-    EXPECT_EQ(0, pictures::TouchedGuards(target)) << pictures::Named(size);
+    EXPECT_EQ(Pictures::PixelsOf(target), Expected(whole, size)) << Pictures::Named(size);
+    EXPECT_EQ(Pictures::TouchedGuards(target), 0) << Pictures::Named(size);
   }
 }
 
-class Converter : public testing::TestWithParam<std::string> {
+class Converter : public EveryKernel {
  protected:
-  void SetUp() override { ASSERT_TRUE(rows::UseKernels(GetParam().c_str())); }
-  void TearDown() override { rows::UseKernels(rows::KernelNames()[0]); }
-
   const BSize m_size{149, 91};
-  const Frame m_frame = pictures::RandomFrame(m_size, 0, kSeed, 2);  // enough for every format
+  const Frame m_frame = Pictures::RandomFrame(m_size, 0, kSeed, 2);  // enough for every format
   const BColorConverter m_converter{m_size, 2};
 };
 
@@ -74,8 +72,8 @@ TEST_P(Converter, FillsTheOverlapOfAMonoTargetOfAnotherSize) {
 TEST_P(Converter, ReadsNothingOfAFrameWithoutPixels) {
   for (const BSize size : {BSize{0, 5}, BSize{5, 0}, BSize{-3, 4}, BSize{4, -3}}) {
     const BColorConverter converter(size, 0, -1);
-    auto rgb = pictures::GuardedImage<BImageRgb>({4, 4});
-    auto mono = pictures::GuardedImage<BImage8u>({4, 4});
+    auto rgb = Pictures::GuardedImage<BImageRgb>({4, 4});
+    auto mono = Pictures::GuardedImage<BImage8u>({4, 4});
 
     converter.ConvertRawToRGB(nullptr, rgb);
     converter.ConvertFastRawToRGB(nullptr, rgb);
@@ -84,19 +82,18 @@ TEST_P(Converter, ReadsNothingOfAFrameWithoutPixels) {
     converter.ConvertFastRawToMono(nullptr, mono, 1);
     converter.StretchYUV(nullptr, mono);
 
-    EXPECT_EQ(Bytes(48, pictures::kGuard), pictures::PixelsOf(rgb));
-    EXPECT_EQ(Bytes(16, pictures::kGuard), pictures::PixelsOf(mono));
+    EXPECT_EQ(Pictures::PixelsOf(rgb), Bytes(48, Pictures::kGuard));
+    EXPECT_EQ(Pictures::PixelsOf(mono), Bytes(16, Pictures::kGuard));
   }
 }
 
 TEST(ConverterObject, DescribesItself) {
   const BColorConverter converter({640, 480}, 7, 4);
 
-  EXPECT_EQ(WString(L"BColorConverter"), converter.ArchiveName());
-  EXPECT_EQ(WString(L"Bayer GRBG, 640 x 480 pixels, 4 bytes between lines"), converter.Properties());
+  EXPECT_EQ(converter.ArchiveName(), WString(L"BColorConverter"));
+  EXPECT_EQ(converter.Properties(), WString(L"Bayer GRBG, 640 x 480 pixels, 4 bytes between lines"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Kernels, Converter, testing::ValuesIn(pictures::KernelNames()),
-                         [](const auto& kernels) { return kernels.param; });
+INSTANTIATE_TEST_SUITE_P(Kernels, Converter, testing::ValuesIn(KernelNames()), KernelOf);
 
 }  // namespace

@@ -7,13 +7,14 @@
 #include <string>
 
 #include "bimage8u.h"
+#include "every_kernel.h"
 #include "pictures.h"
 
 namespace {
 
-using pictures::Bytes;
-using pictures::Frame;
-using pictures::kGuard;
+using Pictures::Bytes;
+using Pictures::Frame;
+using Pictures::kGuard;
 
 constexpr unsigned kSeed = 33;
 
@@ -35,37 +36,33 @@ BImage8u ImageOf(const Frame& frame) {
   return image;
 }
 
-class Grey : public testing::TestWithParam<std::string> {
- protected:
-  void SetUp() override { ASSERT_TRUE(rows::UseKernels(GetParam().c_str())); }
-  void TearDown() override { rows::UseKernels(rows::KernelNames()[0]); }
-};
+class Grey : public EveryKernel {};
 
 TEST_P(Grey, EveryWidthIsTaken) {
   for (int width = 1; width <= 280; ++width) {
-    const Frame frame = pictures::RandomFrame({width, 2}, width % 3, kSeed);
-    auto target = pictures::GuardedImage<BImageRgb>(frame.size);
+    const Frame frame = Pictures::RandomFrame({width, 2}, width % 3, kSeed);
+    auto target = Pictures::GuardedImage<BImageRgb>(frame.size);
     target.TakeGrey(frame.bytes.data(), frame.LineLength(), frame.size);
-    ASSERT_EQ(Expected(frame, frame.size, frame.size, {}), pictures::PixelsOf(target)) << "width " << width;
-    ASSERT_EQ(0, pictures::TouchedGuards(target));
+    ASSERT_EQ(Pictures::PixelsOf(target), Expected(frame, frame.size, frame.size, {})) << "width " << width;
+    ASSERT_EQ(Pictures::TouchedGuards(target), 0);
   }
 }
 
-TEST_P(Grey, WhatFallsOutsideIsLeftAway) {
-  const Frame frame = pictures::RandomFrame({70, 5}, 0, kSeed);
+TEST_P(Grey, WhatFallsOutsideIsDropped) {
+  const Frame frame = Pictures::RandomFrame({70, 5}, 0, kSeed);
   const BSize target_size{75, 7};
   for (int y = -6; y <= 8; ++y) {
     for (int x = -75; x <= 80; x += 5) {
-      auto target = pictures::GuardedImage<BImageRgb>(target_size);
+      auto target = Pictures::GuardedImage<BImageRgb>(target_size);
       target.TakeGrey(ImageOf(frame), {-1, -1}, {x, y});
-      ASSERT_EQ(Expected(frame, frame.size, target_size, {x, y}), pictures::PixelsOf(target)) << x << ", " << y;
-      ASSERT_EQ(0, pictures::TouchedGuards(target));
+      ASSERT_EQ(Pictures::PixelsOf(target), Expected(frame, frame.size, target_size, {x, y})) << x << ", " << y;
+      ASSERT_EQ(Pictures::TouchedGuards(target), 0);
     }
   }
 }
 
 TEST_P(Grey, TheTopLeftPartOfTheWantedSizeIsTaken) {
-  const Frame frame = pictures::RandomFrame({9, 8}, 0, kSeed);
+  const Frame frame = Pictures::RandomFrame({9, 8}, 0, kSeed);
   const BSize target_size{12, 10};
   struct Case {
     BSize wanted;
@@ -73,25 +70,24 @@ TEST_P(Grey, TheTopLeftPartOfTheWantedSizeIsTaken) {
   };
   for (const Case& c : {Case{{4, 3}, {4, 3}}, Case{{-1, 3}, {9, 3}}, Case{{4, -1}, {4, 8}}, Case{{99, 99}, {9, 8}},
                         Case{{0, 3}, {0, 0}}, Case{{-1, 0}, {0, 0}}}) {
-    auto target = pictures::GuardedImage<BImageRgb>(target_size);
+    auto target = Pictures::GuardedImage<BImageRgb>(target_size);
     target.TakeGrey(ImageOf(frame), c.wanted, {1, 1});
-    EXPECT_EQ(Expected(frame, c.taken, target_size, {1, 1}), pictures::PixelsOf(target)) << pictures::Named(c.wanted);
+    EXPECT_EQ(Pictures::PixelsOf(target), Expected(frame, c.taken, target_size, {1, 1})) << Pictures::Named(c.wanted);
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Kernels, Grey, testing::ValuesIn(pictures::KernelNames()),
-                         [](const auto& kernels) { return kernels.param; });
+INSTANTIATE_TEST_SUITE_P(Kernels, Grey, testing::ValuesIn(KernelNames()), KernelOf);
 
 TEST(ImageRgb, AnEmptyGreyImageChangesNothing) {
-  auto target = pictures::GuardedImage<BImageRgb>({2, 2});
+  auto target = Pictures::GuardedImage<BImageRgb>({2, 2});
 
   target.TakeGrey(BImage8u());
   target.TakeGrey(nullptr, 0, {0, 4});
   target.TakeGrey(nullptr, 0, {-1, -1});
 
-  EXPECT_EQ(Bytes(12, kGuard), pictures::PixelsOf(target));
+  EXPECT_EQ(Pictures::PixelsOf(target), Bytes(12, kGuard));
 }
 
-TEST(ImageRgb, IsBlackAtFirst) { EXPECT_EQ(Bytes(std::size_t{3} * 5 * 4, 0), pictures::PixelsOf(BImageRgb({5, 4}))); }
+TEST(ImageRgb, IsBlackAtFirst) { EXPECT_EQ(Pictures::PixelsOf(BImageRgb({5, 4})), Bytes(std::size_t{3} * 5 * 4, 0)); }
 
 }  // namespace

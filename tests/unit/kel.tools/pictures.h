@@ -11,9 +11,8 @@
 #include "bimage8u.h"
 #include "bimagergb.h"
 #include "bsize.h"
-#include "rows/row_kernels.h"
 
-namespace pictures {
+namespace Pictures {
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -27,7 +26,7 @@ inline Bytes RandomBytes(std::size_t count, unsigned seed) {
   return bytes;
 }
 
-// A frame of exactly the bytes that it may be read in: the sanitizers see every byte beside it.
+// A frame of exactly the bytes that it may be read in: the sanitizers see every byte next to it.
 struct Frame {
   BSize size;
   int padding = 0;
@@ -84,10 +83,4 @@ int TouchedGuards(const Image& image) {
 
 inline std::string Named(const BSize& size) { return std::to_string(size.width) + " x " + std::to_string(size.height); }
 
-inline std::vector<std::string> KernelNames() {
-  std::vector<std::string> names;
-  for (const char* const* name = rows::KernelNames(); *name != nullptr; ++name) names.emplace_back(*name);
-  return names;
-}
-
-}  // namespace pictures
+}  // namespace Pictures

@@ -23,9 +23,9 @@ BPixelBuffer Filled(const BSize& size, std::uint8_t value) {
 TEST(PixelBuffer, IsEmptyAtFirst) {
   const BPixelBuffer buffer;
 
-  EXPECT_EQ(BSize(), buffer.Size());
-  EXPECT_EQ(0U, buffer.LineLength());
-  EXPECT_EQ(0U, buffer.AllocatedMemory());
+  EXPECT_EQ(buffer.Size(), BSize());
+  EXPECT_EQ(buffer.LineLength(), 0U);
+  EXPECT_EQ(buffer.AllocatedMemory(), 0U);
 }
 
 TEST(PixelBuffer, RowsStartAtMultiplesOf64AndHoldTheirPixels) {
@@ -33,17 +33,19 @@ TEST(PixelBuffer, RowsStartAtMultiplesOf64AndHoldTheirPixels) {
     for (int bytes_per_pixel : {1, 3}) {
       BPixelBuffer buffer;
       buffer.Resize({width, 3}, bytes_per_pixel);
-      for (int y = 0; y < 3; ++y) ASSERT_EQ(0U, reinterpret_cast<std::uintptr_t>(buffer.Row(y)) % 64);
+      for (int y = 0; y < 3; ++y)
+        ASSERT_EQ(reinterpret_cast<std::uintptr_t>(buffer.Row(y)) % BPixelBuffer::kAlignment, 0U);
       ASSERT_GE(buffer.LineLength(), static_cast<std::size_t>(width * bytes_per_pixel));
     }
   }
 }
 
 TEST(PixelBuffer, RowsDoNotLieAMultipleOf4096Apart) {
+  constexpr int kCacheSetPeriod = 4096;
   BPixelBuffer buffer;
-  buffer.Resize({4096, 2}, 3);
+  buffer.Resize({kCacheSetPeriod, 2}, 3);
 
-  EXPECT_EQ(4096U * 3 + 64, buffer.LineLength());
+  EXPECT_EQ(buffer.LineLength(), kCacheSetPeriod * std::size_t{3} + BPixelBuffer::kAlignment);
 }
 
 TEST(PixelBuffer, NewMemoryIsZero) {
@@ -51,7 +53,7 @@ TEST(PixelBuffer, NewMemoryIsZero) {
   buffer.Resize({33, 5}, 3);
 
   for (int y = 0; y < 5; ++y) {
-    for (int i = 0; i < 99; ++i) ASSERT_EQ(0, buffer.Row(y)[i]);
+    for (int i = 0; i < 99; ++i) ASSERT_EQ(buffer.Row(y)[i], 0);
   }
 }
 
@@ -62,7 +64,7 @@ TEST(PixelBuffer, KeepsItsMemoryForTheSameAndForSmallerSizes) {
 
   for (const BSize size : {BSize{100, 100}, BSize{50, 20}, BSize{0, 0}, BSize{100, 100}}) {
     buffer.Resize(size, 3);
-    EXPECT_EQ(memory, buffer.Row(0));
+    EXPECT_EQ(buffer.Row(0), memory);
   }
 }
 
@@ -71,15 +73,15 @@ TEST(PixelBuffer, KeepsItsPixelsWhenTheSizeStays) {
 
   buffer.Resize({70, 2}, 1);
 
-  EXPECT_EQ(9, buffer.Row(1)[69]);
+  EXPECT_EQ(buffer.Row(1)[69], 9);
 }
 
 TEST(PixelBuffer, ASizeWithoutPixelsIsZeroByZero) {
   for (const BSize size : {BSize{0, 7}, BSize{7, 0}, BSize{-1, 7}, BSize{7, -1}, BSize{-5, -5}}) {
     BPixelBuffer buffer = Filled({4, 4}, 1);
     buffer.Resize(size, 1);
-    EXPECT_EQ(BSize(), buffer.Size());
-    EXPECT_EQ(0U, buffer.LineLength());
+    EXPECT_EQ(buffer.Size(), BSize());
+    EXPECT_EQ(buffer.LineLength(), 0U);
   }
 }
 
@@ -90,8 +92,8 @@ TEST(PixelBuffer, AnImpossibleSizeLeavesItAsItWas) {
   EXPECT_THROW(buffer.Resize({kMost, kMost}, 3), std::bad_alloc);
   EXPECT_THROW(buffer.Resize({kMost, kMost}, std::numeric_limits<int>::max()), std::bad_alloc);
 
-  EXPECT_EQ((BSize{4, 4}), buffer.Size());
-  EXPECT_EQ(77, buffer.Row(3)[3]);
+  EXPECT_EQ(buffer.Size(), (BSize{4, 4}));
+  EXPECT_EQ(buffer.Row(3)[3], 77);
 }
 
 TEST(PixelBuffer, CopiesAreDeep) {
@@ -99,9 +101,9 @@ TEST(PixelBuffer, CopiesAreDeep) {
   BPixelBuffer copy = original;
   copy.Row(2)[64] = 6;
 
-  EXPECT_EQ(5, original.Row(2)[64]);
-  EXPECT_EQ(5, copy.Row(2)[63]);
-  EXPECT_EQ(original.Size(), copy.Size());
+  EXPECT_EQ(original.Row(2)[64], 5);
+  EXPECT_EQ(copy.Row(2)[63], 5);
+  EXPECT_EQ(copy.Size(), original.Size());
 }
 
 TEST(PixelBuffer, CopyAssignmentUsesTheMemoryThatIsThere) {
@@ -111,9 +113,9 @@ TEST(PixelBuffer, CopyAssignmentUsesTheMemoryThatIsThere) {
 
   target = source;
 
-  EXPECT_EQ(memory, target.Row(0));
-  EXPECT_EQ((BSize{30, 4}), target.Size());
-  EXPECT_EQ(8, target.Row(3)[29]);
+  EXPECT_EQ(target.Row(0), memory);
+  EXPECT_EQ(target.Size(), (BSize{30, 4}));
+  EXPECT_EQ(target.Row(3)[29], 8);
 }
 
 TEST(PixelBuffer, AssignmentToItselfChangesNothing) {
@@ -122,8 +124,8 @@ TEST(PixelBuffer, AssignmentToItselfChangesNothing) {
 
   buffer = same;
 
-  EXPECT_EQ((BSize{5, 5}), buffer.Size());
-  EXPECT_EQ(3, buffer.Row(4)[4]);
+  EXPECT_EQ(buffer.Size(), (BSize{5, 5}));
+  EXPECT_EQ(buffer.Row(4)[4], 3);
 }
 
 TEST(PixelBuffer, MovingTakesTheMemoryAndLeavesNone) {
@@ -133,9 +135,10 @@ TEST(PixelBuffer, MovingTakesTheMemoryAndLeavesNone) {
 
   target = std::move(source);
 
-  EXPECT_EQ(memory, target.Row(0));
-  EXPECT_EQ(BSize(), source.Size());  // NOLINT(bugprone-use-after-move): its state is promised
-  EXPECT_EQ(0U, source.AllocatedMemory());
+  EXPECT_EQ(target.Row(0), memory);
+  // NOLINTNEXTLINE(bugprone-use-after-move): its state is promised
+  EXPECT_EQ(source.Size(), BSize());
+  EXPECT_EQ(source.AllocatedMemory(), 0U);
 }
 
 }  // namespace

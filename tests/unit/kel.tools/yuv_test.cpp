@@ -7,12 +7,13 @@
 #include <string>
 
 #include "bcolorconverter.h"
+#include "every_kernel.h"
 #include "pictures.h"
 
 namespace {
 
-using pictures::Bytes;
-using pictures::Frame;
+using Pictures::Bytes;
+using Pictures::Frame;
 
 int Rounded(double value) { return static_cast<int>(std::clamp(std::floor(value + 0.5), 0.0, 255.0)); }
 
@@ -49,16 +50,13 @@ Bytes DefinedImage(const Frame& frame) {
   return bytes;
 }
 
-class Yuv : public testing::TestWithParam<std::string> {
+class Yuv : public EveryKernel {
  protected:
-  void SetUp() override { ASSERT_TRUE(rows::UseKernels(GetParam().c_str())); }
-  void TearDown() override { rows::UseKernels(rows::KernelNames()[0]); }
-
   static Bytes Converted(const Frame& frame) {
-    auto target = pictures::GuardedImage<BImageRgb>(frame.size);
+    auto target = Pictures::GuardedImage<BImageRgb>(frame.size);
     BColorConverter(frame.size, 0, frame.padding).ConvertYUV422ToRGB(frame.bytes.data(), target);
-    EXPECT_EQ(0, pictures::TouchedGuards(target));
-    return pictures::PixelsOf(target);
+    EXPECT_EQ(Pictures::TouchedGuards(target), 0);
+    return Pictures::PixelsOf(target);
   }
 };
 
@@ -74,8 +72,8 @@ TEST_P(Yuv, EveryColourIsWithinOneOfTheRoundedFormula) {
       const Bytes made = Converted(row);
       for (int i = 0; i < 256 * 3; ++i) {
         const auto at = static_cast<std::size_t>(i);
-        ASSERT_NEAR(RealRgb(i / 3, u, v)[at % 3], made[at], 1) << "y " << i / 3 << ", u " << u << ", v " << v;
-        ASSERT_EQ(DefinedRgb(i / 3, u, v)[at % 3], made[at]) << "y " << i / 3 << ", u " << u << ", v " << v;
+        ASSERT_NEAR(made[at], RealRgb(i / 3, u, v)[at % 3], 1) << "y " << i / 3 << ", u " << u << ", v " << v;
+        ASSERT_EQ(made[at], DefinedRgb(i / 3, u, v)[at % 3]) << "y " << i / 3 << ", u " << u << ", v " << v;
       }
     }
   }
@@ -84,8 +82,8 @@ TEST_P(Yuv, EveryColourIsWithinOneOfTheRoundedFormula) {
 TEST_P(Yuv, EverySizeMeetsTheDefinitionWithAndWithoutPadding) {
   for (int width = 1; width <= 280; ++width) {
     for (int padding : {0, 3}) {
-      const Frame frame = pictures::RandomFrame({width, 2}, padding, static_cast<unsigned>(width), 2);
-      ASSERT_EQ(DefinedImage(frame), Converted(frame)) << "width " << width << ", padding " << padding;
+      const Frame frame = Pictures::RandomFrame({width, 2}, padding, static_cast<unsigned>(width), 2);
+      ASSERT_EQ(Converted(frame), DefinedImage(frame)) << "width " << width << ", padding " << padding;
     }
   }
 }
@@ -97,7 +95,7 @@ TEST_P(Yuv, GreyStaysGrey) {
     frame.bytes[std::size_t{2} * static_cast<std::size_t>(x) + 1] = static_cast<std::uint8_t>(x);
     expected.insert(expected.end(), 3, static_cast<std::uint8_t>(x));
   }
-  EXPECT_EQ(expected, Converted(frame));
+  EXPECT_EQ(Converted(frame), expected);
 }
 
 TEST_P(Yuv, StretchingTakes16To235To0To255) {
@@ -105,7 +103,7 @@ TEST_P(Yuv, StretchingTakes16To235To0To255) {
     Frame frame{{width, 2}, width % 3, 1, {}};
     frame.bytes.resize(frame.LineLength() * 2);
     for (std::size_t i = 0; i < frame.bytes.size(); ++i) frame.bytes[i] = static_cast<std::uint8_t>(i);
-    auto target = pictures::GuardedImage<BImage8u>(frame.size);
+    auto target = Pictures::GuardedImage<BImage8u>(frame.size);
 
     BColorConverter(frame.size, 0, frame.padding).StretchYUV(frame.bytes.data(), target);
 
@@ -113,8 +111,8 @@ TEST_P(Yuv, StretchingTakes16To235To0To255) {
     for (int i = 0; i < 2 * width; ++i) {
       expected.push_back(static_cast<std::uint8_t>(Rounded((frame.At(i % width, i / width) - 16) * 255.0 / 219.0)));
     }
-    ASSERT_EQ(expected, pictures::PixelsOf(target)) << "width " << width;
-    ASSERT_EQ(0, pictures::TouchedGuards(target));
+    ASSERT_EQ(Pictures::PixelsOf(target), expected) << "width " << width;
+    ASSERT_EQ(Pictures::TouchedGuards(target), 0);
   }
 }
 
@@ -129,10 +127,9 @@ TEST_P(Yuv, StretchingIsExactForEveryValue) {
 
   BColorConverter(frame.size, 0).StretchYUV(frame.bytes.data(), target);
 
-  EXPECT_EQ(expected, pictures::PixelsOf(target));
+  EXPECT_EQ(Pictures::PixelsOf(target), expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Kernels, Yuv, testing::ValuesIn(pictures::KernelNames()),
-                         [](const auto& kernels) { return kernels.param; });
+INSTANTIATE_TEST_SUITE_P(Kernels, Yuv, testing::ValuesIn(KernelNames()), KernelOf);
 
 }  // namespace

@@ -10,7 +10,7 @@
 #include "VimbaC.h"
 #include "diagnostics/log_collector.h"
 #include "support/host_output.h"
-#include "support/opened_camera.h"
+#include "support/open_camera_handle.h"
 
 namespace {
 
@@ -27,7 +27,7 @@ SimulatedCamera Negotiating(int packet_size) {
 }
 
 // The message's lines between title and end.
-Lines Adjust(const OpenedCamera& camera) {
+Lines Adjust(const OpenCameraHandle& camera) {
   const HostOutput output;
   {
     BLogCollector log(L"Title");
@@ -40,7 +40,7 @@ Lines Adjust(const OpenedCamera& camera) {
 }
 
 TEST(PacketSize, ALargerOneIsLoggedAndLowered) {
-  OpenedCamera camera(Negotiating(9000));
+  OpenCameraHandle camera(Negotiating(9000));
 
   EXPECT_EQ(Adjust(camera), (Lines{L"GVSPAdjustPacketSize --> 9000", L"GVSPPacketSize = 8228"}));
 
@@ -49,19 +49,19 @@ TEST(PacketSize, ALargerOneIsLoggedAndLowered) {
 
 TEST(PacketSize, TheCapItselfAndWhatIsBelowIsLeftAlone) {
   for (const int size : {8228, 8224, 1500}) {
-    OpenedCamera camera(Negotiating(size));
+    OpenCameraHandle camera(Negotiating(size));
     EXPECT_EQ(Adjust(camera), Lines{L"GVSPPacketSize = " + std::to_wstring(size)});
     EXPECT_EQ(camera->Calls(), (Calls{kRun, kIsDone, kGet, kGet}));
   }
 }
 
 TEST(PacketSize, TheNextStepAboveTheCapIsLowered) {
-  OpenedCamera camera(Negotiating(8232));
+  OpenCameraHandle camera(Negotiating(8232));
   EXPECT_EQ(Adjust(camera), (Lines{L"GVSPAdjustPacketSize --> 8232", L"GVSPPacketSize = 8228"}));
 }
 
 TEST(PacketSize, ACameraThatDoesNotNegotiateIsNotWaitedFor) {
-  OpenedCamera camera(SimulatedCamera().Missing("GVSPAdjustPacketSize"));
+  OpenCameraHandle camera(SimulatedCamera().Missing("GVSPAdjustPacketSize"));
 
   EXPECT_EQ(Adjust(camera), Lines{L"GVSPPacketSize = 1500"});
 
@@ -69,7 +69,7 @@ TEST(PacketSize, ACameraThatDoesNotNegotiateIsNotWaitedFor) {
 }
 
 TEST(PacketSize, ACameraWithoutAPacketSizeIsOnlyReported) {
-  OpenedCamera camera(SimulatedCamera().Missing("GVSPAdjustPacketSize").Missing("GVSPPacketSize"));
+  OpenCameraHandle camera(SimulatedCamera().Missing("GVSPAdjustPacketSize").Missing("GVSPPacketSize"));
 
   EXPECT_EQ(Adjust(camera), Lines{L"VmbFeatureIntGet GVSPPacketSize failed"});
 
@@ -77,7 +77,7 @@ TEST(PacketSize, ACameraWithoutAPacketSizeIsOnlyReported) {
 }
 
 TEST(PacketSize, TheNegotiationIsAskedForUntilItIsDone) {
-  OpenedCamera camera(Negotiating(8228));
+  OpenCameraHandle camera(Negotiating(8228));
   camera->Fault(
       {{"call", "VmbFeatureCommandIsDone"}, {"feature", "GVSPAdjustPacketSize"}, {"count", 2}, {"done", false}});
 
@@ -87,7 +87,7 @@ TEST(PacketSize, TheNegotiationIsAskedForUntilItIsDone) {
 }
 
 TEST(PacketSize, AFailingQueryEndsTheWait) {
-  OpenedCamera camera(Negotiating(9000));
+  OpenCameraHandle camera(Negotiating(9000));
   camera->FailCall("VmbFeatureCommandIsDone", "GVSPAdjustPacketSize", VmbErrorIO);
 
   EXPECT_EQ(Adjust(camera), (Lines{L"GVSPAdjustPacketSize --> 9000", L"GVSPPacketSize = 8228"}));
@@ -96,21 +96,21 @@ TEST(PacketSize, AFailingQueryEndsTheWait) {
 }
 
 TEST(PacketSize, ACameraThatRefusesTheCapKeepsItsOwn) {
-  OpenedCamera camera(Negotiating(9000));
+  OpenCameraHandle camera(Negotiating(9000));
   camera->FailCall("VmbFeatureIntSet", "GVSPPacketSize", VmbErrorInvalidAccess);
 
   EXPECT_EQ(Adjust(camera), (Lines{L"GVSPAdjustPacketSize --> 9000", L"GVSPPacketSize = 9000"}));
 }
 
 TEST(PacketSize, AFirstReadThatFailsLeavesTheCapOut) {
-  OpenedCamera camera(Negotiating(9000));
+  OpenCameraHandle camera(Negotiating(9000));
   camera->FailCall("VmbFeatureIntGet", "GVSPPacketSize", VmbErrorIO, 1);
   EXPECT_EQ(Adjust(camera), Lines{L"GVSPPacketSize = 9000"});
   EXPECT_EQ(camera->Calls(), (Calls{kRun, kIsDone, kGet, kGet}));
 }
 
 TEST(PacketSize, ASecondReadThatFailsIsReportedAfterTheCap) {
-  OpenedCamera camera(Negotiating(9000));
+  OpenCameraHandle camera(Negotiating(9000));
   camera->FailCall("VmbFeatureIntGet", "GVSPPacketSize", VmbErrorIO, 2);
 
   EXPECT_EQ(Adjust(camera), (Lines{L"GVSPAdjustPacketSize --> 9000", L"VmbFeatureIntGet GVSPPacketSize failed"}));

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "VimbaC.h"
-#include "support/opened_camera.h"
+#include "support/open_camera_handle.h"
 #include "vimba/vimba_version.h"
 
 namespace {
@@ -16,7 +16,7 @@ namespace {
 using Calls = std::vector<std::string>;
 
 TEST(VimbaFeatures, HandOnWhatTheCameraAnswers) {
-  OpenedCamera camera(SimulatedCamera().Range("Gain", 1.5, 20.5));
+  OpenCameraHandle camera(SimulatedCamera().Range("Gain", 1.5, 20.5));
   std::int64_t width = 0;
   std::int64_t min = 0;
   std::int64_t max = 0;
@@ -45,7 +45,7 @@ TEST(VimbaFeatures, HandOnWhatTheCameraAnswers) {
 }
 
 TEST(VimbaFeatures, ThatFailGiveTheCodeAndLeaveTheResultAsItWas) {
-  OpenedCamera camera;
+  OpenCameraHandle camera;
   std::int64_t integer = 7;
   std::int64_t max = 8;
   double number = 7.5;
@@ -70,7 +70,7 @@ TEST(VimbaFeatures, ThatFailGiveTheCodeAndLeaveTheResultAsItWas) {
 }
 
 TEST(VimbaFeatures, ThatAreWrittenGiveTheCameraItsCode) {
-  OpenedCamera camera;
+  OpenCameraHandle camera;
 
   EXPECT_EQ(Vimba::SetInt(camera.Handle(), "None", 1), VmbErrorNotFound);
   EXPECT_EQ(Vimba::SetFloat(camera.Handle(), "Width", 1.0), VmbErrorWrongType);
@@ -79,7 +79,7 @@ TEST(VimbaFeatures, ThatAreWrittenGiveTheCameraItsCode) {
 }
 
 TEST(VimbaFeatures, ATextIsReadWithTheLengthThatTheCameraDeclares) {
-  OpenedCamera camera;
+  OpenCameraHandle camera;
   BString model;
 
   EXPECT_EQ(Vimba::GetString(camera.Handle(), "DeviceModelName", model), 0);
@@ -90,7 +90,7 @@ TEST(VimbaFeatures, ATextIsReadWithTheLengthThatTheCameraDeclares) {
 }
 
 TEST(WaitUntilDone, PausesBeforeEachQuery) {
-  OpenedCamera camera;
+  OpenCameraHandle camera;
   camera->Fault({{"call", "VmbFeatureCommandIsDone"}, {"count", 2}, {"done", false}});
   std::vector<std::size_t> queries_before_pause;
 
@@ -102,7 +102,7 @@ TEST(WaitUntilDone, PausesBeforeEachQuery) {
 }
 
 TEST(WaitUntilDone, EndsWhenTheQueryFails) {
-  OpenedCamera camera;
+  OpenCameraHandle camera;
 
   Vimba::WaitUntilDone(camera.Handle(), "None", [] {});
 

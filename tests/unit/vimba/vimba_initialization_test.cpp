@@ -217,7 +217,7 @@ TEST(VimbaSystem, EverythingButItsDestructorIsTheHosts) {
 
 // The messages of the callback, the first of which comes once a camera has gone or come.
 std::vector<std::wstring> DiscoveryMessages(const HostOutput& output, std::size_t count) {
-  EXPECT_TRUE(output.WaitForDiagnostic(L"CameraDiscoveryCallback", count, 30'000));
+  EXPECT_TRUE(output.WaitForDiagnostic(L"CameraDiscoveryCallback", count, std::chrono::seconds(30)));
   return output.Diagnostics(L"CameraDiscoveryCallback");
 }
 

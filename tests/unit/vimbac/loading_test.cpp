@@ -11,16 +11,18 @@
 
 namespace {
 
+constexpr const char* kBuiltInCamera = "DEV_000F31034C65";
+
 // A sanitizer has a thread of its own from the program's first thread on.
 std::ptrdiff_t Threads() {
   std::thread([] {}).join();
   return std::distance(std::filesystem::directory_iterator("/proc/self/task"), std::filesystem::directory_iterator());
 }
 
-// Beside this program. By its whole path: a sanitizer's dlopen does not know the program's run path.
+// Next to this program. By its whole path: a sanitizer's dlopen does not know the program's run path.
 void* Open(int mode) {
   const auto folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
-  return dlopen((folder / VIMBAC_FILE).c_str(), RTLD_NOW | mode);
+  return dlopen((folder / KEL_VIMBAC_FILE).c_str(), RTLD_NOW | mode);
 }
 
 struct Loaded : testing::Test {
@@ -39,11 +41,12 @@ struct Loaded : testing::Test {
 TEST_F(Loaded, HasThreadsOnlyWhileItIsStarted) {
   const auto before = Threads();
   VmbVersionInfo_t version{};
-  Symbol<decltype(VmbVersionQuery)>("VmbVersionQuery")(&version, sizeof version);
+  ASSERT_EQ(Symbol<decltype(VmbVersionQuery)>("VmbVersionQuery")(&version, sizeof version), VmbErrorSuccess);
   EXPECT_EQ(Threads(), before);
   ASSERT_EQ(Symbol<decltype(VmbStartup)>("VmbStartup")(), VmbErrorSuccess);
   VmbHandle_t camera = nullptr;
-  Symbol<decltype(VmbCameraOpen)>("VmbCameraOpen")("DEV_000F31034C65", VmbAccessModeFull, &camera);
+  ASSERT_EQ(Symbol<decltype(VmbCameraOpen)>("VmbCameraOpen")(kBuiltInCamera, VmbAccessModeFull, &camera),
+            VmbErrorSuccess);
   EXPECT_GT(Threads(), before);
 
   Symbol<decltype(VmbShutdown)>("VmbShutdown")();

@@ -1,4 +1,4 @@
-// opened_camera.h
+// open_camera_handle.h
 // One simulated camera, opened as the driver opens it, for tests of what works on an open camera.
 #pragma once
 
@@ -10,19 +10,19 @@
 
 // Vimba is started and the camera open with full access for as long as the object lives; calls are recorded from then
 // on.
-class OpenedCamera {
+class OpenCameraHandle {
  public:
-  explicit OpenedCamera(const SimulatedCamera& camera = SimulatedCamera()) : m_link(camera) {
+  explicit OpenCameraHandle(const SimulatedCamera& camera = SimulatedCamera()) : m_link(camera) {
     Check("VmbStartup", VmbStartup());
     Check("VmbCameraOpen", VmbCameraOpen(SimulatedCamera::kId, VmbAccessModeFull, &m_handle));
     m_link.ClearCalls();
   }
-  ~OpenedCamera() {
+  ~OpenCameraHandle() {
     VmbCameraClose(m_handle);
     VmbShutdown();
   }
-  OpenedCamera(const OpenedCamera&) = delete;
-  OpenedCamera& operator=(const OpenedCamera&) = delete;
+  OpenCameraHandle(const OpenCameraHandle&) = delete;
+  OpenCameraHandle& operator=(const OpenCameraHandle&) = delete;
 
   VmbHandle_t Handle() const { return m_handle; }
   SimulatedCameras* operator->() { return &m_link; }
