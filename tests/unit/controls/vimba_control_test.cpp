@@ -1,5 +1,5 @@
 // vimba_control_test.cpp
-// One control of an opened camera: what it asks of the camera, what it believes, what it writes.
+// One control of an opened camera: its value, its range, its default, and its real units.
 #include "controls/vimba_control.h"
 
 #include <gtest/gtest.h>
@@ -11,153 +11,13 @@
 #include "VimbaC.h"
 #include "bstopwatch.h"
 #include "support/open_camera_handle.h"
+#include "unit/controls/control_cases.h"
 
 namespace {
 
 using Calls = std::vector<std::string>;
 
-constexpr NBoard::CONTROLTYPE kWhiteBalances[] = {NBoard::eWhiteBalanceRed, NBoard::eWhiteBalanceBlue};
-constexpr NBoard::CONTROLTYPE kTemperatures[] = {NBoard::eTemperatureSensor, NBoard::eTemperatureMain};
-constexpr std::uint32_t kPause = 20;  // milliseconds
-
-SimulatedCamera WholeRanges() {
-  return SimulatedCamera()
-      .Colour()
-      .Range("Gain", 0.0, 26.0)
-      .Range("ExposureTimeAbs", 25.0, 60e6)
-      .Range("BalanceRatioAbs", 0.8, 3.0)
-      .Feature("Gain", 5.0)
-      .Feature("ExposureTimeAbs", 15000.0);
-}
-
-std::pair<int, int> RangeOf(BVimbaControl& control) {
-  std::pair<int, int> range;
-  control.GetRange(range.first, range.second);
-  return range;
-}
-
-TEST(ControlCreation, AsksTheCameraInAFixedOrder) {
-  struct Row {
-    NBoard::CONTROLTYPE type;
-    Calls calls;
-  };
-  const Row rows[] = {
-      {NBoard::eGain,
-       {R"(VmbFeatureEnumSet("GainAuto", "Off"))", R"(VmbFeatureFloatRangeQuery("Gain"))",
-        R"(VmbFeatureFloatGet("Gain"))"}},
-      {NBoard::eShutter,
-       {R"(VmbFeatureEnumSet("ExposureMode", "Timed"))", R"(VmbFeatureFloatRangeQuery("ExposureTimeAbs"))",
-        R"(VmbFeatureFloatGet("ExposureTimeAbs"))"}},
-      {NBoard::eWhiteBalanceRed,
-       {R"(VmbFeatureEnumSet("BalanceWhiteAuto", "Off"))", R"(VmbFeatureEnumSet("BalanceRatioSelector", "Red"))",
-        R"(VmbFeatureFloatRangeQuery("BalanceRatioAbs"))", R"(VmbFeatureFloatGet("BalanceRatioAbs"))"}},
-      {NBoard::eWhiteBalanceBlue,
-       {R"(VmbFeatureEnumSet("BalanceWhiteAuto", "Off"))", R"(VmbFeatureEnumSet("BalanceRatioSelector", "Blue"))",
-        R"(VmbFeatureFloatRangeQuery("BalanceRatioAbs"))", R"(VmbFeatureFloatGet("BalanceRatioAbs"))"}},
-      {NBoard::eTemperatureSensor,
-       {R"(VmbFeatureEnumSet("DeviceTemperatureSelector", "Sensor"))", R"(VmbFeatureFloatGet("DeviceTemperature"))"}},
-      {NBoard::eTemperatureMain,
-       {R"(VmbFeatureEnumSet("DeviceTemperatureSelector", "Main"))", R"(VmbFeatureFloatGet("DeviceTemperature"))"}},
-      {NBoard::eBrightness, {}}};
-  OpenCameraHandle camera(WholeRanges());
-  for (const Row& row : rows) {
-    camera->ClearCalls();
-    const BVimbaControl control(row.type, camera.Handle());
-    EXPECT_EQ(camera->Calls(), row.calls);
-    EXPECT_EQ(control.IsAvailable(), row.type != NBoard::eBrightness) << row.type;
-    EXPECT_EQ(control.Type(), row.type);
-  }
-}
-
-TEST(ControlCreation, TakesRangeAndValueFromTheCamera) {
-  OpenCameraHandle camera(WholeRanges());
-  BVimbaControl gain(NBoard::eGain, camera.Handle());
-  BVimbaControl shutter(NBoard::eShutter, camera.Handle());
-  BVimbaControl red(NBoard::eWhiteBalanceRed, camera.Handle());
-
-  EXPECT_EQ(RangeOf(gain), std::make_pair(0, 26));
-  EXPECT_EQ(gain.Value(), 5);
-  // 25 us; two seconds, whatever the camera allows.
-  EXPECT_EQ(RangeOf(shutter), std::make_pair(0, 20'000));
-  EXPECT_EQ(shutter.Value(), 150);
-  EXPECT_EQ(RangeOf(red), std::make_pair(80, 300));
-}
-
-TEST(ControlCreation, GainAndExposureServeAlsoACameraThatTellsNothing) {
-  struct Row {
-    NBoard::CONTROLTYPE type;
-    std::string automatic, feature;
-    std::pair<int, int> range;
-    int value;
-  };
-  const Row rows[] = {{NBoard::eGain, "GainAuto", "Gain", {0, 10}, 0},
-                      {NBoard::eShutter, "ExposureMode", "ExposureTimeAbs", {0, 20'000}, 100}};
-  for (const Row& row : rows) {
-    OpenCameraHandle camera(SimulatedCamera().Missing(row.automatic).Missing(row.feature));
-    BVimbaControl control(row.type, camera.Handle());
-    EXPECT_TRUE(control.IsAvailable()) << row.feature;
-    EXPECT_EQ(RangeOf(control), row.range) << row.feature;
-    EXPECT_EQ(control.Value(), row.value) << row.feature;
-    EXPECT_EQ(camera->Calls().size(), 3U) << row.feature;
-  }
-}
-
-TEST(ControlCreation, AGainWithoutARangeStillTakesTheCamerasValue) {
-  OpenCameraHandle camera(WholeRanges());
-  camera->FailCall("VmbFeatureFloatRangeQuery", "Gain", VmbErrorNotSupported);
-
-  BVimbaControl gain(NBoard::eGain, camera.Handle());
-
-  EXPECT_EQ(RangeOf(gain), std::make_pair(0, 10));
-  EXPECT_EQ(gain.Value(), 5);
-}
-
-TEST(ControlCreation, AnExposureWithoutAValueStillTakesTheCamerasRange) {
-  OpenCameraHandle camera(WholeRanges().Range("ExposureTimeAbs", 1000.0, 500'000.0));
-  camera->FailCall("VmbFeatureFloatGet", "ExposureTimeAbs", VmbErrorIO);
-
-  BVimbaControl shutter(NBoard::eShutter, camera.Handle());
-
-  EXPECT_TRUE(shutter.IsAvailable());
-  EXPECT_EQ(RangeOf(shutter), std::make_pair(10, 5'000));
-  EXPECT_EQ(shutter.Value(), 100);
-}
-
-TEST(ControlCreation, AWhiteBalanceNeedsSelectorRangeAndValue) {
-  struct Row {
-    const char *call, *feature;
-    std::size_t calls;  // the first failure ends the sequence
-  };
-  const Row rows[] = {{"VmbFeatureEnumSet", "BalanceRatioSelector", 2},
-                      {"VmbFeatureFloatRangeQuery", "BalanceRatioAbs", 3},
-                      {"VmbFeatureFloatGet", "BalanceRatioAbs", 4}};
-  for (const NBoard::CONTROLTYPE type : kWhiteBalances) {
-    for (const Row& row : rows) {
-      OpenCameraHandle camera(WholeRanges());
-      camera->FailCall(row.call, row.feature, VmbErrorInvalidAccess);
-      BVimbaControl control(type, camera.Handle());
-      EXPECT_FALSE(control.IsAvailable()) << row.call;
-      EXPECT_EQ(camera->Calls().size(), row.calls) << row.call;
-      EXPECT_EQ(control.Value(), 100) << row.call;
-    }
-  }
-}
-
-TEST(ControlCreation, AWhiteBalanceThatCannotBeSwitchedToManualIsStillAvailable) {
-  OpenCameraHandle camera(WholeRanges().Missing("BalanceWhiteAuto"));
-  const BVimbaControl red(NBoard::eWhiteBalanceRed, camera.Handle());
-
-  EXPECT_TRUE(red.IsAvailable());
-}
-
-TEST(ControlCreation, AWhiteBalanceThatTheCameraRefusesStaysAtOne) {
-  OpenCameraHandle camera(WholeRanges());
-  camera->FailCall("VmbFeatureEnumSet", "BalanceRatioSelector", VmbErrorInvalidValue);
-
-  BVimbaControl blue(NBoard::eWhiteBalanceBlue, camera.Handle());
-
-  EXPECT_EQ(RangeOf(blue), std::make_pair(100, 100));
-}
+constexpr std::uint32_t kPauseMs = 20;
 
 TEST(Temperature, IsReadLiveWithItsSourceSelectedAgain) {
   OpenCameraHandle camera(SimulatedCamera().With("temperature", {{"sensor", 36.65}, {"main", 51.0}}));
@@ -211,7 +71,7 @@ TEST(Temperature, IsNeverWritten) {
 
   EXPECT_FALSE(sensor.SetValue(100));
 
-  EXPECT_GE(watch.Period(), kPause);
+  EXPECT_GE(watch.Period(), kPauseMs);
   EXPECT_EQ(camera->Calls(), Calls{});
 }
 
@@ -250,7 +110,7 @@ TEST(ControlValue, IsWrittenInTheCamerasUnitAndFollowedByAPause) {
     camera->ClearCalls();
     const BStopWatch watch;
     EXPECT_TRUE(control.SetValue(row.value));
-    EXPECT_GE(watch.Period(), kPause);
+    EXPECT_GE(watch.Period(), kPauseMs);
     EXPECT_EQ(camera->Calls(), row.calls);
     EXPECT_EQ(control.Value(), row.value);
   }
@@ -299,7 +159,7 @@ TEST(ControlValue, ThatTheCameraRefusesLeavesTheOldOneAndPausesAllTheSame) {
 
   EXPECT_FALSE(gain.SetValue(7));
 
-  EXPECT_GE(watch.Period(), kPause);
+  EXPECT_GE(watch.Period(), kPauseMs);
   EXPECT_EQ(gain.Value(), 5);
 }
 
@@ -313,7 +173,7 @@ TEST(ControlValue, WithoutItsSelectorIsNotWritten) {
 
   EXPECT_FALSE(red.SetValue(200));
 
-  EXPECT_GE(watch.Period(), kPause);
+  EXPECT_GE(watch.Period(), kPauseMs);
   EXPECT_EQ(camera->Calls(), Calls{R"(VmbFeatureEnumSet("BalanceRatioSelector", "Red"))"});
   EXPECT_EQ(red.Value(), before);
 }
