@@ -5,6 +5,7 @@
 #include "bimage8u.h"
 #include "bimagergb.h"
 #include "bsyncablesmartobj.h"
+#include "bthreadannotations.h"
 #include "kel_tools_api.h"
 #include "wstring.h"
 
@@ -52,10 +53,10 @@ class KEL_TOOLS_API BBaseAoi : public BSyncableSmartObj {
 
 // Holds an area for reading and writing, from construction to destruction. Waits for the lock without limit; the lock
 // is not recursive. Locks and unlocks must be on one thread. [any thread]
-class BAoiLockRW {
+class KEL_SCOPED_CAPABILITY BAoiLockRW {
  public:
-  explicit BAoiLockRW(BBaseAoi& aoi) : m_aoi(aoi) { m_aoi.LockW(); }
-  ~BAoiLockRW() { m_aoi.UnlockW(); }
+  explicit BAoiLockRW(BBaseAoi& aoi) KEL_ACQUIRE(aoi) : m_aoi(aoi) { m_aoi.LockW(); }
+  ~BAoiLockRW() KEL_RELEASE() { m_aoi.UnlockW(); }
   BAoiLockRW(const BAoiLockRW&) = delete;
   BAoiLockRW& operator=(const BAoiLockRW&) = delete;
 
