@@ -24,11 +24,11 @@ VmbError_t WithFrames(VimbaSystem& system, VmbHandle_t camera, Lost lost, Body b
 
 }  // namespace
 
-VmbError_t VmbFrameAnnounce(VmbHandle_t camera, const VmbFrame_t* frame, VmbUint32_t sizeofFrame) {
+VmbError_t VmbFrameAnnounce(VmbHandle_t camera, const VmbFrame_t* frame, VmbUint32_t frame_size_bytes) {
   Simulator::CallRecord& record = VimbaSystem::Instance().Record();
   const bool numbered = record.NumberFrame(camera, frame);
   const VmbError_t result =
-      ApiCall(__func__).On(camera).Frame(frame).Size(sizeofFrame, sizeof *frame).Answer([&](VimbaSystem& system) {
+      ApiCall(__func__).On(camera).Frame(frame).Size(frame_size_bytes, sizeof *frame).Answer([&](VimbaSystem& system) {
         return WithFrames(system, camera, Lost::kRefused, [&](CaptureQueue& frames) { return frames.Announce(frame); });
       });
   if (result && numbered) record.ForgetFrame(camera, frame);

@@ -79,32 +79,32 @@ VmbError_t VmbFeatureEnumAsInt(VmbHandle_t handle, const char* name, const char*
 }
 
 // Without a buffer it only reports the needed size. Into a buffer that is too small it copies what fits.
-VmbError_t VmbFeatureStringGet(VmbHandle_t handle, const char* name, char* buffer, VmbUint32_t bufferSize,
-                               VmbUint32_t* sizeFilled) {
+VmbError_t VmbFeatureStringGet(VmbHandle_t handle, const char* name, char* buffer, VmbUint32_t buffer_size,
+                               VmbUint32_t* filled) {
   ApiCall call(__func__);
-  call.On(handle).Feature(name).Value(std::int64_t{bufferSize});
-  if (!buffer) call.Needs(sizeFilled);
+  call.On(handle).Feature(name).Value(std::int64_t{buffer_size});
+  if (!buffer) call.Needs(filled);
   return call.Answer([&](VimbaSystem& system) {
     std::string text;
     const VmbError_t error =
         system.ReadFeatures(handle, [&](const FeatureMap& features) { return features.GetString(name, text); });
     if (error) return error;
     const auto needed = static_cast<VmbUint32_t>(text.size() + 1);
-    if (sizeFilled) *sizeFilled = needed;
+    if (filled) *filled = needed;
     if (!buffer) return error;
-    if (bufferSize != 0) {
-      const std::size_t copied = std::min<std::size_t>(bufferSize - 1, text.size());
+    if (buffer_size != 0) {
+      const std::size_t copied = std::min<std::size_t>(buffer_size - 1, text.size());
       std::memcpy(buffer, text.data(), copied);
       buffer[copied] = '\0';
     }
-    return bufferSize < needed ? VmbError_t{VmbErrorMoreData} : error;
+    return buffer_size < needed ? VmbError_t{VmbErrorMoreData} : error;
   });
 }
 
-VmbError_t VmbFeatureStringMaxlengthQuery(VmbHandle_t handle, const char* name, VmbUint32_t* maxLength) {
-  return ApiCall(__func__).On(handle).Feature(name).Needs(maxLength).Answer([&](VimbaSystem& system) {
+VmbError_t VmbFeatureStringMaxlengthQuery(VmbHandle_t handle, const char* name, VmbUint32_t* max_length) {
+  return ApiCall(__func__).On(handle).Feature(name).Needs(max_length).Answer([&](VimbaSystem& system) {
     return system.ReadFeatures(handle,
-                               [&](const FeatureMap& features) { return features.StringCapacity(name, *maxLength); });
+                               [&](const FeatureMap& features) { return features.StringCapacity(name, *max_length); });
   });
 }
 
@@ -136,7 +136,7 @@ VmbError_t VmbFeatureCommandIsDone(VmbHandle_t handle, const char* name, VmbBool
 }
 
 VmbError_t VmbFeatureInvalidationRegister(VmbHandle_t handle, const char* name, VmbInvalidationCallback callback,
-                                          void* userContext) {
+                                          void* user_context) {
   return ApiCall(__func__).On(handle).Feature(name).Needs(callback).Answer(
-      [&](VimbaSystem& system) { return system.Watch(handle, name, callback, userContext); });
+      [&](VimbaSystem& system) { return system.Watch(handle, name, callback, user_context); });
 }

@@ -26,11 +26,11 @@ void FillInfo(const Simulator::Camera& camera, VmbCameraInfo_t& info) {
 
 }  // namespace
 
-VmbError_t VmbVersionQuery(VmbVersionInfo_t* version, VmbUint32_t sizeofVersionInfo) {
+VmbError_t VmbVersionQuery(VmbVersionInfo_t* version, VmbUint32_t version_size_bytes) {
   return ApiCall(__func__)
       .WithoutStartup()
       .Needs(version)
-      .Size(sizeofVersionInfo, sizeof *version)
+      .Size(version_size_bytes, sizeof *version)
       .Answer([&](VimbaSystem&) {
         *version = kVersion;
         return VmbErrorSuccess;
@@ -48,23 +48,23 @@ void VmbShutdown() {
   ApiCall(__func__).Run([](VimbaSystem& system) { system.Shutdown(); });
 }
 
-VmbError_t VmbCamerasList(VmbCameraInfo_t* list, VmbUint32_t listLength, VmbUint32_t* numFound,
-                          VmbUint32_t sizeofCameraInfo) {
+VmbError_t VmbCamerasList(VmbCameraInfo_t* list, VmbUint32_t list_length, VmbUint32_t* found,
+                          VmbUint32_t info_size_bytes) {
   ApiCall call(__func__);
-  call.Value(std::int64_t{listLength}).Needs(numFound).Size(sizeofCameraInfo, sizeof *list);
-  if (listLength != 0) call.Needs(list);
+  call.Value(std::int64_t{list_length}).Needs(found).Size(info_size_bytes, sizeof *list);
+  if (list_length != 0) call.Needs(list);
   return call.Answer([&](VimbaSystem& system) {
     const auto cameras = system.PluggedCameras();
-    *numFound = static_cast<VmbUint32_t>(cameras.size());
+    *found = static_cast<VmbUint32_t>(cameras.size());
     if (!list) return VmbErrorSuccess;
-    const std::size_t filled = std::min<std::size_t>(listLength, cameras.size());
+    const std::size_t filled = std::min<std::size_t>(list_length, cameras.size());
     for (std::size_t i = 0; i < filled; ++i) FillInfo(*cameras[i], list[i]);
     return filled < cameras.size() ? VmbErrorMoreData : VmbErrorSuccess;
   });
 }
 
-VmbError_t VmbCameraInfoQuery(const char* id, VmbCameraInfo_t* info, VmbUint32_t sizeofCameraInfo) {
-  return ApiCall(__func__).Camera(id).Needs(info).Size(sizeofCameraInfo, sizeof *info).Answer([&](VimbaSystem& system) {
+VmbError_t VmbCameraInfoQuery(const char* id, VmbCameraInfo_t* info, VmbUint32_t info_size_bytes) {
+  return ApiCall(__func__).Camera(id).Needs(info).Size(info_size_bytes, sizeof *info).Answer([&](VimbaSystem& system) {
     const auto camera = system.FindCamera(id);
     if (!camera || !camera->Plugged()) return VmbErrorNotFound;
     FillInfo(*camera, *info);

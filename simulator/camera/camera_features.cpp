@@ -35,15 +35,15 @@ constexpr EdgeRow kEdges[] = {{"RisingEdge", Edge::kRising},
                               {"LevelHigh", Edge::kLevelHigh},
                               {"LevelLow", Edge::kLevelLow}};
 
-template <class Row, std::size_t size>
-EnumNode EntriesOf(const Row (&rows)[size], std::size_t selected) {
+template <class Row, std::size_t kSize>
+EnumNode EntriesOf(const Row (&rows)[kSize], std::size_t selected) {
   EnumNode node{{}, selected};
-  for (std::size_t i = 0; i < size; ++i) node.entries.push_back({rows[i].entry, static_cast<std::int64_t>(i)});
+  for (std::size_t i = 0; i < kSize; ++i) node.entries.push_back({rows[i].entry, static_cast<std::int64_t>(i)});
   return node;
 }
 
-template <class Row, std::size_t size>
-const Row& RowOf(const Row (&rows)[size], const EnumEntry& entry) {
+template <class Row, std::size_t kSize>
+const Row& RowOf(const Row (&rows)[kSize], const EnumEntry& entry) {
   return *std::find_if(std::begin(rows), std::end(rows), [&](const Row& row) { return entry.name == row.entry; });
 }
 

@@ -31,7 +31,7 @@ std::uint64_t Mix(std::uint64_t value) {
 // the same on every platform.
 std::vector<std::int16_t> MakeNoiseTable() {
   // Six times the range of one value.
-  constexpr std::int64_t kMeanOfSum = 6 * 65536;
+  constexpr std::int64_t kMeanOfSum = std::int64_t{6} * 65536;
   std::vector<std::int16_t> table(kNoiseTableSize + NoiseRow::kSegment);
   for (std::size_t i = 0; i < kNoiseTableSize; ++i) {
     std::int64_t sum = -kMeanOfSum;

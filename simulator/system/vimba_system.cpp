@@ -33,7 +33,7 @@ VimbaSystem& VimbaSystem::Instance() {
 
 namespace {
 // Has the function above run when the library is loaded.
-[[maybe_unused]] const VimbaSystem& kMadeAtLoad = VimbaSystem::Instance();
+[[maybe_unused]] const VimbaSystem& made_at_load = VimbaSystem::Instance();
 }  // namespace
 
 World::World(const Configuration& configuration, const Camera::Surroundings& surroundings)

@@ -11,7 +11,7 @@
 
 namespace {
 
-using namespace frame_copy;
+using namespace FrameCopyCases;
 
 TEST(FrameCopy, TheHostsConversionsOfThePictureCanBeToldApart) {
   const BSmartRef<BFrame> frame = RandomFrame(VmbPixelFormatBayerRG8);

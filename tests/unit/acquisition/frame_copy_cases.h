@@ -12,7 +12,7 @@
 #include "bcolorconverter.h"
 #include "unit/kel.tools/pictures.h"
 
-namespace frame_copy {
+namespace FrameCopyCases {
 
 using Pictures::Bytes;
 using Pictures::PixelsOf;
@@ -28,8 +28,8 @@ inline constexpr std::uint32_t kUnlistedFormats[] = {0,          0x01080000, 0x0
                                                      0x02180014, 0x0210001E, 0x02100020, 0x02100032, 0xFFFFFFFF};
 
 inline const BColorConverter& Converter() {
-  static const BColorConverter converter(kSize, BColorConverter::eRGGB);
-  return converter;
+  static const BColorConverter kConverter(kSize, BColorConverter::eRGGB);
+  return kConverter;
 }
 
 // Room for two bytes a pixel, so that every listed format fits.
@@ -108,4 +108,4 @@ inline Bytes Expected(ToMono conversion, const BFrame& frame, const BSize& size 
   return PixelsOf(image);
 }
 
-}  // namespace frame_copy
+}  // namespace FrameCopyCases

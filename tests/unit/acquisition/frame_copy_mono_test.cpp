@@ -10,7 +10,7 @@
 
 namespace {
 
-using namespace frame_copy;
+using namespace FrameCopyCases;
 
 TEST(FrameCopyToMono, ConvertsRawFramesOfAColourCameraAsTheAreasTextAsks) {
   struct Row {

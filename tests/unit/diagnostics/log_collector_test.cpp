@@ -39,9 +39,9 @@ struct Stamp {
 };
 
 std::vector<Stamp> StampsOf(const std::wstring& message) {
-  static const std::wregex line(L"\n  ([ 0-9][0-9]) : ( *[0-9]+\\.[0-9]{4}) \\(( *-?[0-9]+\\.[0-9]{4})\\) : ");
+  static const std::wregex kLine(L"\n  ([ 0-9][0-9]) : ( *[0-9]+\\.[0-9]{4}) \\(( *-?[0-9]+\\.[0-9]{4})\\) : ");
   std::vector<Stamp> stamps;
-  for (std::wsregex_iterator match(message.begin(), message.end(), line), end; match != end; ++match) {
+  for (std::wsregex_iterator match(message.begin(), message.end(), kLine), end; match != end; ++match) {
     EXPECT_EQ((*match)[2].length(), 12);
     EXPECT_EQ((*match)[3].length(), 8);
     stamps.push_back({std::stoi((*match)[1]), std::stod((*match)[2]), std::stod((*match)[3])});

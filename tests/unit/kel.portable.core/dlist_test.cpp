@@ -116,27 +116,27 @@ TEST(List, CanBeFilledAgainAfterClearing) {
 
 // A value whose copies run out.
 struct Scarce {
-  static inline int left = 0;
-  static inline int alive = 0;
-  Scarce() { ++alive; }
+  static inline int s_left = 0;
+  static inline int s_alive = 0;
+  Scarce() { ++s_alive; }
   Scarce(const Scarce&) {
-    if (left-- == 0) throw std::runtime_error("no more copies");
-    ++alive;
+    if (s_left-- == 0) throw std::runtime_error("no more copies");
+    ++s_alive;
   }
   Scarce& operator=(const Scarce&) = delete;
-  ~Scarce() { --alive; }
+  ~Scarce() { --s_alive; }
 };
 
 TEST(List, LosesNothingWhenACopyFails) {
   {
-    Scarce::left = 3;
+    Scarce::s_left = 3;
     DList<Scarce> list;
     list.Append(Scarce());
     list.Append(Scarce());
     EXPECT_THROW(DList<Scarce>{list}, std::runtime_error);
     EXPECT_EQ(list.Count(), 2u);
   }
-  EXPECT_EQ(Scarce::alive, 0);
+  EXPECT_EQ(Scarce::s_alive, 0);
 }
 
 TEST(List, KeepsItsFieldsAndOperationsInOrder) {

@@ -13,7 +13,7 @@
 inline constexpr char kRateFeature[] = "StreamBytesPerSecond";
 
 // One camera and what adapts its rate. The library is reset before the first is made.
-struct ScriptedRate : BandwidthPartners::Listener {
+struct ScriptedRate final : BandwidthPartners::Listener {
   VimbaCamera camera;
   BRecursiveMutex snap_mutex;
   StreamRate rate{camera, snap_mutex};
