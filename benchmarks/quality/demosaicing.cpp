@@ -58,14 +58,14 @@ Way OpenCv(const char* name, int code, int rows_too_high = 0) {
 }
 
 const std::vector<Way>& Ways() {
-  static const std::vector<Way> ways = {
+  static const std::vector<Way> kWays = {
       {"fast", [](Mosaic& mosaic, const BSize& size) { return Ours(mosaic, size, false); }, 0},
       {"good", [](Mosaic& mosaic, const BSize& size) { return Ours(mosaic, size, true); }, 0},
       OpenCv("OpenCV bilinear", cv::COLOR_BayerBG2RGB),
       OpenCv("OpenCV edge-aware", cv::COLOR_BayerBG2RGB_EA),
       OpenCv("OpenCV VNG", cv::COLOR_BayerBG2RGB_VNG, kVngRowsTooHigh),
   };
-  return ways;
+  return kWays;
 }
 
 double Psnr(const Original& original, const cv::Mat& colours, int rows_too_high) {
@@ -86,12 +86,12 @@ double Psnr(const Original& original, const cv::Mat& colours, int rows_too_high)
 }  // namespace
 
 const std::vector<std::string>& WayNames() {
-  static const std::vector<std::string> names = [] {
+  static const std::vector<std::string> kNames = [] {
     std::vector<std::string> list;
     for (const Way& way : Ways()) list.push_back(way.name);
     return list;
   }();
-  return names;
+  return kNames;
 }
 
 std::vector<double> ColourPsnr(const Original& original) {

@@ -73,9 +73,9 @@ extern "C" VmbError_t VmbCaptureFrameQueue(VmbHandle_t camera, const VmbFrame_t*
     watched_frame_is_back = true;
     return VmbErrorSuccess;
   }
-  static const auto library_call =
+  static const auto kLibraryCall =
       reinterpret_cast<decltype(&VmbCaptureFrameQueue)>(dlsym(RTLD_NEXT, "VmbCaptureFrameQueue"));
-  return library_call(camera, frame, callback);
+  return kLibraryCall(camera, frame, callback);
 }
 
 std::int64_t ResidentBytes() {
