@@ -12,8 +12,8 @@ constexpr double kMebibyte = 1024.0 * 1024.0;
 
 double Mebibytes(std::int64_t bytes) { return static_cast<double>(bytes) / kMebibyte; }
 
-// One iteration opens a device, takes 10,000 frames from it and tells what it holds at the start, in the middle, at the
-// end.
+// One iteration opens a device, takes 10,000 frames from it and prints what it holds at the start, in the middle, at
+// the end.
 void OpenDeviceMemory(benchmark::State& state) {
   constexpr int kWidth = 640;
   constexpr int kHeight = 480;
@@ -43,7 +43,7 @@ BENCHMARK(OpenDeviceMemory)->Unit(benchmark::kSecond)->Iterations(1)->UseRealTim
 void OpenDeviceBesidePayloads(benchmark::State& state) {
   constexpr int kWidth = 2464;
   constexpr int kHeight = 2056;
-  constexpr std::int64_t kPayloads = std::int64_t{10} * kWidth * kHeight;
+  constexpr std::int64_t kPayloads = std::int64_t{kRingFrames} * kWidth * kHeight;
   for (auto _ : state) {
     const auto snap = [&](BenchSession& session) {
       session.Device().StartSnap(true);

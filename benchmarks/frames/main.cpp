@@ -2,8 +2,10 @@
 // Many frames in a row, from the simulated camera to the host's converted picture.
 #include <chrono>
 #include <cstdio>
+#include <tuple>
 #include <vector>
 
+#include "acquisition/ring_size.h"
 #include "bbaseaoi.h"
 #include "bench_session.h"
 #include "vimba_simulator.h"
@@ -26,11 +28,12 @@ nlohmann::json BayerCamera(const nlohmann::json& more) {
 
 // Nothing but the conversion, from as many frames as a device has, so that the source is as cold as there.
 double ConversionsPerSecond(int frames) {
-  const std::vector<std::vector<std::uint8_t>> sources(10, std::vector<std::uint8_t>(kPayload, 90));
+  const std::vector<std::vector<std::uint8_t>> sources(kRingFrames, std::vector<std::uint8_t>(kPayload, 90));
   const BColorConverter converter({kWidth, kHeight}, BColorConverter::eRGGB);
   BImageRgb image({kWidth, kHeight});
   const auto begin = Clock::now();
-  for (int i = 0; i < frames; ++i) converter.ConvertRawToRGB(sources[static_cast<std::size_t>(i) % 10].data(), image);
+  for (int i = 0; i < frames; ++i)
+    converter.ConvertRawToRGB(sources[static_cast<std::size_t>(i) % kRingFrames].data(), image);
   return frames / SecondsSince(begin);
 }
 
@@ -64,7 +67,7 @@ bool NoFrameIsLost(double seconds) {
                                     {"ranges", {{"StreamBytesPerSecond", {{"min", 1e6}, {"max", 1.3e9}}}}},
                                     {"features", {{"ExposureTimeAbs", 1000.0}}}}));
   VimbaSimRecordCalls(0);
-  session.Device().SetBandwidth(1'265'000'000);
+  std::ignore = session.Device().SetBandwidth(1'265'000'000);
   session.Device().Trigger()->SetSource(BImagingDeviceTrigger::eFreeRun);
   BBaseAoi aoi(BBaseAoi::eRgb, L"[l]");
   session.Device().StartSnap(false);
@@ -78,7 +81,7 @@ bool NoFrameIsLost(double seconds) {
               elapsed, static_cast<double>(received) / elapsed, state["exposed"].get<long long>(),
               state["delivered"].get<long long>(), state["dropped"].get<long long>(), static_cast<long long>(received));
   // What came in after the last snap is in the queue, no more than the driver's ring holds.
-  return state["dropped"] == 0 && state["delivered"].get<std::int64_t>() - received <= 10;
+  return state["dropped"] == 0 && state["delivered"].get<std::int64_t>() - received <= std::int64_t{kRingFrames};
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "acquisition/frame_blocks.h"
 #include "acquisition/frame_queue.h"
 #include "acquisition/module_threads.h"
+#include "acquisition/ring_size.h"
 #include "bcolorconverter.h"
 #include "bimagergb.h"
 
@@ -21,27 +22,26 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::size_t kRing = 10;
 constexpr int kFrames = 400;
 constexpr int kWarmUp = 50;
 
 constexpr std::array<BSize, 4> kSizes{{{640, 480}, {1292, 964}, {2464, 2056}, {4096, 3000}}};
 
-enum Step { eThread, eBlock, eCopy, eQueue, eConversion, eSteps };
-constexpr std::array<const char*, eSteps> kNames{"start of the worker", "memory for the copy", "copy", "queue",
+enum Step { kThread, kBlock, kCopy, kQueue, kConversion, kSteps };
+constexpr std::array<const char*, kSteps> kNames{"start of the worker", "memory for the copy", "copy", "queue",
                                                  "conversion to RGB"};
 
 // The moments between the steps. The worker writes its own before it pushes; the queue's lock hands them over.
-using Moments = std::array<Clock::time_point, eSteps + 1>;
+using Moments = std::array<Clock::time_point, kSteps + 1>;
 // Microseconds of each step, in the median.
-using Way = std::array<double, eSteps>;
+using Way = std::array<double, kSteps>;
 
 class Course {
  public:
   // Blocks are used again, as the device does it, or new for each frame.
   Course(const BSize& size, bool recycled)
       : m_payload(static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height)),
-        m_ring(kRing, std::vector<std::uint8_t>(m_payload, 90)),
+        m_ring(kRingFrames, std::vector<std::uint8_t>(m_payload, 90)),
         m_converter(size, BColorConverter::eRGGB),
         m_image(size) {
     if (!recycled) return;
@@ -50,16 +50,16 @@ class Course {
   }
 
   Way Run() {
-    std::array<std::vector<double>, eSteps> times;
+    std::array<std::vector<double>, kSteps> times;
     for (int i = 0; i < kWarmUp + kFrames; ++i) {
-      const Moments moments = RunOne(m_ring[static_cast<std::size_t>(i) % kRing]);
+      const Moments moments = RunOne(m_ring[static_cast<std::size_t>(i) % kRingFrames]);
       if (i < kWarmUp) continue;
-      for (std::size_t step = 0; step < eSteps; ++step) {
+      for (std::size_t step = 0; step < kSteps; ++step) {
         times[step].push_back(std::chrono::duration<double, std::micro>(moments[step + 1] - moments[step]).count());
       }
     }
     Way way{};
-    for (std::size_t step = 0; step < eSteps; ++step) {
+    for (std::size_t step = 0; step < kSteps; ++step) {
       const auto middle = times[step].begin() + kFrames / 2;
       std::nth_element(times[step].begin(), middle, times[step].end());
       way[step] = *middle;
@@ -104,7 +104,7 @@ void PrintTable(const char* title, const std::vector<Way>& ways) {
   std::printf("\n%s\n\n| µs |", title);
   for (const BSize& size : kSizes) std::printf(" %d × %d |", size.width, size.height);
   std::printf("\n|---|---:|---:|---:|---:|\n");
-  for (std::size_t step = 0; step < eSteps; ++step) {
+  for (std::size_t step = 0; step < kSteps; ++step) {
     std::printf("| %s |", kNames[step]);
     for (const Way& way : ways) std::printf(" %.0f |", way[step]);
     std::printf("\n");
