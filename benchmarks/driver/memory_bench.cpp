@@ -2,6 +2,7 @@
 // What an open device holds beside its ten payloads, and that snaps do not add to it.
 #include <benchmark/benchmark.h>
 
+#include "acquisition/ring_size.h"
 #include "bbaseaoi.h"
 #include "bench_session.h"
 #include "vimba_simulator.h"
