@@ -1,5 +1,5 @@
 // frame_description.cpp
-// One line that tells what the library delivered.
+// One line about what the library delivered.
 #include "acquisition/frame_description.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // frame_description.h
-// One line that tells what the library delivered.
+// One line about what the library delivered.
 #pragma once
 
 #include "VimbaC.h"

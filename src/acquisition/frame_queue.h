@@ -12,7 +12,7 @@
 #include "bsyncablesmartobj.h"
 #include "wstring.h"
 
-// Entries leave first in, first out. An entry is a frame, or no frame and the error that tells why.
+// Entries leave first in, first out. An entry is a frame, or no frame and the error that says why.
 class BFrameQueue : public BSyncableSmartObj {
  public:
   // A private copy of one frame's pixels.

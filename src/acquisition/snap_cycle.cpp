@@ -16,7 +16,7 @@
 
 namespace {
 
-// What stands in the list of received frames for a snap that got none.
+// The entry of a snap that got no frame in the list of received ones.
 constexpr std::uint64_t kNoFrameId = ~std::uint64_t{0};
 
 [[noreturn]] void Fail(const wchar_t* what) { throw BError(BError::eAcquisitionFailed, what); }

@@ -8,7 +8,7 @@
 
 namespace {
 
-// This family's cameras all carry the family's name; only their model tells them apart.
+// This family's cameras all carry the family's name; only their models differ.
 constexpr wchar_t kFamilyNamedByModel[] = L"Manta";
 
 constexpr VmbUint32_t kMaxListedCameras = 128;

@@ -96,7 +96,7 @@ class BVimbaImagingDeviceImpl final : public BImagingDeviceImpl,
   void BeforeAcquisition(BLogCollector& log) override;
   void AfterAcquisition(std::int32_t snap_error, BLogCollector& log) override;
 
-  // Each part stands after those that it is given.
+  // Each part comes after those that it is given.
   VimbaCamera m_camera;
   ImageFormat m_image_format{m_camera};
   BStopWatch m_snap_stop_watch{true};

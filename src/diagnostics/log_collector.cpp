@@ -16,7 +16,7 @@ BLogCollector::BLogCollector(const WString& title, const BStopWatch& stop_watch)
 }
 
 BLogCollector::~BLogCollector() {
-  // A message that no memory is left for is lost; the operation that it tells of is not.
+  // A message that no memory is left for is lost; the operation that it reports is not.
   try {
     *this << L"End" << L'\n';
     ImagingDevice::ShowInfo(m_text.str().c_str(), m_caption.c_str());

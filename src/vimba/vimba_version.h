@@ -4,5 +4,5 @@
 
 #include "wstring.h"
 
-// "VimbaC major.minor.patch"; empty when the library does not tell. Needs no started system. [any thread]
+// "VimbaC major.minor.patch"; empty when the library does not say. Needs no started system. [any thread]
 WString VimbaVersionText();

@@ -1,5 +1,5 @@
 // camera_opening_test.cpp
-// Which camera a profile opens, how often it is tried, and what the host is told meanwhile.
+// Which camera a profile opens, how often it is tried, and what is shown meanwhile.
 #include <gmock/gmock.h>
 
 #include <chrono>

@@ -1,5 +1,5 @@
 // snap_test.cpp
-// Start, snap, stop: what is sent to the camera, what is told, what the host gets.
+// Start, snap, stop: what is sent to the camera, what is reported, what the host gets.
 #include <set>
 
 #include "VimbaC.h"

@@ -1,5 +1,5 @@
 // frame_description_test.cpp
-// The line that tells what the library delivered.
+// The line about what the library delivered.
 #include "acquisition/frame_description.h"
 #include "VimbaC.h"
 

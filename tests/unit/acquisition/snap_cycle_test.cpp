@@ -1,5 +1,5 @@
 // snap_cycle_test.cpp
-// Start, snap and stop on their own: who is told what and when, what a failure leaves behind.
+// Start, snap and stop on their own: who hears what and when, what a failure leaves behind.
 #include "acquisition/snap_cycle.h"
 
 #include <array>

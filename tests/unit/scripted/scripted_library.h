@@ -10,7 +10,7 @@
 #include "VimbaC.h"
 #include "bmutex.h"
 
-// One for the program; a test resets it. Every call is recorded and succeeds unless it is told to fail. Handles are
+// One for the program; a test resets it. Every call is recorded and succeeds unless it is made to fail. Handles are
 // whatever a test takes for one. [any thread]
 class ScriptedLibrary {
  public:
