@@ -21,9 +21,8 @@ bool Holds(const FrameLayout& layout, std::uint32_t pixel_format) {
   return needed > 0 && needed <= layout.payload_bytes;
 }
 
-// `camera_size` decides whether the area is as it should be, `target_size` what it becomes.
-void ResetUnlessPlain(BBaseAoi& aoi, const BSize& camera_size, const BSize& target_size) {
-  if (aoi.ImageSize() != camera_size || !aoi.IsPlain() || aoi.Offset() != BPoint{}) aoi.Reset(target_size, BPoint{});
+void ResetUnlessPlain(BBaseAoi& aoi, const BSize& size) {
+  if (aoi.ImageSize() != size || !aoi.IsPlain() || aoi.Offset() != BPoint{}) aoi.Reset(size, BPoint{});
 }
 
 void CopyFromColorCamera(const BFrameQueue::BFrame& frame, const FrameLayout& layout, const WString& wanted,
@@ -46,6 +45,16 @@ void CopyFromColorCamera(const BFrameQueue::BFrame& frame, const FrameLayout& la
   }
 }
 
+// One byte a pixel, whatever the frame says: a monochrome camera is set to nothing else.
+void CopyFromMonoCamera(const BFrameQueue::BFrame& frame, const FrameLayout& layout, BImage8u& image) {
+  const auto line_length = static_cast<std::size_t>(layout.size.width);
+  if (layout.rotation != 0) {
+    image.CopyRotated(frame.Data(), line_length, layout.size, layout.rotation >= 1);
+  } else {
+    image.CopyRows(frame.Data(), line_length, layout.size);
+  }
+}
+
 }  // namespace
 
 void CopyFrameToAoi(const BFrameQueue::BFrame& frame, const FrameLayout& layout, BBaseAoi& aoi) {
@@ -64,7 +73,7 @@ void CopyFrameToAoi(const BFrameQueue::BFrame& frame, const FrameLayout& layout,
 
 void CopyFrameToRgbAoi(const BFrameQueue::BFrame& frame, const FrameLayout& layout, BBaseAoi& aoi) {
   if (aoi.ImageKind() != BBaseAoi::eRgb) throw NBoard::Exception::eWrongImageKind;
-  ResetUnlessPlain(aoi, layout.size, layout.size);
+  ResetUnlessPlain(aoi, layout.size);
   const std::uint32_t format = frame.PixelFormat();
   if (!Holds(layout, format)) return;
   BImageRgb& image = *aoi.Rgb();
@@ -83,18 +92,16 @@ void CopyFrameToRgbAoi(const BFrameQueue::BFrame& frame, const FrameLayout& layo
 
 void CopyFrameToMonoAoi(const BFrameQueue::BFrame& frame, const FrameLayout& layout, BBaseAoi& aoi) {
   if (aoi.ImageKind() != BBaseAoi::eMono8) throw NBoard::Exception::eWrongImageKind;
-  const BSize turned{layout.size.height, layout.size.width};
-  ResetUnlessPlain(aoi, layout.size, layout.rotation != 0 ? turned : layout.size);
-  if (!Holds(layout, frame.PixelFormat())) return;
-  BImage8u& image = *aoi.Mono();
-  const auto line_length = static_cast<std::size_t>(layout.size.width);
-  if (layout.is_color) {
-    CopyFromColorCamera(frame, layout, aoi.Text(), image);
-  } else if (frame.PixelFormat() == VmbPixelFormatYuv422) {
-    return;
-  } else if (layout.rotation != 0) {
-    image.CopyRotated(frame.Data(), line_length, layout.size, layout.rotation >= 1);
+  if (layout.rotation == 0) {
+    ResetUnlessPlain(aoi, layout.size);
   } else {
-    image.CopyRows(frame.Data(), line_length, layout.size);
+    // Whatever size it has: one that has the camera's is not turned.
+    aoi.Reset({layout.size.height, layout.size.width}, BPoint{});
+  }
+  BImage8u& image = *aoi.Mono();
+  if (layout.is_color) {
+    if (Holds(layout, frame.PixelFormat())) CopyFromColorCamera(frame, layout, aoi.Text(), image);
+  } else if (Holds(layout, VmbPixelFormatMono8)) {
+    CopyFromMonoCamera(frame, layout, image);
   }
 }

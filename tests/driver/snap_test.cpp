@@ -33,6 +33,12 @@ struct Snap : OpenedCamera {
   }
 };
 
+std::vector<std::uint8_t> PixelsOf(BBaseAoi& aoi) {
+  std::vector<std::uint8_t> pixels;
+  for (int y = 0; y < 48; ++y) pixels.insert(pixels.end(), aoi.Mono()->Row(y), aoi.Mono()->Row(y) + 64);
+  return pixels;
+}
+
 TEST_F(Snap, ASingleFrameIsReportedInThreeMessages) {
   ASSERT_TRUE(Open());
   Forget();
@@ -182,8 +188,21 @@ TEST_F(Snap, AFrameThatClaimsAWiderFormatThanItHoldsLeavesTheAreasPixelsAlone) {
   Device().StopSnap();
 }
 
-TEST_F(Snap, AFrameOfAnUnlistedFormatLeavesTheAreasPixelsAlone) {
+TEST_F(Snap, AMonochromeCamerasFrameIsCopiedWhateverFormatItClaims) {
   ASSERT_TRUE(Open());
+  Device().StartSnap(false);
+  BBaseAoi mono(BBaseAoi::eMono8);
+  mono.Reset({64, 48});
+  const std::vector<std::uint8_t> before = PixelsOf(mono);
+  cameras->Deliver({{"pixelFormat", kMono10}});
+  EXPECT_EQ(Device().Snap(&mono, kDeadlineMs), BError());
+  EXPECT_NE(PixelsOf(mono), before);
+  Device().StopSnap();
+}
+
+TEST_F(Snap, AColourCamerasFrameOfAnUnlistedFormatLeavesTheAreasPixelsAlone) {
+  profile.Key("Bayertype", "RGGB");
+  ASSERT_TRUE(Open(SimulatedCamera().Colour()));
   Device().StartSnap(false);
   BBaseAoi mono(BBaseAoi::eMono8);
   mono.Reset({64, 48});

@@ -65,22 +65,43 @@ TEST(FrameCopyToMono, CopiesAMonochromeCamerasRowsWhateverTheText) {
   }
 }
 
-TEST(FrameCopyToMono, LeavesTheAreaAloneForAFormatThatIsNotListed) {
-  for (const FrameLayout& layout : {ColorCamera(), MonoCamera()}) {
-    for (const std::uint32_t format : kUnlistedFormats) {
-      MonoArea area;
-      CopyFrameToMonoAoi(*RandomFrame(format), layout, area);
-      EXPECT_EQ(area.Pixels(), UntouchedMono()) << std::hex << format;
+constexpr BSize kTurnedSize{4, 6};
+
+Bytes Turned(const BFrame& frame, bool clockwise) {
+  Bytes pixels;
+  for (int y = 0; y < kTurnedSize.height; ++y) {
+    for (int x = 0; x < kTurnedSize.width; ++x) {
+      const int source_x = clockwise ? y : kSize.width - 1 - y;
+      const int source_y = clockwise ? kSize.height - 1 - x : x;
+      pixels.push_back(frame.Data()[source_y * kSize.width + source_x]);
     }
+  }
+  return pixels;
+}
+
+TEST(FrameCopyToMono, LeavesTheAreaAloneForAColourCamerasFormatThatIsNotListed) {
+  for (const std::uint32_t format : kUnlistedFormats) {
+    MonoArea area;
+    CopyFrameToMonoAoi(*RandomFrame(format), ColorCamera(), area);
+    EXPECT_EQ(area.Pixels(), UntouchedMono()) << std::hex << format;
   }
 }
 
-TEST(FrameCopyToMono, LeavesTheAreaAloneForAYuvFrame) {
-  for (FrameLayout layout : {ColorCamera(), MonoCamera()}) {
-    layout.payload_bytes = 2 * kPixels;
+TEST(FrameCopyToMono, LeavesTheAreaAloneForAColourCamerasYuvFrame) {
+  MonoArea area;
+  CopyFrameToMonoAoi(*RandomFrame(VmbPixelFormatYuv422), ColorCamera(), area);
+  EXPECT_EQ(area.Pixels(), UntouchedMono());
+}
+
+TEST(FrameCopyToMono, TakesAMonochromeCamerasRowsWhateverFormatTheyClaim) {
+  for (const std::uint32_t format : kUnlistedFormats) {
+    const BSmartRef<BFrame> frame = RandomFrame(format);
     MonoArea area;
-    CopyFrameToMonoAoi(*RandomFrame(VmbPixelFormatYuv422), layout, area);
-    EXPECT_EQ(area.Pixels(), UntouchedMono());
+    CopyFrameToMonoAoi(*frame, MonoCamera(), area);
+    EXPECT_EQ(area.Pixels(), Expected(kRowsMono, *frame)) << std::hex << format;
+    BBaseAoi turned(BBaseAoi::eMono8);
+    CopyFrameToMonoAoi(*frame, MonoCamera(-1), turned);
+    EXPECT_EQ(PixelsOf(*turned.Mono()), Turned(*frame, false)) << std::hex << format;
   }
 }
 
@@ -106,20 +127,6 @@ TEST(FrameCopyToMono, RefusesAnAreaOfAnotherKind) {
   }
 }
 
-constexpr BSize kTurnedSize{4, 6};
-
-Bytes Turned(const BFrame& frame, bool clockwise) {
-  Bytes pixels;
-  for (int y = 0; y < kTurnedSize.height; ++y) {
-    for (int x = 0; x < kTurnedSize.width; ++x) {
-      const int source_x = clockwise ? y : kSize.width - 1 - y;
-      const int source_y = clockwise ? kSize.height - 1 - x : x;
-      pixels.push_back(frame.Data()[source_y * kSize.width + source_x]);
-    }
-  }
-  return pixels;
-}
-
 TEST(FrameCopyRotation, TurnsAMonochromePictureIntoAnAreaOfTheTurnedSize) {
   const BSmartRef<BFrame> frame = RandomFrame(VmbPixelFormatMono8);
   for (const int rotation : {-1, 1, 2}) {
@@ -133,15 +140,28 @@ TEST(FrameCopyRotation, TurnsAMonochromePictureIntoAnAreaOfTheTurnedSize) {
   }
 }
 
-// The turned size is no reason to leave an area as it is, the camera's own is.
-TEST(FrameCopyRotation, AnAreaOfTheCamerasOwnSizeStaysThatSize) {
+// As a host has it that shares one area between cameras, or makes it by the size that the device reports.
+TEST(FrameCopyRotation, AnAreaOfTheCamerasOwnSizeIsTurned) {
   const BSmartRef<BFrame> frame = RandomFrame(VmbPixelFormatMono8);
   MonoArea area;
 
   CopyFrameToMonoAoi(*frame, MonoCamera(1), area);
 
-  EXPECT_EQ(area.ImageSize(), kSize);
-  EXPECT_EQ(area.Mono()->Row(0)[0], frame->Data()[std::size_t{3} * kSize.width]);
+  EXPECT_EQ(area.ImageSize(), kTurnedSize);
+  EXPECT_EQ(area.Pixels(), Turned(*frame, true));
+}
+
+TEST(FrameCopyRotation, AFrameThatIsTooSmallForTheImageIsNotCopied) {
+  const BSmartRef<BFrame> frame = RandomFrame(VmbPixelFormatMono8);
+  BBaseAoi area(BBaseAoi::eMono8);
+  CopyFrameToMonoAoi(*frame, MonoCamera(1), area);
+  const Bytes before = PixelsOf(*area.Mono());
+  FrameLayout layout = MonoCamera(-1);
+  layout.payload_bytes = kPixels - 1;
+
+  CopyFrameToMonoAoi(*frame, layout, area);
+
+  EXPECT_EQ(PixelsOf(*area.Mono()), before);
 }
 
 TEST(FrameCopyRotation, AColourCamerasPictureIsNotTurned) {
