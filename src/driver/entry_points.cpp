@@ -12,12 +12,22 @@
 
 namespace {
 
-// Whichever way a creation ends, a system that no live device needs is closed.
-struct SystemHold {
+// A creation that ends without a device, in whichever way, closes a system that no live device needs.
+class SystemHold {
+ public:
   SystemHold() = default;
   SystemHold(const SystemHold&) = delete;
   SystemHold& operator=(const SystemHold&) = delete;
-  ~SystemHold() { Module::DropSystemUnlessInUse(); }
+  ~SystemHold() {
+    if (!m_has_device) Module::DropSystemUnlessInUse();
+  }
+  void CountDevice() {
+    m_has_device = true;
+    Module::CountCreatedDevice();
+  }
+
+ private:
+  bool m_has_device = false;
 };
 
 std::unique_ptr<BVimbaImagingDevice> CreateDevice(BSmartRef<BCamProfile> profile) {
@@ -33,9 +43,9 @@ std::unique_ptr<BVimbaImagingDevice> CreateDevice(BSmartRef<BCamProfile> profile
 BImagingDevice* CreateImagingDevice(BSmartRef<BCamProfile> profile) {
   const BSmartRef<BCamProfile> owned = std::move(profile);
   if (!owned || !Module::HoldSystem()) return nullptr;
-  const SystemHold hold;
+  SystemHold hold;
   std::unique_ptr<BVimbaImagingDevice> device = CreateDevice(owned);
-  if (device) Module::CountCreatedDevice();
+  if (device) hold.CountDevice();
   return device.release();
 }
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "acquisition/frame_ring.h"
 #include "acquisition/module_threads.h"
 #include "vimba/vimba_initialization.h"
 
@@ -28,7 +29,9 @@ bool Module::HoldSystem() {
 }
 
 void Module::DropSystemUnlessInUse() {
-  if (live_devices == 0 && open_system) std::exchange(open_system, nullptr)->Unref();
+  if (live_devices != 0 || !open_system) return;
+  std::exchange(open_system, nullptr)->Unref();
+  FrameRing::FreeUnreturnedFrames();
 }
 
 void Module::CountCreatedDevice() { ++live_devices; }
