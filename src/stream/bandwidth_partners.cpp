@@ -63,4 +63,6 @@ void BandwidthPartners::Leave() {
   const BMutexLock lock(s_partner_mutex);
   s_everyone.erase(this);
   for (BandwidthPartners* other : s_everyone) other->Unlist(this);
+  m_partners.clear();
+  m_has_partners = false;
 }

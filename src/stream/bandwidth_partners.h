@@ -40,7 +40,8 @@ class BandwidthPartners {
   void SynchBandwidth(BLogCollector& log);
   // Passes a lost frame on to every partner. [Vimba thread]
   void AbortPartners();
-  // Leaves the lists of all others: from then on no other device's thread comes here. [host thread]
+  // Leaves the lists of all others and gives up its own: from then on no other device's thread comes here, and this
+  // one's goes nowhere. [host thread]
   void Leave();
 
  private:
