@@ -8,7 +8,8 @@
 
 using CameraRecords = std::vector<VmbCameraInfo_t>;
 
-// The records of the cameras attached now; none when the list cannot be read as a whole. [host thread]
+// The records of the cameras attached now; none when the list cannot be read as a whole, or claims more cameras than
+// can be believed. [host thread]
 CameraRecords FetchCameraRecords();
 
 // Gives up a pass's records without freeing them: only the list of the pass that ends a search is released. The one

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cwchar>
-#include <limits>
 #include <tuple>
 
 #include "VimbaC.h"
@@ -49,9 +48,9 @@ std::int64_t ExtentWithin(std::int64_t wanted, std::int64_t whole) {
 
 std::int64_t PositionWithin(std::int64_t wanted, std::int64_t room) { return wanted > 0 ? std::min(wanted, room) : 0; }
 
-// A camera may claim any range; an image's sides are 32-bit numbers.
-bool FitsImage(std::int64_t width, std::int64_t height) {
-  constexpr std::int64_t kLongestSide = std::numeric_limits<std::int32_t>::max();
+// A camera may claim any range. No sensor has longer sides; an image of such a claim would have no memory.
+bool IsBelievable(std::int64_t width, std::int64_t height) {
+  constexpr std::int64_t kLongestSide = 65'536;
   return width > 0 && height > 0 && width <= kLongestSide && height <= kLongestSide;
 }
 
@@ -122,6 +121,7 @@ bool ImageFormat::SetChipRectangle(const IProfile& profile) {
   const std::int64_t height = ExtentWithin(aoi(NBoard::eAoiHeight), max_height);
   const std::int64_t x = PositionWithin(aoi(NBoard::eAoiX), max_width - width);
   const std::int64_t y = PositionWithin(aoi(NBoard::eAoiY), max_height - height);
+  if (!IsBelievable(width, height)) return Fail(L"ChipRect failed");
   // From the corner any size fits.
   std::ignore = Vimba::SetInt(camera, Feature::kOffsetX, 0);
   std::ignore = Vimba::SetInt(camera, Feature::kOffsetY, 0);
@@ -129,7 +129,7 @@ bool ImageFormat::SetChipRectangle(const IProfile& profile) {
                    Vimba::SetInt(camera, Feature::kHeight, height) == VmbErrorSuccess &&
                    Vimba::SetInt(camera, Feature::kOffsetX, x) == VmbErrorSuccess &&
                    Vimba::SetInt(camera, Feature::kOffsetY, y) == VmbErrorSuccess;
-  if (!set || !FitsImage(width, height)) return Fail(L"ChipRect failed");
+  if (!set) return Fail(L"ChipRect failed");
   m_image_offset = {static_cast<std::int32_t>(x), static_cast<std::int32_t>(y)};
   m_image_size = {static_cast<std::int32_t>(width), static_cast<std::int32_t>(height)};
   return true;

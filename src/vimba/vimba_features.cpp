@@ -3,6 +3,7 @@
 #include "vimba/vimba_features.h"
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 #include <string>
 
@@ -12,13 +13,19 @@ namespace {
 // A camera that declares a longer text is not believed.
 constexpr VmbUint32_t kLongestTextBytes = 1U << 20U;
 
+// What is no number was not read: it would find its way back to the camera.
+bool IsNumber(std::int64_t /*value*/) { return true; }
+bool IsNumber(double value) { return !std::isnan(value); }
+
 // Runs a read into a fresh value and hands it on only if the read worked.
 template <class Value, class Read>
 VmbError_t ReadInto(Value& result, Read read) {
   Value value{};
   const VmbError_t code = read(&value);
-  if (code == VmbErrorSuccess) result = value;
-  return code;
+  if (code != VmbErrorSuccess) return code;
+  if (!IsNumber(value)) return VmbErrorInvalidValue;
+  result = value;
+  return VmbErrorSuccess;
 }
 
 template <class Value, class Query>
@@ -26,11 +33,11 @@ VmbError_t QueryRange(Value& min, Value& max, Query query) {
   Value low{};
   Value high{};
   const VmbError_t code = query(&low, &high);
-  if (code == VmbErrorSuccess) {
-    min = low;
-    max = high;
-  }
-  return code;
+  if (code != VmbErrorSuccess) return code;
+  if (!IsNumber(low) || !IsNumber(high)) return VmbErrorInvalidValue;
+  min = low;
+  max = high;
+  return VmbErrorSuccess;
 }
 
 }  // namespace

@@ -7,7 +7,8 @@
 #include "VimbaC.h"
 #include "bstring.h"
 
-// Every call returns the Vimba error code, 0 for success, and leaves its result argument as it was on failure.
+// Every call returns the Vimba error code, 0 for success, and leaves its result argument as it was on failure. A float
+// that is no number counts as one that could not be read (VmbErrorInvalidValue).
 // [any thread]
 namespace Vimba {
 
