@@ -5,6 +5,7 @@
 #include <iomanip>
 #include <locale>
 #include <string_view>
+#include <utility>
 
 #include "imagingdevice.h"
 
@@ -19,7 +20,9 @@ BLogCollector::~BLogCollector() {
   // A message that no memory is left for is lost; the operation that it reports is not.
   try {
     *this << L"End" << L'\n';
-    ImagingDevice::ShowInfo(m_text.str().c_str(), m_caption.c_str());
+    // Taken out of the stream, not copied: a long run's message has many megabytes.
+    const std::wstring text = std::move(m_text).str();
+    ImagingDevice::ShowInfo(text.c_str(), m_caption.c_str());
   } catch (...) {  // NOLINT(bugprone-empty-catch)
   }
 }
