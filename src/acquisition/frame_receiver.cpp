@@ -46,32 +46,38 @@ const wchar_t* FailureText(VmbFrameStatus_t status) {
   }
 }
 
+// A foreign record's pixels are where it says, if that can be.
+bool IsTrusted(const ArrivedFrame& frame) {
+  if (frame.trust != ArrivedFrame::Trust::kForeign) return frame.trust == ArrivedFrame::Trust::kAsAnnounced;
+  return frame.pixels.data() && frame.pixels.size() <= static_cast<std::size_t>(FrameRing::kLargestPayloadBytes);
+}
+
 }  // namespace
 
 // A frame that has arrived and that nobody else answers for yet. Where memory runs out first, it is given back to the
 // library, or the ring would be short of it for good, and the acquisition fails.
 class FrameReceiver::FrameInHand {
  public:
-  FrameInHand(FrameReceiver& receiver, VmbFrame_t* frame, AcquisitionNumber acquisition)
-      : m_receiver(receiver), m_frame(frame), m_acquisition(acquisition) {}
+  FrameInHand(FrameReceiver& receiver, const ArrivedFrame& frame, AcquisitionNumber acquisition)
+      : m_receiver(receiver), m_frame(&frame), m_acquisition(acquisition) {}
   ~FrameInHand() {
     if (!m_frame) return;
     // One failure is enough: it fails the acquisition whether the frame could be given back or not.
-    std::ignore = m_receiver.m_ring.ReQueueFrame(m_frame);
-    m_receiver.PushFailure(m_acquisition, kOutOfMemory);
+    std::ignore = m_receiver.m_ring.ReQueueFrame(m_frame->record);
+    m_receiver.PushFailureUnlessOver(m_acquisition, kOutOfMemory);
   }
   FrameInHand(const FrameInHand&) = delete;
   FrameInHand& operator=(const FrameInHand&) = delete;
 
   void StartWorker() {
-    m_receiver.StartWorker(m_frame, m_acquisition);
+    m_receiver.StartWorker(*m_frame, m_acquisition);
     m_frame = nullptr;
   }
-  VmbError_t GiveBack() { return m_receiver.m_ring.ReQueueFrame(std::exchange(m_frame, nullptr)); }
+  VmbError_t GiveBack() { return m_receiver.m_ring.ReQueueFrame(std::exchange(m_frame, nullptr)->record); }
 
  private:
   FrameReceiver& m_receiver;
-  VmbFrame_t* m_frame;
+  const ArrivedFrame* m_frame;
   AcquisitionNumber m_acquisition;
 };
 
@@ -84,25 +90,39 @@ void FrameReceiver::OnFrameExt(VmbFrame_t* frame) {
   // that passes with the old scan start also carries the old acquisition.
   const AcquisitionNumber acquisition = m_queue.CurrentAcquisition();
   try {
-    HandleFrame(frame, acquisition);
+    const ArrivedFrame arrived = m_ring.Take(frame);
+    if (arrived.trust == ArrivedFrame::Trust::kInHand) {
+      HandleFrameInHand();
+    } else {
+      HandleFrame(arrived, acquisition);
+    }
   } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the frame in hand has seen to the rest
   }
 }
 
-void FrameReceiver::HandleFrame(VmbFrame_t* frame, AcquisitionNumber acquisition) {
+// Nothing of the record is read, and whoever has it in hand gives it back.
+void FrameReceiver::HandleFrameInHand() {
+  BLogCollector log(m_camera.Prefix() + L"OnFrameExt()", m_snap_watch);
+  log << L"Frame is in hand already" << L'\n';
+  LoseFrame(BError(BError::eFrameInvalid));
+}
+
+void FrameReceiver::HandleFrame(const ArrivedFrame& frame, AcquisitionNumber acquisition) {
   FrameInHand in_hand(*this, frame, acquisition);
   BLogCollector log(m_camera.Prefix() + L"OnFrameExt()", m_snap_watch);
-  log << DescribeFrame(*frame).c_str() << L'\n';
+  log << DescribeFrame(frame.received).c_str() << L'\n';
   const std::uint64_t start = m_start_scan_timestamp;
-  const VmbFrameStatus_t status = frame->receiveStatus;
-  const std::uint64_t timestamp = frame->timestamp;
+  const std::uint64_t timestamp = frame.received.timestamp;
+  const bool trusted = IsTrusted(frame);
+  if (!trusted) log << L"Frame record is not as announced" << L'\n';
+  const VmbFrameStatus_t status = trusted ? frame.received.receiveStatus : VmbFrameStatusInvalid;
   if (status == VmbFrameStatusComplete && timestamp >= start && start != kNoTimestamp) {
     in_hand.StartWorker();
     log << L"process_frame_lambda started" << L'\n';
     return;
   }
   if (in_hand.GiveBack() != VmbErrorSuccess) {
-    PushFailure(acquisition, kRequeueFailed);
+    PushFailure(kRequeueFailed);
     log << L"VmbCaptureFrameQueue failed" << L'\n';
   } else {
     log << L"VmbCaptureFrameQueue ok" << L'\n';
@@ -112,36 +132,49 @@ void FrameReceiver::HandleFrame(VmbFrame_t* frame, AcquisitionNumber acquisition
     return;
   }
   log << L"ReceiveStatus failure " << status << L'\n';
-  m_queue.Push(nullptr, ErrorOfStatus(status));
+  LoseFrame(ErrorOfStatus(status));
+}
+
+void FrameReceiver::LoseFrame(BError error) {
+  m_queue.Push(nullptr, std::move(error));
   m_listener.OnLostFrame();
 }
 
 // The ticket is taken here and given back when the worker's lambda is destroyed, as the worker's last act.
-void FrameReceiver::StartWorker(VmbFrame_t* frame, AcquisitionNumber acquisition) {
+void FrameReceiver::StartWorker(const ArrivedFrame& frame, AcquisitionNumber acquisition) {
   auto process_frame_lambda = [this, frame, acquisition, ticket = m_workers.Enter()] {
     CopyAndHandBack(frame, acquisition);
   };
   ModuleThreads().Start(std::move(process_frame_lambda));
 }
 
-void FrameReceiver::CopyAndHandBack(VmbFrame_t* frame, AcquisitionNumber acquisition) {
+// A frame that cannot be handed back is missing in the acquisitions to come, too: its failure counts whatever has begun
+// since.
+void FrameReceiver::CopyAndHandBack(const ArrivedFrame& frame, AcquisitionNumber acquisition) {
   try {
-    m_queue.PushUnlessOver(acquisition, CopyOf(*frame));
+    m_queue.PushUnlessOver(acquisition, CopyOf(frame));
   } catch (const std::bad_alloc&) {
-    PushFailure(acquisition, kOutOfMemory);
+    PushFailureUnlessOver(acquisition, kOutOfMemory);
   }
-  if (m_ring.ReQueueFrame(frame) != VmbErrorSuccess) PushFailure(acquisition, kRequeueFailed);
+  if (m_ring.ReQueueFrame(frame.record) != VmbErrorSuccess) PushFailure(kRequeueFailed);
 }
 
-BSmartRef<BFrameQueue::BFrame> FrameReceiver::CopyOf(const VmbFrame_t& frame) {
-  BSmartRef<BFrameQueue::BFrame> copy(new BFrameQueue::BFrame(frame.bufferSize, frame.pixelFormat,
-                                                              FrameContextId(frame), m_camera.UniqueId(), m_blocks));
-  std::memcpy(copy->Data(), frame.buffer, frame.bufferSize);
+BSmartRef<BFrameQueue::BFrame> FrameReceiver::CopyOf(const ArrivedFrame& frame) {
+  const std::size_t bytes = frame.pixels.size();
+  BSmartRef<BFrameQueue::BFrame> copy(new BFrameQueue::BFrame(
+      bytes, frame.received.pixelFormat, FrameContextId(frame.received), m_camera.UniqueId(), m_blocks));
+  std::memcpy(copy->Data(), frame.pixels.data(), bytes);
   return copy;
 }
 
-// Without memory even for this entry, a snap that waits runs into its time-out instead.
-void FrameReceiver::PushFailure(AcquisitionNumber acquisition, const wchar_t* text) {
+void FrameReceiver::PushFailure(const wchar_t* text) {
+  try {
+    m_queue.Push(nullptr, BError(BError::eAcquisitionFailed, text));
+  } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch)
+  }
+}
+
+void FrameReceiver::PushFailureUnlessOver(AcquisitionNumber acquisition, const wchar_t* text) {
   try {
     m_queue.PushUnlessOver(acquisition, nullptr, BError(BError::eAcquisitionFailed, text));
   } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch)
@@ -149,21 +182,23 @@ void FrameReceiver::PushFailure(AcquisitionNumber acquisition, const wchar_t* te
 }
 
 void FrameReceiver::OnFrame(VmbFrame_t* frame) {
+  const ArrivedFrame arrived = m_ring.Take(frame);
+  if (arrived.trust == ArrivedFrame::Trust::kInHand) return;
   BLogCollector log(m_camera.Prefix() + L"OnFrame()", m_snap_watch);
-  log << DescribeFrame(*frame).c_str() << L'\n';
-  const VmbFrameStatus_t status = frame->receiveStatus;
+  log << DescribeFrame(arrived.received).c_str() << L'\n';
+  const VmbFrameStatus_t status = IsTrusted(arrived) ? arrived.received.receiveStatus : VmbFrameStatusInvalid;
   if (status != VmbFrameStatusComplete) {
     log << L"receiveStatus is not Complete" << L'\n';
   } else {
     log << L"receiveStatus = Complete" << L'\n';
-    const BSmartRef<BFrameQueue::BFrame> copy = CopyOf(*frame);
+    const BSmartRef<BFrameQueue::BFrame> copy = CopyOf(arrived);
     log << L"new BFrameQueue::BFrame" << L'\n';
     log << L"memcpy" << L'\n';
     m_queue.Push(copy, BError());
     log << L"m_frame_queue.Push" << L'\n';
   }
   if (m_ring.ReQueueFrame(frame) != VmbErrorSuccess) {
-    PushFailure(m_queue.CurrentAcquisition(), kRequeueFailed);
+    PushFailure(kRequeueFailed);
     log << L"VmbCaptureFrameQueue error" << L'\n';
   } else {
     log << L"VmbCaptureFrameQueue ok" << L'\n';

@@ -13,6 +13,7 @@
 
 class BStopWatch;
 class FrameRing;
+struct ArrivedFrame;
 class VimbaCamera;
 
 // A good frame is copied into the queue by a worker of its own, a failed one leaves an error there, one that is older
@@ -40,6 +41,28 @@ class FrameReceiver {
   // A good frame is copied when its timestamp is not below `scan_start`. kNoTimestamp, as at the beginning, refuses
   // every frame. [host thread]
   void SetScanStart(std::uint64_t scan_start) { m_start_scan_timestamp = scan_start; }
+  // Refuses every frame for its scope, unless another scan start is set meanwhile: where that does not come about, the
+  // one before holds again. [host thread]
+  class Refusal {
+   public:
+    explicit Refusal(FrameReceiver& receiver)
+        : m_receiver(receiver), m_before(receiver.m_start_scan_timestamp.exchange(kNoTimestamp)) {}
+    ~Refusal() {
+      if (!m_over) m_receiver.SetScanStart(m_before);
+    }
+    Refusal(const Refusal&) = delete;
+    Refusal& operator=(const Refusal&) = delete;
+    void EndWith(std::uint64_t scan_start) {
+      m_over = true;
+      m_receiver.SetScanStart(scan_start);
+    }
+
+   private:
+    FrameReceiver& m_receiver;
+    const std::uint64_t m_before;
+    bool m_over = false;
+  };
+
   // While an acquisition runs, memory for copies is kept ready. [host thread]
   void SetRunning(bool running) { m_blocks->SetRunning(running); }
   // Returns when every worker has handed its frame back and touches neither ring nor queue any more. No frame may
@@ -58,11 +81,15 @@ class FrameReceiver {
  private:
   class FrameInHand;
 
-  void HandleFrame(VmbFrame_t* frame, BFrameQueue::AcquisitionNumber acquisition);
-  void StartWorker(VmbFrame_t* frame, BFrameQueue::AcquisitionNumber acquisition);
-  void CopyAndHandBack(VmbFrame_t* frame, BFrameQueue::AcquisitionNumber acquisition);
-  BSmartRef<BFrameQueue::BFrame> CopyOf(const VmbFrame_t& frame);
-  void PushFailure(BFrameQueue::AcquisitionNumber acquisition, const wchar_t* text);
+  void HandleFrame(const ArrivedFrame& frame, BFrameQueue::AcquisitionNumber acquisition);
+  void HandleFrameInHand();
+  void StartWorker(const ArrivedFrame& frame, BFrameQueue::AcquisitionNumber acquisition);
+  void CopyAndHandBack(const ArrivedFrame& frame, BFrameQueue::AcquisitionNumber acquisition);
+  BSmartRef<BFrameQueue::BFrame> CopyOf(const ArrivedFrame& frame);
+  void LoseFrame(BError error);
+  // Without memory even for its entry a failure is not reported: a snap that waits runs into its time-out instead.
+  void PushFailure(const wchar_t* text);
+  void PushFailureUnlessOver(BFrameQueue::AcquisitionNumber acquisition, const wchar_t* text);
 
   const VimbaCamera& m_camera;
   const BStopWatch& m_snap_watch;

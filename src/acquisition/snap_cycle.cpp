@@ -34,7 +34,7 @@ void SnapCycle::StartSnap(bool one_shot) {
   BLogCollector log(m_camera.Prefix() + label, m_snap_watch);
   m_stream.BeforeAcquisition(log);
   // Until the camera's time is known again every frame that still comes is one of the acquisition before.
-  m_receiver.SetScanStart(FrameReceiver::kNoTimestamp);
+  FrameReceiver::Refusal refusal(m_receiver);
   m_queue.Clear();
   m_last_snap_error = 0;
   m_received_frame_ids.clear();
@@ -44,9 +44,10 @@ void SnapCycle::StartSnap(bool one_shot) {
   }
   SetAcquisitionMode(one_shot, log);
   const std::uint64_t now = LatchCameraTimestamp();
-  m_receiver.SetScanStart(now);
+  refusal.EndWith(now);
   log << L"Current camera timestamp = " << now << L'\n';
   StartAcquisition(log);
+  m_runs_continuously = !one_shot;
 }
 
 void SnapCycle::SetAcquisitionMode(bool one_shot, BLogCollector& log) {
@@ -112,6 +113,7 @@ void SnapCycle::StopSnap() {
   m_receiver.SetRunning(false);
   if (code != VmbErrorSuccess) Fail(L"AcquisitionStop failed");
   m_continuous_mode = false;
+  m_runs_continuously = false;
   LogReceivedFrames(log);
   m_stream.AfterAcquisition(m_last_snap_error, log);
   m_last_snap_error.exchange(0);

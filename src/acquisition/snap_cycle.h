@@ -53,13 +53,14 @@ class SnapCycle {
 
   // The camera's clock now, or FrameReceiver::kNoTimestamp when it cannot be read.
   std::uint64_t LatchCameraTimestamp();
-  bool IsContinuous() const { return m_continuous_mode; }
+  // From a successful start of a continuous run to its stop.
+  bool RunsContinuously() const { return m_runs_continuously; }
   // Held for the whole of the three calls. Recursive, because a stop adapts the stream's rate under it, and writing a
   // rate takes it by itself: whoever writes one without a snap has to be kept out of a running snap, too.
   BRecursiveMutex& SnapMutex() { return m_snap_mutex; }
 
  private:
-  void SetAcquisitionMode(bool one_shot, BLogCollector& log);
+  void SetAcquisitionMode(bool one_shot, BLogCollector& log) KEL_REQUIRES(m_snap_mutex);
   void StartAcquisition(BLogCollector& log);
   bool TriggerIsExternal() const;
   void LogReceivedFrames(BLogCollector& log) const KEL_REQUIRES(m_snap_mutex);
@@ -70,7 +71,9 @@ class SnapCycle {
   FrameReceiver& m_receiver;
   Stream& m_stream;
   BImagingDeviceTrigger* m_trigger = nullptr;
-  std::atomic<bool> m_continuous_mode{false};
+  // What was asked for last; a run that could not be started leaves it set.
+  bool m_continuous_mode KEL_GUARDED_BY(m_snap_mutex) = false;
+  std::atomic<bool> m_runs_continuously{false};
   std::atomic<std::int32_t> m_last_snap_error{0};
   BRecursiveMutex m_snap_mutex;
   std::vector<std::uint64_t> m_received_frame_ids KEL_GUARDED_BY(m_snap_mutex);

@@ -29,7 +29,8 @@ constexpr wchar_t kFormerApiName[] = L"PvAPI";
 
 // Registered with every queueing. Nothing may leave it: the library could not catch it.
 void FrameDoneCallback(VmbHandle_t /*camera*/, VmbFrame_t* frame) noexcept {
-  static_cast<BVimbaImagingDeviceImpl*>(frame->context[0])->OnFrameExt(frame);
+  const CallbackGate::Visit visit(frame);
+  if (void* device = visit.Owner()) static_cast<BVimbaImagingDeviceImpl*>(device)->OnFrameExt(frame);
 }
 
 }  // namespace
@@ -38,14 +39,19 @@ BVimbaImagingDeviceImpl::BVimbaImagingDeviceImpl() : m_frame_ring(m_camera, this
 
 BVimbaImagingDeviceImpl::~BVimbaImagingDeviceImpl() {
   m_partners.Leave();
+  // Frames that still come are handed back.
+  m_receiver.SetScanStart(FrameReceiver::kNoTimestamp);
   // Also where no camera is open: the library answers for that.
   std::ignore = Vimba::RunCommand(m_camera.Handle(), Feature::kAcquisitionStop);
   SaveWhiteBalance();
   DeleteControls();
   m_snap_cycle.SetTrigger(nullptr);
   m_trigger.reset();
-  CloseCamera();
-  m_frame_ring.FreeFrames();
+  const bool returned = CloseCamera();
+  // A library that has refused to stop may still call back, and may have done so while it was asked to.
+  m_gate.Close();
+  m_receiver.WaitForWorkers();
+  m_frame_ring.FreeFrames(returned);
 }
 
 const wchar_t* BVimbaImagingDeviceImpl::ApiName() const { return kApiName; }
@@ -194,19 +200,20 @@ void BVimbaImagingDeviceImpl::SaveWhiteBalance() {
 
 // Between the end of capture and the rest, the workers that still copy are let finish: no new one can start, and they
 // touch the frames and this object. Those that wait for a block get one of the frames that nobody will take any more.
-void BVimbaImagingDeviceImpl::CloseCamera() {
-  if (!IsOpen()) return;
+bool BVimbaImagingDeviceImpl::CloseCamera() {
+  if (!IsOpen()) return true;
   std::ignore = Vimba::RunCommand(m_camera.Handle(), Feature::kAcquisitionStop);
   std::ignore = VmbCaptureEnd(m_camera.Handle());
   m_frame_queue.Clear();
   m_receiver.WaitForWorkers();
   std::ignore = VmbCaptureQueueFlush(m_camera.Handle());
-  std::ignore = VmbFrameRevokeAll(m_camera.Handle());
-  m_camera.Close();
+  const bool revoked = VmbFrameRevokeAll(m_camera.Handle()) == VmbErrorSuccess;
+  const bool closed = m_camera.Close() == VmbErrorSuccess;
+  return revoked || closed;
 }
 
 bool BVimbaImagingDeviceImpl::SetColorMode(bool on) {
-  if (!IsColor() || m_snap_cycle.IsContinuous()) return true;
+  if (!IsColor() || m_snap_cycle.RunsContinuously()) return true;
   if (!m_image_format.SetColorMode(on)) return false;
   m_controls.RestoreWhiteBalance(on);
   return true;

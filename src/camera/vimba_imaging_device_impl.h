@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "VimbaC.h"
+#include "acquisition/callback_gate.h"
 #include "acquisition/frame_queue.h"
 #include "acquisition/frame_receiver.h"
 #include "acquisition/frame_ring.h"
@@ -89,7 +90,8 @@ class BVimbaImagingDeviceImpl final : public BImagingDeviceImpl,
 
   // The steps of the destructor, in their order.
   void SaveWhiteBalance();
-  void CloseCamera();
+  // True when the library has given the frames back.
+  bool CloseCamera();
 
   void OnLostFrame() override;         // [Vimba thread]
   void OnPartnerLostFrame() override;  // [Vimba thread]
@@ -108,6 +110,7 @@ class BVimbaImagingDeviceImpl final : public BImagingDeviceImpl,
   BandwidthPartners m_partners{m_stream_rate, *this};
   FrameRate m_frame_rate{m_camera};
   CameraControls m_controls{*this};
+  CallbackGate m_gate{this, m_frame_ring.Records()};
   std::unique_ptr<BVimbaTrigger> m_trigger;
   BSmartRef<BColorConverter> m_color_converter;
   // Quarter turns: 1 clockwise, -1 counter-clockwise.

@@ -2,7 +2,6 @@
 // The opened camera that a device and its parts work on: its handle and the names under which it is known.
 #include "vimba/vimba_camera.h"
 
-#include <tuple>
 #include <utility>
 
 #include "diagnostics/camera_prefix.h"
@@ -13,6 +12,6 @@ void VimbaCamera::Adopt(VmbHandle_t handle, const WString& unique_id, const WStr
   m_identifier = identifier;
 }
 
-void VimbaCamera::Close() { std::ignore = VmbCameraClose(std::exchange(m_handle, nullptr)); }
+VmbError_t VimbaCamera::Close() { return VmbCameraClose(std::exchange(m_handle, nullptr)); }
 
 WString VimbaCamera::Prefix() const { return CameraPrefix(m_identifier); }

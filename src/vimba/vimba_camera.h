@@ -12,8 +12,8 @@ class VimbaCamera {
   // Takes over an open camera. `unique_id` is the text by which it was opened, `identifier` the one for the host.
   // [host thread]
   void Adopt(VmbHandle_t handle, const WString& unique_id, const WString& identifier);
-  // Closes the camera; the names stay. [host thread]
-  void Close();
+  // Closes the camera, once, whatever the library answers; the names stay. [host thread]
+  [[nodiscard]] VmbError_t Close();
 
   VmbHandle_t Handle() const { return m_handle; }  // null while closed
   bool IsOpen() const { return m_handle != nullptr; }

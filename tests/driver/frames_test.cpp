@@ -140,6 +140,14 @@ TEST_F(Frames, ACameraWithoutALatchRefusesEveryFrame) {
   }
 }
 
+TEST_F(Frames, ARunThatGoesOnAfterARefusedStartGoesOnDelivering) {
+  StartWaiting();
+  cameras->FailCall("VmbFeatureEnumSet", "AcquisitionMode", VmbErrorInvalidAccess, 1);
+  EXPECT_THROW(Device().StartSnap(false), BError);
+  cameras->Deliver();
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError());
+}
+
 TEST_F(Frames, AFrameOfAnEarlierAcquisitionIsNotPopped) {
   StartWaiting();
   cameras->Deliver();

@@ -168,6 +168,16 @@ TEST_F(Geometry, TheSwitchDoesNothingOnAMonochromeCamera) {
   EXPECT_THAT(cameras->Calls(), IsEmpty());
 }
 
+TEST_F(Geometry, TheSwitchWorksAfterAContinuousStartThatFailed) {
+  profile.Key("Bayertype", "RGGB").Key("COLORCODEcolor", "YUV");
+  ASSERT_TRUE(Open(SimulatedCamera().Colour()));
+  cameras->FailCall("VmbFeatureCommandRun", "AcquisitionStart", VmbErrorOther, 1);
+  EXPECT_THROW(Device().StartSnap(false), BError);
+  Forget();
+  EXPECT_TRUE(Device().SetColorMode(true));
+  EXPECT_THAT(FormatsSet(), ElementsAre(kSetYuv));
+}
+
 TEST_F(Geometry, TheSwitchDoesNothingWhileAContinuousAcquisitionRuns) {
   profile.Key("Bayertype", "RGGB").Key("COLORCODEcolor", "YUV");
   ASSERT_TRUE(Open(SimulatedCamera().Colour()));

@@ -3,6 +3,8 @@
 #include "acquisition/frame_receiver.h"
 
 #include <array>
+#include <cstring>
+#include <functional>
 
 #include "VimbaC.h"
 #include "acquisition/frame_description.h"
@@ -100,6 +102,92 @@ TEST_F(Receiver, KeepsMemoryForTheNextCopiesWhileAnAcquisitionRuns) {
   Receive(frame);
   EXPECT_EQ(PoppedPixels(), Pixels());
   EXPECT_EQ(receiver.IdleBytes(), static_cast<std::size_t>(kPayloadBytes));
+}
+
+TEST_F(Receiver, AFailureToHandALateFrameBackCountsForTheNextAcquisition) {
+  receiver.SetScanStart(kScanStart);
+  Library().Fail("VmbCaptureFrameQueue", VmbErrorOther);
+  VmbFrame_t frame = Arrived();
+  receiver.OnFrameExt(&frame);
+  queue.Clear();
+  receiver.WaitForWorkers();
+  BSmartRef<BFrameQueue::BFrame> popped;
+  BError last = queue.Pop(popped, 0);
+  EXPECT_EQ(last, BError(BError::eAcquisitionFailed, L" ReQueueFrame failed"));
+}
+
+TEST_F(Receiver, AForeignRecordThatCannotHoldPixelsIsAFailedFrame) {
+  receiver.SetScanStart(kScanStart);
+  VmbFrame_t nowhere = Arrived();
+  nowhere.buffer = nullptr;
+  Receive(nowhere);
+  EXPECT_EQ(Pop(), BError(BError::eFrameInvalid));
+  VmbFrame_t huge = Arrived();
+  huge.bufferSize = static_cast<VmbUint32_t>(FrameRing::kLargestPayloadBytes) + 1;
+  Receive(huge);
+  EXPECT_EQ(Pop(), BError(BError::eFrameInvalid));
+}
+
+// With frames of the ring, as the library has them.
+struct ReceiverOfRing : Receiver {
+  ReceiverOfRing() {
+    BLogCollector log(L"fill");
+    EXPECT_TRUE(ring.AnnounceFrames() && ring.FrameQueueFill(log));
+    receiver.SetScanStart(kScanStart);
+  }
+  // The n-th record, complete and new enough.
+  VmbFrame_t& Delivered(std::size_t n) {
+    VmbFrame_t& record = const_cast<VmbFrame_t&>(*Library().Announced().at(n));
+    std::memset(record.buffer, 40 + static_cast<int>(n), record.bufferSize);
+    record.receiveStatus = VmbFrameStatusComplete;
+    record.timestamp = kScanStart;
+    return record;
+  }
+  bool IsAsAnnounced(const VmbFrame_t& record, const void* announced) const {
+    return record.buffer == announced && record.bufferSize == kPayloadBytes && record.context[0] == this;
+  }
+  std::uint8_t PoppedPixel() {
+    BSmartRef<BFrameQueue::BFrame> frame;
+    EXPECT_EQ(queue.Pop(frame, 0), BError());
+    return frame ? frame->Data()[kPayloadBytes - 1] : 0;
+  }
+};
+
+TEST_F(ReceiverOfRing, CopiesARecordThatIsAsItWasAnnounced) {
+  Receive(Delivered(3));
+  EXPECT_EQ(PoppedPixel(), 43);
+}
+
+TEST_F(ReceiverOfRing, NeverReadsARecordThatCameBackAltered) {
+  std::uint8_t other[kPayloadBytes] = {};
+  const std::function<void(VmbFrame_t&)> alterations[] = {
+      [&](VmbFrame_t& record) { record.buffer = other; },      [](VmbFrame_t& record) { record.buffer = nullptr; },
+      [](VmbFrame_t& record) { ++record.bufferSize; },         [](VmbFrame_t& record) { record.bufferSize = 0; },
+      [](VmbFrame_t& record) { record.context[0] = nullptr; }, [](VmbFrame_t& record) { record.context[1] = &record; }};
+  std::size_t n = 0;
+  for (const auto& alter : alterations) {
+    VmbFrame_t& record = Delivered(n++);
+    const void* announced = record.buffer;
+    alter(record);
+    output.Clear();
+    Receive(record);
+    EXPECT_EQ(Pop(), BError(BError::eFrameInvalid)) << n;
+    EXPECT_EQ(Pop(), BError(BError::eTimeout)) << n;
+    EXPECT_EQ(Lines(L"OnFrameExt()").at(2), L"Frame record is not as announced");
+    EXPECT_TRUE(IsAsAnnounced(record, announced)) << "it went back as it had been announced " << n;
+  }
+}
+
+TEST_F(ReceiverOfRing, ARecordThatTheLibraryDoesNotHaveCannotBeDelivered) {
+  VmbFrame_t& record = Delivered(0);
+  Library().Fail("VmbCaptureFrameQueue", VmbErrorOther);
+  Receive(record);
+  EXPECT_EQ(PoppedPixel(), 40);
+  EXPECT_EQ(Pop(), BError(BError::eAcquisitionFailed, L" ReQueueFrame failed"));
+  output.Clear();
+  Receive(record);
+  EXPECT_EQ(Pop(), BError(BError::eFrameInvalid));
+  EXPECT_EQ(Lines(L"OnFrameExt()"), (Texts{L"Start", L"Frame is in hand already", L"End"}));
 }
 
 struct Lost {

@@ -62,12 +62,35 @@ TEST_F(Cycle, AStartAsksTheStreamFirstAndTheCameraThen) {
 }
 
 TEST_F(Cycle, AContinuousRunIsOneFromItsStartToItsStop) {
-  EXPECT_FALSE(cycle.IsContinuous());
+  EXPECT_FALSE(cycle.RunsContinuously());
   cycle.StartSnap(false);
-  EXPECT_TRUE(cycle.IsContinuous());
+  EXPECT_TRUE(cycle.RunsContinuously());
   EXPECT_EQ(Library().Calls().front(), "VmbFeatureEnumSet(AcquisitionMode, Continuous)");
   cycle.StopSnap();
-  EXPECT_FALSE(cycle.IsContinuous());
+  EXPECT_FALSE(cycle.RunsContinuously());
+}
+
+TEST_F(Cycle, ARunThatCouldNotBeStartedDoesNotRun) {
+  for (const char* feature : {"AcquisitionMode", "AcquisitionStart"}) {
+    Library().Fail("VmbFeatureEnumSet", VmbErrorIO, feature);
+    Library().Fail("VmbFeatureCommandRun", VmbErrorIO, feature);
+    EXPECT_THROW(cycle.StartSnap(false), BError) << feature;
+    EXPECT_FALSE(cycle.RunsContinuously()) << feature;
+    Library().Mend();
+  }
+}
+
+TEST_F(Cycle, ARunThatCouldNotBeStoppedRunsOn) {
+  cycle.StartSnap(false);
+  Library().Fail("VmbFeatureCommandRun", VmbErrorIO, "AcquisitionStop");
+  EXPECT_THROW(cycle.StopSnap(), BError);
+  EXPECT_TRUE(cycle.RunsContinuously());
+}
+
+TEST_F(Cycle, ASingleSnapEndsAContinuousRunThatWasNotStopped) {
+  cycle.StartSnap(false);
+  cycle.StartSnap(true);
+  EXPECT_FALSE(cycle.RunsContinuously());
 }
 
 TEST_F(Cycle, AStopHandsTheLastFailureToTheStreamAndForgetsIt) {
