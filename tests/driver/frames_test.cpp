@@ -4,6 +4,10 @@
 #include <future>
 #include <thread>
 
+#ifdef __linux__
+#include <pthread.h>
+#endif
+
 #include "VimbaC.h"
 #include "bstopwatch.h"
 #include "driver/opened_camera.h"
@@ -114,6 +118,39 @@ TEST_F(Frames, AGoodFrameThatCannotBeHandedBackIsFollowedByAFailure) {
   EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError(BError::eAcquisitionFailed, L" ReQueueFrame failed"));
   EXPECT_EQ(cameras->State()["queued"], RingFrames() - 1);
 }
+
+#ifdef __linux__
+// Threads that are started in this scope need more memory for their stack than there is.
+class NoThreads {
+ public:
+  NoThreads() {
+    pthread_getattr_default_np(&m_before);
+    pthread_attr_t too_large = m_before;
+    constexpr std::size_t kStackBytes = std::size_t{1} << 50;
+    pthread_attr_setstacksize(&too_large, kStackBytes);
+    EXPECT_EQ(pthread_setattr_default_np(&too_large), 0);
+  }
+  ~NoThreads() { EXPECT_EQ(pthread_setattr_default_np(&m_before), 0); }
+  NoThreads(const NoThreads&) = delete;
+  NoThreads& operator=(const NoThreads&) = delete;
+
+ private:
+  pthread_attr_t m_before;
+};
+
+TEST_F(Frames, AWorkerThatCannotBeStartedFailsOneAcquisitionAndNoMore) {
+  StartWaiting();
+  {
+    const NoThreads no_threads;
+    cameras->Deliver();
+    EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError(BError::eAcquisitionFailed, L"no thread"));
+  }
+  EXPECT_EQ(cameras->State()["queued"], RingFrames());
+
+  cameras->Deliver();
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError());
+}
+#endif
 
 TEST_F(Frames, HandedBackFramesGetTheNextIds) {
   StartWaiting();
