@@ -64,9 +64,9 @@ class FrameReceiver::FrameInHand {
       : m_receiver(receiver), m_frame(&frame), m_acquisition(acquisition) {}
   ~FrameInHand() {
     if (!m_frame) return;
-    // One failure is enough: it fails the acquisition whether the frame could be given back or not.
-    std::ignore = m_receiver.m_ring.ReQueueFrame(m_frame->record);
+    const bool returned = m_receiver.m_ring.ReQueueFrame(m_frame->record) == VmbErrorSuccess;
     m_receiver.PushFailureUnlessOver(m_acquisition, m_failure);
+    if (!returned) m_receiver.PushFailure(kRequeueFailed);
   }
   FrameInHand(const FrameInHand&) = delete;
   FrameInHand& operator=(const FrameInHand&) = delete;

@@ -150,6 +150,15 @@ TEST_F(Frames, AWorkerThatCannotBeStartedFailsOneAcquisitionAndNoMore) {
   cameras->Deliver();
   EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError());
 }
+
+TEST_F(Frames, AFrameWithoutWorkerThatCannotBeHandedBackFailsTwice) {
+  StartWaiting();
+  const NoThreads no_threads;
+  cameras->FailCall("VmbCaptureFrameQueue", "", VmbErrorOther, 1);
+  cameras->Deliver();
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError(BError::eAcquisitionFailed, L"no thread"));
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError(BError::eAcquisitionFailed, L" ReQueueFrame failed"));
+}
 #endif
 
 TEST_F(Frames, HandedBackFramesGetTheNextIds) {
