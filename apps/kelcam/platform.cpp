@@ -12,7 +12,10 @@
 #include <shellapi.h>
 #else
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <unistd.h>
+
+#include <tuple>
 #endif
 
 namespace Kelcam {
@@ -20,6 +23,9 @@ namespace Kelcam {
 #ifdef _WIN32
 
 const char* const kModuleFileName = "kelCameraVimba.dll";
+
+// The C runtime keeps the places of streams that are not there.
+void OpenStandardStreams() {}
 
 std::vector<std::string> Utf8Arguments(int, char**) {
   // The narrow arguments have already lost what the system's code page cannot hold.
@@ -70,6 +76,16 @@ void* SharedLibrary::Symbol(const char* name) const {
 #else
 
 const char* const kModuleFileName = "libkelCameraVimba.so";
+
+void OpenStandardStreams() {
+  // In this order each gets the lowest free number, its own. Standard output can only be read: a result that nobody
+  // gets is an error.
+  constexpr std::pair<int, int> kStreams[] = {
+      {STDIN_FILENO, O_RDONLY}, {STDOUT_FILENO, O_RDONLY}, {STDERR_FILENO, O_WRONLY}};
+  for (const auto& [descriptor, access] : kStreams) {
+    if (fcntl(descriptor, F_GETFD) < 0) std::ignore = open("/dev/null", access);
+  }
+}
 
 std::vector<std::string> Utf8Arguments(int argc, char** argv) { return {argv + 1, argv + argc}; }
 

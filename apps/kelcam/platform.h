@@ -11,6 +11,10 @@ namespace Kelcam {
 // The module's file name where none is given.
 extern const char* const kModuleFileName;
 
+// Called before any file is opened: a standard stream that the program was started without gets a place of its own, so
+// that no file takes it and gets what is meant for the stream. Writing to standard output then fails.
+void OpenStandardStreams();
+
 // The arguments without the program's name, in UTF-8.
 std::vector<std::string> Utf8Arguments(int argc, char** argv);
 

@@ -13,6 +13,6 @@ enum class FileKind { kRegular, kFolder, kPipe, kDevice, kSocket, kOther };
 // waits for whoever is at its other end, or never ends. [any thread]
 KEL_CORE_API std::error_code ErrorOfKind(FileKind kind);
 
-// The same for the file that a name leads to, links followed, or the system's reason when there is none. It neither
-// opens a pipe nor waits for anything. [any thread]
-KEL_CORE_API std::error_code ErrorUnlessRegular(const WString& file_name);
+// The same for the file that a name leads to, links followed. Success also when there is none: whoever opens it learns
+// why. Waits for nothing. [any thread]
+KEL_CORE_API std::error_code ErrorIfNotRegular(const WString& file_name);

@@ -138,15 +138,15 @@ bool HasName(int descriptor, const fs::path& name) {
 
 }  // namespace
 
-std::error_code ErrorUnlessRegular(const WString& file_name) {
+std::error_code ErrorIfNotRegular(const WString& file_name) {
   struct stat status {};
-  if (::stat(ToBString(file_name).c_str(), &status) != 0) return LastError();
-  return ErrorOfKind(KindOf(status.st_mode));
+  const bool is_there = ::stat(ToBString(file_name).c_str(), &status) == 0;
+  return is_there ? ErrorOfKind(KindOf(status.st_mode)) : std::error_code();
 }
 
 std::error_code ReadWholeFile(const WString& file_name, std::string& bytes) {
   // Looked at before it is opened, because opening alone makes some devices move; and again, because it may change.
-  if (const std::error_code error = ErrorUnlessRegular(file_name)) return error;
+  if (const std::error_code error = ErrorIfNotRegular(file_name)) return error;
   const FileDescriptor file(::open(ToBString(file_name).c_str(), O_RDONLY | kAtOnce));
   if (file.Get() < 0) return LastError();
   struct stat status {};

@@ -122,10 +122,10 @@ bool TakePlace(const std::wstring& name, const std::wstring& target) {
 
 }  // namespace
 
-std::error_code ErrorUnlessRegular(const WString& file_name) {
+std::error_code ErrorIfNotRegular(const WString& file_name) {
   if (IsFolder(file_name.Str())) return ErrorOfKind(FileKind::kFolder);
   const FileHandle file(::CreateFileW(file_name.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
-  return file.IsOpen() ? ErrorOfKind(KindOf(file.Get())) : LastError();
+  return file.IsOpen() ? ErrorOfKind(KindOf(file.Get())) : std::error_code();
 }
 
 std::error_code ReadWholeFile(const WString& file_name, std::string& bytes) {
