@@ -179,7 +179,7 @@ TEST(ProfileSaving, RefusesWhatWouldMakeTheFileTooLarge) {
   const IniFile file("A=1\n");
   BIniProfile profile(file.Name());
 
-  EXPECT_FALSE(profile.Write(L"A", WString(std::wstring(kLargestProfileBytes, L'x'))));
+  EXPECT_FALSE(profile.Write(L"A", ToWString(std::string(kLargestProfileBytes, 'x'))));
 
   EXPECT_EQ(file.Bytes(), "A=1\n");
   EXPECT_EQ(ReadString(profile, L"A"), L"1");
