@@ -4,9 +4,7 @@
 
 namespace Kelcam {
 
-// From now on Ctrl-C, the end of the terminal, a request to end (SIGTERM) and a file that grew too large (SIGXFSZ) are
-// noted; on Windows Ctrl-C, Ctrl-Break, and the end of the console or of the session. A second Ctrl-C or SIGTERM ends
-// the program at once.
+// From now on whatever asks the program to end is noted (OnRequestToEnd).
 void WatchForInterrupt();
 bool Interrupted();
 

@@ -23,11 +23,21 @@ std::uint64_t Mixed(std::uint64_t place) {
   return place ^ (place >> 31U);
 }
 
-std::uint8_t PatternByte(int y, std::size_t at) {
+constexpr std::size_t kWordBytes = sizeof(std::uint64_t);
+
+// Of the pattern, the bytes from a multiple of eight on, in their order from the lowest.
+std::uint64_t PatternWord(int y, std::size_t at) {
   constexpr unsigned kRowShift = 32;
-  constexpr std::size_t kWordBytes = sizeof(std::uint64_t);
-  const std::uint64_t word = Mixed((static_cast<std::uint64_t>(y) << kRowShift) + at / kWordBytes);
-  return static_cast<std::uint8_t>(word >> (8 * (at % kWordBytes)));
+  return Mixed((static_cast<std::uint64_t>(y) << kRowShift) + at / kWordBytes);
+}
+
+std::uint8_t ByteOf(std::uint64_t word, std::size_t index) { return static_cast<std::uint8_t>(word >> (8 * index)); }
+
+void FillRow(std::uint8_t* row, std::size_t bytes, int y) {
+  for (std::size_t at = 0; at < bytes; at += kWordBytes) {
+    const std::uint64_t word = PatternWord(y, at);
+    for (std::size_t i = 0; i < std::min(kWordBytes, bytes - at); ++i) row[at + i] = ByteOf(word, i);
+  }
 }
 
 struct Rows {
@@ -52,9 +62,12 @@ Rows RowsOf(BBaseAoi& area) {
 // How many bytes at the row's end are the pattern's.
 std::size_t UntouchedTail(const Rows& rows, int y) {
   const std::uint8_t* row = rows.Row(y);
-  std::size_t begin = rows.row_bytes;
-  while (begin > 0 && row[begin - 1] == PatternByte(y, begin - 1)) --begin;
-  return rows.row_bytes - begin;
+  std::size_t tail = 0;
+  for (; tail < rows.row_bytes; ++tail) {
+    const std::size_t at = rows.row_bytes - tail - 1;
+    if (row[at] != ByteOf(PatternWord(y, at), at % kWordBytes)) break;
+  }
+  return tail;
 }
 
 }  // namespace
@@ -63,9 +76,7 @@ UntouchedPicture::UntouchedPicture(BBaseAoi& area, const BSize& size) : m_area(a
   const BAoiLockRW lock(m_area);
   m_area.Reset(size, kMark);
   const Rows rows = RowsOf(m_area);
-  for (int y = 0; y < rows.height; ++y) {
-    for (std::size_t i = 0; i < rows.row_bytes; ++i) rows.Row(y)[i] = PatternByte(y, i);
-  }
+  for (int y = 0; y < rows.height; ++y) FillRow(rows.Row(y), rows.row_bytes, y);
 }
 
 std::optional<Fault> UntouchedPicture::FaultAfterSnap() {

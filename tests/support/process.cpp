@@ -97,7 +97,7 @@ Child Start(const std::filesystem::path& program, const std::vector<std::string>
   PROCESS_INFORMATION process{};
   if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT, block.data(),
                       nullptr, &start, &process)) {
-    throw std::runtime_error("cannot start " + program.string());
+    throw std::runtime_error("cannot start " + program.string() + ": system error " + std::to_string(GetLastError()));
   }
   CloseHandle(process.hThread);
   return process.hProcess;

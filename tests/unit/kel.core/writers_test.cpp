@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -11,6 +13,14 @@
 #include "biniprofile.h"
 #include "ini_file.h"
 #include "support/process.h"
+
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+#endif
 
 namespace {
 
@@ -30,6 +40,37 @@ std::vector<std::string> AllLines() {
   std::sort(lines.begin(), lines.end());
   return lines;
 }
+
+// Another writer that has locked the profile.
+class HeldLock {
+ public:
+  explicit HeldLock(const std::filesystem::path& profile) {
+#ifdef _WIN32
+    const std::wstring name = profile.wstring() + L".lock";
+    m_handle = ::CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS, FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+    EXPECT_NE(m_handle, INVALID_HANDLE_VALUE);
+#else
+    m_descriptor = ::open(profile.c_str(), O_RDONLY | O_CLOEXEC);
+    EXPECT_EQ(::flock(m_descriptor, LOCK_EX), 0);
+#endif
+  }
+  ~HeldLock() {
+#ifdef _WIN32
+    ::CloseHandle(m_handle);
+#else
+    ::close(m_descriptor);
+#endif
+  }
+  HeldLock(const HeldLock&) = delete;
+  HeldLock& operator=(const HeldLock&) = delete;
+
+ private:
+#ifdef _WIN32
+  HANDLE m_handle;
+#else
+  int m_descriptor;
+#endif
+};
 
 std::vector<std::string> SortedLines(const std::string& text) {
   std::vector<std::string> lines;
@@ -71,6 +112,22 @@ TEST(ProfileWriters, OfSeveralThreadsLoseNothing) {
   for (std::thread& writer : writers) writer.join();
 
   EXPECT_EQ(SortedLines(file.Bytes()), AllLines());
+}
+
+TEST(ProfileWriters, WaitInVainForOneThatDoesNotEnd) {
+  const IniFile file("A=1\n");
+  BIniProfile profile(file.Name());
+  {
+    const HeldLock lock(file.Path());
+
+    EXPECT_FALSE(profile.Write(L"A", L"2"));
+    EXPECT_TRUE(profile.Write(L"A", L"1")) << "the file holds that already";
+  }
+  EXPECT_EQ(profile.Complaints().front().Str(), file.Name().Str() + L": A = 2 is not saved: Device or resource busy");
+  EXPECT_EQ(file.Bytes(), "A=1\n");
+  EXPECT_TRUE(profile.Write(L"A", L"3"));
+
+  EXPECT_EQ(file.Bytes(), "A=3\n");
 }
 
 }  // namespace
