@@ -201,7 +201,8 @@ TEST_P(TriggerPolarity, SelectsTheEdge) {
 INSTANTIATE_TEST_SUITE_P(Values, TriggerPolarity,
                          testing::Values(Polarity{nullptr, "RisingEdge"}, Polarity{"HIGH", "RisingEdge"},
                                          Polarity{"low", "FallingEdge"}, Polarity{"LOW", "FallingEdge"},
-                                         Polarity{"\"LOW \"", "RisingEdge"}, Polarity{"lower", "RisingEdge"}));
+                                         Polarity{"\"LOW\"", "FallingEdge"}, Polarity{"\"low \"", "RisingEdge"},
+                                         Polarity{"\" LOW\"", "RisingEdge"}, Polarity{"lower", "RisingEdge"}));
 
 TEST_F(Initialization, ReleasingWritesTheColourBalanceBackWhereItChanged) {
   profile.Key("Bayertype", "RGGB").Key("WBCOLORBLUE", "100");
