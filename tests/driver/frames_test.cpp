@@ -201,6 +201,37 @@ TEST_F(PartnersFrames, AFailedFrameDoesNotWaitForADeviceThatComparesRates) {
   EXPECT_EQ((*other)->Snap(nullptr, kDeadlineMs), BError(BError::eAcquisitionFailed));
 }
 
+// The first device reads its partner's rate and then its own; its list must stay as it is until then.
+TEST_F(PartnersFrames, APartnerIsNotRemovedWhileItsRateIsCompared) {
+  ASSERT_TRUE(OpenPartners());
+  cameras->ClearCalls();
+  cameras->Fault({{"call", "VmbFeatureIntGet"}, {"camera", "DEV_000F31000002"}, {"delay_ms", 300}});
+  const std::future<void> comparing = std::async(std::launch::async, [this] { Device().StartSnap(false); });
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kDeadlineMs);
+  while (cameras->CallsOf("VmbFeatureIntGet").empty()) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+
+  EXPECT_TRUE(Device().RemoveBandwidthPartner(other->Get()));
+
+  EXPECT_THAT(cameras->CallsOf("VmbFeatureIntGet"), Contains("VmbFeatureIntGet(\"StreamBytesPerSecond\")"));
+  comparing.wait();
+}
+
+TEST_F(PartnersFrames, AFrameThatIsLostDuringItsDevicesReleaseAbortsNobody) {
+  ASSERT_TRUE(OpenPartners());
+  (*other)->StartSnap(false);
+  Forget();
+  cameras->Fault({{"call", "VmbCaptureEnd"}, {"camera", SimulatedCamera::kId}, {"delay_ms", 300}});
+  const std::future<void> releasing = std::async(std::launch::async, [this] { device->Release(); });
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kDeadlineMs);
+  while (cameras->CallsOf("VmbFeatureCommandRun").size() < 2) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+
+  cameras->Deliver({{"status", VmbFrameStatusIncomplete}});
+
+  ASSERT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, std::chrono::milliseconds(kDeadlineMs)));
+  EXPECT_EQ((*other)->Snap(nullptr, 0), BError(BError::eTimeout));
+  releasing.wait();
+}
+
 TEST_F(PartnersFrames, ADestroyedPartnerIsReachedByNobody) {
   ASSERT_TRUE(OpenPartners());
   other.reset();
@@ -226,13 +257,12 @@ TEST_F(Frames, WorkersThatStillCopyAreLetFinishBeforeTheirDeviceGoes) {
 }
 
 TEST_F(Frames, AHostThatTakesNoneHoldsTheRingBackUntilItTakesThemOrLetsGo) {
-  ASSERT_TRUE(Open(SimulatedCamera().Sensor(4096, 3000).With("scene", "none")));
-  Device().Trigger()->SetSource(BImagingDeviceTrigger::eFreeRun);
-  Device().StartSnap(false);
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-  while (cameras->State()["queued"] != 0) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
-  for (int i = 0; i < 60; ++i) ASSERT_EQ(Device().Snap(nullptr, kDeadlineMs), BError());
-  while (cameras->State()["queued"] != 0) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+  constexpr std::size_t kTaken = 60;
+  ASSERT_TRUE(OpenHeldBack());
+  EXPECT_EQ(cameras->State()["queued"], 0);
+  for (std::size_t i = 0; i < kTaken; ++i) ASSERT_EQ(Device().Snap(nullptr, kDeadlineMs), BError());
+  ASSERT_TRUE(WaitForFrames(held_frames + kTaken));
+  EXPECT_EQ(cameras->State()["queued"], 0);
   device.reset();
 }
 

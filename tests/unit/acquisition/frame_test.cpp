@@ -151,7 +151,10 @@ TEST(FrameBlocks, MakeATakerWaitOnceAsManyAreInUseAsMayBe) {
   for (std::size_t i = 0; i < FrameBlocks::kLeastUsedBlocks; ++i) taken.push_back(blocks.Take(kSize));
   std::future<FrameBlocks::Block> taker = std::async(std::launch::async, [&] { return blocks.Take(kSize); });
   const auto deadline = std::chrono::steady_clock::now() + kDeadline;
-  while (blocks.Waiting() == 0) ASSERT_LT(std::chrono::steady_clock::now(), deadline) << "nobody waits";
+  while (blocks.Waiting() == 0) {
+    ASSERT_EQ(taker.wait_for(std::chrono::seconds(0)), std::future_status::timeout) << "it did not wait";
+    ASSERT_LT(std::chrono::steady_clock::now(), deadline) << "nobody waits";
+  }
 
   blocks.Return(std::move(taken.back()), kSize);
 
