@@ -1,10 +1,17 @@
 // memory_test.cpp
 // What happens when there is no memory for what the module makes: nothing leaves a thread, nothing stays started.
+#include <algorithm>
+#include <array>
 #include <atomic>
+#include <chrono>
 #include <cstddef>
+#include <future>
 #include <new>
 
+#include "acquisition/frame_blocks.h"
+#include "camera/camera_opening.h"
 #include "unit/acquisition/opened_implementation.h"
+#include "vimba/vimba_camera.h"
 
 namespace {
 
@@ -15,6 +22,19 @@ std::atomic<std::size_t> refused_object{kNone};
 // Nor can single objects of any size, by the module's own code on threads without the privilege.
 std::atomic<bool> objects_are_refused{false};
 thread_local bool is_privileged = false;
+// Whoever asks for an array of this many bytes waits until they are no longer held.
+std::atomic<std::size_t> held_array{kNone};
+std::atomic<bool> is_somebody_held{false};
+// The single objects of this many bytes that are not deleted yet.
+std::atomic<std::size_t> watched_object{kNone};
+std::array<std::atomic<void*>, 64> watched_objects;
+
+void Exchange(void* from, void* to) {
+  for (std::atomic<void*>& object : watched_objects) {
+    void* expected = from;
+    if (object.compare_exchange_strong(expected, to)) return;
+  }
+}
 
 }  // namespace
 
@@ -22,13 +42,26 @@ thread_local bool is_privileged = false;
 extern "C" void* NEW_ARRAY(std::size_t size);
 extern "C" void* REPLACED_NEW_ARRAY(std::size_t size) {
   if (size == refused_array) throw std::bad_alloc();
+  while (size == held_array) {
+    is_somebody_held = true;
+    std::this_thread::yield();
+  }
   return NEW_ARRAY(size);
 }
 extern "C" void* NEW_OBJECT(std::size_t size);
 extern "C" void* REPLACED_NEW_OBJECT(std::size_t size) {
   if (size == refused_object || (objects_are_refused && !is_privileged)) throw std::bad_alloc();
-  return NEW_OBJECT(size);
+  void* const object = NEW_OBJECT(size);
+  if (size == watched_object) Exchange(nullptr, object);
+  return object;
 }
+// `delete` of an object, whose size a compiler may pass on or not.
+extern "C" void DELETE_OBJECT(void* object);
+extern "C" void REPLACED_DELETE_OBJECT(void* object) {
+  if (watched_object != kNone && object) Exchange(object, nullptr);
+  DELETE_OBJECT(object);
+}
+extern "C" void REPLACED_DELETE_SIZED_OBJECT(void* object, std::size_t /*size*/) { REPLACED_DELETE_OBJECT(object); }
 
 namespace {
 
@@ -38,6 +71,8 @@ struct OutOfMemory : OpenedImplementation {
     refused_object = kNone;
     objects_are_refused = false;
     is_privileged = false;
+    held_array = kNone;
+    is_somebody_held = false;
   }
 };
 
@@ -61,6 +96,20 @@ TEST_F(OutOfMemory, AFrameForWhichNoWorkerCanBeMadeIsHandedBack) {
   EXPECT_EQ(Snap(), BError());
 }
 
+TEST_F(OutOfMemory, ABlockThatCouldNotBeHadDoesNotCountAsInUse) {
+  constexpr std::size_t kSize = FrameBlocks::kUsedBytes / FrameBlocks::kLeastUsedBlocks + 1;
+  FrameBlocks blocks;
+  refused_array = kSize;
+  for (std::size_t i = 0; i < FrameBlocks::kLeastUsedBlocks; ++i) EXPECT_THROW(blocks.Take(kSize), std::bad_alloc);
+  refused_array = kNone;
+  std::future<FrameBlocks::Block> taker = std::async(std::launch::async, [&] { return blocks.Take(kSize); });
+  while (taker.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
+    if (blocks.Waiting() == 0) continue;
+    ADD_FAILURE() << "it waits for a block that nobody has";
+    blocks.Return(nullptr, kSize);
+  }
+}
+
 TEST_F(OutOfMemory, NothingIsStartedThatCouldNotBeShutDown) {
   refused_object = sizeof(VimbaInitialization);
   EXPECT_THROW(VimbaInitialization::Open(nullptr), std::bad_alloc);
@@ -74,6 +123,45 @@ TEST_F(OutOfMemory, ADiscoveryIsNotReportedAndNothingElseHappens) {
   refused_array = longest;
   EXPECT_NO_THROW(CameraDiscoveryCallback(gVimbaHandle, "DiscoveryCameraEvent", nullptr));
   EXPECT_EQ(Lines(L"CameraDiscoveryCallback"), std::vector<std::wstring>{L"End"});
+}
+
+// A worker that is late with its copy, because memory for it is long in coming.
+TEST_F(OutOfMemory, WhatALateWorkerCopiesIsNoneOfTheNextAcquisition) {
+  held_array = std::size_t{SimulatedCamera::kWidth} * SimulatedCamera::kHeight;
+  cameras.Deliver();
+  while (!is_somebody_held) std::this_thread::yield();
+  implementation.StopSnap();
+  implementation.StartSnap(false);
+  held_array = kNone;
+  EXPECT_TRUE(AllFramesComeBack());
+  EXPECT_EQ(Snap(0), BError(BError::eTimeout));
+}
+
+// Cameras of which none is the one that is looked for, and no address to fall back to.
+struct Search : testing::Test {
+  static constexpr int kCameras = 7;
+  static std::vector<SimulatedCamera> Several() {
+    std::vector<SimulatedCamera> several;
+    for (int number = 1; number <= kCameras; ++number) several.emplace_back(number);
+    return several;
+  }
+  HostOutput output;
+  SimulatedCameras cameras{Several()};
+  BSmartRef<VimbaInitialization> system = VimbaInitialization::Open(nullptr);
+  ProfileFile profile;
+  VimbaCamera camera;
+
+  ~Search() override { watched_object = kNone; }
+};
+
+TEST_F(Search, LeavesTheRecordsOfEveryPassButTheLast) {
+  constexpr std::ptrdiff_t kPasses = 10;
+  profile.Key("Init.Method", "Serial").Key("Serial.Number", "none of them");
+  const BSmartRef<BCamProfile> opened = profile.Open();
+  watched_object = kCameras * sizeof(VmbCameraInfo_t);
+  EXPECT_FALSE(OpenCamera(*opened, L"", camera));
+  EXPECT_EQ(std::count_if(watched_objects.begin(), watched_objects.end(), [](void* object) { return object; }),
+            kPasses - 1);
 }
 
 }  // namespace
