@@ -223,6 +223,19 @@ TEST_F(Initialization, ABalanceThatTheProfileHoldsAlreadyIsNotWrittenAgain) {
   EXPECT_THAT(profile.Text(), HasSubstr("WBCOLORRED=131\n"));
 }
 
+TEST_F(Initialization, TheBalanceIsWrittenAtTheRootWhereverTheHostHasTakenTheProfile) {
+  profile.Key("Bayertype", "RGGB");
+  cameras.emplace(SimulatedCamera().Colour());
+  const BSmartRef<BCamProfile> shared = profile.Open();
+  device.emplace(shared);
+  ASSERT_TRUE(*device);
+  Device().SetWhiteBalanceRed(140, true);
+  shared->GoToSection(L"Elsewhere");
+  device.reset();
+  EXPECT_THAT(profile.Text(), HasSubstr("WBCOLORRED=140\n"));
+  EXPECT_THAT(profile.Text(), Not(HasSubstr("[Elsewhere]")));
+}
+
 TEST_F(Initialization, AMonochromeCameraWritesNoBalance) {
   ASSERT_TRUE(Open());
   device.reset();
