@@ -92,6 +92,21 @@ TEST_F(Ring, IsFilledWithEveryFrameUnderANumberOfItsOwn) {
   EXPECT_EQ(Lines(L"title"), (Texts{L"FrameQueueFill", L"End"}));
 }
 
+TEST_F(Ring, AFrameMayComeBackBeforeTheLibraryHasAnswered) {
+  ASSERT_TRUE(ring.AnnounceFrames());
+  std::size_t came_back = 0;
+  Library().OnQueued([&](const VmbFrame_t* frame) {
+    came_back += ring.Take(const_cast<VmbFrame_t*>(frame)).trust == ArrivedFrame::Trust::kAsAnnounced;
+  });
+
+  EXPECT_TRUE(Fill());
+
+  EXPECT_EQ(came_back, kRingFrames);
+  for (const VmbFrame_t* frame : Library().Announced()) {
+    EXPECT_EQ(ring.Take(const_cast<VmbFrame_t*>(frame)).trust, ArrivedFrame::Trust::kInHand) << "it is still in hand";
+  }
+}
+
 TEST_F(Ring, FillingEndsAtTheFirstRefusal) {
   ASSERT_TRUE(ring.AnnounceFrames());
   Library().ClearCalls();

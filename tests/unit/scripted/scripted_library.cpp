@@ -17,6 +17,7 @@ void ScriptedLibrary::Reset() {
   m_calls.clear();
   m_announced.clear();
   m_queued.clear();
+  m_on_queued = nullptr;
 }
 
 void ScriptedLibrary::SetInteger(VmbHandle_t camera, const std::string& feature, VmbInt64_t value) {
@@ -42,6 +43,11 @@ void ScriptedLibrary::SetText(const Text& text) {
 void ScriptedLibrary::Fail(const std::string& function, VmbError_t code, const std::string& feature) {
   const BMutexLock lock(m_mutex);
   m_failures[{function, feature}] = code;
+}
+
+void ScriptedLibrary::OnQueued(std::function<void(const VmbFrame_t*)> act) {
+  const BMutexLock lock(m_mutex);
+  m_on_queued = std::move(act);
 }
 
 void ScriptedLibrary::Mend() {
@@ -106,9 +112,15 @@ void ScriptedLibrary::Announce(const VmbFrame_t* frame) {
   m_announced.push_back(frame);
 }
 
+// What is called may call the library.
 void ScriptedLibrary::Queue(const VmbFrame_t* frame) {
-  const BMutexLock lock(m_mutex);
-  m_queued.push_back(frame);
+  std::function<void(const VmbFrame_t*)> on_queued;
+  {
+    const BMutexLock lock(m_mutex);
+    m_queued.push_back(frame);
+    on_queued = m_on_queued;
+  }
+  if (on_queued) on_queued(frame);
 }
 
 void ScriptedLibrary::Flush() {

@@ -2,6 +2,7 @@
 // A VimbaC library inside the test program: no camera, no thread, every answer as the test wants it.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
@@ -30,6 +31,8 @@ class ScriptedLibrary {
   void SetText(const Text& text);
   // Every call of this function, of this feature where one is named, answers with this code and does nothing.
   void Fail(const std::string& function, VmbError_t code, const std::string& feature = "");
+  // Called for every frame that is queued, as a library may call back before its answer has been seen.
+  void OnQueued(std::function<void(const VmbFrame_t*)> act);
   // From now on nothing fails.
   void Mend();
 
@@ -60,6 +63,7 @@ class ScriptedLibrary {
   std::vector<std::string> m_calls KEL_GUARDED_BY(m_mutex);
   std::vector<const VmbFrame_t*> m_announced KEL_GUARDED_BY(m_mutex);
   std::vector<const VmbFrame_t*> m_queued KEL_GUARDED_BY(m_mutex);
+  std::function<void(const VmbFrame_t*)> m_on_queued KEL_GUARDED_BY(m_mutex);
 };
 
 ScriptedLibrary& Library();
