@@ -27,7 +27,7 @@ import scratch
 HERE = pathlib.Path(__file__).resolve().parent
 SEED = 1
 # Made from the sources; some do not compile, and at least LEAST have to.
-MADE = 330
+MADE = 300
 LEAST = 300
 SURVIVORS_AT_MOST = 0.03
 KILLED, SURVIVED, NOT_COMPILED = "killed", "survived", "does not compile"
@@ -188,7 +188,7 @@ def main():
     wanted = [mutant for mutant in tested if options.only or not results.of(mutant)]
     if wanted:
         jobs = max(1, (os.cpu_count() or 1) // options.workers)
-        copies = [scratch.Scratch(root, folder / str(number), jobs) for number in range(1, options.workers + 1)]
+        copies = [scratch.Scratch(root, folder / str(number), jobs) for number in range(options.workers)]
         for copy in copies:
             copy.prepare()
         prove_that_all_pass(copies[0])
