@@ -32,6 +32,9 @@ ARITHMETIC = {"+": "-", "-": "+", "*": "/", "/": "*", "+=": "-=", "-=": "+="}
 TRUTH = {"true": "false", "false": "true"}
 STEPS = {"++": "--", "--": "++"}
 
+# Fields that are there to be looked at in a debugger, or by their place. Nothing reads them, as their declarations say.
+UNREAD = re.compile(r"\bm_(push_count|color_mode_on|image_offset)\b")
+
 # No statement that begins with one of these is a call or an assignment.
 KEYWORDS = frozenset(
     "auto break case class const constexpr continue default delete do else enum explicit extern for friend goto if inline "
@@ -143,7 +146,9 @@ def mutants_of(file, text):
     found = []
 
     def add(start, end, replacement, kind):
-        found.append(Mutant(file, text, start, end, replacement, kind))
+        mutant = Mutant(file, text, start, end, replacement, kind)
+        if not UNREAD.search(mutant.old):
+            found.append(mutant)
 
     for i, token in enumerate(tokens):
         for kind, replacement in flips(tokens, i):
@@ -152,7 +157,7 @@ def mutants_of(file, text):
     for first, last in statements:
         add(tokens[first].start, tokens[last].end, "{}", "dropped call")
     for (first, middle), (second, last) in zip(statements, statements[1:]):
-        if second == middle + 1:
+        if second == middle + 1 and tokens[first - 1].text not in (")", "else") and notice(tokens, first, last):
             one = text[tokens[first].start : tokens[middle].end]
             between = text[tokens[middle].end : tokens[second].start]
             other = text[tokens[second].start : tokens[last].end]
@@ -232,6 +237,12 @@ def opens_type(tokens, brace):
         if tokens[i].text in ("class", "struct", "union", "enum", "namespace"):
             return True
     return False
+
+
+def notice(tokens, first, last):
+    """Whether anything could tell in which order two statements run: not where both only assign."""
+    middle = next(i for i in range(first, last) if tokens[i].text == ";")
+    return any(any(token.text == "(" for token in one) for one in (tokens[first:middle], tokens[middle:last]))
 
 
 def end_of_statement(tokens, first):

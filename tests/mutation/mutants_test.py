@@ -44,7 +44,8 @@ class Kinds(unittest.TestCase):
 
     def test_neighbours_change_places(self):
         self.assertEqual(["B();\n  A();", "C();\n  B();"], changed("void F() {\n  A();\n  B();\n  C();\n}\n", "swapped order"))
-        self.assertEqual([], changed("void F() {\n  A();\n  if (x) B();\n}\n", "swapped order"))
+        for alone in ("A();\n  if (x) B();", "if (x) A();\n  B();", "a = 0;\n  b = 0;"):
+            self.assertEqual([], changed("void F() {\n  " + alone + "\n}\n", "swapped order"))
 
     def test_returned_values_become_empty_ones(self):
         self.assertEqual(["return {};"], changed("int F() {\n  return G(1) + 2;\n}\n", "returned value"))
@@ -60,6 +61,9 @@ class LeftAlone(unittest.TestCase):
 
     def test_static_asserts_annotations_and_linkage(self):
         self.none('static_assert(kSize == 3, "text");\nextern "C" {\nvoid F() KEL_EXCLUDES(m[0]);\n}\n')
+
+    def test_fields_that_nothing_reads(self):
+        self.none("struct S {\n  int m_push_count = 0;\n  void F() { ++m_push_count; }\n};\n")
 
     def test_what_only_windows_compiles(self):
         text = "#if defined(_WIN32)\nint a = 1;\n#else\nint a = 2;\n#endif\n"
