@@ -232,7 +232,7 @@ TEST_F(Initialization, TheBalanceIsWrittenAtTheRootWhereverTheHostHasTakenThePro
   Device().SetWhiteBalanceRed(140, true);
   shared->GoToSection(L"Elsewhere");
   device.reset();
-  EXPECT_THAT(profile.Text(), HasSubstr("WBCOLORRED=140\n"));
+  EXPECT_THAT(profile.Text(), HasSubstr("WBCOLORBLUE=100\nWBCOLORRED=140\n"));
   EXPECT_THAT(profile.Text(), Not(HasSubstr("[Elsewhere]")));
 }
 

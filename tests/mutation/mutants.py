@@ -185,11 +185,20 @@ def flips(tokens, i):
     elif token.kind == "word" and token.text in TRUTH:
         yield "truth", TRUTH[token.text]
     elif token.kind == "number" and not (before == "=" and tokens[i - 2].text in (")", "const", "noexcept")):
-        yield "constant", next_number(token.text)
+        if is_time(tokens, i):
+            yield "constant", str(int(token.text) // 2)
+        else:
+            yield "constant", next_number(token.text)
     elif token.kind == "string":
         yield "text", token.text[:-1] + '?"'
     elif token.kind == "character":
         yield "text", ("L" if token.text.startswith("L") else "") + ("'!'" if "!" not in token.text else "'?'")
+
+
+def is_time(tokens, i):
+    """Of milliseconds: one more is what a busy machine makes of them anyway, half of them is not."""
+    named = tokens[i - 2].text if tokens[i - 1].text == "(" else tokens[i - 3].text if tokens[i - 1].text == "{" else ""
+    return named == "milliseconds" and tokens[i].text != "0"
 
 
 def steps_loop(tokens, i):
@@ -240,9 +249,13 @@ def opens_type(tokens, brace):
 
 
 def notice(tokens, first, last):
-    """Whether anything could tell in which order two statements run: not where both only assign."""
+    """Whether anything could tell in which order two statements run: not where both only assign, nor where one writes into a
+    message, which is shown at its end, and the other does something else."""
     middle = next(i for i in range(first, last) if tokens[i].text == ";")
-    return any(any(token.text == "(" for token in one) for one in (tokens[first:middle], tokens[middle:last]))
+    one, other = ({token.text for token in tokens[a:b] if token.kind != "string"} for a, b in ((first, middle), (middle, last)))
+    if "(" not in one | other:
+        return False
+    return ("log" in one) == ("log" in other) or any(re.match(r"[^\W\d]", word) for word in (one & other) - {"L"})
 
 
 def end_of_statement(tokens, first):

@@ -32,6 +32,13 @@ class Kinds(unittest.TestCase):
         text = "int a = 9;\nint b = 0x1F;\nint c = 1'000U;\ndouble d = 2.5;\nvirtual void E() = 0;\n"
         self.assertEqual(["int a = 10;", "int b = 0x20;", "int c = 1001U;", "double d = 3.5;"], changed(text, "constant"))
 
+    def test_times_are_halved(self):
+        text = "constexpr std::chrono::milliseconds kPause{20};\nvoid F() { Sleep(std::chrono::milliseconds(50)); }\n"
+        self.assertEqual(
+            ["constexpr std::chrono::milliseconds kPause{10};", "void F() { Sleep(std::chrono::milliseconds(25)); }"],
+            changed(text, "constant"),
+        )
+
     def test_texts_change_at_their_end(self):
         self.assertEqual(['F(L"text?");', "F(L'!');"], changed("void G() {\n  F(L\"text\");\n  F(L'\\n');\n}\n", "text"))
 
@@ -44,7 +51,8 @@ class Kinds(unittest.TestCase):
 
     def test_neighbours_change_places(self):
         self.assertEqual(["B();\n  A();", "C();\n  B();"], changed("void F() {\n  A();\n  B();\n  C();\n}\n", "swapped order"))
-        for alone in ("A();\n  if (x) B();", "if (x) A();\n  B();", "a = 0;\n  b = 0;"):
+        self.assertEqual(["log << G(n);\n  ++n;"], changed("void F() {\n  ++n;\n  log << G(n);\n}\n", "swapped order"))
+        for alone in ("A();\n  if (x) B();", "if (x) A();\n  B();", "a = 0;\n  b = 0;", "A();\n  log << L\"text\";"):
             self.assertEqual([], changed("void F() {\n  " + alone + "\n}\n", "swapped order"))
 
     def test_returned_values_become_empty_ones(self):

@@ -94,11 +94,10 @@ class Scratch:
     def first_failure(self, file):
         """The test that fails with what is in the tree now, in the programs that this file can change; None if none does."""
         unit = UNIT_PROGRAMS[pathlib.PurePath(file).parts[1]]
+        self.make([*unit, MODULE])
         for program in unit:
-            self.make([program])
             if failure := self.failure_of(program, 1):
                 return failure
-        self.make([MODULE])
         for program, shards in DRIVER_PROGRAMS.items():
             if failure := self.failure_of(program, shards):
                 return failure

@@ -74,6 +74,7 @@ TEST_F(Ring, WithoutAPayloadSizeAnnouncesNothing) {
 }
 
 TEST_F(Ring, RefusesAPayloadThatIsNoneOrCannotBeBelieved) {
+  EXPECT_EQ(FrameRing::kLargestPayloadBytes, 1'073'741'824);
   for (const VmbInt64_t bytes : {VmbInt64_t{0}, VmbInt64_t{-1}, FrameRing::kLargestPayloadBytes + 1}) {
     Library().SetInteger(camera.Handle(), "PayloadSize", bytes);
     EXPECT_FALSE(ring.AnnounceFrames()) << bytes;

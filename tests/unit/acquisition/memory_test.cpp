@@ -96,6 +96,16 @@ TEST_F(OutOfMemory, AFrameForWhichNoWorkerCanBeMadeIsHandedBack) {
   EXPECT_EQ(Snap(), BError());
 }
 
+TEST_F(OutOfMemory, AnEntryThatCouldNotBeMadeIsNotInTheQueue) {
+  BFrameQueue queue;
+  BError error(BError::eAcquisitionFailed);
+  objects_are_refused = true;
+  EXPECT_THROW(queue.Push(nullptr, error), std::bad_alloc);
+  objects_are_refused = false;
+  BSmartRef<BFrameQueue::BFrame> frame;
+  EXPECT_EQ(queue.Pop(frame, 0), BError(BError::eTimeout));
+}
+
 TEST_F(OutOfMemory, ABlockThatCouldNotBeHadDoesNotCountAsInUse) {
   constexpr std::size_t kSize = FrameBlocks::kUsedBytes / FrameBlocks::kLeastUsedBlocks + 1;
   FrameBlocks blocks;

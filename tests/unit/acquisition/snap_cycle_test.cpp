@@ -163,6 +163,13 @@ TEST_F(Cycle, ASingleSnapFiresTheSoftwareTrigger) {
   EXPECT_EQ(heard, (Heard{"before", "fire"}));
 }
 
+TEST_F(Cycle, ASnapBeforeAnyStartFiresLikeASingleOne) {
+  RecordingTrigger trigger(heard);
+  cycle.SetTrigger(&trigger);
+  EXPECT_EQ(Snap(), BError(BError::eTimeout));
+  EXPECT_EQ(heard, Heard{"fire"});
+}
+
 TEST_F(Cycle, AnExternalTriggerIsSwitchedToTheLineForTheSnapAlone) {
   RecordingTrigger trigger(heard);
   trigger.SetExternal(true);

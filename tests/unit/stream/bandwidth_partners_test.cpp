@@ -81,6 +81,12 @@ TEST_F(Partners, WhoseRateIsNoneDoNotCount) {
   }
 }
 
+TEST_F(Partners, EveryOtherRateCounts) {
+  Link(first, *second);
+  second->SetOnCamera(1);
+  EXPECT_EQ(Synch(first), Texts{L"SynchBandwidth : 90000000bps -->1bps"});
+}
+
 TEST_F(Partners, WithoutAnyOnlyTheOwnRateIsRead) {
   EXPECT_EQ(Synch(first), Texts{});
   EXPECT_EQ(Library().Calls(), Calls{kReadRate});
