@@ -1,7 +1,10 @@
 // release_test.cpp
 // Releasing a device while frames arrive and the library refuses what it is asked.
+#include <atomic>
+#include <thread>
 
 #include "VimbaC.h"
+#include "bdetachedthreads.h"
 #include "driver/opened_camera.h"
 
 namespace {
@@ -75,6 +78,21 @@ TEST_F(Release, WhileTheRingIsHeldBackForWantOfMemoryEnds) {
   Refuse({"VmbCaptureEnd"});
   device->Release();
   EXPECT_EQ(cameras->Calls().back(), "VmbShutdown()");
+}
+
+// A thread that is started like the module's own counts as one of them.
+TEST_F(Release, OfTheLastDeviceShutsTheSystemDownAfterTheModulesThreadsHaveEnded) {
+  ASSERT_TRUE(Open());
+  constexpr int kLooks = 100;
+  std::atomic<bool> was_down{false};
+  BDetachedThreads::Of("kelCameraVimba").Start([this, &was_down] {
+    while (cameras->CallsOf("VmbCameraClose").empty()) std::this_thread::yield();
+    for (int look = 0; look < kLooks; ++look) was_down = was_down || !cameras->CallsOf("VmbShutdown").empty();
+  });
+  device->Release();
+  EXPECT_FALSE(was_down);
+  EXPECT_EQ(cameras->Calls().back(), "VmbShutdown()");
+  BDetachedThreads::Of("kelCameraVimba").WaitForAll();
 }
 
 TEST_F(Release, OfBothPartnersReachesNeither) {

@@ -124,6 +124,10 @@ def decisive(tokens):
     return result
 
 
+def token_texts(tokens, begin, end):
+    return [token.text for token in tokens[begin:end]]
+
+
 def closing(tokens, opening):
     pairs = {"(": ")", "{": "}", "[": "]"}
     depth = 0
@@ -309,6 +313,8 @@ def returns_of(tokens):
     for i, token in enumerate(tokens):
         if token.text != "return" or tokens[i + 1].text in (";", "true", "false", "*", "{", "nullptr"):
             continue
+        if "nullopt" in token_texts(tokens, i + 1, i + 4):
+            continue
         end = end_of_statement(tokens, i)
         if end is not None:
             yield i + 1, end - 1
@@ -318,8 +324,9 @@ def returns_of(tokens):
 
 
 def chosen(texts, wanted, seed):
-    """`wanted` mutants out of {file: text}: each file in turn, and in each file every kind in turn. What a change elsewhere in
-    a file does not touch is chosen again."""
+    """`wanted` mutants out of {file: text}: each file in turn, and in each file every kind in turn. Headers decide little and
+    take long to compile: one of theirs comes for every eight of a source. What a change elsewhere in a file does not touch
+    is chosen again."""
     queues = []
     for file, text in sorted(texts.items()):
         kinds = collections.defaultdict(list)
@@ -327,8 +334,11 @@ def chosen(texts, wanted, seed):
             kinds[mutant.kind].append(mutant)
         for of_kind in kinds.values():
             of_kind.sort(key=lambda mutant: hashlib.sha1(f"{seed} {mutant.id}".encode()).digest())
-        queues.append(in_turn([kinds[kind] for kind in sorted(kinds)]))
-    return in_turn(queues)[:wanted]
+        of_file = in_turn([kinds[kind] for kind in sorted(kinds)])
+        if file.endswith(".h"):
+            of_file = [mutant for one in of_file for mutant in [None] * 3 + [one] + [None] * 4]
+        queues.append(of_file)
+    return [mutant for mutant in in_turn(queues) if mutant][:wanted]
 
 
 def in_turn(lists):

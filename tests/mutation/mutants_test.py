@@ -99,6 +99,11 @@ class Choice(unittest.TestCase):
         files = [mutant.file for mutant in mutants.chosen(texts, 5, seed=1)]
         self.assertEqual(["src/a.cpp", "src/b.cpp", "src/c.cpp", "src/a.cpp", "src/c.cpp"], files)
 
+    def test_headers_come_once_for_eight_times_of_a_source(self):
+        texts = {"src/a.cpp": "int a = 1;\n" * 50, "src/a.h": "int b = 1;\n" * 50}
+        files = [mutant.file for mutant in mutants.chosen(texts, 18, seed=1)]
+        self.assertEqual(2, files.count("src/a.h"))
+
     def test_the_same_seed_chooses_the_same(self):
         texts = {"src/a.cpp": "".join(f"int a{i} = 1;\n" for i in range(50))}
         first, again, other = ([mutant.id for mutant in mutants.chosen(texts, 5, seed)] for seed in (1, 1, 2))

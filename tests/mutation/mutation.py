@@ -27,7 +27,7 @@ import scratch
 HERE = pathlib.Path(__file__).resolve().parent
 SEED = 1
 # Made from the sources; some do not compile, and at least LEAST have to.
-MADE = 300
+MADE = 320
 LEAST = 300
 SURVIVORS_AT_MOST = 0.03
 KILLED, SURVIVED, NOT_COMPILED = "killed", "survived", "does not compile"
@@ -186,6 +186,8 @@ def main():
     around = digest(path for name in TESTED_WITH for path in (root / name).rglob("*") if path.is_file())
     results = Results(folder / "results.json", digests, around)
     wanted = [mutant for mutant in tested if options.only or not results.of(mutant)]
+    # Headers last: each has most of the sources compiled again.
+    wanted.sort(key=lambda mutant: mutant.file.endswith(".h"))
     if wanted:
         jobs = max(1, (os.cpu_count() or 1) // options.workers)
         copies = [scratch.Scratch(root, folder / str(number), jobs) for number in range(options.workers)]

@@ -24,6 +24,16 @@ TEST(FrameCopy, TheHostsConversionsOfThePictureCanBeToldApart) {
   for (std::size_t i = 0; i < made.size(); ++i) EXPECT_EQ(std::count(made.begin(), made.end(), made[i]), 1) << i;
 }
 
+TEST(FrameCopyLayout, DescribesAMonochromeCameraThatDeliversNothingUnlessSaidOtherwise) {
+  const FrameLayout layout;
+  EXPECT_EQ(layout.size, BSize{});
+  EXPECT_EQ(layout.payload_bytes, 0);
+  EXPECT_EQ(layout.rotation, 0);
+  EXPECT_FALSE(layout.is_color);
+  EXPECT_FALSE(layout.yuv_stretch);
+  EXPECT_EQ(layout.converter, nullptr);
+}
+
 // The three reasons to reset an area, each alone.
 void Shrink(BBaseAoi& area) { area.Reset({kSize.width - 1, kSize.height}); }
 void Move(BBaseAoi& area) { area.SetOffset({0, 1}); }

@@ -52,6 +52,8 @@ TEST_F(Ring, AnnouncesEveryFrameUnderItsIndexWithABufferOfItsOwn) {
   std::sort(buffers.begin(), buffers.end());
   EXPECT_EQ(std::adjacent_find(buffers.begin(), buffers.end()), buffers.end()) << "a buffer is shared";
   EXPECT_EQ(ring.PayloadSize(), kPayloadBytes);
+  EXPECT_EQ(ring.Records().data(), frames.front());
+  EXPECT_EQ(ring.Records().size(), frames.size());
 }
 
 TEST_F(Ring, AnnouncesRecordsOfTheLibrarysSize) {

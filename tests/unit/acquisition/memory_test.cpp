@@ -7,9 +7,12 @@
 #include <cstddef>
 #include <future>
 #include <new>
+#include <utility>
 
 #include "acquisition/frame_blocks.h"
+#include "acquisition/frame_ring.h"
 #include "camera/camera_opening.h"
+#include "support/open_camera_handle.h"
 #include "unit/acquisition/opened_implementation.h"
 #include "vimba/vimba_camera.h"
 
@@ -25,15 +28,29 @@ thread_local bool is_privileged = false;
 // Whoever asks for an array of this many bytes waits until they are no longer held.
 std::atomic<std::size_t> held_array{kNone};
 std::atomic<bool> is_somebody_held{false};
-// The single objects of this many bytes that are not deleted yet.
-std::atomic<std::size_t> watched_object{kNone};
-std::array<std::atomic<void*>, 64> watched_objects;
+// The arrays and single objects of this many bytes that are not deleted yet.
+std::atomic<std::size_t> watched_bytes{kNone};
+std::array<std::atomic<void*>, 64> watched;
 
 void Exchange(void* from, void* to) {
-  for (std::atomic<void*>& object : watched_objects) {
+  for (std::atomic<void*>& one : watched) {
     void* expected = from;
-    if (object.compare_exchange_strong(expected, to)) return;
+    if (one.compare_exchange_strong(expected, to)) return;
   }
+}
+
+void* Made(void* memory, std::size_t size) {
+  if (size == watched_bytes) Exchange(nullptr, memory);
+  return memory;
+}
+
+void* Deleted(void* memory) {
+  if (watched_bytes != kNone && memory) Exchange(memory, nullptr);
+  return memory;
+}
+
+std::ptrdiff_t WatchedAndNotDeleted() {
+  return std::count_if(watched.begin(), watched.end(), [](void* memory) { return memory != nullptr; });
 }
 
 }  // namespace
@@ -46,21 +63,18 @@ extern "C" void* REPLACED_NEW_ARRAY(std::size_t size) {
     is_somebody_held = true;
     std::this_thread::yield();
   }
-  return NEW_ARRAY(size);
+  return Made(NEW_ARRAY(size), size);
 }
 extern "C" void* NEW_OBJECT(std::size_t size);
 extern "C" void* REPLACED_NEW_OBJECT(std::size_t size) {
   if (size == refused_object || (objects_are_refused && !is_privileged)) throw std::bad_alloc();
-  void* const object = NEW_OBJECT(size);
-  if (size == watched_object) Exchange(nullptr, object);
-  return object;
+  return Made(NEW_OBJECT(size), size);
 }
-// `delete` of an object, whose size a compiler may pass on or not.
+// `delete` likewise, of an object with the size that a compiler may pass on or not.
+extern "C" void DELETE_ARRAY(void* array);
+extern "C" void REPLACED_DELETE_ARRAY(void* array) { DELETE_ARRAY(Deleted(array)); }
 extern "C" void DELETE_OBJECT(void* object);
-extern "C" void REPLACED_DELETE_OBJECT(void* object) {
-  if (watched_object != kNone && object) Exchange(object, nullptr);
-  DELETE_OBJECT(object);
-}
+extern "C" void REPLACED_DELETE_OBJECT(void* object) { DELETE_OBJECT(Deleted(object)); }
 extern "C" void REPLACED_DELETE_SIZED_OBJECT(void* object, std::size_t /*size*/) { REPLACED_DELETE_OBJECT(object); }
 
 namespace {
@@ -120,6 +134,17 @@ TEST_F(OutOfMemory, ABlockThatCouldNotBeHadDoesNotCountAsInUse) {
   }
 }
 
+TEST_F(OutOfMemory, AsManyBlocksAsAreKeptAreReturnedWithoutAny) {
+  constexpr std::size_t kSize = 100;
+  FrameBlocks blocks;
+  std::array<FrameBlocks::Block, FrameBlocks::kRunningBlocks> taken;
+  for (FrameBlocks::Block& block : taken) block = blocks.Take(kSize);
+  objects_are_refused = true;
+  for (FrameBlocks::Block& block : taken) blocks.Return(std::move(block), kSize);
+  objects_are_refused = false;
+  EXPECT_EQ(blocks.IdleBytes(), taken.size() * kSize);
+}
+
 TEST_F(OutOfMemory, NothingIsStartedThatCouldNotBeShutDown) {
   refused_object = sizeof(VimbaInitialization);
   EXPECT_THROW(VimbaInitialization::Open(nullptr), std::bad_alloc);
@@ -161,17 +186,49 @@ struct Search : testing::Test {
   ProfileFile profile;
   VimbaCamera camera;
 
-  ~Search() override { watched_object = kNone; }
+  ~Search() override { watched_bytes = kNone; }
 };
 
 TEST_F(Search, LeavesTheRecordsOfEveryPassButTheLast) {
   constexpr std::ptrdiff_t kPasses = 10;
   profile.Key("Init.Method", "Serial").Key("Serial.Number", "none of them");
   const BSmartRef<BCamProfile> opened = profile.Open();
-  watched_object = kCameras * sizeof(VmbCameraInfo_t);
+  watched_bytes = kCameras * sizeof(VmbCameraInfo_t);
   EXPECT_FALSE(OpenCamera(*opened, L"", camera));
-  EXPECT_EQ(std::count_if(watched_objects.begin(), watched_objects.end(), [](void* object) { return object; }),
-            kPasses - 1);
+  EXPECT_EQ(WatchedAndNotDeleted(), kPasses - 1);
+}
+
+// Frames that a library has refused to give back, of two devices one after the other.
+struct UnreturnedFrames : testing::Test {
+  // Of this many bytes there is nothing else.
+  static constexpr int kWidth = 251;
+  static constexpr int kHeight = 241;
+  OpenCameraHandle open{SimulatedCamera().Sensor(kWidth, kHeight)};
+  VimbaCamera camera;
+
+  UnreturnedFrames() {
+    std::fill(watched.begin(), watched.end(), nullptr);
+    watched_bytes = std::size_t{kWidth} * kHeight;
+    camera.Adopt(open.Handle(), L"DEV", L"Vimba_Camera_1");
+  }
+  ~UnreturnedFrames() override { watched_bytes = kNone; }
+  void AnnounceAndFree(bool returned) {
+    FrameRing ring(camera, this, nullptr);
+    ASSERT_TRUE(ring.AnnounceFrames());
+    ring.FreeFrames(returned);
+  }
+};
+
+TEST_F(UnreturnedFrames, OfEveryDeviceStayUntilTheSystemIsDown) {
+  constexpr auto kFrames = static_cast<std::ptrdiff_t>(kRingFrames);
+  AnnounceAndFree(true);
+  EXPECT_EQ(WatchedAndNotDeleted(), 0);
+  AnnounceAndFree(false);
+  EXPECT_EQ(WatchedAndNotDeleted(), kFrames);
+  AnnounceAndFree(false);
+  EXPECT_EQ(WatchedAndNotDeleted(), 2 * kFrames);
+  FrameRing::FreeUnreturnedFrames();
+  EXPECT_EQ(WatchedAndNotDeleted(), 0);
 }
 
 }  // namespace
