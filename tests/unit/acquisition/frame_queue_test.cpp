@@ -77,16 +77,6 @@ TEST(FrameQueue, AnEmptyQueueTimesOutOnlyAfterTheWholeTime) {
   }
 }
 
-// However slow the machine is, no more steps of this length fit into the time.
-TEST(FrameQueue, AWaitLooksForAnEntryInStepsOfTenMilliseconds) {
-  constexpr int kStepMs = 10;
-  constexpr int kSteps = 8;
-  CountingQueue queue;
-  BSmartRef<BFrame> frame;
-  EXPECT_EQ(queue.Pop(frame, kSteps * kStepMs), BError(BError::eTimeout));
-  EXPECT_LE(queue.writes, 1 + kSteps);
-}
-
 TEST(FrameQueue, ATimeOutOfZeroStillTakesAWaitingEntry) {
   BFrameQueue queue;
   queue.Push(MakeFrame(1), BError());
