@@ -5,6 +5,7 @@
 
 #include "VimbaC.h"
 #include "bdetachedthreads.h"
+#include "bstopwatch.h"
 #include "driver/opened_camera.h"
 
 namespace {
@@ -83,11 +84,12 @@ TEST_F(Release, WhileTheRingIsHeldBackForWantOfMemoryEnds) {
 // A thread that is started like the module's own counts as one of them.
 TEST_F(Release, OfTheLastDeviceShutsTheSystemDownAfterTheModulesThreadsHaveEnded) {
   ASSERT_TRUE(Open());
-  constexpr int kLooks = 100;
+  constexpr double kLooksForMs = 200.0;
   std::atomic<bool> was_down{false};
   BDetachedThreads::Of("kelCameraVimba").Start([this, &was_down] {
     while (cameras->CallsOf("VmbCameraClose").empty()) std::this_thread::yield();
-    for (int look = 0; look < kLooks; ++look) was_down = was_down || !cameras->CallsOf("VmbShutdown").empty();
+    const BStopWatch since_close;
+    while (since_close.PeriodD() < kLooksForMs) was_down = was_down || !cameras->CallsOf("VmbShutdown").empty();
   });
   device->Release();
   EXPECT_FALSE(was_down);

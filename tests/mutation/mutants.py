@@ -180,7 +180,7 @@ def flips(tokens, i):
             yield "comparison", COMPARISONS[token.text]
         elif token.spaced and token.text in LOGIC:
             yield "logic", LOGIC[token.text]
-        elif token.spaced and token.text in ARITHMETIC:
+        elif token.spaced and token.text in ARITHMETIC and not joins_texts(tokens, i):
             yield "arithmetic", ARITHMETIC[token.text]
         elif token.text in STEPS and before != "operator" and not steps_loop(tokens, i):
             yield "arithmetic", STEPS[token.text]
@@ -197,6 +197,11 @@ def flips(tokens, i):
         yield "text", token.text[:-1] + '?"'
     elif token.kind == "character":
         yield "text", ("L" if token.text.startswith("L") else "") + ("'!'" if "!" not in token.text else "'?'")
+
+
+def joins_texts(tokens, i):
+    """Texts can be added and nothing else. A line's are told by their literals, and by what a message's title begins with."""
+    return any(token.kind == "string" or token.text == "Prefix" for token in tokens[max(0, i - 5) : i + 5])
 
 
 def is_time(tokens, i):
@@ -323,15 +328,17 @@ def returns_of(tokens):
 # --- the choice
 
 
-def chosen(texts, wanted, seed):
+def chosen(texts, wanted, seed, left_out=frozenset()):
     """`wanted` mutants out of {file: text}: each file in turn, and in each file every kind in turn. Headers decide little and
     take long to compile: one of theirs comes for every eight of a source. What a change elsewhere in a file does not touch
-    is chosen again."""
+    is chosen again. `left_out`: changes that are none.
+    """
     queues = []
     for file, text in sorted(texts.items()):
         kinds = collections.defaultdict(list)
         for mutant in mutants_of(file, text):
-            kinds[mutant.kind].append(mutant)
+            if mutant.change() not in left_out:
+                kinds[mutant.kind].append(mutant)
         for of_kind in kinds.values():
             of_kind.sort(key=lambda mutant: hashlib.sha1(f"{seed} {mutant.id}".encode()).digest())
         of_file = in_turn([kinds[kind] for kind in sorted(kinds)])

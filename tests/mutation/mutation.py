@@ -79,12 +79,17 @@ def sources_of(root):
     return {path.relative_to(root).as_posix(): path.read_text(encoding="utf-8") for path in paths}
 
 
+def listed(name, texts):
+    """The changes of a list as mutants of the sources as they are now; an entry whose lines are gone is out of date."""
+    changes = mutants.changes_of((HERE / name).read_text(encoding="utf-8"))
+    return [mutants.named(change, texts.get(change.file, "")) for change in changes]
+
+
 def mutants_to_test(texts):
-    """Those written by hand first, then those made from the sources that are none of them."""
-    listing = (HERE / "hand_written.txt").read_text(encoding="utf-8")
-    written = [mutants.named(change, texts[change.file]) for change in mutants.changes_of(listing)]
-    same = {mutant.change() for mutant in written}
-    return written + [mutant for mutant in mutants.chosen(texts, MADE, SEED) if mutant.change() not in same]
+    """Those written by hand first, then those made from the sources that are none of them and no equal program either."""
+    written = listed("hand_written.txt", texts)
+    left_out = {mutant.change() for mutant in written + listed("equal.txt", texts)}
+    return written + mutants.chosen(texts, MADE, SEED, left_out)
 
 
 def judge(copy, mutant, text):
@@ -131,15 +136,6 @@ def run(copies, wanted, texts, results):
             worker.result()
 
 
-def kept_changes(texts):
-    """{change: why it cannot be noticed}; an entry whose lines are gone is out of date."""
-    kept = {}
-    for change in mutants.changes_of((HERE / "kept.txt").read_text(encoding="utf-8")):
-        mutant = mutants.named(change, texts.get(change.file, ""))
-        kept[mutant.change()] = change.note
-    return kept
-
-
 def report(tested, results, kept):
     """Prints the verdicts and the closing line; whether they are good enough."""
     of_verdict = collections.defaultdict(list)
@@ -179,7 +175,7 @@ def main():
         for mutant in tested:
             print(f"{mutant.id} {mutant.place()} {mutant.kind} {mutant.note}\n{mutant.diff()}")
         return 0
-    kept = kept_changes(texts)
+    kept = {mutant.change(): mutant.note for mutant in listed("kept.txt", texts)}
     folder = root / "build" / "mutation"
     folder.mkdir(parents=True, exist_ok=True)
     digests = {file: hashlib.sha1(text.encode()).hexdigest()[:16] for file, text in texts.items()}

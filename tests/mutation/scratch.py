@@ -16,7 +16,7 @@ import time
 # The unit programs that compile or link each folder of src/, the quickest to find something first.
 UNIT_PROGRAMS = {
     "acquisition": ["module.acquisition.test", "module.acquisition.scripted.test", "module.memory.test"],
-    "camera": ["module.camera.test", "module.memory.test"],
+    "camera": ["module.camera.test", "module.camera.scripted.test", "module.memory.test"],
     "controls": ["module.controls.test"],
     "diagnostics": ["module.diagnostics.test", "module.acquisition.scripted.test"],
     "driver": [],
@@ -24,6 +24,10 @@ UNIT_PROGRAMS = {
     "stream": ["module.stream.test", "module.stream.scripted.test"],
     "vimba": ["module.vimba.test", "module.vimba.scripted.test"],
 }
+# What is tested on the scripted library most of all: there a mutant is noticed soonest.
+SCRIPTED_FIRST = frozenset(
+    "callback_gate frame_receiver frame_ring snap_cycle bandwidth_partners stream_rate".split()
+)
 # The driver suite loads the module, in as many shards as ctest runs it in.
 MODULE = "kelCameraVimba"
 DRIVER_PROGRAMS = {"driver_tests": 4, "driver.foreign-names.test": 1, "driver.foreign-release.test": 1}
@@ -94,10 +98,13 @@ class Scratch:
     def first_failure(self, file):
         """The test that fails with what is in the tree now, in the programs that this file can change; None if none does."""
         unit = UNIT_PROGRAMS[pathlib.PurePath(file).parts[1]]
-        self.make([*unit, MODULE])
+        if pathlib.PurePath(file).stem in SCRIPTED_FIRST:
+            unit = sorted(unit, key=lambda program: "scripted" not in program)
         for program in unit:
+            self.make([program])
             if failure := self.failure_of(program, 1):
                 return failure
+        self.make([MODULE])
         for program, shards in DRIVER_PROGRAMS.items():
             if failure := self.failure_of(program, shards):
                 return failure

@@ -13,6 +13,7 @@ void ScriptedLibrary::Reset() {
   m_integers.clear();
   m_ranges.clear();
   m_text = {};
+  m_claims.clear();
   m_failures.clear();
   m_calls.clear();
   m_announced.clear();
@@ -105,6 +106,19 @@ bool ScriptedLibrary::FindRange(const std::string& feature, VmbInt64_t& min, Vmb
 ScriptedLibrary::Text ScriptedLibrary::TheText() const {
   const BMutexLock lock(m_mutex);
   return m_text;
+}
+
+void ScriptedLibrary::SetClaimedCameras(const std::vector<VmbUint32_t>& claims) {
+  const BMutexLock lock(m_mutex);
+  m_claims = claims;
+}
+
+VmbUint32_t ScriptedLibrary::NextClaim() {
+  const BMutexLock lock(m_mutex);
+  if (m_claims.empty()) return 0;
+  const VmbUint32_t claim = m_claims.front();
+  if (m_claims.size() > 1) m_claims.erase(m_claims.begin());
+  return claim;
 }
 
 void ScriptedLibrary::Announce(const VmbFrame_t* frame) {
