@@ -7,7 +7,9 @@
 #include <cstddef>
 #include <future>
 #include <new>
+#include <thread>
 #include <utility>
+#include <vector>
 
 #include "acquisition/frame_blocks.h"
 #include "acquisition/frame_ring.h"
