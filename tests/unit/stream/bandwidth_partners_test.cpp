@@ -110,6 +110,14 @@ TEST_F(Partners, ThatWereRemovedHearNothing) {
   EXPECT_EQ(second->lost_frames_of_partners, 0);
 }
 
+TEST_F(Partners, ThatStayWhenAnotherIsRemovedStillHear) {
+  Link(first, *second);
+  Link(first, *third);
+  first.partners.RemoveBandwidthPartner(&second->partners);
+  first.partners.AbortPartners();
+  EXPECT_EQ(third->lost_frames_of_partners, 1);
+}
+
 TEST_F(Partners, ThatAreGoneAreReachedByNobody) {
   Link(first, *second);
   second.reset();
