@@ -224,6 +224,19 @@ TEST_F(Initialization, ABalanceThatTheProfileHoldsAlreadyIsNotWrittenAgain) {
   EXPECT_THAT(profile.Text(), HasSubstr("WBCOLORRED=131\n"));
 }
 
+TEST_F(Initialization, TheBalanceIsWrittenAtTheRootWhereverTheHostHasTakenTheProfile) {
+  profile.Key("Bayertype", "RGGB");
+  cameras.emplace(SimulatedCamera().Colour());
+  const BSmartRef<BCamProfile> shared = profile.Open();
+  device.emplace(shared);
+  ASSERT_TRUE(*device);
+  Device().SetWhiteBalanceRed(140, true);
+  shared->GoToSection(L"Elsewhere");
+  device.reset();
+  EXPECT_THAT(profile.Text(), HasSubstr("WBCOLORBLUE=100\nWBCOLORRED=140\n"));
+  EXPECT_THAT(profile.Text(), Not(HasSubstr("[Elsewhere]")));
+}
+
 TEST_F(Initialization, AMonochromeCameraWritesNoBalance) {
   ASSERT_TRUE(Open());
   device.reset();

@@ -70,6 +70,12 @@ VmbError_t VmbFeatureCommandIsDone(VmbHandle_t /*handle*/, const char* name, Vmb
   return Library().Record("VmbFeatureCommandIsDone", name);
 }
 
+VmbError_t VmbCamerasList(VmbCameraInfo_t* records, VmbUint32_t length, VmbUint32_t* found, VmbUint32_t /*size*/) {
+  *found = Library().NextClaim();
+  std::fill_n(records, std::min(length, *found), VmbCameraInfo_t{});
+  return Library().Record("VmbCamerasList", "", std::to_string(length));
+}
+
 VmbError_t VmbCameraClose(VmbHandle_t /*camera*/) { return Library().Record("VmbCameraClose"); }
 
 VmbError_t VmbFrameAnnounce(VmbHandle_t /*camera*/, const VmbFrame_t* frame, VmbUint32_t size) {
