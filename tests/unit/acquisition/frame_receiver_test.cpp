@@ -5,6 +5,7 @@
 #include <array>
 #include <cstring>
 #include <functional>
+#include <future>
 
 #include "VimbaC.h"
 #include "acquisition/frame_description.h"
@@ -107,13 +108,19 @@ TEST_F(Receiver, KeepsMemoryForTheNextCopiesWhileAnAcquisitionRuns) {
 TEST_F(Receiver, AFailureToHandALateFrameBackCountsForTheNextAcquisition) {
   receiver.SetScanStart(kScanStart);
   Library().Fail("VmbCaptureFrameQueue", VmbErrorOther);
+  std::promise<void> is_copied;
+  std::promise<void> next_has_begun;
+  Library().OnQueueing([&] {
+    is_copied.set_value();
+    next_has_begun.get_future().wait();
+  });
   VmbFrame_t frame = Arrived();
   receiver.OnFrameExt(&frame);
+  is_copied.get_future().wait();
   queue.Clear();
+  next_has_begun.set_value();
   receiver.WaitForWorkers();
-  BSmartRef<BFrameQueue::BFrame> popped;
-  BError last = queue.Pop(popped, 0);
-  EXPECT_EQ(last, BError(BError::eAcquisitionFailed, L" ReQueueFrame failed"));
+  EXPECT_EQ(Pop(), BError(BError::eAcquisitionFailed, L" ReQueueFrame failed"));
 }
 
 TEST_F(Receiver, AForeignRecordThatCannotHoldPixelsIsAFailedFrame) {

@@ -18,6 +18,7 @@ void ScriptedLibrary::Reset() {
   m_calls.clear();
   m_announced.clear();
   m_queued.clear();
+  m_on_queueing = nullptr;
   m_on_queued = nullptr;
 }
 
@@ -44,6 +45,11 @@ void ScriptedLibrary::SetText(const Text& text) {
 void ScriptedLibrary::Fail(const std::string& function, VmbError_t code, const std::string& feature) {
   const BMutexLock lock(m_mutex);
   m_failures[{function, feature}] = code;
+}
+
+void ScriptedLibrary::OnQueueing(std::function<void()> act) {
+  const BMutexLock lock(m_mutex);
+  m_on_queueing = std::move(act);
 }
 
 void ScriptedLibrary::OnQueued(std::function<void(const VmbFrame_t*)> act) {
@@ -126,7 +132,16 @@ void ScriptedLibrary::Announce(const VmbFrame_t* frame) {
   m_announced.push_back(frame);
 }
 
-// What is called may call the library.
+// What is called may call the library, here and below.
+void ScriptedLibrary::BeginQueueing() {
+  std::function<void()> on_queueing;
+  {
+    const BMutexLock lock(m_mutex);
+    on_queueing = m_on_queueing;
+  }
+  if (on_queueing) on_queueing();
+}
+
 void ScriptedLibrary::Queue(const VmbFrame_t* frame) {
   std::function<void(const VmbFrame_t*)> on_queued;
   {

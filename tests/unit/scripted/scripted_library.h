@@ -31,6 +31,8 @@ class ScriptedLibrary {
   void SetText(const Text& text);
   // Every call of this function, of this feature where one is named, answers with this code and does nothing.
   void Fail(const std::string& function, VmbError_t code, const std::string& feature = "");
+  // Called at the beginning of every call that queues a frame, whatever it answers.
+  void OnQueueing(std::function<void()> act);
   // Called for every frame that is queued, as a library may call back before its answer has been seen.
   void OnQueued(std::function<void(const VmbFrame_t*)> act);
   // From now on nothing fails.
@@ -52,6 +54,7 @@ class ScriptedLibrary {
   Text TheText() const;
   VmbUint32_t NextClaim();
   void Announce(const VmbFrame_t* frame);
+  void BeginQueueing();
   void Queue(const VmbFrame_t* frame);
   void Flush();
 
@@ -67,6 +70,7 @@ class ScriptedLibrary {
   std::vector<std::string> m_calls KEL_GUARDED_BY(m_mutex);
   std::vector<const VmbFrame_t*> m_announced KEL_GUARDED_BY(m_mutex);
   std::vector<const VmbFrame_t*> m_queued KEL_GUARDED_BY(m_mutex);
+  std::function<void()> m_on_queueing KEL_GUARDED_BY(m_mutex);
   std::function<void(const VmbFrame_t*)> m_on_queued KEL_GUARDED_BY(m_mutex);
 };
 

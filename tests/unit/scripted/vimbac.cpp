@@ -85,6 +85,7 @@ VmbError_t VmbFrameAnnounce(VmbHandle_t /*camera*/, const VmbFrame_t* frame, Vmb
 }
 
 VmbError_t VmbCaptureFrameQueue(VmbHandle_t /*camera*/, const VmbFrame_t* frame, VmbFrameCallback /*callback*/) {
+  Library().BeginQueueing();
   const VmbError_t code = Library().Record("VmbCaptureFrameQueue");
   if (code == VmbErrorSuccess) Library().Queue(frame);
   return code;
