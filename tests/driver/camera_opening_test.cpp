@@ -26,6 +26,14 @@ struct CameraOpening : testing::Test {
   ProfileFile profile;
 
   Texts Notices() const { return output.WithCaption(nullptr); }
+  // Since the last message that ends so.
+  milliseconds TimeSince(const std::wstring& end) const {
+    steady_clock::time_point last{};
+    for (const HostMessage& message : output.Messages()) {
+      if (message.text.ends_with(end)) last = message.time;
+    }
+    return std::chrono::duration_cast<milliseconds>(steady_clock::now() - last);
+  }
 };
 
 TEST_F(CameraOpening, FindsACameraByItsSerialNumber) {
@@ -76,6 +84,7 @@ TEST_F(CameraOpening, WithoutCamerasTenSearchesPassInSilenceAndTheAddressFollows
   OpenDevice device(profile.Open());
   EXPECT_FALSE(device);
   EXPECT_GE(steady_clock::now() - begin, milliseconds(400));
+  EXPECT_GE(TimeSince(L"InitByAddr failed"), milliseconds(200)) << "a failure is shown before its pause";
   EXPECT_THAT(cameras.CallsOf("VmbCamerasList"), SizeIs(20));
   EXPECT_THAT(Notices(),
               ElementsAre(L"Initialize 1", L"InitMethod: Serial (1)", L"Camera (IP: 169.254.10.9): - InitByAddr failed",
@@ -138,6 +147,7 @@ TEST_F(CameraOpening, AUniqueIdIsTriedTenTimesWithPauses) {
   OpenDevice device(profile.Open());
   EXPECT_FALSE(device);
   EXPECT_GE(steady_clock::now() - begin, milliseconds(10 * 200));
+  EXPECT_GE(TimeSince(L"InitByUid failed"), milliseconds(200)) << "a failure is shown before its pause";
   const Texts notices = Notices();
   ASSERT_THAT(notices, SizeIs(12));
   EXPECT_EQ(notices[0], L"Initialize ");

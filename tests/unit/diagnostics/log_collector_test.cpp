@@ -188,6 +188,17 @@ TEST(LogCollector, EveryKindOfValueIsWrittenInItsOwnWay) {
           pointer.str() + L"\n   2 : # (#) : End\n");
 }
 
+TEST(LogCollector, EveryKindOfValueBeginsALineWithItsStamp) {
+  const int object = 0;
+  const std::wstring message = Shown([&object](BLogCollector& log) {
+    log << std::int32_t{1} << L'\n' << std::int64_t{2} << L'\n' << std::uint64_t{3} << L'\n' << 4.0 << L'\n';
+    log << true << L'\n' << L"wide" << L'\n' << std::wstring(L"standard") << L'\n' << "narrow" << L'\n';
+    log << static_cast<const void*>(&object) << L'\n' << L'c' << L'\n' << std::boolalpha << true << L'\n';
+  });
+  EXPECT_EQ(StampsOf(message).size(), 12U);
+  EXPECT_EQ(LinesOf(message).size(), 13U);
+}
+
 TEST(LogCollector, DoublesKeepFourDecimalsOnceALineIsStamped) {
   const std::wstring message =
       Shown([](BLogCollector& log) { log << 98.3 << L' ' << 1e10 << L' ' << -0.1 << L' ' << 1.0 / 3.0 << L'\n'; });
