@@ -44,8 +44,8 @@ TEST_F(Search, HasAsManyRecordsAsThereWasRoomForAndAsWereFound) {
 }
 
 TEST_F(Search, FindsNoneWhereTheLibraryDoesNotSayHowMany) {
-  for (const std::vector<VmbUint32_t>& claims :
-       {std::vector{ScriptedLibrary::kNoClaim}, {3U, ScriptedLibrary::kNoClaim}}) {
+  const std::vector<VmbUint32_t> listings[] = {{ScriptedLibrary::kNoClaim}, {3, ScriptedLibrary::kNoClaim}};
+  for (const std::vector<VmbUint32_t>& claims : listings) {
     Library().SetClaimedCameras(claims);
     EXPECT_TRUE(FetchCameraRecords().empty()) << claims.size();
   }
