@@ -9,6 +9,7 @@
 #include <regex>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "support/host_output.h"
@@ -170,6 +171,16 @@ TEST(LogCollector, OnAWatchOfItsOwnTimesCountFromItsConstruction) {
   const std::wstring message = Shown([](BLogCollector&) {});
 
   EXPECT_LE(StampsOf(message).back().time, outer.PeriodD() + 0.0001);
+}
+
+TEST(LogCollector, AWatchOfItsOwnRunsFromItsConstruction) {
+  constexpr double kRunsForMs = 5.0;
+  const std::wstring message = Shown([](BLogCollector&) {
+    const BStopWatch inner;
+    while (inner.PeriodD() < kRunsForMs) std::this_thread::yield();
+  });
+
+  EXPECT_GE(StampsOf(message).back().time, kRunsForMs - 0.0001);
 }
 
 TEST(LogCollector, EveryKindOfValueIsWrittenInItsOwnWay) {
