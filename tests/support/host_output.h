@@ -18,7 +18,6 @@ struct HostMessage {
   std::wstring caption;      // of ShowInfo; empty when there was none
   bool has_caption = false;  // false: the caption was null
   bool important = false;    // of LogMessage
-  std::chrono::steady_clock::time_point time = std::chrono::steady_clock::now();
 };
 
 // Installed as the host's sink for as long as it lives.
