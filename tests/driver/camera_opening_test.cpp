@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <chrono>
+#include <string_view>
 
 #include "VimbaC.h"
 #include "support/driver_module.h"
@@ -21,8 +22,29 @@ using testing::SizeIs;
 
 using Texts = std::vector<std::wstring>;
 
+// Notes when the last failure was shown, in front of the sink that is there.
+class LastFailure final : public ImagingDevice::BSink {
+ public:
+  LastFailure() : m_behind(ImagingDevice::InstallSink(this)) {}
+  ~LastFailure() override { ImagingDevice::InstallSink(m_behind); }
+  LastFailure(const LastFailure&) = delete;
+  LastFailure& operator=(const LastFailure&) = delete;
+
+  void OnShowInfo(const wchar_t* text, const wchar_t* caption) override {
+    if (std::wstring_view(text).ends_with(L" failed")) m_time = steady_clock::now();
+    m_behind->OnShowInfo(text, caption);
+  }
+  void OnLogMessage(const WString& text, bool important) override { m_behind->OnLogMessage(text, important); }
+  steady_clock::duration Age() const { return steady_clock::now() - m_time; }
+
+ private:
+  ImagingDevice::BSink* m_behind;
+  steady_clock::time_point m_time;
+};
+
 struct CameraOpening : testing::Test {
   HostOutput output;
+  LastFailure last_failure;
   ProfileFile profile;
 
   Texts Notices() const { return output.WithCaption(nullptr); }
@@ -76,6 +98,7 @@ TEST_F(CameraOpening, WithoutCamerasTenSearchesPassInSilenceAndTheAddressFollows
   OpenDevice device(profile.Open());
   EXPECT_FALSE(device);
   EXPECT_GE(steady_clock::now() - begin, milliseconds(400));
+  EXPECT_GE(last_failure.Age(), milliseconds(200)) << "a failure is shown before its pause";
   EXPECT_THAT(cameras.CallsOf("VmbCamerasList"), SizeIs(20));
   EXPECT_THAT(Notices(),
               ElementsAre(L"Initialize 1", L"InitMethod: Serial (1)", L"Camera (IP: 169.254.10.9): - InitByAddr failed",
@@ -138,6 +161,7 @@ TEST_F(CameraOpening, AUniqueIdIsTriedTenTimesWithPauses) {
   OpenDevice device(profile.Open());
   EXPECT_FALSE(device);
   EXPECT_GE(steady_clock::now() - begin, milliseconds(10 * 200));
+  EXPECT_GE(last_failure.Age(), milliseconds(200)) << "a failure is shown before its pause";
   const Texts notices = Notices();
   ASSERT_THAT(notices, SizeIs(12));
   EXPECT_EQ(notices[0], L"Initialize ");

@@ -169,6 +169,12 @@ TEST_F(Initialization, EveryOtherRotationIsRefused) {
   }
 }
 
+TEST_F(Initialization, TheStartValuesAreSetBeforeARotationIsRefused) {
+  profile.Key("RotateBy90Degree", "2").Key("SHUTTER", "50");
+  EXPECT_THROW(Open(), BError);
+  EXPECT_THAT(cameras->CallsOf("VmbFeatureFloatSet"), ElementsAre("VmbFeatureFloatSet(\"ExposureTimeAbs\", 5000)"));
+}
+
 TEST_F(Initialization, WithoutTheKeyNothingIsRotated) {
   ASSERT_TRUE(Open());
   bool rotated = true;

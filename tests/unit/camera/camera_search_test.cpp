@@ -43,4 +43,12 @@ TEST_F(Search, HasAsManyRecordsAsThereWasRoomForAndAsWereFound) {
   EXPECT_EQ(FetchCameraRecords().size(), 1U) << "cameras that went in between";
 }
 
+TEST_F(Search, FindsNoneWhereTheLibraryDoesNotSayHowMany) {
+  const std::vector<VmbUint32_t> listings[] = {{ScriptedLibrary::kNoClaim}, {3, ScriptedLibrary::kNoClaim}};
+  for (const std::vector<VmbUint32_t>& claims : listings) {
+    Library().SetClaimedCameras(claims);
+    EXPECT_TRUE(FetchCameraRecords().empty()) << claims.size();
+  }
+}
+
 }  // namespace

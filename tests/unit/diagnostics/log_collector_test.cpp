@@ -9,6 +9,7 @@
 #include <regex>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "support/host_output.h"
@@ -172,6 +173,16 @@ TEST(LogCollector, OnAWatchOfItsOwnTimesCountFromItsConstruction) {
   EXPECT_LE(StampsOf(message).back().time, outer.PeriodD() + 0.0001);
 }
 
+TEST(LogCollector, AWatchOfItsOwnRunsFromItsConstruction) {
+  constexpr double kRunsForMs = 5.0;
+  const std::wstring message = Shown([](BLogCollector&) {
+    const BStopWatch inner;
+    while (inner.PeriodD() < kRunsForMs) std::this_thread::yield();
+  });
+
+  EXPECT_GE(StampsOf(message).back().time, kRunsForMs - 0.0001);
+}
+
 TEST(LogCollector, EveryKindOfValueIsWrittenInItsOwnWay) {
   const int object = 0;
   std::wostringstream pointer;
@@ -186,6 +197,17 @@ TEST(LogCollector, EveryKindOfValueIsWrittenInItsOwnWay) {
       WithoutTimes(message),
       L"Title\n   1 : # (#) : -2147483648 -9223372036854775808 18446744073709551615 1.2346 wide standard narrow " +
           pointer.str() + L"\n   2 : # (#) : End\n");
+}
+
+TEST(LogCollector, EveryKindOfValueBeginsALineWithItsStamp) {
+  const int object = 0;
+  const std::wstring message = Shown([&object](BLogCollector& log) {
+    log << std::int32_t{1} << L'\n' << std::int64_t{2} << L'\n' << std::uint64_t{3} << L'\n' << 4.0 << L'\n';
+    log << true << L'\n' << L"wide" << L'\n' << std::wstring(L"standard") << L'\n' << "narrow" << L'\n';
+    log << static_cast<const void*>(&object) << L'\n' << L'c' << L'\n' << std::boolalpha << true << L'\n';
+  });
+  EXPECT_EQ(StampsOf(message).size(), 12U);
+  EXPECT_EQ(LinesOf(message).size(), 13U);
 }
 
 TEST(LogCollector, DoublesKeepFourDecimalsOnceALineIsStamped) {

@@ -41,7 +41,9 @@ class ScriptedLibrary {
   // `VmbFeatureIntSet(Width, 32)`, in their order.
   std::vector<std::string> Calls() const;
   void ClearCalls();
-  // How many cameras each listing claims to have found, one after the other; then the last. Their records are empty.
+  // How many cameras each listing claims to have found, one after the other; then the last. Their records are empty. A
+  // listing without a claim succeeds and writes nothing.
+  static constexpr VmbUint32_t kNoClaim = ~VmbUint32_t{0};
   void SetClaimedCameras(const std::vector<VmbUint32_t>& claims);
   // The frames that were announced, and those that are queued.
   std::vector<const VmbFrame_t*> Announced() const;

@@ -71,7 +71,8 @@ VmbError_t VmbFeatureCommandIsDone(VmbHandle_t /*handle*/, const char* name, Vmb
 }
 
 VmbError_t VmbCamerasList(VmbCameraInfo_t* records, VmbUint32_t length, VmbUint32_t* found, VmbUint32_t /*size*/) {
-  *found = Library().NextClaim();
+  const VmbUint32_t claim = Library().NextClaim();
+  if (claim != ScriptedLibrary::kNoClaim) *found = claim;
   std::fill_n(records, std::min(length, *found), VmbCameraInfo_t{});
   return Library().Record("VmbCamerasList", "", std::to_string(length));
 }
