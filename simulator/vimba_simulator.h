@@ -59,6 +59,9 @@ VIMBA_SIM_CALL uint64_t VimbaSimCallCount(void);
  * none was queued, and how many packets were lost. Same size rule as VimbaSimCalls. */
 VIMBA_SIM_CALL size_t VimbaSimState(char* buffer, size_t size);
 
+/* How many frames the camera has exposed since the configuration; 0 for a camera that there is not. */
+VIMBA_SIM_CALL uint64_t VimbaSimExposed(const char* camera_id);
+
 /* Why this thread's last call that failed did so. Never null; valid until the thread's next call of this interface. */
 VIMBA_SIM_CALL const char* VimbaSimLastError(void);
 

@@ -2,6 +2,8 @@
 // The steps of every API call: record, start-up check, faults, argument check, result.
 #include "api/api_call.h"
 
+#include <algorithm>
+#include <span>
 #include <thread>
 #include <utility>
 
@@ -95,7 +97,23 @@ VmbError_t ApiCall::Check() {
   if (m_needs_startup && !m_system.Started()) return VmbErrorApiNotStarted;
   if (m_texts) m_effect = m_system.FaultSet().ForCall(m_pattern);
   if (m_effect.delay.count() > 0) std::this_thread::sleep_for(m_effect.delay);
-  return m_effect.error ? m_effect.error : m_argument_error;
+  if (m_effect.error && !m_effect.effective) return m_effect.error;
+  if (m_effect.answer && m_effect.answer->untouched) {
+    for (const OutParameter& result : m_results) {
+      const std::span<const std::byte> bytes = BytesOf(result);
+      m_before.emplace_back(bytes.begin(), bytes.end());
+    }
+  }
+  return m_argument_error;
+}
+
+VmbError_t ApiCall::Falsify() {
+  for (std::size_t i = 0; i < m_before.size(); ++i) std::ranges::copy(m_before[i], BytesOf(m_results[i]).begin());
+  if (m_effect.answer) {
+    const std::size_t known = std::min(m_results.size(), m_effect.answer->values.size());
+    for (std::size_t i = 0; i < known; ++i) Write(m_results[i], m_effect.answer->values[i]);
+  }
+  return m_effect.error;
 }
 
 }  // namespace Simulator

@@ -7,8 +7,11 @@
 #include <new>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "VimbaC.h"
+#include "api/out_parameter.h"
 #include "control/call_record.h"
 #include "control/faults.h"
 #include "system/vimba_system.h"
@@ -30,6 +33,17 @@ class ApiCall {
   // Arguments that are checked but not recorded.
   ApiCall& Needs(const void* pointer);
   ApiCall& Needs(VmbInvalidationCallback callback);
+  // Results by pointer, which are not recorded either. Null is refused for a single one.
+  template <class Value>
+  ApiCall& Out(Value* result) {
+    if (result && m_texts) m_results.emplace_back(result);
+    return Needs(result);
+  }
+  template <class Value>
+  ApiCall& OutArray(Value* results, std::size_t count) {
+    if (results && m_texts) m_results.emplace_back(std::span(results, count));
+    return *this;
+  }
   ApiCall& Size(std::uint32_t given, std::size_t needed);
   ApiCall& WithoutStartup();
 
@@ -37,7 +51,10 @@ class ApiCall {
   VmbError_t Answer(Body body) {
     const CallRecord::Line line = Begin();
     VmbError_t result = Check();
-    if (!result) result = Guarded(body);
+    if (!result) {
+      result = Guarded(body);
+      if (!result) result = Falsify();
+    }
     m_system.Record().End(line, result);
     return result;
   }
@@ -53,7 +70,10 @@ class ApiCall {
 
  private:
   CallRecord::Line Begin();
+  // Faults that keep the call from its effect, and what must be known before it for those that do not.
   VmbError_t Check();
+  // Faults of a call that has worked.
+  VmbError_t Falsify();
   void Add(const std::string& argument);
   template <class Body>
   VmbError_t Guarded(Body& body) noexcept {
@@ -72,6 +92,9 @@ class ApiCall {
   std::string m_text;
   CallPattern m_pattern;
   CallEffect m_effect;
+  std::vector<OutParameter> m_results;
+  // The bytes of each result before the call, where a fault leaves them untouched.
+  std::vector<std::vector<std::byte>> m_before;
   VmbHandle_t m_handle = nullptr;
   bool m_first_argument = true;
   bool m_needs_startup = true;

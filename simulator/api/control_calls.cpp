@@ -176,4 +176,9 @@ size_t VimbaSimState(char* buffer, size_t size) {
   return CopyText(text, buffer, size);
 }
 
+uint64_t VimbaSimExposed(const char* camera_id) {
+  const auto camera = camera_id ? VimbaSystem::Instance().FindCamera(camera_id) : nullptr;
+  return camera ? camera->Counted().exposed.load() : 0;
+}
+
 const char* VimbaSimLastError() { return last_errors.Get(); }

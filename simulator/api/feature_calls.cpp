@@ -12,7 +12,7 @@ using Simulator::FeatureMap;
 using Simulator::VimbaSystem;
 
 VmbError_t VmbFeatureIntGet(VmbHandle_t handle, const char* name, VmbInt64_t* value) {
-  return ApiCall(__func__).On(handle).Feature(name).Needs(value).Answer([&](VimbaSystem& system) {
+  return ApiCall(__func__).On(handle).Feature(name).Out(value).Answer([&](VimbaSystem& system) {
     return system.ReadFeatures(handle, [&](const FeatureMap& features) { return features.GetInteger(name, *value); });
   });
 }
@@ -24,7 +24,7 @@ VmbError_t VmbFeatureIntSet(VmbHandle_t handle, const char* name, VmbInt64_t val
 }
 
 VmbError_t VmbFeatureIntRangeQuery(VmbHandle_t handle, const char* name, VmbInt64_t* min, VmbInt64_t* max) {
-  return ApiCall(__func__).On(handle).Feature(name).Needs(min).Needs(max).Answer([&](VimbaSystem& system) {
+  return ApiCall(__func__).On(handle).Feature(name).Out(min).Out(max).Answer([&](VimbaSystem& system) {
     Simulator::IntegerRange range;
     const VmbError_t error =
         system.ReadFeatures(handle, [&](const FeatureMap& features) { return features.IntegerRangeOf(name, range); });
@@ -36,7 +36,7 @@ VmbError_t VmbFeatureIntRangeQuery(VmbHandle_t handle, const char* name, VmbInt6
 }
 
 VmbError_t VmbFeatureFloatGet(VmbHandle_t handle, const char* name, double* value) {
-  return ApiCall(__func__).On(handle).Feature(name).Needs(value).Answer([&](VimbaSystem& system) {
+  return ApiCall(__func__).On(handle).Feature(name).Out(value).Answer([&](VimbaSystem& system) {
     return system.ReadFeatures(handle, [&](const FeatureMap& features) { return features.GetFloat(name, *value); });
   });
 }
@@ -48,7 +48,7 @@ VmbError_t VmbFeatureFloatSet(VmbHandle_t handle, const char* name, double value
 }
 
 VmbError_t VmbFeatureFloatRangeQuery(VmbHandle_t handle, const char* name, double* min, double* max) {
-  return ApiCall(__func__).On(handle).Feature(name).Needs(min).Needs(max).Answer([&](VimbaSystem& system) {
+  return ApiCall(__func__).On(handle).Feature(name).Out(min).Out(max).Answer([&](VimbaSystem& system) {
     Simulator::FloatRange range;
     const VmbError_t error =
         system.ReadFeatures(handle, [&](const FeatureMap& features) { return features.FloatRangeOf(name, range); });
@@ -60,7 +60,7 @@ VmbError_t VmbFeatureFloatRangeQuery(VmbHandle_t handle, const char* name, doubl
 }
 
 VmbError_t VmbFeatureEnumGet(VmbHandle_t handle, const char* name, const char** value) {
-  return ApiCall(__func__).On(handle).Feature(name).Needs(value).Answer([&](VimbaSystem& system) {
+  return ApiCall(__func__).On(handle).Feature(name).Out(value).Answer([&](VimbaSystem& system) {
     return system.ReadFeatures(handle, [&](const FeatureMap& features) { return features.GetEnum(name, *value); });
   });
 }
@@ -72,7 +72,7 @@ VmbError_t VmbFeatureEnumSet(VmbHandle_t handle, const char* name, const char* v
 }
 
 VmbError_t VmbFeatureEnumAsInt(VmbHandle_t handle, const char* name, const char* entry, VmbInt64_t* value) {
-  return ApiCall(__func__).On(handle).Feature(name).Value(entry).Needs(value).Answer([&](VimbaSystem& system) {
+  return ApiCall(__func__).On(handle).Feature(name).Value(entry).Out(value).Answer([&](VimbaSystem& system) {
     return system.ReadFeatures(handle,
                                [&](const FeatureMap& features) { return features.EnumValueOf(name, entry, *value); });
   });
@@ -83,7 +83,8 @@ VmbError_t VmbFeatureStringGet(VmbHandle_t handle, const char* name, char* buffe
                                VmbUint32_t* filled) {
   ApiCall call(__func__);
   call.On(handle).Feature(name).Value(std::int64_t{buffer_size});
-  if (!buffer) call.Needs(filled);
+  call.OutArray(buffer, buffer_size);
+  if (filled || !buffer) call.Out(filled);
   return call.Answer([&](VimbaSystem& system) {
     std::string text;
     const VmbError_t error =
@@ -102,14 +103,14 @@ VmbError_t VmbFeatureStringGet(VmbHandle_t handle, const char* name, char* buffe
 }
 
 VmbError_t VmbFeatureStringMaxlengthQuery(VmbHandle_t handle, const char* name, VmbUint32_t* max_length) {
-  return ApiCall(__func__).On(handle).Feature(name).Needs(max_length).Answer([&](VimbaSystem& system) {
+  return ApiCall(__func__).On(handle).Feature(name).Out(max_length).Answer([&](VimbaSystem& system) {
     return system.ReadFeatures(handle,
                                [&](const FeatureMap& features) { return features.StringCapacity(name, *max_length); });
   });
 }
 
 VmbError_t VmbFeatureBoolGet(VmbHandle_t handle, const char* name, VmbBool_t* value) {
-  return ApiCall(__func__).On(handle).Feature(name).Needs(value).Answer([&](VimbaSystem& system) {
+  return ApiCall(__func__).On(handle).Feature(name).Out(value).Answer([&](VimbaSystem& system) {
     bool flag = false;
     const VmbError_t error =
         system.ReadFeatures(handle, [&](const FeatureMap& features) { return features.GetBool(name, flag); });
@@ -126,7 +127,7 @@ VmbError_t VmbFeatureCommandRun(VmbHandle_t handle, const char* name) {
 
 VmbError_t VmbFeatureCommandIsDone(VmbHandle_t handle, const char* name, VmbBool_t* done) {
   ApiCall call(__func__);
-  return call.On(handle).Feature(name).Needs(done).Answer([&](VimbaSystem& system) {
+  return call.On(handle).Feature(name).Out(done).Answer([&](VimbaSystem& system) {
     bool is_done = false;
     const VmbError_t error =
         system.ReadFeatures(handle, [&](const FeatureMap& features) { return features.IsDone(name, is_done); });

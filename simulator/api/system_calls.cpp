@@ -29,7 +29,7 @@ void FillInfo(const Simulator::Camera& camera, VmbCameraInfo_t& info) {
 VmbError_t VmbVersionQuery(VmbVersionInfo_t* version, VmbUint32_t version_size_bytes) {
   return ApiCall(__func__)
       .WithoutStartup()
-      .Needs(version)
+      .Out(version)
       .Size(version_size_bytes, sizeof *version)
       .Answer([&](VimbaSystem&) {
         *version = kVersion;
@@ -51,7 +51,7 @@ void VmbShutdown() {
 VmbError_t VmbCamerasList(VmbCameraInfo_t* list, VmbUint32_t list_length, VmbUint32_t* found,
                           VmbUint32_t info_size_bytes) {
   ApiCall call(__func__);
-  call.Value(std::int64_t{list_length}).Needs(found).Size(info_size_bytes, sizeof *list);
+  call.Value(std::int64_t{list_length}).OutArray(list, list_length).Out(found).Size(info_size_bytes, sizeof *list);
   if (list_length != 0) call.Needs(list);
   return call.Answer([&](VimbaSystem& system) {
     const auto cameras = system.PluggedCameras();
@@ -64,7 +64,7 @@ VmbError_t VmbCamerasList(VmbCameraInfo_t* list, VmbUint32_t list_length, VmbUin
 }
 
 VmbError_t VmbCameraInfoQuery(const char* id, VmbCameraInfo_t* info, VmbUint32_t info_size_bytes) {
-  return ApiCall(__func__).Camera(id).Needs(info).Size(info_size_bytes, sizeof *info).Answer([&](VimbaSystem& system) {
+  return ApiCall(__func__).Camera(id).Out(info).Size(info_size_bytes, sizeof *info).Answer([&](VimbaSystem& system) {
     const auto camera = system.FindCamera(id);
     if (!camera || !camera->Plugged()) return VmbErrorNotFound;
     FillInfo(*camera, *info);
@@ -73,7 +73,7 @@ VmbError_t VmbCameraInfoQuery(const char* id, VmbCameraInfo_t* info, VmbUint32_t
 }
 
 VmbError_t VmbCameraOpen(const char* id, VmbAccessMode_t access, VmbHandle_t* camera) {
-  return ApiCall(__func__).Camera(id).Value(std::int64_t{access}).Needs(camera).Answer([&](VimbaSystem& system) {
+  return ApiCall(__func__).Camera(id).Value(std::int64_t{access}).Out(camera).Answer([&](VimbaSystem& system) {
     if (access == VmbAccessModeConfig || access == VmbAccessModeLite) return VmbError_t{VmbErrorNotSupported};
     if (access != VmbAccessModeFull && access != VmbAccessModeRead) return VmbError_t{VmbErrorInvalidValue};
     return system.Open(id, access, *camera);

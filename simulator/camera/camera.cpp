@@ -16,6 +16,8 @@ std::shared_ptr<const Scene> MakeScene(const CameraConfiguration& camera) {
       return MakeChartScene(camera.sensor_width, camera.sensor_height, camera.colour, camera.bayer_order);
     case SceneKind::kPicture:
       return MakePictureScene(camera.picture, camera.sensor_width, camera.sensor_height, camera.colour);
+    case SceneKind::kNumbers:
+      return MakeNumberScene();
     case SceneKind::kNone:
       break;
   }

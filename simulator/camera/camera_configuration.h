@@ -40,7 +40,7 @@ enum class Timing {
   kInstant
 };
 
-enum class SceneKind { kChart, kPicture, kNone };
+enum class SceneKind { kChart, kPicture, kNumbers, kNone };
 
 struct CameraConfiguration {
   std::string id;

@@ -92,8 +92,9 @@ void ReadScene(JsonMembers& members, CameraConfiguration& camera) {
     return;
   }
   int kind = 0;
-  members.Choice("scene", {"chart", "none"}, kind);
-  camera.scene = kind == 0 ? SceneKind::kChart : SceneKind::kNone;
+  constexpr std::array kKinds{SceneKind::kChart, SceneKind::kNumbers, SceneKind::kNone};
+  members.Choice("scene", {"chart", "numbers", "none"}, kind);
+  camera.scene = kKinds[static_cast<std::size_t>(kind)];
 }
 
 void ReadTiming(JsonMembers& members, Timing& timing) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <memory>
 #include <stdexcept>
 #include <utility>
 
@@ -20,6 +21,9 @@ constexpr std::chrono::milliseconds kMaxDelay = std::chrono::minutes(10);
 constexpr char kCallMember[] = "call";
 constexpr char kFrameMember[] = "frame";
 constexpr char kUnplugMember[] = "unplugAtFrame";
+
+// In place of a function's name.
+constexpr char kAnyCall[] = "any";
 
 // The calls that can have faults: all of the API that can fail.
 constexpr std::array<std::string_view, 27> kCalls{"VmbVersionQuery",
@@ -62,6 +66,15 @@ void ReadFrameMembers(JsonMembers& members, FrameOverride& frame) {
   members.Integer("offsetY", frame.offset_y);
   members.Integer("frameID", frame.frame_id);
   members.Integer("timestamp", frame.timestamp);
+  members.Integer("bufferSize", frame.buffer_size);
+  members.Integer("context0", frame.context0);
+  members.Integer("context1", frame.context1);
+  if (const Json* shift = members.Any("buffer"); shift && shift->is_null()) {
+    frame.buffer_null = true;
+  } else {
+    members.Integer("buffer", frame.buffer_shift);
+  }
+  members.Integer("again", frame.again, 0);
 }
 
 void ReadDelay(JsonMembers& members, std::chrono::milliseconds& delay) {
@@ -69,10 +82,37 @@ void ReadDelay(JsonMembers& members, std::chrono::milliseconds& delay) {
   if (members.Integer("delay_ms", delay_ms, 0, kMaxDelay.count())) delay = std::chrono::milliseconds(delay_ms);
 }
 
+constexpr char kAnswerMember[] = "answer";
+constexpr char kUntouched[] = "untouched";
+
+AnswerValue ReadAnswerValue(const JsonMembers& members, const Json& value) {
+  if (value.is_null()) return nullptr;
+  if (value.is_boolean()) return std::int64_t{value.get<bool>()};
+  if (value.is_number_integer()) return value.get<std::int64_t>();
+  if (value.is_number()) return value.get<double>();
+  if (value.is_string()) return value.get<std::string>();
+  if (!value.is_object() || !value.empty()) members.Refuse(kAnswerMember, "has a value that is no result");
+  return AsItIs{};
+}
+
+void ReadAnswer(JsonMembers& members, std::shared_ptr<const Answer>& answer) {
+  const Json* text = members.Any(kAnswerMember);
+  if (!text) return;
+  auto read = std::make_shared<Answer>();
+  read->untouched = *text == kUntouched;
+  if (!read->untouched) {
+    if (!text->is_array()) members.Refuse(kAnswerMember, "is neither untouched nor an array");
+    for (const Json& value : *text) read->values.push_back(ReadAnswerValue(members, value));
+  }
+  answer = std::move(read);
+}
+
 CallFault ReadCallFault(JsonMembers& members) {
   CallFault fault;
   members.Text(kCallMember, fault.pattern.call);
-  if (std::find(kCalls.begin(), kCalls.end(), fault.pattern.call) == kCalls.end()) {
+  if (fault.pattern.call == kAnyCall) {
+    fault.pattern.call.clear();
+  } else if (std::find(kCalls.begin(), kCalls.end(), fault.pattern.call) == kCalls.end()) {
     members.Refuse(kCallMember, "is no call that can fail");
   }
   members.Text("camera", fault.pattern.camera);
@@ -86,8 +126,10 @@ CallFault ReadCallFault(JsonMembers& members) {
   members.Integer("occurrence", fault.occurrence, 1);
   members.Integer("count", fault.count, 0);
   members.Integer("error", fault.error);
+  members.Flag("effect", fault.effective);
   bool done = false;
   if (members.Flag("done", done)) fault.done = done;
+  ReadAnswer(members, fault.answer);
   ReadDelay(members, fault.delay);
   return fault;
 }

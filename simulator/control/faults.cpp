@@ -45,8 +45,12 @@ CallEffect Faults::ForCall(const CallPattern& call) {
     const CallFault& fault = counted.fault;
     if (!Fits(fault.pattern, call) || !Due(++counted.seen, fault.occurrence, fault.count)) continue;
     effect.delay += fault.delay;
-    if (!effect.error) effect.error = fault.error;
+    if (!effect.error) {
+      effect.error = fault.error;
+      effect.effective = fault.effective;
+    }
     if (!effect.done) effect.done = fault.done;
+    if (!effect.answer) effect.answer = fault.answer;
   }
   return effect;
 }

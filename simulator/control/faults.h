@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,6 +12,7 @@
 
 #include "VimbaC.h"
 #include "bmutex.h"
+#include "control/answer.h"
 #include "engine/frame_override.h"
 
 namespace Simulator {
@@ -30,8 +32,12 @@ struct CallFault {
   // How many are hit; 0: all from the first one.
   std::int64_t count = 1;
   VmbError_t error = VmbErrorSuccess;
+  // The call has its effect although it answers the error.
+  bool effective = false;
   // What VmbFeatureCommandIsDone reports in place of the command's state.
   std::optional<bool> done;
+  // Null: the truth.
+  std::shared_ptr<const Answer> answer;
   std::chrono::milliseconds delay{};
 };
 
@@ -46,7 +52,9 @@ struct FrameFault {
 // What happens to one call.
 struct CallEffect {
   VmbError_t error = VmbErrorSuccess;
+  bool effective = false;
   std::optional<bool> done;
+  std::shared_ptr<const Answer> answer;
   std::chrono::milliseconds delay{};
 };
 

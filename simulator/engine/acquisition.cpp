@@ -230,7 +230,7 @@ std::optional<std::uint64_t> Acquisition::Deliver(const Exposure& exposure, Fram
   frame.frameID = exposure.frame_id;
   frame.timestamp = m_parts.clock.TicksAt(exposure.start);
   exposure.faults.ApplyTo(frame);
-  return m_frames.Complete(filling, frame);
+  return m_frames.Complete(filling, frame, exposure.faults);
 }
 
 bool Acquisition::DeliverNow(const FrameOverride& override) {

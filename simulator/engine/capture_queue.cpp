@@ -17,6 +17,7 @@ struct CaptureQueue::Entry {
   VmbFrameCallback callback = nullptr;
   State state = State::kCaller;
   std::uint64_t number = 0;
+  std::int64_t deliveries = 1;
 };
 
 using State = CaptureQueue::Entry::State;
@@ -132,7 +133,7 @@ CaptureQueue::Filling CaptureQueue::Take() {
   return filling;
 }
 
-std::uint64_t CaptureQueue::Complete(const Filling& filling, const VmbFrame_t& received) {
+std::uint64_t CaptureQueue::Complete(const Filling& filling, const VmbFrame_t& received, const FrameOverride& faults) {
   const BMutexLock lock(m_mutex);
   --m_writers;
   ++m_activity;
@@ -151,6 +152,8 @@ std::uint64_t CaptureQueue::Complete(const Filling& filling, const VmbFrame_t& r
   frame.offsetY = received.offsetY;
   frame.frameID = received.frameID;
   frame.timestamp = received.timestamp;
+  faults.Alter(frame);
+  filling->deliveries = 1 + faults.again;
   filling->number = ++m_last_completed;
   filling->state = State::kCompleted;
   m_completed.push_back(filling);
@@ -178,9 +181,10 @@ void CaptureQueue::CallBack(BMutexLock& lock) {
   VmbFrame_t* const frame = entry->frame;
   const VmbFrameCallback callback = entry->callback;
   const std::uint64_t number = entry->number;
+  const std::int64_t deliveries = entry->deliveries;
   {
     const BMutexUnlock unlocked(m_mutex, lock);
-    if (callback) callback(m_camera, frame);
+    for (std::int64_t i = 0; callback && i < deliveries; ++i) callback(m_camera, frame);
   }
   m_calling = false;
   ++m_activity;

@@ -12,6 +12,7 @@
 
 #include "VimbaC.h"
 #include "bmutex.h"
+#include "engine/frame_override.h"
 
 namespace Simulator {
 
@@ -52,9 +53,9 @@ class CaptureQueue {
   bool HasQueued() const;
   // The frame queued longest, or null.
   Filling Take();
-  // Copies the received part of the record to the frame and hands it to the callback thread. Returns the number for
-  // WaitForCallback.
-  std::uint64_t Complete(const Filling& filling, const VmbFrame_t& received);
+  // Copies the received part of the record to the frame, changes of the faults what was announced, and hands it to the
+  // callback thread. Returns the number for WaitForCallback.
+  std::uint64_t Complete(const Filling& filling, const VmbFrame_t& received, const FrameOverride& faults);
 
   // Returns when the callback of that frame has returned or capture has ended.
   void WaitForCallback(std::uint64_t number);

@@ -31,6 +31,13 @@ void FrameOverride::MergeFrom(const FrameOverride& other) {
   ForEachMember([&](auto member, auto /*target*/) {
     if (!(this->*member)) this->*member = other.*member;
   });
+  for (auto member : {&FrameOverride::context0, &FrameOverride::context1}) {
+    if (!(this->*member)) this->*member = other.*member;
+  }
+  if (!buffer_size) buffer_size = other.buffer_size;
+  if (!buffer_shift) buffer_shift = other.buffer_shift;
+  buffer_null = buffer_null || other.buffer_null;
+  again += other.again;
   delay += other.delay;
   drop = drop || other.drop;
   unplug = unplug || other.unplug;
@@ -40,6 +47,21 @@ void FrameOverride::ApplyTo(VmbFrame_t& frame) const {
   ForEachMember([&](auto member, auto target) {
     if (this->*member) frame.*target = *(this->*member);
   });
+}
+
+void FrameOverride::Alter(VmbFrame_t& frame) const {
+  if (buffer_size) frame.bufferSize = *buffer_size;
+  // Nothing but the numbers travels in them.
+  const auto as_context = [](std::uint64_t number) {
+    return reinterpret_cast<void*>(static_cast<std::uintptr_t>(number));  // NOLINT(performance-no-int-to-ptr)
+  };
+  if (context0) frame.context[0] = as_context(*context0);
+  if (context1) frame.context[1] = as_context(*context1);
+  if (buffer_shift) {
+    const auto address = reinterpret_cast<std::uintptr_t>(frame.buffer) + static_cast<std::uintptr_t>(*buffer_shift);
+    frame.buffer = reinterpret_cast<void*>(address);  // NOLINT(performance-no-int-to-ptr)
+  }
+  if (buffer_null) frame.buffer = nullptr;
 }
 
 }  // namespace Simulator

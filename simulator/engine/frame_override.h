@@ -23,6 +23,15 @@ struct FrameOverride {
   std::optional<std::uint64_t> frame_id;
   std::optional<std::uint64_t> timestamp;
 
+  // What the library should leave as it was announced. An address is changed by `buffer_shift` bytes.
+  std::optional<std::uint32_t> buffer_size;
+  std::optional<std::uint64_t> context0;
+  std::optional<std::uint64_t> context1;
+  std::optional<std::int64_t> buffer_shift;
+  bool buffer_null = false;
+  // So many times more the same record is called back, at once.
+  std::int64_t again = 0;
+
   // Only in faults.
   std::chrono::milliseconds delay{};
   bool drop = false;
@@ -30,7 +39,10 @@ struct FrameOverride {
 
   // Takes from `other` the members that have no value here. Delays add up.
   void MergeFrom(const FrameOverride& other);
+  // The received part.
   void ApplyTo(VmbFrame_t& frame) const;
+  // The announced part.
+  void Alter(VmbFrame_t& frame) const;
 };
 
 }  // namespace Simulator

@@ -74,4 +74,11 @@ std::shared_ptr<const Scene> MakeChartScene(int sensor_width, int sensor_height,
 std::shared_ptr<const Scene> MakePictureScene(const std::string& utf8_path, int sensor_width, int sensor_height,
                                               bool colour);
 
+// Every frame is even grey, its upper and its lower half alike in all colours: what is copied from it still says which
+// frame it was. The halves are the two digits of the frame number, the lower digit above, to this base.
+inline constexpr int kNumberSceneBase = 200;
+// The grey value of the digit 0, so that no digit is black or white.
+inline constexpr int kNumberSceneDark = 28;
+std::shared_ptr<const Scene> MakeNumberScene();
+
 }  // namespace Simulator

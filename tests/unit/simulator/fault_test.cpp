@@ -31,6 +31,29 @@ TEST_F(Faults, HitOneCallAndItTakesNoEffect) {
   EXPECT_THAT(SetFormats({"Mono8"}), ElementsAre(VmbErrorSuccess));
 }
 
+TEST_F(Faults, WithTheirEffectAnswerTheErrorOfACallThatWorked) {
+  world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"error", VmbErrorResources}, {"effect", true}});
+
+  EXPECT_THAT(SetFormats({"Mono8"}), ElementsAre(VmbErrorResources));
+
+  EXPECT_EQ(EnumOf(camera, "PixelFormat"), "Mono8");
+}
+
+TEST_F(Faults, WithTheirEffectDoNotHideTheFailureOfTheCallItself) {
+  world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"error", VmbErrorResources}, {"effect", true}});
+
+  EXPECT_THAT(SetFormats({"none such"}), ElementsAre(VmbErrorInvalidValue));
+}
+
+TEST_F(Faults, OfAnyCallHitWhicheverComes) {
+  world.cameras.Fault({{"call", "any"}, {"occurrence", 2}, {"error", VmbErrorOther}});
+  VmbInt64_t width = 0;
+
+  EXPECT_THAT(SetFormats({"Mono8"}), ElementsAre(VmbErrorSuccess));
+
+  EXPECT_EQ(VmbFeatureIntGet(camera, "Width", &width), VmbErrorOther);
+}
+
 TEST_F(Faults, HitAsManyCallsAsTheyAskForFromTheirOccurrenceOn) {
   world.cameras.Fault({{"call", "VmbFeatureEnumSet"}, {"occurrence", 2}, {"count", 2}, {"error", VmbErrorOther}});
 
@@ -188,6 +211,36 @@ TEST_F(Faults, CountFramesFromTheMomentInWhichTheyAreAdded) {
 
   EXPECT_THAT(StatusesOf(ring.WaitFor(3)),
               ElementsAre(VmbFrameStatusComplete, VmbFrameStatusComplete, VmbFrameStatusInvalid));
+}
+
+TEST_F(Faults, ChangeWhatWasAnnouncedWithAFrame) {
+  FrameRing ring(camera, 2);
+  world.cameras.Fault({{"frame", 0}, {"bufferSize", 7}, {"context0", 8}, {"context1", 9}, {"buffer", 16}});
+  world.cameras.Fault({{"frame", 1}, {"buffer", nullptr}});
+  const void* const announced = ring.Frame(0).buffer;
+  ring.Start();
+  RunCommand(camera, "AcquisitionStart");
+
+  const auto frames = ring.WaitFor(2);
+
+  EXPECT_EQ(frames[0].bufferSize, 7u);
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(frames[0].context[0]), 8u);
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(frames[0].context[1]), 9u);
+  EXPECT_EQ(static_cast<const char*>(frames[0].buffer) - static_cast<const char*>(announced), 16);
+  EXPECT_EQ(frames[1].buffer, nullptr);
+}
+
+TEST_F(Faults, CallAFrameBackAgain) {
+  FrameRing ring(camera, 2);
+  world.cameras.Fault({{"frame", 0}, {"again", 2}});
+  ring.Start();
+  RunCommand(camera, "AcquisitionStart");
+
+  const auto frames = ring.WaitFor(4);
+
+  EXPECT_EQ(frames[1].frameID, frames[0].frameID);
+  EXPECT_EQ(frames[2].frameID, frames[0].frameID);
+  EXPECT_EQ(frames[3].frameID, 1u);
 }
 
 TEST_F(Faults, DropAFrame) {
