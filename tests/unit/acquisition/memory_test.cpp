@@ -15,6 +15,8 @@ std::atomic<std::size_t> refused_object{kNone};
 // Nor can single objects of any size, by the module's own code on threads without the privilege.
 std::atomic<bool> objects_are_refused{false};
 thread_local bool is_privileged = false;
+// Nor can the text by which the host knows a camera.
+bool identifiers_are_refused = false;
 
 }  // namespace
 
@@ -28,6 +30,14 @@ extern "C" void* NEW_OBJECT(std::size_t size);
 extern "C" void* REPLACED_NEW_OBJECT(std::size_t size) {
   if (size == refused_object || (objects_are_refused && !is_privileged)) throw std::bad_alloc();
   return NEW_OBJECT(size);
+}
+
+// What the search for a camera calls, and what the linker makes it call instead.
+WString Identifier(const VmbCameraInfo_t& camera) asm(IDENTIFIER_OF);
+WString ReplacedIdentifier(const VmbCameraInfo_t& camera) asm(REPLACED_IDENTIFIER_OF);
+WString ReplacedIdentifier(const VmbCameraInfo_t& camera) {
+  if (identifiers_are_refused) throw std::bad_alloc();
+  return Identifier(camera);
 }
 
 namespace {
@@ -74,6 +84,23 @@ TEST_F(OutOfMemory, ADiscoveryIsNotReportedAndNothingElseHappens) {
   refused_array = longest;
   EXPECT_NO_THROW(CameraDiscoveryCallback(gVimbaHandle, "DiscoveryCameraEvent", nullptr));
   EXPECT_EQ(Lines(L"CameraDiscoveryCallback"), std::vector<std::wstring>{L"End"});
+}
+
+TEST(ACameraThatCannotBeNamed, IsClosedAgain) {
+  for (const char* method : {"Serial", "Uid", "IP"}) {
+    SimulatedCameras cameras{SimulatedCamera()};
+    ProfileFile profile;
+    profile.Key("Init.Method", method).Key("Serial.Number", SimulatedCamera::kSerial);
+    profile.Key("Camera_Identifier", SimulatedCamera::kId).Key("IP", SimulatedCamera::kIp);
+    const BSmartRef<VimbaInitialization> system = VimbaInitialization::Open(nullptr);
+    {
+      BVimbaImagingDeviceImpl implementation;
+      identifiers_are_refused = true;
+      EXPECT_THROW(implementation.Initialize(profile.Open()), std::bad_alloc);
+      identifiers_are_refused = false;
+    }
+    EXPECT_EQ(cameras.State()["openHandles"], 0) << method;
+  }
 }
 
 }  // namespace
