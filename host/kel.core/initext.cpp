@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -73,7 +74,8 @@ void IniText::ReadLine(Line& line) const {
     return;
   }
   CSimpleIniA ini;
-  ini.LoadData(content);
+  // It asks for memory without throwing, and a line that it could not hold would look malformed.
+  if (ini.LoadData(content) == SI_NOMEM) throw std::bad_alloc();
   CSimpleIniA::TNamesDepend names;
   if (content[first] == '[') {
     ini.GetAllSections(names);
