@@ -13,6 +13,7 @@ void ScriptedLibrary::Reset() {
   m_integers.clear();
   m_ranges.clear();
   m_text = {};
+  m_entry = nullptr;
   m_failures.clear();
   m_calls.clear();
   m_announced.clear();
@@ -37,6 +38,11 @@ void ScriptedLibrary::SetRange(const std::string& feature, VmbInt64_t min, VmbIn
 void ScriptedLibrary::SetText(const Text& text) {
   const BMutexLock lock(m_mutex);
   m_text = text;
+}
+
+void ScriptedLibrary::SetEntry(const char* entry) {
+  const BMutexLock lock(m_mutex);
+  m_entry = entry;
 }
 
 void ScriptedLibrary::Fail(const std::string& function, VmbError_t code, const std::string& feature) {
@@ -99,6 +105,11 @@ bool ScriptedLibrary::FindRange(const std::string& feature, VmbInt64_t& min, Vmb
 ScriptedLibrary::Text ScriptedLibrary::TheText() const {
   const BMutexLock lock(m_mutex);
   return m_text;
+}
+
+const char* ScriptedLibrary::TheEntry() const {
+  const BMutexLock lock(m_mutex);
+  return m_entry;
 }
 
 void ScriptedLibrary::Announce(const VmbFrame_t* frame) {

@@ -36,7 +36,8 @@ VmbError_t VmbFeatureFloatRangeQuery(VmbHandle_t /*handle*/, const char* name, d
   return Library().Record("VmbFeatureFloatRangeQuery", name);
 }
 
-VmbError_t VmbFeatureEnumGet(VmbHandle_t /*handle*/, const char* name, const char** /*value*/) {
+VmbError_t VmbFeatureEnumGet(VmbHandle_t /*handle*/, const char* name, const char** value) {
+  if (const char* entry = Library().TheEntry()) *value = entry;
   return Library().Record("VmbFeatureEnumGet", name);
 }
 
@@ -44,7 +45,9 @@ VmbError_t VmbFeatureEnumSet(VmbHandle_t /*handle*/, const char* name, const cha
   return Library().Record("VmbFeatureEnumSet", name, value);
 }
 
-VmbError_t VmbFeatureBoolGet(VmbHandle_t /*handle*/, const char* name, VmbBool_t* /*value*/) {
+VmbError_t VmbFeatureBoolGet(VmbHandle_t handle, const char* name, VmbBool_t* value) {
+  VmbInt64_t number = 0;
+  if (Library().Find(handle, name, number)) *value = number != 0 ? 1 : 0;
   return Library().Record("VmbFeatureBoolGet", name);
 }
 
