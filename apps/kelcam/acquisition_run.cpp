@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <tuple>
 
+#include "untouched_picture.h"
+
 namespace Kelcam {
 namespace {
 
@@ -16,6 +18,13 @@ std::optional<Fault> FaultIn(const Step& step) {
   } catch (...) {
     return FaultOfCurrentException();
   }
+}
+
+// Drivers turn grey pictures only.
+BSize SizeOfPicture(const BImagingDevice& device, const BBaseAoi& area) {
+  bool rotated = false;
+  const BSize size = device.ImageSize(rotated);
+  return rotated && area.ImageKind() == BBaseAoi::eMono8 ? BSize{size.height, size.width} : size;
 }
 
 }  // namespace
@@ -32,10 +41,11 @@ AcquisitionRun::~AcquisitionRun() { std::ignore = Stop(); }
 
 std::optional<Fault> AcquisitionRun::Snap(BBaseAoi& area, std::chrono::milliseconds timeout) {
   return FaultIn([&]() -> std::optional<Fault> {
+    UntouchedPicture untouched(area, SizeOfPicture(m_device, area));
     BImagingDeviceTrigger* trigger = m_fire ? m_device.Trigger() : nullptr;
     if (trigger) trigger->Fire();
     const BError error = m_device.Snap(&area, static_cast<std::uint32_t>(timeout.count()));
-    return error.IsError() ? std::optional(FaultOf(error)) : std::nullopt;
+    return error.IsError() ? std::optional(FaultOf(error)) : untouched.FaultAfterSnap();
   });
 }
 

@@ -22,6 +22,7 @@ class AcquisitionRun {
 
   // Why the start failed; nothing can be snapped then.
   const std::optional<Fault>& StartFault() const { return m_start_fault; }
+  // A picture that the driver did not write is a fault, too.
   std::optional<Fault> Snap(BBaseAoi& area, std::chrono::milliseconds timeout);
   std::optional<Fault> Stop();
 

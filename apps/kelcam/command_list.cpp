@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "commands.h"
+#include "interrupt.h"
 #include "report.h"
 #include "utf8.h"
 
@@ -13,7 +14,10 @@ ExitCode RunList(const Options& options, const Module& module, const MessageLog&
   const WString untouched = L"the module has not been asked";
   DList<WString> identifiers;
   identifiers.Append(untouched);
-  module.ListIdentifiers(identifiers);
+  {
+    const NothingToClose listing;
+    module.ListIdentifiers(identifiers);
+  }
   if (identifiers.Count() == 1 && identifiers.Head()->value == untouched) {
     throw Failure(log.WithLastNotices("the camera system cannot be started"));
   }

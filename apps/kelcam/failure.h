@@ -10,7 +10,8 @@
 
 namespace Kelcam {
 
-enum ExitCode : int { kDone = 0, kFailed = 1, kWrongUsage = 2, kInterrupted = 130 };
+// After an interrupt the code is that of interrupt.h.
+enum ExitCode : int { kDone = 0, kFailed = 1, kWrongUsage = 2 };
 
 // The command line asks for something that does not exist or does not fit the camera.
 class UsageError : public std::runtime_error {

@@ -1,32 +1,47 @@
 // interrupt.cpp
-// Ctrl-C asks a running command to stop at the next image; a second one ends the program at once.
+// Ctrl-C, and whatever else asks the program to end, stops a running command at the next image.
 #include "interrupt.h"
 
 #include <atomic>
-#include <csignal>
+#include <cstdlib>
+
+#include "platform.h"
 
 namespace Kelcam {
 namespace {
 
-std::atomic<bool> interrupted = false;
-static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may touch nothing else");
+constexpr int kNoSignal = 0;
+// What a shell adds to the number of the signal that ended a program.
+constexpr int kSignalBase = 128;
 
-void OnSignal(int signal) {
-  interrupted = true;
-  std::signal(signal, SIG_DFL);
+std::atomic<int> first_signal = kNoSignal;
+std::atomic<bool> nothing_to_close = false;
+static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_always_lock_free,
+              "a signal handler may touch nothing else");
+
+void Note(int signal) {
+  int none = kNoSignal;
+  first_signal.compare_exchange_strong(none, signal);
+  if (nothing_to_close) std::_Exit(InterruptedExitCode());
 }
 
 }  // namespace
 
-void WatchForInterrupt() {
-  std::signal(SIGINT, OnSignal);
-  std::signal(SIGTERM, OnSignal);
-#ifdef SIGPIPE
-  // Whoever read the output may be gone; that must not keep the camera from being closed.
-  std::signal(SIGPIPE, SIG_IGN);
-#endif
+void WatchForInterrupt() { OnRequestToEnd(Note); }
+
+bool Interrupted() { return first_signal != kNoSignal; }
+
+int InterruptedExitCode() { return kSignalBase + first_signal; }
+
+void EndIfInterrupted() {
+  if (Interrupted()) std::_Exit(InterruptedExitCode());
 }
 
-bool Interrupted() { return interrupted; }
+NothingToClose::NothingToClose() {
+  nothing_to_close = true;
+  EndIfInterrupted();
+}
+
+NothingToClose::~NothingToClose() { nothing_to_close = false; }
 
 }  // namespace Kelcam

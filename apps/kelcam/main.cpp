@@ -1,5 +1,6 @@
 // main.cpp
 // kelcam: a camera driver module's host on the command line.
+#include <filesystem>
 #include <iostream>
 
 #include "commands.h"
@@ -11,8 +12,23 @@
 namespace Kelcam {
 namespace {
 
-ExitCode RunCommand(const Options& options) {
-  MessageLog log(Path(options.log_file), options.verbose);
+void CheckOutput() {
+  if (!std::cout.flush()) throw Failure("the result could not be written to standard output");
+}
+
+// Whether both names lead to one file, or would if it were there.
+bool IsSameFile(const std::filesystem::path& a, const std::filesystem::path& b) {
+  std::error_code error;
+  if (std::filesystem::equivalent(a, b, error)) return true;
+  const std::filesystem::path same = std::filesystem::weakly_canonical(a, error);
+  return !error && same == std::filesystem::weakly_canonical(b, error) && !error;
+}
+
+int RunCommand(const Options& options) {
+  if (!options.log_file.empty() && IsSameFile(Path(options.log_file), Path(options.profile_file))) {
+    throw UsageError("--log " + options.log_file + ": this file is the profile");
+  }
+  MessageLog log(options.log_file, options.verbose);
   const Module module(options.module_file.empty() ? ProgramFolder() / kModuleFileName : Path(options.module_file));
   WatchForInterrupt();
   ExitCode result = kFailed;
@@ -31,8 +47,9 @@ ExitCode RunCommand(const Options& options) {
       break;
   }
   log.CheckWritten();
-  if (!std::cout.flush()) throw Failure("the result could not be written to standard output");
-  return Interrupted() ? kInterrupted : result;
+  CheckOutput();
+  if (Interrupted()) return InterruptedExitCode();
+  return result;
 }
 
 int Run(int argc, char** argv) {
@@ -41,6 +58,7 @@ int Run(int argc, char** argv) {
     const auto parsed = ParseCommandLine(Utf8Arguments(argc, argv));
     if (const auto* text = std::get_if<std::string>(&parsed)) {
       std::cout << *text;
+      CheckOutput();
       return kDone;
     }
     const Options& options = std::get<Options>(parsed);
@@ -53,6 +71,7 @@ int Run(int argc, char** argv) {
     const Fault fault = FaultOfCurrentException();
     std::cerr << fault.Sentence() << "\n";
     if (json) PrintDocument({{"error", ToJson(fault)}});
+    if (Interrupted()) return InterruptedExitCode();
     return kFailed;
   }
 }
@@ -61,6 +80,7 @@ int Run(int argc, char** argv) {
 }  // namespace Kelcam
 
 int main(int argc, char** argv) {
+  Kelcam::OpenStandardStreams();
   const Kelcam::Utf8Console console;
   return Kelcam::Run(argc, argv);
 }

@@ -3,8 +3,8 @@
 #pragma once
 
 #include <deque>
-#include <filesystem>
 #include <fstream>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -17,8 +17,9 @@ namespace Kelcam {
 // [CAPTION]" or "=== LogMessage", then the text as it came, then a line break.
 class MessageLog : public ImagingDevice::BSink {
  public:
-  // file: where to write (empty: nowhere); throws Failure when it cannot be opened. verbose: also on standard error.
-  MessageLog(const std::filesystem::path& file, bool verbose);
+  // file: where to write, in UTF-8: a regular file, or /dev/stdout or /dev/stderr on every system (empty: nowhere).
+  // Throws Failure when it cannot be opened. verbose: also on standard error.
+  MessageLog(std::string file, bool verbose);
   ~MessageLog() override;
 
   void OnShowInfo(const wchar_t* text, const wchar_t* caption) override;
@@ -32,16 +33,18 @@ class MessageLog : public ImagingDevice::BSink {
   void CheckWritten() const;
 
  private:
+  std::ostream* Open() KEL_REQUIRES(m_mutex);
   void Write(const std::string& heading, const std::string& text) KEL_REQUIRES(m_mutex);
   void Remember(const std::string& message) KEL_REQUIRES(m_mutex);
   std::vector<std::string> LastNotices() const;
 
-  const std::filesystem::path m_file_name;
+  const std::string m_file_name;
   const bool m_verbose;
   ImagingDevice::BSink* m_before;
 
   mutable BMutex m_mutex;
   std::ofstream m_file KEL_GUARDED_BY(m_mutex);
+  std::ostream* m_out KEL_GUARDED_BY(m_mutex) = nullptr;  // the file or a standard stream; null: none
   std::deque<std::string> m_notices KEL_GUARDED_BY(m_mutex);
   std::string m_last_message KEL_GUARDED_BY(m_mutex);
 };

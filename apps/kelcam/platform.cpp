@@ -2,6 +2,9 @@
 // The few things that differ between operating systems.
 #include "platform.h"
 
+#include <atomic>
+#include <csignal>
+
 #include "failure.h"
 #include "utf8.h"
 
@@ -12,14 +15,57 @@
 #include <shellapi.h>
 #else
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <unistd.h>
+
+#include <tuple>
 #endif
 
 namespace Kelcam {
+namespace {
+
+using NoteSignal = void (*)(int signal);
+
+std::atomic<NoteSignal> note_signal = nullptr;
+static_assert(std::atomic<NoteSignal>::is_always_lock_free, "a signal handler reads it");
+
+}  // namespace
 
 #ifdef _WIN32
 
+namespace {
+
+// The numbers that these requests have on other systems.
+constexpr int kHangUp = 1;
+constexpr int kTerminate = 15;
+
+// Called on a thread of the system's. What it does not handle ends the program.
+BOOL WINAPI OnConsoleEvent(DWORD event) {
+  static std::atomic<bool> is_first = true;
+  switch (event) {
+    case CTRL_C_EVENT:
+    case CTRL_BREAK_EVENT:
+      note_signal.load()(event == CTRL_C_EVENT ? SIGINT : SIGBREAK);
+      return is_first.exchange(false);
+    default:
+      note_signal.load()(event == CTRL_CLOSE_EVENT ? kHangUp : kTerminate);
+      // The system ends the program when this returns, or when its patience is over; until then the camera is closed.
+      Sleep(INFINITE);
+      return TRUE;
+  }
+}
+
+}  // namespace
+
+void OnRequestToEnd(NoteSignal note) {
+  note_signal = note;
+  SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
+}
+
 const char* const kModuleFileName = "kelCameraVimba.dll";
+
+// The C runtime keeps the places of streams that are not there.
+void OpenStandardStreams() {}
 
 std::vector<std::string> Utf8Arguments(int, char**) {
   // The narrow arguments have already lost what the system's code page cannot hold.
@@ -69,7 +115,40 @@ void* SharedLibrary::Symbol(const char* name) const {
 
 #else
 
+namespace {
+
+void OnSignal(int signal) { note_signal.load()(signal); }
+
+void OnSignalOnce(int signal) {
+  std::signal(signal, SIG_DFL);
+  OnSignal(signal);
+}
+
+}  // namespace
+
+void OnRequestToEnd(NoteSignal note) {
+  note_signal = note;
+  std::signal(SIGINT, OnSignalOnce);
+  std::signal(SIGTERM, OnSignalOnce);
+  // A terminal that goes sends more than one; and each later write beyond the limit sends another. Whoever started the
+  // program with nohup wants none.
+  if (std::signal(SIGHUP, OnSignal) == SIG_IGN) std::signal(SIGHUP, SIG_IGN);
+  std::signal(SIGXFSZ, OnSignal);
+  // Whoever read the output may be gone; that must not keep the camera from being closed.
+  std::signal(SIGPIPE, SIG_IGN);
+}
+
 const char* const kModuleFileName = "libkelCameraVimba.so";
+
+void OpenStandardStreams() {
+  // In this order each gets the lowest free number, its own. Standard output can only be read: a result that nobody
+  // gets is an error.
+  constexpr std::pair<int, int> kStreams[] = {
+      {STDIN_FILENO, O_RDONLY}, {STDOUT_FILENO, O_RDONLY}, {STDERR_FILENO, O_WRONLY}};
+  for (const auto& [descriptor, access] : kStreams) {
+    if (fcntl(descriptor, F_GETFD) < 0) std::ignore = open("/dev/null", access);
+  }
+}
 
 std::vector<std::string> Utf8Arguments(int argc, char** argv) { return {argv + 1, argv + argc}; }
 

@@ -11,6 +11,16 @@ namespace Kelcam {
 // The module's file name where none is given.
 extern const char* const kModuleFileName;
 
+// Called before any file is opened: a standard stream that the program was started without gets a place of its own, so
+// that no file takes it and gets what is meant for the stream. Writing to standard output then fails.
+void OpenStandardStreams();
+
+// Calls `note` with the number of the signal for Ctrl-C, SIGTERM, the end of the terminal (SIGHUP) and a file that grew
+// beyond the limit of the process (SIGXFSZ); on Windows for Ctrl-C, Ctrl-Break, a closed console (as SIGHUP) and the
+// end of the session (as SIGTERM). A second Ctrl-C, Ctrl-Break or SIGTERM ends the program at once. `note` may do what
+// a signal handler may.
+void OnRequestToEnd(void (*note)(int signal));
+
 // The arguments without the program's name, in UTF-8.
 std::vector<std::string> Utf8Arguments(int argc, char** argv);
 

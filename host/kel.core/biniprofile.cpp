@@ -33,16 +33,20 @@ WString NameWithoutFolderAndEnding(const WString& file_name) {
 
 WString Number(std::size_t number) { return WString::Format(L"%u", number); }
 
-IniText ReadIniFile(const WString& file_name) {
-  std::string bytes;
-  if (const std::error_code error = ReadWholeFile(file_name, bytes)) {
-    throw BError(BError::eProfileNotReadable, file_name, ToWString(error.message()));
-  }
+IniText IniTextOf(const WString& file_name, std::string bytes) {
   try {
     return IniText(std::move(bytes));
   } catch (const IniText::Malformed& malformed) {
     throw BError(BError::eProfileMalformed, file_name, Number(malformed.line), ToWString(malformed.reason));
   }
+}
+
+IniText ReadIniFile(const WString& file_name) {
+  std::string bytes;
+  if (const std::error_code error = ReadWholeFile(file_name, bytes)) {
+    throw BError(BError::eProfileNotReadable, file_name, ToWString(error.message()));
+  }
+  return IniTextOf(file_name, std::move(bytes));
 }
 
 // The number that the whole text is; a sign of either kind may lead.
@@ -104,33 +108,39 @@ struct BIniProfile::Content {
 
   void ComplainOfValue(const IniText::Line& line, const WString& wanted) {
     Complain(WString::Format(L"%s, line %u: %s = %s is not used, it is not %s", file_name, text.NumberOf(line),
-                             ToWString(line.name), ToWString(line.value), wanted));
+                             ToWString(line.name), ToWString(std::string(text.ValueAsWritten(line))), wanted));
   }
 
-  // The change holds from now on, saved or not.
-  void Remember(const Change& change) {
+  // The change holds from now on, saved or not. Gives the reason when there is no room for it.
+  WString Remember(const Change& change) try {
     text.Set(change.section, change.key, change.value);
     const auto same_key = [&](const Change& other) {
       return other.section == change.section && other.key == change.key;
     };
     unsaved.erase(std::remove_if(unsaved.begin(), unsaved.end(), same_key), unsaved.end());
     unsaved.push_back(change);
+    return {};
+  } catch (const IniText::Malformed& malformed) {
+    return ToWString(malformed.reason);
   }
 
   // The changes go into what the file holds now, since others may have written it after it was read. Gives the reason
   // when that fails.
   WString Save() try {
-    IniText on_disk = ReadIniFile(file_name);
-    const std::string old_bytes = on_disk.Bytes();
-    for (const Change& change : unsaved) on_disk.Set(change.section, change.key, change.value);
-    if (on_disk.Bytes() != old_bytes) {
-      if (const std::error_code error = ReplaceWholeFile(file_name, on_disk.Bytes())) return ToWString(error.message());
-    }
-    text = std::move(on_disk);
+    std::optional<IniText> saved;
+    const std::error_code error = ChangeWholeFile(file_name, [&](std::string bytes) {
+      saved = IniTextOf(file_name, std::move(bytes));
+      for (const Change& change : unsaved) saved->Set(change.section, change.key, change.value);
+      return saved->Bytes();
+    });
+    if (error) return ToWString(error.message());
+    text = std::move(*saved);
     unsaved.clear();
     return {};
   } catch (const BError& error) {
     return error.Message();
+  } catch (const IniText::Malformed& malformed) {
+    return ToWString(malformed.reason);
   }
 
   WString file_name;
@@ -190,12 +200,10 @@ bool BIniProfile::ReadBool(const WString& key, bool& value, bool default_value) 
 }
 
 bool BIniProfile::Write(const WString& key, const WString& value) {
-  const Content::Change change{m_content->section, ToBString(key).Str(), WithoutBlanksAround(ToBString(value).Str())};
+  const Content::Change change{m_content->section, ToBString(key).Str(), ToBString(value).Str()};
   WString reason = WhyNotHoldable(change.section, change.key, change.value);
-  if (reason.IsEmpty()) {
-    m_content->Remember(change);
-    reason = m_content->Save();
-  }
+  if (reason.IsEmpty()) reason = m_content->Remember(change);
+  if (reason.IsEmpty()) reason = m_content->Save();
   if (reason.IsEmpty()) return true;
   m_content->Complain(WString::Format(L"%s: %s = %s is not saved: %s", m_content->file_name, key, value, reason));
   return false;

@@ -16,7 +16,8 @@
 // A write changes the text behind the key in its one line, or adds a line at the end of the key's section, and leaves
 // every other byte of the file as it is, comments included. What others have changed in the file in the meantime stays
 // and is read from then on. The file is replaced as a whole: a crash while saving leaves the old file or the new one. A
-// write that changes nothing does not touch the file. A link to a file stays a link. [host thread]
+// write that changes nothing does not touch the file. A link to a file stays a link. Writers of one file, in any number
+// of processes, write one after the other; each waits for the others for up to five seconds. [host thread]
 class KEL_CORE_API BIniProfile : public BSmartObj, public IProfile {
  public:
   // Reads the file. Throws BError eProfileNotReadable (file, reason), or eProfileMalformed (file, line number, reason)
@@ -31,8 +32,8 @@ class KEL_CORE_API BIniProfile : public BSmartObj, public IProfile {
   bool ReadDouble(const WString& key, double& value, double default_value) const override;
   bool ReadBool(const WString& key, bool& value, bool default_value) const override;
   // Refused, with a complaint and nothing changed: texts with line breaks or zeros, and keys that a file cannot hold.
-  // When the file cannot be written, the change is tried again with the next write. Blanks around the text are not
-  // kept.
+  // Refused in the same way: what would make the file too large. When the file cannot be written, the change is tried
+  // again with the next write.
   bool Write(const WString& key, const WString& value) override;
 
   // Where reads and writes go from now on: the root's keys, or those of a section. A section that is not there has no

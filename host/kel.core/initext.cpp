@@ -3,8 +3,6 @@
 #include "initext.h"
 
 #include <algorithm>
-#include <map>
-#include <new>
 #include <optional>
 #include <utility>
 
@@ -13,11 +11,13 @@
 #define SI_IMPLEMENTATION
 #include <SimpleIni.h>
 
+#include "wholefile.h"
 #include "wstring.h"
 
 namespace {
 
 constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
+constexpr char kQuote = '"';
 
 // Alike for names that are the same.
 std::string Folded(std::string name) {
@@ -29,7 +29,21 @@ std::string Folded(std::string name) {
 
 bool SameName(const std::string& a, const std::string& b) { return Folded(a) == Folded(b); }
 
-bool IsUtf8(const std::string& text) { return ToBString(ToWString(BString(text))).Str() == text; }
+bool IsUtf8(const std::string& text) {
+  const bool ascii = std::all_of(text.begin(), text.end(), [](unsigned char byte) { return byte < 0x80U; });
+  return ascii || ToBString(ToWString(BString(text))).Str() == text;
+}
+
+bool IsQuoted(std::string_view written) {
+  return written.size() >= 2 && written.front() == kQuote && written.back() == kQuote;
+}
+
+// A value as a line holds it. A reader drops blanks around it, and a pair of quotes.
+std::string Written(const std::string& value, bool in_quotes) {
+  const auto is_blank = [](char letter) { return letter == ' ' || letter == '\t'; };
+  const bool blank_at_an_end = !value.empty() && (is_blank(value.front()) || is_blank(value.back()));
+  return in_quotes || blank_at_an_end || IsQuoted(value) ? kQuote + value + kQuote : value;
+}
 
 std::string WhyMalformed(const std::string& content, std::size_t first) {
   if (content[first] == '[') return "the section has no name or no closing ]";
@@ -37,22 +51,49 @@ std::string WhyMalformed(const std::string& content, std::size_t first) {
   return "this is neither a comment, nor a section, nor key=value";
 }
 
-std::optional<std::string> OnlyName(const CSimpleIniA::TNamesDepend& names) {
-  if (names.size() != 1 || !*names.front().pItem) return std::nullopt;
-  return names.front().pItem;
-}
-
 }  // namespace
+
+// The ini library, given one line at a time.
+class IniText::LineReader {
+ public:
+  void Read(const std::string& content) {
+    m_ini.Reset();
+    m_ini.LoadData(content);
+  }
+  std::optional<std::string> OnlySection() const {
+    CSimpleIniA::TNamesDepend names;
+    m_ini.GetAllSections(names);
+    return OnlyName(names);
+  }
+  std::optional<std::string> OnlyKey() const {
+    CSimpleIniA::TNamesDepend names;
+    m_ini.GetAllKeys("", names);
+    return OnlyName(names);
+  }
+  std::string Value(const std::string& key) const { return m_ini.GetValue("", key.c_str(), ""); }
+
+ private:
+  static std::optional<std::string> OnlyName(const CSimpleIniA::TNamesDepend& names) {
+    if (names.size() != 1 || !*names.front().pItem) return std::nullopt;
+    return names.front().pItem;
+  }
+
+  CSimpleIniA m_ini;
+};
 
 IniText::IniText(std::string bytes) : m_bytes(std::move(bytes)) {
   SplitLines();
-  for (Line& line : m_lines) ReadLine(line);
-  RefuseRepeatedKeys();
+  LineReader reader;
+  for (Line& line : m_lines) ReadLine(reader, line);
+  IndexKeys();
 }
 
 void IniText::SplitLines() {
   std::size_t at = m_bytes.rfind(kByteOrderMark, 0) == 0 ? sizeof kByteOrderMark - 1 : 0;
   while (at < m_bytes.size()) {
+    if (m_lines.size() == kMostLines) {
+      throw Malformed{kMostLines + 1, "a profile has no more than " + std::to_string(kMostLines) + " lines"};
+    }
     Line line;
     line.begin = at;
     line.end = std::min(m_bytes.find_first_of("\r\n", at), m_bytes.size());
@@ -63,7 +104,7 @@ void IniText::SplitLines() {
   }
 }
 
-void IniText::ReadLine(Line& line) const {
+void IniText::ReadLine(LineReader& reader, Line& line) const {
   const std::string content = m_bytes.substr(line.begin, line.end - line.begin);
   if (content.find('\0') != std::string::npos) throw Malformed{NumberOf(line), "there is a zero byte"};
   if (!IsUtf8(content)) throw Malformed{NumberOf(line), "this is not UTF-8 text"};
@@ -73,64 +114,60 @@ void IniText::ReadLine(Line& line) const {
     line.kind = Line::kComment;
     return;
   }
-  CSimpleIniA ini;
-  // It asks for memory without throwing, and a line that it could not hold would look malformed.
-  if (ini.LoadData(content) == SI_NOMEM) throw std::bad_alloc();
-  CSimpleIniA::TNamesDepend names;
-  if (content[first] == '[') {
-    ini.GetAllSections(names);
-    line.kind = Line::kSection;
-  } else {
-    ini.GetAllKeys("", names);
-    line.kind = Line::kKey;
-  }
-  const std::optional<std::string> name = OnlyName(names);
+  reader.Read(content);
+  line.kind = content[first] == '[' ? Line::kSection : Line::kKey;
+  std::optional<std::string> name = line.kind == Line::kSection ? reader.OnlySection() : reader.OnlyKey();
   if (!name) throw Malformed{NumberOf(line), WhyMalformed(content, first)};
-  line.name = *name;
+  line.name = std::move(*name);
   if (line.kind != Line::kKey) return;
-  line.value = ini.GetValue("", name->c_str(), "");
+  line.value = reader.Value(line.name);
   line.value_begin = std::min(content.find_first_not_of(" \t", content.find('=') + 1), content.size()) + line.begin;
+  line.value_end = line.value_begin + line.value.size();
+  if (IsQuoted(line.value)) line.value = line.value.substr(1, line.value.size() - 2);
 }
 
-void IniText::RefuseRepeatedKeys() const {
-  std::map<std::pair<std::string, std::string>, const Line*> seen;
-  std::string section;
-  for (const Line& line : m_lines) {
-    if (line.kind == Line::kSection) section = Folded(line.name);
+void IniText::IndexKeys() {
+  SectionNumber section = kRoot;
+  m_sections.emplace(std::string(), kRoot);
+  for (std::size_t i = 0; i < m_lines.size(); ++i) {
+    const Line& line = m_lines[i];
+    if (line.kind == Line::kSection) section = m_sections.emplace(Folded(line.name), m_sections.size()).first->second;
     if (line.kind != Line::kKey) continue;
-    const auto [first, is_new] = seen.try_emplace({section, Folded(line.name)}, &line);
+    const auto [first, is_new] = m_line_of_key.emplace(std::pair(section, Folded(line.name)), i);
     if (is_new) continue;
-    throw Malformed{NumberOf(line), line.name + " already stands in line " + std::to_string(NumberOf(*first->second))};
+    throw Malformed{i + 1, line.name + " already stands in line " + std::to_string(first->second + 1)};
   }
 }
 
 const IniText::Line* IniText::Find(const std::string& section, const std::string& key) const {
-  bool inside = section.empty();
-  for (const Line& line : m_lines) {
-    if (line.kind == Line::kSection) inside = SameName(line.name, section);
-    if (inside && line.kind == Line::kKey && SameName(line.name, key)) return &line;
-  }
-  return nullptr;
+  const auto number = m_sections.find(Folded(section));
+  if (number == m_sections.end()) return nullptr;
+  const auto line = m_line_of_key.find({number->second, Folded(key)});
+  return line == m_line_of_key.end() ? nullptr : &m_lines[line->second];
+}
+
+std::string_view IniText::ValueAsWritten(const Line& line) const {
+  return std::string_view(m_bytes).substr(line.value_begin, line.value_end - line.value_begin);
 }
 
 void IniText::Set(const std::string& section, const std::string& key, const std::string& value) {
+  std::string changed;
   if (const Line* line = Find(section, key)) {
-    m_bytes.replace(line->value_begin, line->value.size(), value);
+    const std::string written = Written(value, IsQuoted(ValueAsWritten(*line)));
+    changed = m_bytes.substr(0, line->value_begin) + written + m_bytes.substr(line->value_end);
   } else {
-    InsertKey(section, key + '=' + value);
+    changed = WithKey(section, key + '=' + Written(value, false));
   }
-  *this = IniText(std::move(m_bytes));
+  if (changed.size() > kLargestWholeFile) {
+    throw Malformed{m_lines.size(), "a profile has no more than " + std::to_string(kLargestWholeFile) + " bytes"};
+  }
+  *this = IniText(std::move(changed));
 }
 
-void IniText::InsertKey(const std::string& section, const std::string& entry) {
-  const auto is_header = [&](const Line& line) { return line.kind == Line::kSection && SameName(line.name, section); };
-  if (section.empty() || std::any_of(m_lines.begin(), m_lines.end(), is_header)) {
-    InsertLines(EndOfSection(section), {entry});
-  } else if (m_lines.empty()) {
-    InsertLines(0, {'[' + section + ']', entry});
-  } else {
-    InsertLines(m_lines.size(), {"", '[' + section + ']', entry});
-  }
+std::string IniText::WithKey(const std::string& section, const std::string& entry) const {
+  if (m_sections.count(Folded(section)) != 0) return WithLines(EndOfSection(section), {entry});
+  if (m_lines.empty()) return WithLines(0, {'[' + section + ']', entry});
+  return WithLines(m_lines.size(), {"", '[' + section + ']', entry});
 }
 
 // The index of the line before which a key at the section's end goes. Comments right above the next section belong to
@@ -155,13 +192,14 @@ std::size_t IniText::EndOfSection(const std::string& section) const {
   return end;
 }
 
-void IniText::InsertLines(std::size_t line_index, const std::vector<std::string>& lines) {
+std::string IniText::WithLines(std::size_t line_index, const std::vector<std::string>& lines) const {
   const std::string line_end = LineEndNear(line_index);
   std::string added;
   const bool after_open_end = line_index > 0 && m_lines[line_index - 1].end == m_lines[line_index - 1].next;
   if (after_open_end) added += line_end;
   for (const std::string& line : lines) added += line + line_end;
-  m_bytes.insert(line_index < m_lines.size() ? m_lines[line_index].begin : m_bytes.size(), added);
+  std::string changed = m_bytes;
+  return changed.insert(line_index < m_lines.size() ? m_lines[line_index].begin : m_bytes.size(), added);
 }
 
 std::string IniText::LineEndNear(std::size_t line_index) const {

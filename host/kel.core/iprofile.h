@@ -17,7 +17,7 @@ class KEL_CORE_API IProfile {
 
   virtual ~IProfile();
 
-  // The text behind the key, without the blanks around it; may be empty.
+  // The key's text; may be empty.
   virtual bool ReadString(const WString& key, WString& value, const WString& default_value = {}) const = 0;
   // A whole decimal number from min to max, both included.
   virtual bool ReadInt(const WString& key, int& value, int default_value, int min, int max) const = 0;

@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <limits>
+#include <thread>
 #include <tuple>
 #include <utility>
 
+#include "regularfile.h"
 #include "wholefile.h"
 
 namespace {
@@ -17,8 +19,11 @@ class FileHandle {
  public:
   explicit FileHandle(HANDLE handle) : m_handle(handle) {}
   ~FileHandle() { Close(); }
-  FileHandle(const FileHandle&) = delete;
-  FileHandle& operator=(const FileHandle&) = delete;
+  FileHandle(FileHandle&& other) noexcept : m_handle(std::exchange(other.m_handle, INVALID_HANDLE_VALUE)) {}
+  FileHandle& operator=(FileHandle&& other) noexcept {
+    std::swap(m_handle, other.m_handle);
+    return *this;
+  }
 
   HANDLE Get() const { return m_handle; }
   bool IsOpen() const { return m_handle != INVALID_HANDLE_VALUE; }
@@ -31,6 +36,8 @@ class FileHandle {
   HANDLE m_handle;
 };
 
+// How long an open reader of the file, or of the lock, is given to let go of it; and when it is asked again.
+constexpr std::chrono::milliseconds kReaderPatience{250};
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 HANDLE OpenForReading(const std::wstring& name) {
@@ -66,11 +73,66 @@ bool WriteAll(HANDLE handle, std::string_view bytes) {
   return true;
 }
 
+FileKind KindOf(HANDLE handle) {
+  switch (::GetFileType(handle)) {
+    case FILE_TYPE_DISK:
+      return FileKind::kRegular;
+    case FILE_TYPE_PIPE:
+      return FileKind::kPipe;
+    case FILE_TYPE_CHAR:
+      return FileKind::kDevice;
+    default:
+      return FileKind::kOther;
+  }
+}
+
+bool IsFolder(const std::wstring& name) {
+  const DWORD attributes = ::GetFileAttributesW(name.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+// What writers have left behind that were killed. Only whoever holds the lock may take it away.
+void RemoveLeftovers(const std::wstring& target) {
+  const std::size_t name_begin = target.find_last_of(L"\\/") + 1;
+  WIN32_FIND_DATAW found{};
+  const HANDLE search = ::FindFirstFileW((target + L".*.new").c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return;
+  do {
+    if (!IsLeftover<wchar_t>(found.cFileName, target.substr(name_begin))) continue;
+    std::ignore = ::DeleteFileW((target.substr(0, name_begin) + found.cFileName).c_str());
+  } while (::FindNextFileW(search, &found));
+  ::FindClose(search);
+}
+
+// Somebody has the file open, or it is on its way out; or it may not be written at all, which looks the same.
+bool IsInUse(DWORD error) { return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED; }
+
+bool TakePlace(const std::wstring& name, const std::wstring& target) {
+  const auto deadline = std::chrono::steady_clock::now() + kReaderPatience;
+  while (!::MoveFileExW(name.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+    const DWORD error = ::GetLastError();
+    if (!IsInUse(error) || std::chrono::steady_clock::now() >= deadline) {
+      ::SetLastError(error);
+      return false;
+    }
+    std::this_thread::sleep_for(kLockPollInterval);
+  }
+  return true;
+}
+
 }  // namespace
 
+std::error_code ErrorIfNotRegular(const WString& file_name) {
+  if (IsFolder(file_name.Str())) return ErrorOfKind(FileKind::kFolder);
+  const FileHandle file(::CreateFileW(file_name.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+  return file.IsOpen() ? ErrorOfKind(KindOf(file.Get())) : std::error_code();
+}
+
 std::error_code ReadWholeFile(const WString& file_name, std::string& bytes) {
+  if (IsFolder(file_name.Str())) return ErrorOfKind(FileKind::kFolder);
   const FileHandle file(OpenForReading(file_name.Str()));
   if (!file.IsOpen()) return LastError();
+  if (const std::error_code error = ErrorOfKind(KindOf(file.Get()))) return error;
   bytes.clear();
   char buffer[4096];
   for (;;) {
@@ -82,16 +144,49 @@ std::error_code ReadWholeFile(const WString& file_name, std::string& bytes) {
   }
 }
 
-std::error_code ReplaceWholeFile(const WString& file_name, std::string_view bytes) {
-  const std::wstring target = FinalName(file_name.Str());
-  if (target.empty()) return LastError();
+// The lock is a file that only one process may open. An open file cannot be replaced, so the lock is not on the target.
+// The system removes it when its one handle goes, also that of a killed process.
+struct LockedFile::State {
+  std::wstring target;
+  FileHandle lock{INVALID_HANDLE_VALUE};
+  std::error_code error;
+
+  std::error_code Lock() {
+    const std::wstring name = target + L".lock";
+    const auto start = std::chrono::steady_clock::now();
+    for (;;) {
+      lock = FileHandle(::CreateFileW(name.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, OPEN_ALWAYS,
+                                      FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+      if (lock.IsOpen()) return {};
+      const DWORD code = ::GetLastError();
+      const auto waited = std::chrono::steady_clock::now() - start;
+      // Access is denied for a moment while the system removes the file, and for good in a folder of somebody else's.
+      if (!IsInUse(code) || (code == ERROR_ACCESS_DENIED && waited >= kReaderPatience)) {
+        return {static_cast<int>(code), std::system_category()};
+      }
+      if (waited >= kLongestLockWait) return std::make_error_code(std::errc::device_or_resource_busy);
+      std::this_thread::sleep_for(kLockPollInterval);
+    }
+  }
+};
+
+LockedFile::LockedFile(const WString& file_name) : m_state(std::make_unique<State>()) {
+  m_state->target = FinalName(file_name.Str());
+  m_state->error = m_state->target.empty() ? LastError() : m_state->Lock();
+}
+
+LockedFile::~LockedFile() = default;
+
+std::error_code LockedFile::Error() const { return m_state->error; }
+
+std::error_code LockedFile::Replace(std::string_view bytes) const {
+  const std::wstring& target = m_state->target;
+  RemoveLeftovers(target);
   std::wstring name;
   FileHandle file(CreateBeside(target, name));
   if (!file.IsOpen()) return LastError();
   const bool written = WriteAll(file.Get(), bytes) && ::FlushFileBuffers(file.Get()) && file.Close();
-  if (written && ::MoveFileExW(name.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
-    return {};
-  }
+  if (written && TakePlace(name, target)) return {};
   const std::error_code error = LastError();
   std::ignore = file.Close();
   std::ignore = ::DeleteFileW(name.c_str());

@@ -2,6 +2,7 @@
 // The device that a driver hands to the host.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 
 #include "berror.h"
@@ -65,8 +66,9 @@ class KEL_IMAGINGDEVICE_API BImagingDevice {
   virtual bool RemoveBandwidthPartner(BImagingDevice* partner) = 0;  // 36
 
  protected:
+  // [any thread]
   void SetLastSnapTime(double time_ms) { m_last_snap_time_ms = time_ms; }
 
  private:
-  double m_last_snap_time_ms = 0.0;
+  std::atomic<double> m_last_snap_time_ms = 0.0;
 };

@@ -4,7 +4,6 @@
 
 #include "bimagingdevicetrigger.h"
 
-BImagingDeviceSwitch::~BImagingDeviceSwitch() = default;
 void BImagingDeviceSwitch::SetOff() { SetExternal(false); }
 
 BImagingDeviceTrigger::~BImagingDeviceTrigger() = default;

@@ -15,9 +15,10 @@ class KEL_IMAGINGDEVICE_API BImagingDeviceSwitch {
   virtual bool IsExternal() const = 0;   // an outside signal switches, not the host
   virtual void SetExternal(bool external) = 0;
   virtual void SetOff();  // no longer external; the camera itself is not touched
-  virtual ~BImagingDeviceSwitch();
 
  protected:
+  // Not virtual, so that the trigger's operations follow SetOff without a gap. A switch is deleted as what it is.
+  ~BImagingDeviceSwitch() = default;
   BImagingDeviceSwitch(const BImagingDeviceSwitch&) = default;
   BImagingDeviceSwitch& operator=(const BImagingDeviceSwitch&) = default;
 };

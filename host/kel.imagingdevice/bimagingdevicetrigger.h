@@ -14,5 +14,5 @@ class KEL_IMAGINGDEVICE_API BImagingDeviceTrigger : public BImagingDeviceSwitch 
   virtual bool SetActivation(int edge) = 0;  // which edge of the line counts
   virtual bool SetSource(int source) = 0;    // false when the camera refuses; numbers beyond the three change nothing
   virtual void Fire() = 0;                   // starts one frame when the source is eSoftware
-  ~BImagingDeviceTrigger() override;
+  virtual ~BImagingDeviceTrigger();
 };

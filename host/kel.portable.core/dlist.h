@@ -9,8 +9,9 @@
 
 // Owns its elements. Fields and virtual operations are in the host's order (head, tail, count; destructor, append a
 // list, append a value, insert a value): the list crosses the module boundary by reference and is filled through its
-// virtual operations. Whoever clears it frees its nodes: both sides share one C++ runtime and its allocator. An element
-// that cannot be made leaves the list as it was before that element.
+// virtual operations. No two of them share a name: one of the compilers' layouts puts overloads in reverse. Whoever
+// clears it frees its nodes: both sides share one C++ runtime and its allocator. An element that cannot be made leaves
+// the list as it was before that element.
 template <class Value>
 class DList {
  public:
@@ -45,7 +46,7 @@ class DList {
   };
 
   DList() = default;
-  DList(const DList& other) : DList() { DList::Append(other); }
+  DList(const DList& other) : DList() { DList::AppendAll(other); }
   DList& operator=(const DList& other) {
     if (this == &other) return *this;
     DList copy(other);
@@ -57,7 +58,7 @@ class DList {
   virtual ~DList() { Clear(); }
 
   // Copies of all elements of the other list, at the tail. A list may be appended to itself.
-  virtual void Append(const DList& other) {
+  virtual void AppendAll(const DList& other) {
     const Node* node = other.m_head;
     for (std::uint32_t left = other.m_count; left > 0; --left, node = node->next) Append(node->value);
   }

@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <new>
+#include <system_error>
 #include <tuple>
 #include <utility>
 
@@ -21,6 +22,7 @@ using AcquisitionNumber = BFrameQueue::AcquisitionNumber;
 
 constexpr wchar_t kRequeueFailed[] = L" ReQueueFrame failed";
 constexpr wchar_t kOutOfMemory[] = L"out of memory";
+constexpr wchar_t kNoThread[] = L"no thread";
 
 BError ErrorOfStatus(VmbFrameStatus_t status) {
   switch (status) {
@@ -54,23 +56,28 @@ bool IsTrusted(const ArrivedFrame& frame) {
 
 }  // namespace
 
-// A frame that has arrived and that nobody else answers for yet. Where memory runs out first, it is given back to the
-// library, or the ring would be short of it for good, and the acquisition fails.
+// A frame that has arrived and that nobody else answers for yet. Where memory or threads run out first, it is given
+// back to the library, or the ring would be short of it for good, and the acquisition fails.
 class FrameReceiver::FrameInHand {
  public:
   FrameInHand(FrameReceiver& receiver, const ArrivedFrame& frame, AcquisitionNumber acquisition)
       : m_receiver(receiver), m_frame(&frame), m_acquisition(acquisition) {}
   ~FrameInHand() {
     if (!m_frame) return;
-    // One failure is enough: it fails the acquisition whether the frame could be given back or not.
-    std::ignore = m_receiver.m_ring.ReQueueFrame(m_frame->record);
-    m_receiver.PushFailureUnlessOver(m_acquisition, kOutOfMemory);
+    const bool returned = m_receiver.m_ring.ReQueueFrame(m_frame->record) == VmbErrorSuccess;
+    m_receiver.PushFailureUnlessOver(m_acquisition, m_failure);
+    if (!returned) m_receiver.PushFailure(kRequeueFailed);
   }
   FrameInHand(const FrameInHand&) = delete;
   FrameInHand& operator=(const FrameInHand&) = delete;
 
   void StartWorker() {
-    m_receiver.StartWorker(*m_frame, m_acquisition);
+    try {
+      m_receiver.StartWorker(*m_frame, m_acquisition);
+    } catch (const std::system_error&) {
+      m_failure = kNoThread;
+      throw;
+    }
     m_frame = nullptr;
   }
   VmbError_t GiveBack() { return m_receiver.m_ring.ReQueueFrame(std::exchange(m_frame, nullptr)->record); }
@@ -79,6 +86,7 @@ class FrameReceiver::FrameInHand {
   FrameReceiver& m_receiver;
   const ArrivedFrame* m_frame;
   AcquisitionNumber m_acquisition;
+  const wchar_t* m_failure = kOutOfMemory;
 };
 
 FrameReceiver::FrameReceiver(const VimbaCamera& camera, const BStopWatch& snap_watch, FrameRing& ring,
@@ -96,7 +104,9 @@ void FrameReceiver::OnFrameExt(VmbFrame_t* frame) {
     } else {
       HandleFrame(arrived, acquisition);
     }
-  } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the frame in hand has seen to the rest
+    // The frame in hand has seen to the rest.
+  } catch (const std::bad_alloc&) {     // NOLINT(bugprone-empty-catch)
+  } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch)
   }
 }
 

@@ -72,7 +72,7 @@ TEST_F(CommandLine, ValuesOutsideAChoiceAreNamed) {
 }
 
 TEST_F(CommandLine, SecondsMustBePositive) {
-  for (const std::string seconds : {"0", "-3", "inf", "1s", "soon"}) {
+  for (const std::string seconds : {"0", "-3", "inf", "-inf", "infinity", "nan", "-nan", "1e999", "1s", "soon"}) {
     ExpectUsageError(With("live", {"--seconds", seconds}), "--seconds: " + seconds + " is not a positive number");
   }
 }

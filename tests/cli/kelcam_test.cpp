@@ -65,8 +65,10 @@ Lines KelcamTest::Files() const {
   return names;
 }
 
-Process KelcamTest::Start(const Arguments& arguments) const {
-  return Process(ProgramFile("kelcam"), arguments, m_environment);
+Process KelcamTest::Start(const Arguments& arguments) const { return StartProgram(ProgramFile("kelcam"), arguments); }
+
+Process KelcamTest::StartProgram(const std::filesystem::path& program, const Arguments& arguments) const {
+  return Process(program, arguments, m_environment);
 }
 
 nlohmann::json KelcamTest::Document(const Arguments& arguments) const {
@@ -75,11 +77,11 @@ nlohmann::json KelcamTest::Document(const Arguments& arguments) const {
   return nlohmann::json::parse(Kelcam(with_json).out);
 }
 
-ScriptedKelcamTest::ScriptedKelcamTest() : m_profile(Write("camera.ini", "API = Vimba\n")) {}
+ScriptedKelcamTest::ScriptedKelcamTest() : m_profile(Write("camera.ini", "API = Vimba\n")), m_log(In("log.txt")) {}
 
 KelcamTest::Arguments ScriptedKelcamTest::With(const std::string& command, const Arguments& more) const {
   Arguments arguments{"--module", Utf8(ProgramFile("kelcam").parent_path() / "kelcam-scripted-module.module"), "--log",
-                      In("log.txt"), command};
+                      m_log, command};
   if (command != "list") arguments.insert(arguments.end(), {"--profile", m_profile});
   arguments.insert(arguments.end(), more.begin(), more.end());
   return arguments;
@@ -103,4 +105,10 @@ Lines ScriptedKelcamTest::Operations() const {
     if (line.rfind("Create ", 0) != 0 && line != "Release") operations.push_back(line);
   }
   return operations;
+}
+
+std::string ScriptedKelcamTest::ShellLine(const Arguments& arguments, const std::string& after) {
+  std::string line = "'" + Utf8(ProgramFile("kelcam")) + "'";
+  for (const std::string& word : arguments) line.append(" '").append(word).append("'");
+  return line + " " + after;
 }

@@ -42,6 +42,7 @@ class KelcamTest : public testing::Test {
   void Setting(const std::string& variable, const std::string& value) { m_environment[variable] = value; }
 
   Process Start(const Arguments& arguments) const;
+  Process StartProgram(const std::filesystem::path& program, const Arguments& arguments) const;
   ProcessResult Kelcam(const Arguments& arguments) const { return Start(arguments).Wait(); }
   nlohmann::json Document(const Arguments& arguments) const;  // what kelcam --json prints
 
@@ -67,6 +68,13 @@ class ScriptedKelcamTest : public KelcamTest {
   Lines Operations() const;
   // Whether the camera of the last run was released.
   bool IsReleased() const;
+  // The command line as a POSIX shell takes it, with this text after it.
+  static std::string ShellLine(const Arguments& arguments, const std::string& after = {});
+  Process StartInShell(const std::string& line) const { return StartProgram("/bin/sh", {"-c", line}); }
+  ProcessResult InShell(const Arguments& arguments, const std::string& after) const {
+    return StartInShell(ShellLine(arguments, after)).Wait();
+  }
 
   std::string m_profile;
+  std::string m_log;
 };

@@ -128,4 +128,16 @@ TEST_F(Pictures, ADeviceThatFillsInNothingIsAnError) {
   EXPECT_EQ(result.exit_code, kFailed);
 }
 
+TEST_F(Pictures, ADeviceThatReportsSuccessAndWritesNothingIsAnError) {
+  Script("snap=untouched,0");
+
+  const ProcessResult result = Snap({"-n", "2", "-o", In("%d.png")});
+
+  EXPECT_EQ(result.err,
+            "error: the driver reports success but wrote no picture: it does not convert the frame's pixel format to "
+            "this kind of picture (image 1)\n1 of 2 images taken\n");
+  EXPECT_EQ(Files(), (std::vector<std::string>{"2.png", "camera.ini", "log.txt"}));
+  EXPECT_EQ(result.exit_code, kFailed);
+}
+
 }  // namespace

@@ -3,6 +3,10 @@
 #include "berror.h"
 #include "kelcam_test.h"
 
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
+
 namespace {
 
 using testing::StartsWith;
@@ -65,6 +69,25 @@ TEST_F(Profiles, ComplaintsAboutValuesAreNotices) {
   EXPECT_EQ(result.err,
             "notice: " + m_profile + ", line 1: Number = eleven is not used, it is not a whole number from 0 to 10\n");
   EXPECT_EQ(result.exit_code, kDone);
+}
+
+#if !defined(_WIN32)
+TEST_F(Profiles, APipeIsNotWaitedFor) {
+  m_profile = In("pipe.ini");
+  ASSERT_EQ(::mkfifo(m_profile.c_str(), 0600), 0);
+
+  const ProcessResult result = Kelcam(With("info"));
+
+  EXPECT_EQ(result.err,
+            "error 8400: the profile " + m_profile + " cannot be read: it is a pipe (FIFO), not a regular file\n");
+  EXPECT_EQ(result.exit_code, kFailed);
+}
+#endif
+
+TEST_F(Profiles, AFolderIsNone) {
+  m_profile = In("");
+
+  EXPECT_EQ(Kelcam(With("info")).err, "error 8400: the profile " + m_profile + " cannot be read: Is a directory\n");
 }
 
 }  // namespace

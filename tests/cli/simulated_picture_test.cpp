@@ -25,6 +25,10 @@ constexpr double kYuvTolerance = 8.0;
 // What nobody takes for noise.
 constexpr double kClearly = 20.0;
 
+const std::string kUnconverted =
+    "error: the driver reports success but wrote no picture: it does not convert the frame's pixel format to this kind "
+    "of picture\n";
+
 const Simulator::ChartPatch& Patch(int number) { return Simulator::kChartPatches[static_cast<std::size_t>(number)]; }
 
 // The middle half of a patch, well inside its edges.
@@ -140,6 +144,42 @@ TEST_F(SimulatedPictures, TheFastConversionShowsTheSameColours) {
 
   EXPECT_NEAR(PatchMean(fast, kRedPatch, kRed), Patch(kRedPatch).red, kTolerance);
   EXPECT_NEAR(PatchMean(fast, kRedPatch, kBlue), Patch(kRedPatch).blue, kTolerance);
+}
+
+// The example's colour camera with another colour format.
+TEST_F(SimulatedPictures, AFormatThatTheDriverDoesNotConvertIsAFailedImage) {
+  Profile("yuv");
+  std::string text = Text("yuv.ini");
+  text.replace(text.find("COLORCODEcolor = YUV"), 20, "COLORCODEcolor = RGB");
+  const std::string profile = Write("rgb.ini", text);
+
+  const ProcessResult result = Run("snap", profile, {"--color", "on", "-o", In("x.png")});
+
+  EXPECT_EQ(result.err, kUnconverted + "0 of 1 image taken\n");
+  EXPECT_FALSE(std::filesystem::exists(PathOf("x.png")));
+  EXPECT_EQ(result.exit_code, kFailed);
+}
+
+TEST_F(SimulatedPictures, AGreyPictureOfYuvFramesIsAFailedImage) {
+  const ProcessResult result = Run("snap", Profile("yuv"), {"--color", "on", "--kind", "mono", "-o", In("x.png")});
+
+  EXPECT_EQ(result.err, kUnconverted + "0 of 1 image taken\n");
+  EXPECT_EQ(result.exit_code, kFailed);
+}
+
+TEST_F(SimulatedPictures, AFrameOfOneGreyIsAPicture) {
+  const DecodedPicture picture = Picture(Profile("mono"), {"--set", "exposure=0.1ms", "--set", "gain=0"});
+
+  EXPECT_LT(Mean(picture), kClearly);
+}
+
+TEST_F(SimulatedPictures, WhatATurnedColourCameraLeavesOutOfAGreyPictureIsBlack) {
+  const DecodedPicture picture = Picture(Profile("colour", "\nRotateBy90Degree = 1\n"), {"--kind", "mono"});
+
+  const int missing_from = picture.width;
+  ASSERT_LT(missing_from, picture.height);
+  EXPECT_EQ(Mean(picture, kGrey, 0, missing_from, picture.width, picture.height), 0.0);
+  EXPECT_GT(Mean(picture, kGrey, 0, 0, picture.width, missing_from), kClearly);
 }
 
 }  // namespace

@@ -4,6 +4,10 @@
 #include <future>
 #include <thread>
 
+#ifdef __linux__
+#include <pthread.h>
+#endif
+
 #include "VimbaC.h"
 #include "bstopwatch.h"
 #include "driver/opened_camera.h"
@@ -115,6 +119,48 @@ TEST_F(Frames, AGoodFrameThatCannotBeHandedBackIsFollowedByAFailure) {
   EXPECT_EQ(cameras->State()["queued"], RingFrames() - 1);
 }
 
+#ifdef __linux__
+// Threads that are started in this scope need more memory for their stack than there is.
+class NoThreads {
+ public:
+  NoThreads() {
+    pthread_getattr_default_np(&m_before);
+    pthread_attr_t too_large = m_before;
+    constexpr std::size_t kStackBytes = std::size_t{1} << 50;
+    pthread_attr_setstacksize(&too_large, kStackBytes);
+    EXPECT_EQ(pthread_setattr_default_np(&too_large), 0);
+  }
+  ~NoThreads() { EXPECT_EQ(pthread_setattr_default_np(&m_before), 0); }
+  NoThreads(const NoThreads&) = delete;
+  NoThreads& operator=(const NoThreads&) = delete;
+
+ private:
+  pthread_attr_t m_before;
+};
+
+TEST_F(Frames, AWorkerThatCannotBeStartedFailsOneAcquisitionAndNoMore) {
+  StartWaiting();
+  {
+    const NoThreads no_threads;
+    cameras->Deliver();
+    EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError(BError::eAcquisitionFailed, L"no thread"));
+  }
+  EXPECT_EQ(cameras->State()["queued"], RingFrames());
+
+  cameras->Deliver();
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError());
+}
+
+TEST_F(Frames, AFrameWithoutWorkerThatCannotBeHandedBackFailsTwice) {
+  StartWaiting();
+  const NoThreads no_threads;
+  cameras->FailCall("VmbCaptureFrameQueue", "", VmbErrorOther, 1);
+  cameras->Deliver();
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError(BError::eAcquisitionFailed, L"no thread"));
+  EXPECT_EQ(Device().Snap(nullptr, kDeadlineMs), BError(BError::eAcquisitionFailed, L" ReQueueFrame failed"));
+}
+#endif
+
 TEST_F(Frames, HandedBackFramesGetTheNextIds) {
   StartWaiting();
   for (int i = 0; i < 25; ++i) {
@@ -195,10 +241,43 @@ TEST_F(PartnersFrames, AFailedFrameDoesNotWaitForADeviceThatComparesRates) {
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kDeadlineMs);
   while (cameras->CallsOf("VmbFeatureIntGet").empty()) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
 
-  cameras->Deliver({{"status", VmbFrameStatusIncomplete}}, 2);
-
+  // The second one comes when the first one's callback has returned.
+  for (int frame = 0; frame < 2; ++frame) {
+    cameras->Deliver({{"status", VmbFrameStatusIncomplete}}, 2);
+    EXPECT_EQ((*other)->Snap(nullptr, kDeadlineMs), BError(BError::eAcquisitionFailed));
+  }
   EXPECT_NE(comparing.wait_for(std::chrono::seconds(0)), std::future_status::ready);
-  EXPECT_EQ((*other)->Snap(nullptr, kDeadlineMs), BError(BError::eAcquisitionFailed));
+}
+
+// The first device reads its partner's rate and then its own; its list must stay as it is until then.
+TEST_F(PartnersFrames, APartnerIsNotRemovedWhileItsRateIsCompared) {
+  ASSERT_TRUE(OpenPartners());
+  cameras->ClearCalls();
+  cameras->Fault({{"call", "VmbFeatureIntGet"}, {"camera", "DEV_000F31000002"}, {"delay_ms", 300}});
+  const std::future<void> comparing = std::async(std::launch::async, [this] { Device().StartSnap(false); });
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kDeadlineMs);
+  while (cameras->CallsOf("VmbFeatureIntGet").empty()) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+
+  EXPECT_TRUE(Device().RemoveBandwidthPartner(other->Get()));
+
+  EXPECT_THAT(cameras->CallsOf("VmbFeatureIntGet"), Contains("VmbFeatureIntGet(\"StreamBytesPerSecond\")"));
+  comparing.wait();
+}
+
+TEST_F(PartnersFrames, AFrameThatIsLostDuringItsDevicesReleaseAbortsNobody) {
+  ASSERT_TRUE(OpenPartners());
+  (*other)->StartSnap(false);
+  Forget();
+  cameras->Fault({{"call", "VmbCaptureEnd"}, {"camera", SimulatedCamera::kId}, {"delay_ms", 300}});
+  const std::future<void> releasing = std::async(std::launch::async, [this] { device->Release(); });
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kDeadlineMs);
+  while (cameras->CallsOf("VmbFeatureCommandRun").size() < 2) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+
+  cameras->Deliver({{"status", VmbFrameStatusIncomplete}});
+
+  ASSERT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, std::chrono::milliseconds(kDeadlineMs)));
+  EXPECT_EQ((*other)->Snap(nullptr, 0), BError(BError::eTimeout));
+  releasing.wait();
 }
 
 TEST_F(PartnersFrames, ADestroyedPartnerIsReachedByNobody) {
@@ -226,13 +305,12 @@ TEST_F(Frames, WorkersThatStillCopyAreLetFinishBeforeTheirDeviceGoes) {
 }
 
 TEST_F(Frames, AHostThatTakesNoneHoldsTheRingBackUntilItTakesThemOrLetsGo) {
-  ASSERT_TRUE(Open(SimulatedCamera().Sensor(4096, 3000).With("scene", "none")));
-  Device().Trigger()->SetSource(BImagingDeviceTrigger::eFreeRun);
-  Device().StartSnap(false);
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-  while (cameras->State()["queued"] != 0) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
-  for (int i = 0; i < 60; ++i) ASSERT_EQ(Device().Snap(nullptr, kDeadlineMs), BError());
-  while (cameras->State()["queued"] != 0) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+  constexpr std::size_t kTaken = 60;
+  ASSERT_TRUE(OpenHeldBack());
+  EXPECT_EQ(cameras->State()["queued"], 0);
+  for (std::size_t i = 0; i < kTaken; ++i) ASSERT_EQ(Device().Snap(nullptr, kDeadlineMs), BError());
+  ASSERT_TRUE(WaitForFrames(held_frames + kTaken));
+  EXPECT_EQ(cameras->State()["queued"], 0);
   device.reset();
 }
 
@@ -242,18 +320,30 @@ double FirstTime(const std::wstring& message) {
   return std::stod(line.substr(line.find(L" : ") + 3));
 }
 
-TEST_F(Frames, MessagesOfCallbacksCountOnTheClockOfTheSnap) {
-  constexpr double kRunsForMs = 5.0;
+// What the first callback's message counts from, once this time has passed since the call.
+constexpr double kRunsForMs = 5.0;
+
+struct Clock : Frames {
+  double TimeOfACallbackLater() {
+    const BStopWatch since;
+    while (since.PeriodD() < kRunsForMs) std::this_thread::yield();
+    cameras->Deliver();
+    if (!output.WaitForDiagnostic(L"OnFrameExt()", 1, std::chrono::milliseconds(kDeadlineMs))) return 0.0;
+    const Texts messages = output.WithCaption(L"");
+    const auto of_callback = [](const std::wstring& text) { return text.find(L"OnFrameExt()") != text.npos; };
+    return FirstTime(*std::find_if(messages.begin(), messages.end(), of_callback));
+  }
+};
+
+TEST_F(Clock, OfCallbacksIsThatOfTheSnap) {
   StartWaiting();
-  const BStopWatch since_start;
-  while (since_start.PeriodD() < kRunsForMs) std::this_thread::yield();
-  cameras->Deliver();
-  ASSERT_TRUE(output.WaitForDiagnostic(L"OnFrameExt()", 1, std::chrono::milliseconds(kDeadlineMs)));
-  const Texts messages = output.WithCaption(L"");
-  const auto of_callback = [](const std::wstring& text) { return text.find(L"OnFrameExt()") != text.npos; };
-  const auto message = std::find_if(messages.begin(), messages.end(), of_callback);
-  ASSERT_NE(message, messages.end());
-  EXPECT_GE(FirstTime(*message), kRunsForMs);
+  EXPECT_GE(TimeOfACallbackLater(), kRunsForMs);
+}
+
+TEST_F(Clock, OfCallbacksRunsBeforeTheFirstStart) {
+  ASSERT_TRUE(Open());
+  Forget();
+  EXPECT_GE(TimeOfACallbackLater(), kRunsForMs);
 }
 
 }  // namespace

@@ -201,7 +201,8 @@ TEST_P(TriggerPolarity, SelectsTheEdge) {
 INSTANTIATE_TEST_SUITE_P(Values, TriggerPolarity,
                          testing::Values(Polarity{nullptr, "RisingEdge"}, Polarity{"HIGH", "RisingEdge"},
                                          Polarity{"low", "FallingEdge"}, Polarity{"LOW", "FallingEdge"},
-                                         Polarity{"\"LOW \"", "RisingEdge"}, Polarity{"lower", "RisingEdge"}));
+                                         Polarity{"\"LOW\"", "FallingEdge"}, Polarity{"\"low \"", "RisingEdge"},
+                                         Polarity{"\" LOW\"", "RisingEdge"}, Polarity{"lower", "RisingEdge"}));
 
 TEST_F(Initialization, ReleasingWritesTheColourBalanceBackWhereItChanged) {
   profile.Key("Bayertype", "RGGB").Key("WBCOLORBLUE", "100");
@@ -221,6 +222,19 @@ TEST_F(Initialization, ABalanceThatTheProfileHoldsAlreadyIsNotWrittenAgain) {
   device.reset();
   EXPECT_THAT(profile.Text(), HasSubstr("WBCOLORBLUE=+120\n"));
   EXPECT_THAT(profile.Text(), HasSubstr("WBCOLORRED=131\n"));
+}
+
+TEST_F(Initialization, TheBalanceIsWrittenAtTheRootWhereverTheHostHasTakenTheProfile) {
+  profile.Key("Bayertype", "RGGB");
+  cameras.emplace(SimulatedCamera().Colour());
+  const BSmartRef<BCamProfile> shared = profile.Open();
+  device.emplace(shared);
+  ASSERT_TRUE(*device);
+  Device().SetWhiteBalanceRed(140, true);
+  shared->GoToSection(L"Elsewhere");
+  device.reset();
+  EXPECT_THAT(profile.Text(), HasSubstr("WBCOLORBLUE=100\nWBCOLORRED=140\n"));
+  EXPECT_THAT(profile.Text(), Not(HasSubstr("[Elsewhere]")));
 }
 
 TEST_F(Initialization, AMonochromeCameraWritesNoBalance) {

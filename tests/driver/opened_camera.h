@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -35,6 +37,25 @@ struct OpenedCamera : testing::Test {
     device.emplace(profile.Open());
     return static_cast<bool>(*device);
   }
+  // A camera that delivers large frames by itself to a host that takes none. True once the device holds as many as its
+  // bound of memory allows and the whole ring waits for the next block.
+  bool OpenHeldBack() {
+    constexpr int kWidth = 4096;
+    constexpr int kHeight = 3000;
+    if (!Open(SimulatedCamera().Sensor(kWidth, kHeight).With("scene", "none"))) return false;
+    Device().Trigger()->SetSource(BImagingDeviceTrigger::eFreeRun);
+    Forget();
+    Device().StartSnap(false);
+    held_frames = kMostBytesInUse / (std::size_t{kWidth} * kHeight) + cameras->State()["announced"].get<std::size_t>();
+    return WaitForFrames(held_frames);
+  }
+  // Until that many have arrived since the host output was cleared.
+  bool WaitForFrames(std::size_t count) const {
+    return output.WaitForDiagnostic(L"OnFrameExt()", count, std::chrono::seconds(60));
+  }
+  static constexpr std::size_t kMostBytesInUse = 512U << 20U;
+  std::size_t held_frames = 0;
+
   void Forget() {
     output.Clear();
     cameras->ClearCalls();

@@ -1,9 +1,11 @@
 // release_test.cpp
 // Releasing a device while frames arrive and the library refuses what it is asked.
-#include <chrono>
+#include <atomic>
 #include <thread>
 
 #include "VimbaC.h"
+#include "bdetachedthreads.h"
+#include "bstopwatch.h"
 #include "driver/opened_camera.h"
 
 namespace {
@@ -15,8 +17,8 @@ constexpr std::uint32_t kDeadlineMs = 5000;
 
 // A camera that delivers by itself, as fast as frames are handed back.
 struct Release : OpenedCamera {
-  bool OpenRunning(const SimulatedCamera& camera = SimulatedCamera().Sensor(1280, 1024).With("scene", "none")) {
-    if (!Open(camera)) return false;
+  bool OpenRunning() {
+    if (!Open(SimulatedCamera().Sensor(1280, 1024).With("scene", "none"))) return false;
     Device().Trigger()->SetSource(BImagingDeviceTrigger::eFreeRun);
     Device().StartSnap(false);
     const bool delivers = !Device().Snap(nullptr, kDeadlineMs).IsError();
@@ -73,12 +75,26 @@ TEST_F(Release, OfACameraThatCannotBeClosedLeavesTheOthersAlone) {
 }
 
 TEST_F(Release, WhileTheRingIsHeldBackForWantOfMemoryEnds) {
-  ASSERT_TRUE(OpenRunning(SimulatedCamera().Sensor(4096, 3000).With("scene", "none")));
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-  while (cameras->State()["queued"] != 0) ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+  ASSERT_TRUE(OpenHeldBack());
   Refuse({"VmbCaptureEnd"});
   device->Release();
   EXPECT_EQ(cameras->Calls().back(), "VmbShutdown()");
+}
+
+// A thread that is started like the module's own counts as one of them.
+TEST_F(Release, OfTheLastDeviceShutsTheSystemDownAfterTheModulesThreadsHaveEnded) {
+  ASSERT_TRUE(Open());
+  constexpr double kLooksForMs = 200.0;
+  std::atomic<bool> was_down{false};
+  BDetachedThreads::Of("kelCameraVimba").Start([this, &was_down] {
+    while (cameras->CallsOf("VmbCameraClose").empty()) std::this_thread::yield();
+    const BStopWatch since_close;
+    while (since_close.PeriodD() < kLooksForMs) was_down = was_down || !cameras->CallsOf("VmbShutdown").empty();
+  });
+  device->Release();
+  EXPECT_FALSE(was_down);
+  EXPECT_EQ(cameras->Calls().back(), "VmbShutdown()");
+  BDetachedThreads::Of("kelCameraVimba").WaitForAll();
 }
 
 TEST_F(Release, OfBothPartnersReachesNeither) {

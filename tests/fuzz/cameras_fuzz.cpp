@@ -72,9 +72,11 @@ class Records {
       record.modelName = Text(input);
       record.serialString = Text(input);
       record.permittedAccess = input.Byte();
-      Cameras().records.push_back(record);
+      m_records.push_back(record);
     }
+    Library().SetCameraRecords(m_records);
   }
+  const std::vector<VmbCameraInfo_t>& All() const { return m_records; }
 
  private:
   // A text that begins with '0' stands for a null pointer.
@@ -85,6 +87,7 @@ class Records {
   }
 
   std::deque<std::string> m_texts;
+  std::vector<VmbCameraInfo_t> m_records;
 };
 
 // The identifier as the documents define it, in other words than the driver's.
@@ -99,34 +102,35 @@ std::wstring Identifier(const VmbCameraInfo_t& record) {
   return L"Vimba_" + name + L"_" + ToWString(record.serialString).Str();
 }
 
-void List() {
+void List(const std::vector<VmbCameraInfo_t>& records, VmbUint32_t claimed) {
   const DList<WString> identifiers = ListIdentifiers();
-  const std::vector<VmbCameraInfo_t>& records = Cameras().records;
   std::size_t count = 0;
   for (const WString& identifier : identifiers) {
     const VmbCameraInfo_t record = count < records.size() ? records[count] : VmbCameraInfo_t{};
     Expect(identifier.Str() == Identifier(record), "an identifier is the camera's name and serial number");
     ++count;
   }
-  Expect(count == std::min(Cameras().claimed, kMostListed), "a list has the claimed cameras, at most 128");
+  Expect(count == std::min(claimed, kMostListed), "a list has the claimed cameras, at most 128");
 }
 
-void ReadAnswers(Fuzz::Input& input) {
-  Cameras().claimed = input.Flag() ? static_cast<VmbUint32_t>(Cameras().records.size()) : input.Bits32();
-  Cameras().list_code = input.Flag() ? VmbErrorSuccess : -input.Number(0, 9);
+// Gives how many cameras a list claims.
+VmbUint32_t ReadAnswers(Fuzz::Input& input) {
+  const VmbUint32_t claimed = input.Flag() ? input.Byte() : input.Bits32();
+  Library().SetClaimedCameras({claimed});
+  Library().Fail("VmbCamerasList", input.Flag() ? VmbErrorSuccess : -input.Number(0, 9));
   Cameras().query_code = input.Flag() ? VmbErrorSuccess : -input.Number(0, 9);
   const int codes = input.Number(0, 20);
   for (int i = 0; i < codes; ++i) Cameras().open_codes.push_back(-input.Number(0, 9));
+  return claimed;
 }
 
-void Search(const SearchProfile& profile) {
+void Search(const SearchProfile& profile, const std::vector<VmbCameraInfo_t>& records) {
   CountingSink sink;
   VimbaCamera camera;
   const bool opened = OpenCamera(profile, profile.serial_number, camera);
   Expect(opened == camera.IsOpen(), "a search that succeeds leaves an open camera");
   const bool by_serial = profile.method.IEquals(L"Serial");
   if (opened && by_serial && sink.last.find(L"InitBySerial success") != std::wstring::npos) {
-    const auto& records = Cameras().records;
     Expect(std::any_of(records.begin(), records.end(),
                        [&](const VmbCameraInfo_t& record) {
                          return profile.serial_number.IIncludes(ToWString(record.serialString)) &&
@@ -151,12 +155,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   profile.serial_number = ToWString(input.Text().c_str());
   profile.unique_id = ToWString(input.Text().c_str());
   profile.address = ToWString(input.Text().c_str());
-  ReadAnswers(input);
+  const VmbUint32_t claimed = ReadAnswers(input);
   Records records;
   records.Read(input);
-  List();
+  List(records.All(), claimed);
   Expect(FetchCameraRecords().size() <= kMostBelieved, "no claim beyond 4,096 cameras is believed");
-  Search(profile);
+  Search(profile, records.All());
   const std::vector<std::string> calls = Library().Calls();
   Expect(std::count(calls.begin(), calls.end(), "VmbCameraClose()") == Cameras().opened,
          "every camera that was opened is closed");

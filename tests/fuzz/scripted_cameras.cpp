@@ -2,8 +2,6 @@
 // The calls about cameras and the system that the scripted library leaves to a program.
 #include "fuzz/scripted_cameras.h"
 
-#include <algorithm>
-
 #include "unit/scripted/scripted_library.h"
 
 ScriptedCameras& Cameras() {
@@ -23,15 +21,9 @@ VmbError_t VmbVersionQuery(VmbVersionInfo_t* version, VmbUint32_t /*size*/) {
   return VmbErrorSuccess;
 }
 
-VmbError_t VmbCamerasList(VmbCameraInfo_t* list, VmbUint32_t length, VmbUint32_t* found, VmbUint32_t /*size*/) {
-  *found = Cameras().claimed;
-  const auto count = std::min<std::size_t>(length, Cameras().records.size());
-  std::copy_n(Cameras().records.begin(), count, list);
-  return list ? Cameras().list_code : VmbErrorSuccess;
-}
-
 VmbError_t VmbCameraInfoQuery(const char* /*id*/, VmbCameraInfo_t* info, VmbUint32_t /*size*/) {
-  if (!Cameras().records.empty()) *info = Cameras().records.front();
+  const std::vector<VmbCameraInfo_t> records = Library().CameraRecords();
+  if (!records.empty()) *info = records.front();
   return Cameras().query_code;
 }
 

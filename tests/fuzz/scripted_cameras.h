@@ -1,5 +1,5 @@
 // scripted_cameras.h
-// The calls about cameras and the system that the scripted library leaves to a program: every answer as an input wants
+// The calls to open cameras and to start the system that the scripted library leaves to a program: every answer as an input wants
 // it.
 #pragma once
 
@@ -8,11 +8,6 @@
 #include "VimbaC.h"
 
 struct ScriptedCameras {
-  // What a list or a query copies out, as far as there is room.
-  std::vector<VmbCameraInfo_t> records;
-  // How many cameras a list claims.
-  VmbUint32_t claimed = 0;
-  VmbError_t list_code = VmbErrorSuccess;
   VmbError_t query_code = VmbErrorSuccess;
   // The answers of openings, in turn; after them all succeed.
   std::vector<VmbError_t> open_codes;

@@ -97,7 +97,7 @@ Child Start(const std::filesystem::path& program, const std::vector<std::string>
   PROCESS_INFORMATION process{};
   if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT, block.data(),
                       nullptr, &start, &process)) {
-    throw std::runtime_error("cannot start " + program.string());
+    throw std::runtime_error("cannot start " + program.string() + ": system error " + std::to_string(GetLastError()));
   }
   CloseHandle(process.hThread);
   return process.hProcess;
@@ -171,15 +171,25 @@ Child Start(const std::filesystem::path& program, const std::vector<std::string>
   posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
   posix_spawn_file_actions_adddup2(&actions, out, STDOUT_FILENO);
   posix_spawn_file_actions_adddup2(&actions, err, STDERR_FILENO);
+  // Whoever runs the tests in the background may ignore this signal.
+  sigset_t by_default;
+  sigemptyset(&by_default);
+  sigaddset(&by_default, SIGHUP);
+  posix_spawnattr_t attributes;
+  posix_spawnattr_init(&attributes);
+  posix_spawnattr_setsigdefault(&attributes, &by_default);
+  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
   Child child = 0;
   const int error =
-      posix_spawn(&child, program.c_str(), &actions, nullptr, Pointers(words).data(), Pointers(variables).data());
+      posix_spawn(&child, program.c_str(), &actions, &attributes, Pointers(words).data(), Pointers(variables).data());
+  posix_spawnattr_destroy(&attributes);
   posix_spawn_file_actions_destroy(&actions);
   if (error) throw std::runtime_error("cannot start " + program.string() + ": " + std::strerror(error));
   return child;
 }
 
-bool SendInterrupt(Child child) { return kill(child, SIGINT) == 0; }
+bool SendSignal(Child child, int number) { return kill(child, number) == 0; }
+bool SendInterrupt(Child child) { return SendSignal(child, SIGINT); }
 void Kill(Child child) { kill(child, SIGKILL); }
 
 // As a shell reports it: 128 and the signal's number for a process that a signal ended.
@@ -269,6 +279,10 @@ bool Process::WaitForError(const std::string& text, std::chrono::milliseconds ti
 }
 
 bool Process::Interrupt() { return SendInterrupt(m_state->child); }
+
+#if !defined(_WIN32)
+bool Process::Signal(int number) { return SendSignal(m_state->child, number); }
+#endif
 
 ProcessResult Process::Wait(std::chrono::milliseconds timeout) {
   const bool ended = m_state->WaitForEnd(State::Clock::now() + timeout);

@@ -30,6 +30,9 @@ class Process {
   bool WaitForError(const std::string& text, std::chrono::milliseconds timeout = kTimeout);
   // What Ctrl-C does; false where the system has no such thing for a process without a console.
   bool Interrupt();
+#if !defined(_WIN32)
+  bool Signal(int number);
+#endif
   // Waits for its end, or ends it when the time-out has passed.
   ProcessResult Wait(std::chrono::milliseconds timeout = kTimeout);
 

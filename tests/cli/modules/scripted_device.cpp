@@ -135,6 +135,10 @@ BError ScriptedDevice::Snap(BBaseAoi* aoi, std::uint32_t timeout_ms) {
   const std::string outcome = TheScript().Next("snap", kSuccess);
   if (outcome == "wrongkind") throw NBoard::Exception::eWrongImageKind;
   if (outcome == "nopicture") return BError();
+  if (outcome == "untouched") {
+    aoi->Reset({ScriptedPicture::kWidth, ScriptedPicture::kHeight});
+    return BError();
+  }
   if (outcome != kSuccess) return BError(std::stoi(outcome));
   ScriptedPicture(++m_pictures).Fill(*aoi);
   return BError();

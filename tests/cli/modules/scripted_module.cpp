@@ -1,5 +1,7 @@
 // scripted_module.cpp
 // The six exports over the scripted device. Built a second time without one of them.
+#include <chrono>
+#include <thread>
 #include <utility>
 
 #include "driver/kel_camera_vimba.h"
@@ -34,6 +36,7 @@ bool ReleaseImagingDevice(BImagingDevice** device) {
 
 void ObjectIdentifierList(DList<WString>& list) {
   Log("List");
+  std::this_thread::sleep_for(std::chrono::seconds(TheScript().Next("listing_s", 0)));
   const int cameras = TheScript().Next("cameras", 2);
   if (cameras < 0) {
     ImagingDevice::ShowInfo(L"Vimba start-up\n   1 : no transport layer\nEnd", L"");

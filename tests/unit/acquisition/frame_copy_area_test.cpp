@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "VimbaC.h"
@@ -21,6 +22,16 @@ TEST(FrameCopy, TheHostsConversionsOfThePictureCanBeToldApart) {
     made.push_back(Expected(conversion, *frame));
   }
   for (std::size_t i = 0; i < made.size(); ++i) EXPECT_EQ(std::count(made.begin(), made.end(), made[i]), 1) << i;
+}
+
+TEST(FrameCopyLayout, DescribesAMonochromeCameraThatDeliversNothingUnlessSaidOtherwise) {
+  const FrameLayout layout;
+  EXPECT_EQ(layout.size, BSize{});
+  EXPECT_EQ(layout.payload_bytes, 0);
+  EXPECT_EQ(layout.rotation, 0);
+  EXPECT_FALSE(layout.is_color);
+  EXPECT_FALSE(layout.yuv_stretch);
+  EXPECT_EQ(layout.converter, nullptr);
 }
 
 // The three reasons to reset an area, each alone.
@@ -56,6 +67,40 @@ TEST(FrameCopyReset, AnAreaIsResetEvenWhenItsPixelsAreNotCopied) {
   EXPECT_EQ(area.Offset(), BPoint());
   EXPECT_EQ(area.Text().Str(), L"[p]");
   EXPECT_EQ(area.Pixels(), UntouchedMono());
+}
+
+// Reports when its lock has been taken for writing, and when it is about to be given back.
+struct WatchedArea : MonoArea {
+  std::function<void()> on_locked;
+  std::function<void()> on_unlocking;
+
+  void LockW() const KEL_ACQUIRE() override {
+    MonoArea::LockW();
+    on_locked();
+  }
+  void UnlockW() const KEL_RELEASE() override {
+    on_unlocking();
+    MonoArea::UnlockW();
+  }
+};
+
+TEST(FrameCopyLock, AnAreaIsHeldFromBeforeItsResetUntilItsPixelsAreThere) {
+  const BSmartRef<BFrame> frame = RandomFrame(VmbPixelFormatMono8);
+  WatchedArea area;
+  area.SetOffset({0, 1});
+  std::vector<Bytes> pixels;
+  std::vector<BPoint> offsets;
+  const auto look = [&] {
+    pixels.push_back(area.Pixels());
+    offsets.push_back(area.Offset());
+  };
+  area.on_locked = look;
+  area.on_unlocking = look;
+
+  CopyFrameToAoi(*frame, MonoCamera(), area);
+
+  EXPECT_EQ(pixels, (std::vector<Bytes>{UntouchedMono(), Expected(kRowsMono, *frame)}));
+  EXPECT_EQ(offsets, (std::vector<BPoint>{{0, 1}, {}}));
 }
 
 TEST(FrameCopyPayload, AFrameThatNeedsMoreBytesThanItHoldsIsNotCopied) {

@@ -52,6 +52,8 @@ TEST_F(Ring, AnnouncesEveryFrameUnderItsIndexWithABufferOfItsOwn) {
   std::sort(buffers.begin(), buffers.end());
   EXPECT_EQ(std::adjacent_find(buffers.begin(), buffers.end()), buffers.end()) << "a buffer is shared";
   EXPECT_EQ(ring.PayloadSize(), kPayloadBytes);
+  EXPECT_EQ(ring.Records().data(), frames.front());
+  EXPECT_EQ(ring.Records().size(), frames.size());
 }
 
 TEST_F(Ring, AnnouncesRecordsOfTheLibrarysSize) {
@@ -74,6 +76,7 @@ TEST_F(Ring, WithoutAPayloadSizeAnnouncesNothing) {
 }
 
 TEST_F(Ring, RefusesAPayloadThatIsNoneOrCannotBeBelieved) {
+  EXPECT_EQ(FrameRing::kLargestPayloadBytes, 1'073'741'824);
   for (const VmbInt64_t bytes : {VmbInt64_t{0}, VmbInt64_t{-1}, FrameRing::kLargestPayloadBytes + 1}) {
     Library().SetInteger(camera.Handle(), "PayloadSize", bytes);
     EXPECT_FALSE(ring.AnnounceFrames()) << bytes;
@@ -90,6 +93,21 @@ TEST_F(Ring, IsFilledWithEveryFrameUnderANumberOfItsOwn) {
   EXPECT_EQ(Library().Queued(), Library().Announced());
   EXPECT_EQ(IdsOf(Library().Queued()), UpTo(kRingFrames));
   EXPECT_EQ(Lines(L"title"), (Texts{L"FrameQueueFill", L"End"}));
+}
+
+TEST_F(Ring, AFrameMayComeBackBeforeTheLibraryHasAnswered) {
+  ASSERT_TRUE(ring.AnnounceFrames());
+  std::size_t came_back = 0;
+  Library().OnQueued([&](const VmbFrame_t* frame) {
+    came_back += ring.Take(const_cast<VmbFrame_t*>(frame)).trust == ArrivedFrame::Trust::kAsAnnounced;
+  });
+
+  EXPECT_TRUE(Fill());
+
+  EXPECT_EQ(came_back, kRingFrames);
+  for (const VmbFrame_t* frame : Library().Announced()) {
+    EXPECT_EQ(ring.Take(const_cast<VmbFrame_t*>(frame)).trust, ArrivedFrame::Trust::kInHand) << "it is still in hand";
+  }
 }
 
 TEST_F(Ring, FillingEndsAtTheFirstRefusal) {

@@ -144,20 +144,31 @@ TEST(FrameBlocks, OfAnotherSizeAreNotKept) {
   EXPECT_EQ(blocks.IdleBytes(), 1000U);
 }
 
-TEST(FrameBlocks, MakeATakerWaitOnceAsManyAreInUseAsMayBe) {
-  constexpr std::size_t kSize = FrameBlocks::kUsedBytes / FrameBlocks::kLeastUsedBlocks + 1;
+// Takes that many blocks of a size, and one more, which has to wait until one is returned.
+void ExpectAsManyInUse(std::size_t count, std::size_t size) {
   FrameBlocks blocks;
   std::vector<FrameBlocks::Block> taken;
-  for (std::size_t i = 0; i < FrameBlocks::kLeastUsedBlocks; ++i) taken.push_back(blocks.Take(kSize));
-  std::future<FrameBlocks::Block> taker = std::async(std::launch::async, [&] { return blocks.Take(kSize); });
+  for (std::size_t i = 0; i < count; ++i) taken.push_back(blocks.Take(size));
+  std::future<FrameBlocks::Block> taker = std::async(std::launch::async, [&] { return blocks.Take(size); });
   const auto deadline = std::chrono::steady_clock::now() + kDeadline;
-  while (blocks.Waiting() == 0) ASSERT_LT(std::chrono::steady_clock::now(), deadline) << "nobody waits";
+  while (blocks.Waiting() == 0) {
+    ASSERT_EQ(taker.wait_for(std::chrono::seconds(0)), std::future_status::timeout) << "it did not wait";
+    ASSERT_LT(std::chrono::steady_clock::now(), deadline) << "nobody waits";
+  }
 
-  blocks.Return(std::move(taken.back()), kSize);
+  blocks.Return(std::move(taken.back()), size);
 
   ASSERT_EQ(taker.wait_for(kDeadline), std::future_status::ready);
   EXPECT_NE(taker.get(), nullptr);
   EXPECT_EQ(blocks.Waiting(), 0U);
+}
+
+TEST(FrameBlocks, MakeATakerWaitOnceHalfAGibibyteIsInUse) { ExpectAsManyInUse(512, kMebibyte); }
+
+TEST(FrameBlocks, MakeATakerWaitOnceTwoRingsAreInUseHoweverLargeTheyAre) {
+  constexpr std::size_t kTwoRings = 20;
+  EXPECT_EQ(FrameBlocks::kLeastUsedBlocks, kTwoRings);
+  ExpectAsManyInUse(kTwoRings, 27 * kMebibyte);
 }
 
 TEST(FrameBlocks, OfASizeOfWhichMoreFitTheBoundMayAllBeTaken) {

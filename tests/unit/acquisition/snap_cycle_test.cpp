@@ -4,6 +4,7 @@
 
 #include <array>
 #include <functional>
+#include <utility>
 
 #include "VimbaC.h"
 #include "acquisition/frame_copy.h"
@@ -39,6 +40,19 @@ class RecordingTrigger final : public BImagingDeviceTrigger {
  private:
   std::vector<std::string>& m_heard;
   bool m_external = false;
+};
+
+// Does something as it goes.
+class FrameWithLastAct final : public BFrameQueue::BFrame {
+ public:
+  explicit FrameWithLastAct(std::function<void()> last_act)
+      : BFrame(0, VmbPixelFormatMono8, 0, L"DEV_7"), m_last_act(std::move(last_act)) {}
+  ~FrameWithLastAct() override { m_last_act(); }
+  FrameWithLastAct(const FrameWithLastAct&) = delete;
+  FrameWithLastAct& operator=(const FrameWithLastAct&) = delete;
+
+ private:
+  std::function<void()> m_last_act;
 };
 
 struct Cycle : ScriptedCamera {
@@ -87,6 +101,19 @@ TEST_F(Cycle, ARunThatCouldNotBeStoppedRunsOn) {
   EXPECT_TRUE(cycle.RunsContinuously());
 }
 
+TEST_F(Cycle, ARunThatCouldNotBeStoppedIsStillAContinuousOne) {
+  RecordingTrigger trigger(heard);
+  cycle.SetTrigger(&trigger);
+  cycle.StartSnap(false);
+  Library().Fail("VmbFeatureCommandRun", VmbErrorIO, "AcquisitionStop");
+  EXPECT_THROW(cycle.StopSnap(), BError);
+  EXPECT_EQ(Snap(), BError(BError::eTimeout));
+  EXPECT_EQ(heard, Heard{"before"}) << "it is not fired";
+  trigger.SetExternal(true);
+  EXPECT_THROW(cycle.StopSnap(), BError);
+  EXPECT_EQ(heard, (Heard{"before", "source 0"})) << "its trigger is switched back";
+}
+
 TEST_F(Cycle, ASingleSnapEndsAContinuousRunThatWasNotStopped) {
   cycle.StartSnap(false);
   cycle.StartSnap(true);
@@ -110,12 +137,37 @@ TEST_F(Cycle, AStartDropsWhatWaitsInTheQueue) {
   EXPECT_EQ(Snap(), BError(BError::eTimeout));
 }
 
+// The frame would be new enough for the acquisition before, whose scan start still holds when a start begins.
+TEST_F(Cycle, AFrameThatComesWhileAStartDropsTheOthersIsNoneOfTheNewAcquisition) {
+  cycle.StartSnap(false);
+  std::uint8_t pixel = 0;
+  VmbFrame_t late{};
+  late.buffer = &pixel;
+  late.bufferSize = sizeof pixel;
+  late.timestamp = kCameraTime + 1;
+  queue.Push(new FrameWithLastAct([&] {
+               receiver.OnFrameExt(&late);
+               receiver.WaitForWorkers();
+             }),
+             BError());
+  cycle.StartSnap(false);
+  EXPECT_EQ(Snap(), BError(BError::eTimeout));
+  EXPECT_EQ(Library().Queued(), std::vector<const VmbFrame_t*>{&late}) << "it did come, and went back";
+}
+
 TEST_F(Cycle, ASingleSnapFiresTheSoftwareTrigger) {
   RecordingTrigger trigger(heard);
   cycle.SetTrigger(&trigger);
   cycle.StartSnap(true);
   EXPECT_EQ(Snap(), BError(BError::eTimeout));
   EXPECT_EQ(heard, (Heard{"before", "fire"}));
+}
+
+TEST_F(Cycle, ASnapBeforeAnyStartFiresLikeASingleOne) {
+  RecordingTrigger trigger(heard);
+  cycle.SetTrigger(&trigger);
+  EXPECT_EQ(Snap(), BError(BError::eTimeout));
+  EXPECT_EQ(heard, Heard{"fire"});
 }
 
 TEST_F(Cycle, AnExternalTriggerIsSwitchedToTheLineForTheSnapAlone) {

@@ -49,7 +49,7 @@ TEST(ProfileCrash, LeavesTheOldFileOrTheNewOneAtWhicheverByteItHappens) {
   }
 }
 
-TEST(ProfileCrash, DoesNotHinderTheNextSave) {
+TEST(ProfileCrash, LeavesNothingBehindOnceTheNextSaveIsDone) {
   const IniFile file("A=old\n");
   StatusOfChild([&] { return SaveUntilKilledAt(file.Name(), 1); });
   ASSERT_EQ(file.Neighbours().size(), 2u) << "the crash was to leave its half-written file";
@@ -58,6 +58,7 @@ TEST(ProfileCrash, DoesNotHinderTheNextSave) {
   EXPECT_TRUE(profile.Write(L"A", L"new"));
 
   EXPECT_EQ(file.Bytes(), "A=new\n");
+  EXPECT_EQ(file.Neighbours(), (std::vector<std::string>{"camera.ini"}));
 }
 
 TEST(ProfileReplacement, KeepsTheFilesRights) {

@@ -57,13 +57,32 @@ BError ErrorOf(const WString& file_name) {
 }
 
 TEST(ProfileReading, GivesTextsWithoutTheBlanksAroundThem) {
-  const IniFile file("  A = Vimba \t\nB=\nC=a=b ; c # d\r\n\tD\t=\"quoted\"\n");
+  const IniFile file("  A = Vimba \t\nB=\nC=a=b ; c # d\r\n\tD\t=say \"cheese\"\n");
   const BIniProfile profile(file.Name());
 
   EXPECT_EQ(ReadString(profile, L"A"), L"Vimba");
   EXPECT_EQ(ReadString(profile, L"B"), L"");
   EXPECT_EQ(ReadString(profile, L"C"), L"a=b ; c # d");
-  EXPECT_EQ(ReadString(profile, L"D"), L"\"quoted\"");
+  EXPECT_EQ(ReadString(profile, L"D"), L"say \"cheese\"");
+}
+
+TEST(ProfileReading, GivesTextsInQuotesWithTheirBlanks) {
+  const IniFile file("A=\"low \" \nB = \"\t low\"\r\nC=\"\"\nD=\"\nE=\"a\" \"b\"\nF=\" \"\nG=\"\"low\"\"\nH=\"a\"b\n");
+  const BIniProfile profile(file.Name());
+
+  EXPECT_EQ(ReadString(profile, L"A"), L"low ");
+  EXPECT_EQ(ReadString(profile, L"B"), L"\t low");
+  EXPECT_EQ(ReadString(profile, L"C"), L"");
+  EXPECT_EQ(ReadString(profile, L"D"), L"\"");
+  EXPECT_EQ(ReadString(profile, L"E"), L"a\" \"b");
+  EXPECT_EQ(ReadString(profile, L"F"), L" ");
+  EXPECT_EQ(ReadString(profile, L"G"), L"\"low\"");
+  EXPECT_EQ(ReadString(profile, L"H"), L"\"a\"b");
+}
+
+TEST(ProfileReading, TakesANumberInQuotesButNoneWithBlanks) {
+  EXPECT_EQ(ReadInt("\"42\""), (IntRead{true, 42, 0}));
+  EXPECT_EQ(ReadInt("\"42 \""), (IntRead{false, kDefault, 1}));
 }
 
 TEST(ProfileReading, GivesTheDefaultForAMissingKey) {
@@ -235,6 +254,18 @@ TEST(ProfileReading, ComplainsOfEachValueThatCannotBeUsedOnce) {
           name + L", line 2: MINGAIN = 12x is not used, it is not a whole number from -2147483645 to 2147483645",
           name + L", line 4: YUVSTRETCH = maybe is not used, it is not one of 1, true, yes, on, 0, false, no, off",
           name + L", line 5: CAMFREQ = 1,5 is not used, it is not a number with a decimal point"}));
+}
+
+TEST(ProfileReading, ComplainsOfAValueAsItIsWritten) {
+  const IniFile file("A=\" 1\"\n");
+  const BIniProfile profile(file.Name());
+  bool boolean = false;
+
+  profile.ReadBool(L"A", boolean, false);
+
+  EXPECT_EQ(Texts(profile.Complaints()),
+            (std::vector<std::wstring>{file.Name().Str() + L", line 1: A = \" 1\" is not used, it is not one of 1, "
+                                                           L"true, yes, on, 0, false, no, off"}));
 }
 
 TEST(ProfileReading, KnowsItsFileAndItsName) {

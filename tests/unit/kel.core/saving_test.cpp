@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -155,6 +156,49 @@ TEST(ProfileSaving, LeavesAFileAloneThatOthersMadeMalformed) {
             (std::vector<std::wstring>{name + L": A = 2 is not saved: the profile " + name +
                                        L" is malformed, line 2: this is neither a comment, nor a section, nor "
                                        L"key=value"}));
+}
+
+TEST(ProfileSaving, RemovesTheFilesOfKilledWritersAndNoOthers) {
+  const IniFile file("A=1\n");
+  const Names others = {"camera.ini.1-.new", "camera.ini.1-2.newer", "camera.ini.12.new", "camera.ini.a-2.new",
+                        "camera.ini.new",    "camera2.ini.1-2.new",  "other.ini.1-2.new"};
+  Names all = others;
+  all.insert(all.end(), {"camera.ini.1-0.new", "camera.ini.4711-12.new"});
+  for (const std::string& name : all) std::ofstream(file.Folder() / name) << "A=half";
+  BIniProfile profile(file.Name());
+
+  EXPECT_TRUE(profile.Write(L"A", L"2"));
+
+  Names left = others;
+  left.insert(left.begin(), "camera.ini");
+  EXPECT_EQ(file.Neighbours(), left);
+}
+
+TEST(ProfileSaving, RefusesWhatWouldMakeTheFileTooLarge) {
+  constexpr std::size_t kLargestProfileBytes = 16U << 20U;
+  const IniFile file("A=1\n");
+  BIniProfile profile(file.Name());
+
+  EXPECT_FALSE(profile.Write(L"A", ToWString(std::string(kLargestProfileBytes, 'x'))));
+
+  EXPECT_EQ(file.Bytes(), "A=1\n");
+  EXPECT_EQ(ReadString(profile, L"A"), L"1");
+  EXPECT_TRUE(profile.Write(L"A", L"2"));
+}
+
+TEST(ProfileSaving, RefusesOneLineTooMany) {
+  std::string bytes;
+  for (int i = 0; i < 100000; ++i) bytes += "K" + std::to_string(i) + "=1\n";
+  const IniFile file(bytes);
+  BIniProfile profile(file.Name());
+
+  EXPECT_FALSE(profile.Write(L"NEW", L"2"));
+
+  EXPECT_EQ(Complaints(profile),
+            (std::vector<std::wstring>{file.Name().Str() +
+                                       L": NEW = 2 is not saved: a profile has no more than 100000 lines"}));
+  EXPECT_EQ(ReadString(profile, L"NEW"), L"no <none>");
+  EXPECT_TRUE(profile.Write(L"K99999", L"2"));
 }
 
 }  // namespace

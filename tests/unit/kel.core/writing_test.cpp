@@ -50,6 +50,13 @@ INSTANTIATE_TEST_SUITE_P(
                     OneWrite{"OfAnEmptyValueBehindBlanks", "A = \nB=1\n", L"", L"A", L"x", "A = x\nB=1\n"},
                     OneWrite{"ToAnEmptyValue", "A=1\n", L"", L"A", L"", "A=\n"},
                     OneWrite{"OfAValueWithEqualsSigns", "A=b=c\n", L"", L"A", L"d=e;f#g[h]", "A=d=e;f#g[h]\n"},
+                    OneWrite{"IntoQuotesForABlankAtTheEnd", "A=low\n", L"", L"A", L"low ", "A=\"low \"\n"},
+                    OneWrite{"IntoQuotesForABlankAtTheStart", "A=low\n", L"", L"A", L"\tlow", "A=\"\tlow\"\n"},
+                    OneWrite{"IntoQuotesForABlankAlone", "A=\n", L"", L"A", L" ", "A=\" \"\n"},
+                    OneWrite{"IntoQuotesForAValueInQuotes", "A=1\n", L"", L"A", L"\"1\"", "A=\"\"1\"\"\n"},
+                    OneWrite{"WithoutQuotesForQuotesWithin", "A=1\n", L"", L"A", L"a \"b\"", "A=a \"b\"\n"},
+                    OneWrite{"WithoutQuotesForASingleQuote", "A=1\n", L"", L"A", L"\"", "A=\"\n"},
+                    OneWrite{"KeepingItsQuotes", "A= \"low \" \n", L"", L"A", L"high", "A= \"high\" \n"},
                     OneWrite{"InItsSection", "A=1\n[S]\nA=2\n", L"s", L"A", L"3", "A=1\n[S]\nA=3\n"},
                     OneWrite{"InAnyLanguage", "A=K\xC3\xBChl\n", L"", L"A", L"\u20AC", "A=\xE2\x82\xAC\n"},
                     OneWrite{"AmongComments", "; A=0\n# head\n\nA=1\n; foot", L"", L"A", L"2",
@@ -60,6 +67,7 @@ INSTANTIATE_TEST_SUITE_P(
     OfANewKey, ProfileWrite,
     testing::Values(OneWrite{"IntoAnEmptyFile", "", L"", L"A", L"1", "A=1\n"},
                     OneWrite{"BehindAByteOrderMark", kMark, L"", L"A", L"1", kMark + "A=1\n"},
+                    OneWrite{"InQuotes", "B=1\n", L"", L"A", L" 1", "B=1\nA=\" 1\"\n"},
                     OneWrite{"AtTheEnd", "B=1\r\n", L"", L"A", L"1", "B=1\r\nA=1\r\n"},
                     OneWrite{"BehindAnOpenLastLine", "C=1\r\nB=1", L"", L"A", L"1", "C=1\r\nB=1\r\nA=1\r\n"},
                     OneWrite{"BeforeTheEmptyLinesAtTheEnd", "B=1\n\n\n", L"", L"A", L"1", "B=1\nA=1\n\n\n"},
@@ -121,13 +129,22 @@ TEST(ProfileWriting, RefusesASectionThatAFileCannotHold) {
   }
 }
 
-TEST(ProfileWriting, DropsBlanksAroundAValue) {
+TEST(ProfileWriting, WhateverItWritesIsReadBack) {
+  constexpr unsigned kSeed = 20260607;
+  const std::wstring letters = L" \t\"=;#[]a\u00E4";
+  std::mt19937 random(kSeed);
   const IniFile file("A=1\n");
-  BIniProfile profile(file.Name());
+  for (int round = 0; round < 200; ++round) {
+    std::wstring value;
+    for (auto length = random() % 6; length > 0; --length) value += letters[random() % letters.size()];
+    BIniProfile profile(file.Name());
 
-  EXPECT_TRUE(profile.Write(L"A", L"  two words \t"));
+    ASSERT_TRUE(profile.Write(L"A", WString(value)));
 
-  EXPECT_EQ(file.Bytes(), "A=two words\n");
+    WString read;
+    ASSERT_TRUE(BIniProfile(file.Name()).ReadString(L"A", read));
+    ASSERT_EQ(read.Str(), value) << "round " << round << ", seed " << kSeed;
+  }
 }
 
 // Lines of all kinds in random order, with keys that differ.

@@ -59,8 +59,8 @@ TEST(List, InsertsAtTheHead) {
 TEST(List, AppendsAnotherList) {
   DList<int> list = ListOf({1});
 
-  list.Append(ListOf({2, 3}));
-  list.Append(DList<int>());
+  list.AppendAll(ListOf({2, 3}));
+  list.AppendAll(DList<int>());
 
   EXPECT_EQ(Forward(list), (Numbers{1, 2, 3}));
 }
@@ -68,7 +68,7 @@ TEST(List, AppendsAnotherList) {
 TEST(List, AppendsItself) {
   DList<int> list = ListOf({1, 2});
 
-  list.Append(list);
+  list.AppendAll(list);
 
   EXPECT_EQ(Forward(list), (Numbers{1, 2, 1, 2}));
   EXPECT_EQ(list.Count(), 4u);
@@ -149,14 +149,12 @@ TEST(List, KeepsItsFieldsAndOperationsInOrder) {
   DList<int> list = ListOf({1, 2});
   static_assert(sizeof fields == sizeof list);
   std::memcpy(static_cast<void*>(&fields), static_cast<const void*>(&list), sizeof fields);
-  using AppendList = void (DList<int>::*)(const DList<int>&);
-  using AppendValue = void (DList<int>::*)(const int&);
 
   EXPECT_EQ(fields.head, list.Head());
   EXPECT_EQ(fields.tail, list.Tail());
   EXPECT_EQ(fields.count, 2u);
-  EXPECT_EQ(TablePlace(static_cast<AppendList>(&DList<int>::Append)), 2u);
-  EXPECT_EQ(TablePlace(static_cast<AppendValue>(&DList<int>::Append)), 3u);
+  EXPECT_EQ(TablePlace(&DList<int>::AppendAll), 2u);
+  EXPECT_EQ(TablePlace(&DList<int>::Append), 3u);
   EXPECT_EQ(TablePlace(&DList<int>::Insert), 4u);
 }
 

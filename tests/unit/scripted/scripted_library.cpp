@@ -14,10 +14,13 @@ void ScriptedLibrary::Reset() {
   m_ranges.clear();
   m_text = {};
   m_entry = nullptr;
+  m_claims.clear();
+  m_camera_records.clear();
   m_failures.clear();
   m_calls.clear();
   m_announced.clear();
   m_queued.clear();
+  m_on_queued = nullptr;
 }
 
 void ScriptedLibrary::SetInteger(VmbHandle_t camera, const std::string& feature, VmbInt64_t value) {
@@ -48,6 +51,11 @@ void ScriptedLibrary::SetEntry(const char* entry) {
 void ScriptedLibrary::Fail(const std::string& function, VmbError_t code, const std::string& feature) {
   const BMutexLock lock(m_mutex);
   m_failures[{function, feature}] = code;
+}
+
+void ScriptedLibrary::OnQueued(std::function<void(const VmbFrame_t*)> act) {
+  const BMutexLock lock(m_mutex);
+  m_on_queued = std::move(act);
 }
 
 void ScriptedLibrary::Mend() {
@@ -112,14 +120,43 @@ const char* ScriptedLibrary::TheEntry() const {
   return m_entry;
 }
 
+void ScriptedLibrary::SetClaimedCameras(const std::vector<VmbUint32_t>& claims) {
+  const BMutexLock lock(m_mutex);
+  m_claims = claims;
+}
+
+void ScriptedLibrary::SetCameraRecords(const std::vector<VmbCameraInfo_t>& records) {
+  const BMutexLock lock(m_mutex);
+  m_camera_records = records;
+}
+
+std::vector<VmbCameraInfo_t> ScriptedLibrary::CameraRecords() const {
+  const BMutexLock lock(m_mutex);
+  return m_camera_records;
+}
+
+VmbUint32_t ScriptedLibrary::NextClaim() {
+  const BMutexLock lock(m_mutex);
+  if (m_claims.empty()) return 0;
+  const VmbUint32_t claim = m_claims.front();
+  if (m_claims.size() > 1) m_claims.erase(m_claims.begin());
+  return claim;
+}
+
 void ScriptedLibrary::Announce(const VmbFrame_t* frame) {
   const BMutexLock lock(m_mutex);
   m_announced.push_back(frame);
 }
 
+// What is called may call the library.
 void ScriptedLibrary::Queue(const VmbFrame_t* frame) {
-  const BMutexLock lock(m_mutex);
-  m_queued.push_back(frame);
+  std::function<void(const VmbFrame_t*)> on_queued;
+  {
+    const BMutexLock lock(m_mutex);
+    m_queued.push_back(frame);
+    on_queued = m_on_queued;
+  }
+  if (on_queued) on_queued(frame);
 }
 
 void ScriptedLibrary::Flush() {

@@ -2,6 +2,7 @@
 // A VimbaC library inside the test program: no camera, no thread, every answer as the test wants it.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
@@ -33,12 +34,18 @@ class ScriptedLibrary {
   void SetEntry(const char* entry);
   // Every call of this function, of this feature where one is named, answers with this code and does nothing.
   void Fail(const std::string& function, VmbError_t code, const std::string& feature = "");
+  // Called for every frame that is queued, as a library may call back before its answer has been seen.
+  void OnQueued(std::function<void(const VmbFrame_t*)> act);
   // From now on nothing fails.
   void Mend();
 
   // `VmbFeatureIntSet(Width, 32)`, in their order.
   std::vector<std::string> Calls() const;
   void ClearCalls();
+  // How many cameras each listing claims to have found, one after the other; then the last. Their records are empty
+  // beyond those that are set.
+  void SetClaimedCameras(const std::vector<VmbUint32_t>& claims);
+  void SetCameraRecords(const std::vector<VmbCameraInfo_t>& records);
   // The frames that were announced, and those that are queued.
   std::vector<const VmbFrame_t*> Announced() const;
   std::vector<const VmbFrame_t*> Queued() const;
@@ -49,6 +56,8 @@ class ScriptedLibrary {
   bool FindRange(const std::string& feature, VmbInt64_t& min, VmbInt64_t& max) const;
   Text TheText() const;
   const char* TheEntry() const;
+  VmbUint32_t NextClaim();
+  std::vector<VmbCameraInfo_t> CameraRecords() const;
   void Announce(const VmbFrame_t* frame);
   void Queue(const VmbFrame_t* frame);
   void Flush();
@@ -61,10 +70,13 @@ class ScriptedLibrary {
   std::map<std::string, std::pair<VmbInt64_t, VmbInt64_t>> m_ranges KEL_GUARDED_BY(m_mutex);
   Text m_text KEL_GUARDED_BY(m_mutex);
   const char* m_entry KEL_GUARDED_BY(m_mutex) = nullptr;
+  std::vector<VmbUint32_t> m_claims KEL_GUARDED_BY(m_mutex);
+  std::vector<VmbCameraInfo_t> m_camera_records KEL_GUARDED_BY(m_mutex);
   std::map<std::pair<std::string, std::string>, VmbError_t> m_failures KEL_GUARDED_BY(m_mutex);
   std::vector<std::string> m_calls KEL_GUARDED_BY(m_mutex);
   std::vector<const VmbFrame_t*> m_announced KEL_GUARDED_BY(m_mutex);
   std::vector<const VmbFrame_t*> m_queued KEL_GUARDED_BY(m_mutex);
+  std::function<void(const VmbFrame_t*)> m_on_queued KEL_GUARDED_BY(m_mutex);
 };
 
 ScriptedLibrary& Library();

@@ -73,6 +73,15 @@ VmbError_t VmbFeatureCommandIsDone(VmbHandle_t /*handle*/, const char* name, Vmb
   return Library().Record("VmbFeatureCommandIsDone", name);
 }
 
+VmbError_t VmbCamerasList(VmbCameraInfo_t* records, VmbUint32_t length, VmbUint32_t* found, VmbUint32_t /*size*/) {
+  *found = Library().NextClaim();
+  const std::size_t room = std::min(length, *found);
+  std::fill_n(records, room, VmbCameraInfo_t{});
+  const std::vector<VmbCameraInfo_t> known = Library().CameraRecords();
+  std::copy_n(known.begin(), std::min(room, known.size()), records);
+  return Library().Record("VmbCamerasList", "", std::to_string(length));
+}
+
 VmbError_t VmbCameraClose(VmbHandle_t /*camera*/) { return Library().Record("VmbCameraClose"); }
 
 VmbError_t VmbFrameAnnounce(VmbHandle_t /*camera*/, const VmbFrame_t* frame, VmbUint32_t size) {

@@ -81,6 +81,12 @@ TEST_F(Partners, WhoseRateIsNoneDoNotCount) {
   }
 }
 
+TEST_F(Partners, EveryOtherRateCounts) {
+  Link(first, *second);
+  second->SetOnCamera(1);
+  EXPECT_EQ(Synch(first), Texts{L"SynchBandwidth : 90000000bps -->1bps"});
+}
+
 TEST_F(Partners, WithoutAnyOnlyTheOwnRateIsRead) {
   EXPECT_EQ(Synch(first), Texts{});
   EXPECT_EQ(Library().Calls(), Calls{kReadRate});
@@ -102,6 +108,14 @@ TEST_F(Partners, ThatWereRemovedHearNothing) {
   first.partners.RemoveBandwidthPartner(&second->partners);
   first.partners.AbortPartners();
   EXPECT_EQ(second->lost_frames_of_partners, 0);
+}
+
+TEST_F(Partners, ThatStayWhenAnotherIsRemovedStillHear) {
+  Link(first, *second);
+  Link(first, *third);
+  first.partners.RemoveBandwidthPartner(&second->partners);
+  first.partners.AbortPartners();
+  EXPECT_EQ(third->lost_frames_of_partners, 1);
 }
 
 TEST_F(Partners, ThatAreGoneAreReachedByNobody) {

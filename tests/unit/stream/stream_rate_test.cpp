@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,9 @@ using Texts = std::vector<std::wstring>;
 
 constexpr VmbInt64_t kCameraMin = 10'000'000;
 constexpr VmbInt64_t kCameraMax = 125'000'000;
+// What no camera has, and yet may claim.
+constexpr VmbInt64_t kLowestClaim = std::numeric_limits<VmbInt64_t>::min();
+constexpr VmbInt64_t kHighestClaim = std::numeric_limits<VmbInt64_t>::max();
 
 struct Rate : testing::Test {
   // In this order: the library is empty before the camera is in it.
@@ -125,6 +129,34 @@ TEST_F(Rate, AGoodSnapRaisesItAndAFailedOneLowersIt) {
   EXPECT_EQ(scripted.OnCamera(), 90'300'000);
   EXPECT_EQ(Lines(L"ChangeBandwidth( -0.1 )"),
             Texts{L"ChangeBandwidth absolute : 100300000 -> 90300000 (Min=45700000; Max=124700000)"});
+}
+
+TEST_F(Rate, AClaimedRangeIsBoundedBeforeItIsComputedWith) {
+  Library().SetRange(kRateFeature, kCameraMin, kHighestClaim);
+  EXPECT_EQ(Initialize().at(2), L"StreamBytesPerSecond by profile = 45000000 , 1000000000000000");
+  output.Clear();
+  Library().SetRange(kRateFeature, kLowestClaim, kCameraMin);
+  EXPECT_EQ(Initialize().at(2), L"StreamBytesPerSecond by profile = -1000000000000000 , 10000000");
+}
+
+TEST_F(Rate, AClaimedRateIsBoundedBeforeItIsComputedWith) {
+  Initialize();
+  scripted.SetOnCamera(kLowestClaim);
+  AfterSnap(BError::eTimeout);
+  EXPECT_EQ(Lines(L"ChangeBandwidth( -0.1 )"),
+            Texts{L"ChangeBandwidth absolute : -1000000000000000 -> 45000000 (Min=45000000; Max=125000000)"});
+  scripted.SetOnCamera(kHighestClaim);
+  AfterSnap(BError::eTimeout);
+  EXPECT_EQ(Lines(L"ChangeBandwidth( -0.1 )"),
+            Texts{L"ChangeBandwidth absolute : 1000000000000000 -> 125000000 (Min=45000000; Max=125000000)"});
+}
+
+TEST_F(Rate, AClaimedRateIsBoundedBeforeItIsLearnedFrom) {
+  Initialize();
+  scripted.SetOnCamera(kHighestClaim);
+  EXPECT_EQ(AfterSnap(BError::eSuccess),
+            Texts{L"Successful snap, failure counter = 0, bandwidth.av = 1000000000000000 #snaps = 1"});
+  EXPECT_EQ(scripted.OnCamera(), kCameraMax);
 }
 
 TEST_F(Rate, NeverLeavesItsLimits) {
