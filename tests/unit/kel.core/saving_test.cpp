@@ -176,12 +176,16 @@ TEST(ProfileSaving, RemovesTheFilesOfKilledWritersAndNoOthers) {
 
 TEST(ProfileSaving, RefusesWhatWouldMakeTheFileTooLarge) {
   constexpr std::size_t kLargestProfileBytes = 16U << 20U;
-  const IniFile file("A=1\n");
+  const std::string key = "A=1\n";
+  const std::string comment = ";" + std::string(kLargestProfileBytes - key.size() - 2, 'x') + "\n";
+  const IniFile file(key + comment);
   BIniProfile profile(file.Name());
 
-  EXPECT_FALSE(profile.Write(L"A", ToWString(std::string(kLargestProfileBytes, 'x'))));
+  EXPECT_FALSE(profile.Write(L"A", L"22"));
 
-  EXPECT_EQ(file.Bytes(), "A=1\n");
+  EXPECT_EQ(Complaints(profile),
+            (std::vector<std::wstring>{file.Name().Str() +
+                                       L": A = 22 is not saved: a profile has no more than 16777216 bytes"}));
   EXPECT_EQ(ReadString(profile, L"A"), L"1");
   EXPECT_TRUE(profile.Write(L"A", L"2"));
 }
