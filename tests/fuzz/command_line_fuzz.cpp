@@ -73,7 +73,7 @@ int Run(std::vector<std::string> arguments, std::string& out, std::string& err) 
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const std::set<int> kExitCodes = {Kelcam::kDone, Kelcam::kFailed, Kelcam::kWrongUsage, Kelcam::kInterrupted};
+  static const std::set<int> kExitCodes = {Kelcam::kDone, Kelcam::kFailed, Kelcam::kWrongUsage, kInterruptedCode};
   Fuzz::Input input(data, size);
   EndCommandsWith(static_cast<CommandEnd>(input.Number(0, kCommandEnds - 1)), input.Flag());
   const std::vector<std::string> arguments = ReadArguments(input);
@@ -82,8 +82,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::string err;
   const int code = Run(arguments, out, err);
   Expect(kExitCodes.count(code) == 1, "the exit code is one of the documented ones");
-  Expect(code == Kelcam::kDone || code == Kelcam::kInterrupted || !err.empty() || out.empty(),
-         "a failure is explained");
+  Expect(code == Kelcam::kDone || code == kInterruptedCode || !err.empty() || out.empty(), "a failure is explained");
   if (!out.empty() && out[0] == '{') Expect(nlohmann::json::accept(out), "what --json prints is JSON");
   return 0;
 }

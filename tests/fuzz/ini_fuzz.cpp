@@ -58,13 +58,6 @@ void ExpectOthersSurvive(const Lines& before, const Lines& after) {
   Expect(added >= 0 && added <= 2 * kMostAddedLines, "a write adds few lines");
 }
 
-// As the file keeps it: without blanks around it.
-std::string Kept(const std::string& value) {
-  const std::size_t first = value.find_first_not_of(" \t");
-  if (first == std::string::npos) return {};
-  return value.substr(first, value.find_last_not_of(" \t") + 1 - first);
-}
-
 void ReadEachWay(const BIniProfile& profile, const WString& key) {
   WString text;
   int whole = 0;
@@ -95,13 +88,12 @@ void ReadAndWrite(BIniProfile& profile, const WString& section, const WString& k
     Expect(profile.Complaints().size() <= complaints + 1, "a refused write is one complaint");
     return;
   }
-  const WString kept = ToWString(Kept(ToBString(value).Str()).c_str());
-  ExpectValue(profile, key, kept);
+  ExpectValue(profile, key, value);
   ExpectOthersSurvive(LinesOf(before), LinesOf(file.Bytes()));
   const BSmartRef<BIniProfile> again = Open(file.Name());
   Expect(again.Get() != nullptr, "a file that was written can be read");
   again->GoToSection(section);
-  ExpectValue(*again, key, kept);
+  ExpectValue(*again, key, value);
   const std::string written = file.Bytes();
   Expect(again->Write(key, value) && file.Bytes() == written, "writing a value again changes nothing");
 }

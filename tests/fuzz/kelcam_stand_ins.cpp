@@ -3,6 +3,7 @@
 #include "fuzz/kelcam_stand_ins.h"
 
 #include <new>
+#include <utility>
 
 #include "commands.h"
 #include "interrupt.h"
@@ -49,6 +50,7 @@ const char* const kModuleFileName = "kelCameraVimba";
 std::vector<std::string> Utf8Arguments(int argc, char** argv) { return {argv + 1, argv + argc}; }
 std::filesystem::path ProgramFolder() { return "."; }
 bool StandardErrorIsTerminal() { return false; }
+void OpenStandardStreams() {}
 
 Utf8Console::Utf8Console() : m_before(0) {}
 Utf8Console::~Utf8Console() = default;
@@ -59,8 +61,8 @@ void* SharedLibrary::Symbol(const char* /*name*/) const { return m_handle; }
 Module::Module(const std::filesystem::path& file)
     : m_library(file), m_create(nullptr), m_release(nullptr), m_list(nullptr) {}
 
-MessageLog::MessageLog(const std::filesystem::path& file, bool verbose)
-    : m_file_name(file), m_verbose(verbose), m_before(nullptr) {}
+MessageLog::MessageLog(std::string file, bool verbose)
+    : m_file_name(std::move(file)), m_verbose(verbose), m_before(nullptr) {}
 MessageLog::~MessageLog() = default;
 void MessageLog::OnShowInfo(const wchar_t* /*text*/, const wchar_t* /*caption*/) {}
 void MessageLog::OnLogMessage(const WString& /*text*/, bool /*important*/) {}
@@ -68,6 +70,7 @@ void MessageLog::CheckWritten() const {}
 
 void WatchForInterrupt() {}
 bool Interrupted() { return is_interrupted; }
+int InterruptedExitCode() { return kInterruptedCode; }
 
 ExitCode RunList(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) { return End(options); }
 ExitCode RunInfo(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) { return End(options); }

@@ -4,6 +4,8 @@
 
 enum class CommandEnd { kDone, kFailed, kWrongUsage, kUsageError, kFailure, kHostError, kImageKind, kNoMemory };
 constexpr int kCommandEnds = 8;
+// kelcam's exit code after Ctrl-C.
+constexpr int kInterruptedCode = 130;
 
 // How the next command ends, and whether Ctrl-C was pressed.
 void EndCommandsWith(CommandEnd end, bool interrupted);
