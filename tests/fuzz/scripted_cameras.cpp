@@ -1,5 +1,5 @@
 // scripted_cameras.cpp
-// The calls about cameras and the system that the scripted library leaves to a program.
+// The calls that the scripted library leaves to a program.
 #include "fuzz/scripted_cameras.h"
 
 #include "unit/scripted/scripted_library.h"

@@ -1,6 +1,6 @@
 // scripted_cameras.h
-// The calls to open cameras and to start the system that the scripted library leaves to a program: every answer as an input wants
-// it.
+// The calls that the scripted library leaves to a program: openings, and the start of the system, as an input wants
+// them. it.
 #pragma once
 
 #include <vector>
