@@ -1,6 +1,6 @@
 // scripted_cameras.h
 // The calls that the scripted library leaves to a program: openings, and the start of the system, as an input wants
-// them. it.
+// them.
 #pragma once
 
 #include <vector>
