@@ -16,6 +16,11 @@ if(KEL_SANITIZE)
   add_compile_options(-fsanitize=${KEL_SANITIZE} -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${KEL_SANITIZE})
 endif()
+if(KEL_BUILD_FUZZERS)
+  # Everything says where it goes, so that libFuzzer sees it.
+  add_compile_options(-fsanitize=fuzzer-no-link)
+  add_link_options(-fsanitize=fuzzer-no-link)
+endif()
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
   # RUNPATH, not RPATH: LD_LIBRARY_PATH must win, it is how another VimbaC is put in place.
   add_link_options(LINKER:--enable-new-dtags)

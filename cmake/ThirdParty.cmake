@@ -25,7 +25,6 @@ endfunction()
 kel_stage_headers(cli11 CLI)
 kel_stage_headers(highway hwy)
 kel_stage_headers(nlohmann-json nlohmann)
-kel_stage_headers(simpleini SimpleIni.h)
 kel_stage_headers(stb stb)
 
 if(KEL_BUILD_TESTS AND CMAKE_HOST_WIN32)

@@ -67,12 +67,6 @@ std::optional<bool> BooleanIn(const WString& text) {
   return std::nullopt;
 }
 
-std::string WithoutBlanksAround(const std::string& text) {
-  const std::size_t first = text.find_first_not_of(" \t");
-  if (first == std::string::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t") + 1 - first);
-}
-
 // Why a line of an ini file cannot hold this; null if it can.
 const wchar_t* WhyNotHoldable(const std::string& section, const std::string& key, const std::string& value) {
   constexpr std::string_view kLineBreaks("\r\n\0", 3);

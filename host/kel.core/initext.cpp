@@ -1,15 +1,10 @@
 // initext.cpp
-// Each line is read by the ini library alone, so that lines keep their places and a faulty one is found out.
+// The text of an ini file, line by line, so that lines keep their places and a faulty one is found out.
 #include "initext.h"
 
 #include <algorithm>
 #include <optional>
 #include <utility>
-
-// The library's text is UTF-8 in and out, and its functions are compiled here, as its package leaves them to be.
-#define SI_NO_CONVERSION
-#define SI_IMPLEMENTATION
-#include <SimpleIni.h>
 
 #include "wholefile.h"
 #include "wstring.h"
@@ -53,38 +48,15 @@ std::string WhyMalformed(const std::string& content, std::size_t first) {
 
 }  // namespace
 
-// The ini library, given one line at a time.
-class IniText::LineReader {
- public:
-  void Read(const std::string& content) {
-    m_ini.Reset();
-    m_ini.LoadData(content);
-  }
-  std::optional<std::string> OnlySection() const {
-    CSimpleIniA::TNamesDepend names;
-    m_ini.GetAllSections(names);
-    return OnlyName(names);
-  }
-  std::optional<std::string> OnlyKey() const {
-    CSimpleIniA::TNamesDepend names;
-    m_ini.GetAllKeys("", names);
-    return OnlyName(names);
-  }
-  std::string Value(const std::string& key) const { return m_ini.GetValue("", key.c_str(), ""); }
-
- private:
-  static std::optional<std::string> OnlyName(const CSimpleIniA::TNamesDepend& names) {
-    if (names.size() != 1 || !*names.front().pItem) return std::nullopt;
-    return names.front().pItem;
-  }
-
-  CSimpleIniA m_ini;
-};
+std::string WithoutBlanksAround(const std::string& text) {
+  const std::size_t first = text.find_first_not_of(" \t");
+  if (first == std::string::npos) return {};
+  return text.substr(first, text.find_last_not_of(" \t") + 1 - first);
+}
 
 IniText::IniText(std::string bytes) : m_bytes(std::move(bytes)) {
   SplitLines();
-  LineReader reader;
-  for (Line& line : m_lines) ReadLine(reader, line);
+  for (Line& line : m_lines) ReadLine(line);
   IndexKeys();
 }
 
@@ -104,7 +76,7 @@ void IniText::SplitLines() {
   }
 }
 
-void IniText::ReadLine(LineReader& reader, Line& line) const {
+void IniText::ReadLine(Line& line) const {
   const std::string content = m_bytes.substr(line.begin, line.end - line.begin);
   if (content.find('\0') != std::string::npos) throw Malformed{NumberOf(line), "there is a zero byte"};
   if (!IsUtf8(content)) throw Malformed{NumberOf(line), "this is not UTF-8 text"};
@@ -114,13 +86,13 @@ void IniText::ReadLine(LineReader& reader, Line& line) const {
     line.kind = Line::kComment;
     return;
   }
-  reader.Read(content);
   line.kind = content[first] == '[' ? Line::kSection : Line::kKey;
-  std::optional<std::string> name = line.kind == Line::kSection ? reader.OnlySection() : reader.OnlyKey();
-  if (!name) throw Malformed{NumberOf(line), WhyMalformed(content, first)};
-  line.name = std::move(*name);
+  const std::size_t begin = line.kind == Line::kSection ? first + 1 : first;
+  const std::size_t end = content.find(line.kind == Line::kSection ? ']' : '=', begin);
+  if (end != std::string::npos) line.name = WithoutBlanksAround(content.substr(begin, end - begin));
+  if (line.name.empty()) throw Malformed{NumberOf(line), WhyMalformed(content, first)};
   if (line.kind != Line::kKey) return;
-  line.value = reader.Value(line.name);
+  line.value = WithoutBlanksAround(content.substr(end + 1));
   line.value_begin = std::min(content.find_first_not_of(" \t", content.find('=') + 1), content.size()) + line.begin;
   line.value_end = line.value_begin + line.value.size();
   if (IsQuoted(line.value)) line.value = line.value.substr(1, line.value.size() - 2);

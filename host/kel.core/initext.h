@@ -9,6 +9,9 @@
 #include <utility>
 #include <vector>
 
+// Blanks are spaces and tabs.
+std::string WithoutBlanksAround(const std::string& text);
+
 // The empty section name is the root. Names are compared without regard to case. A value in double quotes is what is
 // between them; a value that would otherwise not be read back as it is, is written in quotes.
 class IniText {
@@ -47,14 +50,12 @@ class IniText {
   void Set(const std::string& section, const std::string& key, const std::string& value);
 
  private:
-  class LineReader;
-
   // The number of a section, equal for equal names; the root's is kRoot.
   using SectionNumber = std::size_t;
   static constexpr SectionNumber kRoot = 0;
 
   void SplitLines();
-  void ReadLine(LineReader& reader, Line& line) const;
+  void ReadLine(Line& line) const;
   void IndexKeys();
   std::size_t EndOfSection(const std::string& section) const;
   std::string WithKey(const std::string& section, const std::string& entry) const;

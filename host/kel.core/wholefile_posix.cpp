@@ -1,5 +1,6 @@
 // wholefile_posix.cpp
 // Whole files on POSIX systems, where names are UTF-8.
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -7,6 +8,7 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <memory>
 #include <thread>
 #include <tuple>
 #include <utility>
@@ -108,13 +110,14 @@ FileKind KindOf(mode_t mode) {
   return S_ISSOCK(mode) ? FileKind::kSocket : FileKind::kOther;
 }
 
-// What writers have left behind that were killed. Only whoever holds the lock may take it away.
+// What writers have left behind that were killed. Only whoever holds the lock may take it away. The standard library's
+// iterator would end the process where there is no memory for a name.
 void RemoveLeftovers(const fs::path& target) {
-  std::error_code error;
-  fs::directory_iterator entry(target.parent_path(), error);
-  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-    const std::string name = entry->path().filename().string();
-    if (IsLeftover<char>(name, target.filename().string())) std::ignore = ::unlink(entry->path().c_str());
+  const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir(target.parent_path().c_str()), ::closedir);
+  if (!folder) return;
+  const std::string target_name = target.filename().string();
+  while (const dirent* entry = ::readdir(folder.get())) {
+    if (IsLeftover<char>(entry->d_name, target_name)) std::ignore = ::unlinkat(::dirfd(folder.get()), entry->d_name, 0);
   }
 }
 

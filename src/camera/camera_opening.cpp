@@ -53,7 +53,8 @@ bool OpenOneOf(const CameraRecords& records, const WString& serial_number, Vimba
     const WString id = ToWString(narrow_id);
     VmbHandle_t handle = nullptr;
     if (VmbCameraOpen(narrow_id, VmbAccessModeFull, &handle) == VmbErrorSuccess) {
-      camera.Adopt(handle, id, IdentifierOf(record));
+      camera.Adopt(handle);
+      camera.SetNames(id, IdentifierOf(record));
       Show(WString::Format(L"Camera (Uid: %s): InitBySerial success", id));
       return true;
     }
@@ -86,7 +87,8 @@ bool OpenByUniqueId(const WString& unique_id, VimbaCamera& camera) {
   for (int attempt = 1; attempt <= kAttempts; ++attempt) {
     VmbCameraInfo_t record{};
     if (const VmbHandle_t handle = OpenAndQuery(unique_id, record)) {
-      camera.Adopt(handle, unique_id, IdentifierOf(record));
+      camera.Adopt(handle);
+      camera.SetNames(unique_id, IdentifierOf(record));
       Show(WString::Format(L"Camera (Uid: %s): InitByUid success", unique_id));
       return true;
     }
@@ -102,7 +104,8 @@ bool OpenByAddress(const IProfile& profile, VimbaCamera& camera) {
   for (int attempt = 1; attempt <= kAddressAttempts; ++attempt) {
     VmbCameraInfo_t record{};
     if (const VmbHandle_t handle = OpenAndQuery(address, record)) {
-      camera.Adopt(handle, ToWString(record.cameraIdString), IdentifierOf(record));
+      camera.Adopt(handle);
+      camera.SetNames(ToWString(record.cameraIdString), IdentifierOf(record));
       Show(WString::Format(L"Camera (IP: %s): InitByAddr success", address));
       return true;
     }

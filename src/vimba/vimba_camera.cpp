@@ -6,10 +6,9 @@
 
 #include "diagnostics/camera_prefix.h"
 
-void VimbaCamera::Adopt(VmbHandle_t handle, const WString& unique_id, const WString& identifier) {
-  m_handle = handle;
-  m_unique_id = unique_id;
-  m_identifier = identifier;
+void VimbaCamera::SetNames(WString unique_id, WString identifier) noexcept {
+  m_unique_id = std::move(unique_id);
+  m_identifier = std::move(identifier);
 }
 
 VmbError_t VimbaCamera::Close() { return VmbCameraClose(std::exchange(m_handle, nullptr)); }

@@ -9,9 +9,10 @@
 // from the first callback until the last worker has ended it does not change. Reading: [any thread].
 class VimbaCamera {
  public:
-  // Takes over an open camera. `unique_id` is the text by which it was opened, `identifier` the one for the host.
-  // [host thread]
-  void Adopt(VmbHandle_t handle, const WString& unique_id, const WString& identifier);
+  // Takes over an open camera, before anything else that may fail: whoever is left with it closes it. [host thread]
+  void Adopt(VmbHandle_t handle) noexcept { m_handle = handle; }
+  // `unique_id` is the text by which it was opened, `identifier` the one for the host. [host thread]
+  void SetNames(WString unique_id, WString identifier) noexcept;
   // Closes the camera, once, whatever the library answers; the names stay. [host thread]
   [[nodiscard]] VmbError_t Close();
 

@@ -19,8 +19,8 @@ import zipfile
 DEADLINE_S = 200
 ENDINGS = {"linux": ("tar.gz", "deb"), "windows": ("zip",)}
 SHIPPED_THIRD_PARTY = {
-    "linux": ["CLI11", "JSON for Modern C++", "Highway", "stb", "SimpleIni"],
-    "windows": ["CLI11", "JSON for Modern C++", "Highway", "stb", "SimpleIni", "GCC", "MinGW-w64"],
+    "linux": ["CLI11", "JSON for Modern C++", "Highway", "stb"],
+    "windows": ["CLI11", "JSON for Modern C++", "Highway", "stb", "GCC", "MinGW-w64"],
 }
 # From each of them a host gets at classes that no other one includes.
 ENTRY_HEADERS = {"driver/kel_camera_vimba.h", "bbaseaoi.h", "bcamprofilekeys.h", "bcolorconverter.h", "imagingdevice.h"}

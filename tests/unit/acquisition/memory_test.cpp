@@ -27,6 +27,8 @@ std::atomic<std::size_t> refused_object{kNone};
 // Nor can single objects of any size, by the module's own code on threads without the privilege.
 std::atomic<bool> objects_are_refused{false};
 thread_local bool is_privileged = false;
+// Nor can the text by which the host knows a camera.
+bool identifiers_are_refused = false;
 // Whoever asks for an array of this many bytes waits until they are no longer held.
 std::atomic<std::size_t> held_array{kNone};
 std::atomic<bool> is_somebody_held{false};
@@ -78,6 +80,14 @@ extern "C" void REPLACED_DELETE_ARRAY(void* array) { DELETE_ARRAY(Deleted(array)
 extern "C" void DELETE_OBJECT(void* object);
 extern "C" void REPLACED_DELETE_OBJECT(void* object) { DELETE_OBJECT(Deleted(object)); }
 extern "C" void REPLACED_DELETE_SIZED_OBJECT(void* object, std::size_t /*size*/) { REPLACED_DELETE_OBJECT(object); }
+
+// What the search for a camera calls, and what the linker makes it call instead.
+WString Identifier(const VmbCameraInfo_t& camera) asm(IDENTIFIER_OF);
+WString ReplacedIdentifier(const VmbCameraInfo_t& camera) asm(REPLACED_IDENTIFIER_OF);
+WString ReplacedIdentifier(const VmbCameraInfo_t& camera) {
+  if (identifiers_are_refused) throw std::bad_alloc();
+  return Identifier(camera);
+}
 
 namespace {
 
@@ -162,6 +172,23 @@ TEST_F(OutOfMemory, ADiscoveryIsNotReportedAndNothingElseHappens) {
   EXPECT_EQ(Lines(L"CameraDiscoveryCallback"), std::vector<std::wstring>{L"End"});
 }
 
+TEST(ACameraThatCannotBeNamed, IsClosedAgain) {
+  for (const char* method : {"Serial", "Uid", "IP"}) {
+    SimulatedCameras cameras{SimulatedCamera()};
+    ProfileFile profile;
+    profile.Key("Init.Method", method).Key("Serial.Number", SimulatedCamera::kSerial);
+    profile.Key("Camera_Identifier", SimulatedCamera::kId).Key("IP", SimulatedCamera::kIp);
+    const BSmartRef<VimbaInitialization> system = VimbaInitialization::Open(nullptr);
+    {
+      BVimbaImagingDeviceImpl implementation;
+      identifiers_are_refused = true;
+      EXPECT_THROW(implementation.Initialize(profile.Open()), std::bad_alloc);
+      identifiers_are_refused = false;
+    }
+    EXPECT_EQ(cameras.State()["openHandles"], 0) << method;
+  }
+}
+
 // A worker that is late with its copy, because memory for it is long in coming.
 TEST_F(OutOfMemory, WhatALateWorkerCopiesIsNoneOfTheNextAcquisition) {
   held_array = std::size_t{SimulatedCamera::kWidth} * SimulatedCamera::kHeight;
@@ -211,7 +238,8 @@ struct UnreturnedFrames : testing::Test {
   UnreturnedFrames() {
     std::fill(watched.begin(), watched.end(), nullptr);
     watched_bytes = std::size_t{kWidth} * kHeight;
-    camera.Adopt(open.Handle(), L"DEV", L"Vimba_Camera_1");
+    camera.Adopt(open.Handle());
+    camera.SetNames(L"DEV", L"Vimba_Camera_1");
   }
   ~UnreturnedFrames() override { watched_bytes = kNone; }
   void AnnounceAndFree(bool returned) {

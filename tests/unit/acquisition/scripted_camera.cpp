@@ -8,7 +8,8 @@ ScriptedCamera::ScriptedCamera() {
   Library().Reset();
   const VmbHandle_t handle = ScriptedLibrary::Handle(7);
   Library().SetInteger(handle, "PayloadSize", kPayloadBytes);
-  camera.Adopt(handle, L"DEV_7", L"Vimba_Scripted_7");
+  camera.Adopt(handle);
+  camera.SetNames(L"DEV_7", L"Vimba_Scripted_7");
 }
 
 // At the end of a test no thread is on its way out: the leak sanitizer would not find what belongs to one.

@@ -13,7 +13,9 @@ void ScriptedLibrary::Reset() {
   m_integers.clear();
   m_ranges.clear();
   m_text = {};
+  m_entry = nullptr;
   m_claims.clear();
+  m_camera_records.clear();
   m_failures.clear();
   m_calls.clear();
   m_announced.clear();
@@ -40,6 +42,11 @@ void ScriptedLibrary::SetRange(const std::string& feature, VmbInt64_t min, VmbIn
 void ScriptedLibrary::SetText(const Text& text) {
   const BMutexLock lock(m_mutex);
   m_text = text;
+}
+
+void ScriptedLibrary::SetEntry(const char* entry) {
+  const BMutexLock lock(m_mutex);
+  m_entry = entry;
 }
 
 void ScriptedLibrary::Fail(const std::string& function, VmbError_t code, const std::string& feature) {
@@ -114,9 +121,24 @@ ScriptedLibrary::Text ScriptedLibrary::TheText() const {
   return m_text;
 }
 
+const char* ScriptedLibrary::TheEntry() const {
+  const BMutexLock lock(m_mutex);
+  return m_entry;
+}
+
 void ScriptedLibrary::SetClaimedCameras(const std::vector<VmbUint32_t>& claims) {
   const BMutexLock lock(m_mutex);
   m_claims = claims;
+}
+
+void ScriptedLibrary::SetCameraRecords(const std::vector<VmbCameraInfo_t>& records) {
+  const BMutexLock lock(m_mutex);
+  m_camera_records = records;
+}
+
+std::vector<VmbCameraInfo_t> ScriptedLibrary::CameraRecords() const {
+  const BMutexLock lock(m_mutex);
+  return m_camera_records;
 }
 
 VmbUint32_t ScriptedLibrary::NextClaim() {

@@ -24,11 +24,14 @@ class ScriptedLibrary {
   static VmbHandle_t Handle(std::uintptr_t number);
 
   void Reset();
-  // Integer features are there once they have a value, and ranges once they have one. The other features are all there.
+  // Integer features are there once they have a value, and ranges once they have one. The other features are all there;
+  // a flag is set where an integer of its name is not 0.
   void SetInteger(VmbHandle_t camera, const std::string& feature, VmbInt64_t value);
   VmbInt64_t Integer(VmbHandle_t camera, const std::string& feature) const;
   void SetRange(const std::string& feature, VmbInt64_t min, VmbInt64_t max);
   void SetText(const Text& text);
+  // The entry of every enumeration; the text stays the test's. At first none, as a null pointer.
+  void SetEntry(const char* entry);
   // Every call of this function, of this feature where one is named, answers with this code and does nothing.
   void Fail(const std::string& function, VmbError_t code, const std::string& feature = "");
   // Called at the beginning of every call that queues a frame, whatever it answers.
@@ -41,10 +44,11 @@ class ScriptedLibrary {
   // `VmbFeatureIntSet(Width, 32)`, in their order.
   std::vector<std::string> Calls() const;
   void ClearCalls();
-  // How many cameras each listing claims to have found, one after the other; then the last. Their records are empty. A
-  // listing without a claim succeeds and writes nothing.
+  // How many cameras each listing claims to have found, one after the other; then the last. Their records are empty
+  // beyond those that are set. A listing without a claim succeeds and writes nothing.
   static constexpr VmbUint32_t kNoClaim = ~VmbUint32_t{0};
   void SetClaimedCameras(const std::vector<VmbUint32_t>& claims);
+  void SetCameraRecords(const std::vector<VmbCameraInfo_t>& records);
   // The frames that were announced, and those that are queued.
   std::vector<const VmbFrame_t*> Announced() const;
   std::vector<const VmbFrame_t*> Queued() const;
@@ -54,7 +58,9 @@ class ScriptedLibrary {
   bool Find(VmbHandle_t camera, const std::string& feature, VmbInt64_t& value) const;
   bool FindRange(const std::string& feature, VmbInt64_t& min, VmbInt64_t& max) const;
   Text TheText() const;
+  const char* TheEntry() const;
   VmbUint32_t NextClaim();
+  std::vector<VmbCameraInfo_t> CameraRecords() const;
   void Announce(const VmbFrame_t* frame);
   void BeginQueueing();
   void Queue(const VmbFrame_t* frame);
@@ -67,7 +73,9 @@ class ScriptedLibrary {
   std::map<FeatureOfCamera, VmbInt64_t> m_integers KEL_GUARDED_BY(m_mutex);
   std::map<std::string, std::pair<VmbInt64_t, VmbInt64_t>> m_ranges KEL_GUARDED_BY(m_mutex);
   Text m_text KEL_GUARDED_BY(m_mutex);
+  const char* m_entry KEL_GUARDED_BY(m_mutex) = nullptr;
   std::vector<VmbUint32_t> m_claims KEL_GUARDED_BY(m_mutex);
+  std::vector<VmbCameraInfo_t> m_camera_records KEL_GUARDED_BY(m_mutex);
   std::map<std::pair<std::string, std::string>, VmbError_t> m_failures KEL_GUARDED_BY(m_mutex);
   std::vector<std::string> m_calls KEL_GUARDED_BY(m_mutex);
   std::vector<const VmbFrame_t*> m_announced KEL_GUARDED_BY(m_mutex);

@@ -36,7 +36,8 @@ VmbError_t VmbFeatureFloatRangeQuery(VmbHandle_t /*handle*/, const char* name, d
   return Library().Record("VmbFeatureFloatRangeQuery", name);
 }
 
-VmbError_t VmbFeatureEnumGet(VmbHandle_t /*handle*/, const char* name, const char** /*value*/) {
+VmbError_t VmbFeatureEnumGet(VmbHandle_t /*handle*/, const char* name, const char** value) {
+  if (const char* entry = Library().TheEntry()) *value = entry;
   return Library().Record("VmbFeatureEnumGet", name);
 }
 
@@ -44,7 +45,9 @@ VmbError_t VmbFeatureEnumSet(VmbHandle_t /*handle*/, const char* name, const cha
   return Library().Record("VmbFeatureEnumSet", name, value);
 }
 
-VmbError_t VmbFeatureBoolGet(VmbHandle_t /*handle*/, const char* name, VmbBool_t* /*value*/) {
+VmbError_t VmbFeatureBoolGet(VmbHandle_t handle, const char* name, VmbBool_t* value) {
+  VmbInt64_t number = 0;
+  if (Library().Find(handle, name, number)) *value = number != 0 ? 1 : 0;
   return Library().Record("VmbFeatureBoolGet", name);
 }
 
@@ -72,8 +75,13 @@ VmbError_t VmbFeatureCommandIsDone(VmbHandle_t /*handle*/, const char* name, Vmb
 
 VmbError_t VmbCamerasList(VmbCameraInfo_t* records, VmbUint32_t length, VmbUint32_t* found, VmbUint32_t /*size*/) {
   const VmbUint32_t claim = Library().NextClaim();
-  if (claim != ScriptedLibrary::kNoClaim) *found = claim;
-  std::fill_n(records, std::min(length, *found), VmbCameraInfo_t{});
+  if (claim != ScriptedLibrary::kNoClaim) {
+    *found = claim;
+    const std::size_t room = std::min(length, claim);
+    std::fill_n(records, room, VmbCameraInfo_t{});
+    const std::vector<VmbCameraInfo_t> known = Library().CameraRecords();
+    std::copy_n(known.begin(), std::min(room, known.size()), records);
+  }
   return Library().Record("VmbCamerasList", "", std::to_string(length));
 }
 

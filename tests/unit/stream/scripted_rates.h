@@ -22,7 +22,8 @@ struct ScriptedRate final : BandwidthPartners::Listener {
 
   ScriptedRate(int number, VmbInt64_t bytes_per_s) {
     const VmbHandle_t handle = ScriptedLibrary::Handle(static_cast<std::uintptr_t>(number));
-    camera.Adopt(handle, L"DEV", WString::Format(L"Vimba_Scripted_%d", number));
+    camera.Adopt(handle);
+    camera.SetNames(L"DEV", WString::Format(L"Vimba_Scripted_%d", number));
     SetOnCamera(bytes_per_s);
   }
   void SetOnCamera(VmbInt64_t bytes_per_s) { Library().SetInteger(camera.Handle(), kRateFeature, bytes_per_s); }
