@@ -135,7 +135,7 @@ struct MessageStress : testing::Test {
 TEST_F(MessageStress, EveryMessageIsWholeAndBroughtByTheThreadThatItNames) {
   DriveAllAtOnce();
   const std::vector<Transcript::Entry> entries = transcript->Entries();
-  EXPECT_GT(entries.size(), std::size_t{kDevices * kCycles * 3});
+  EXPECT_GT(entries.size(), std::size_t{3} * kDevices * kCycles);
   for (const Transcript::Entry& entry : entries) {
     EXPECT_EQ(DefectOf(entry.text), "") << std::string(entry.text.begin(), entry.text.end());
     EXPECT_THAT(TitleOf(entry.text).thread_id, AnyOf(0U, entry.thread_id));
@@ -158,14 +158,13 @@ TEST_F(MessageStress, NoMessageHasALineOfAnotherDevice) {
 // Each kind of message has its own lines, and none of those of a message that is written at the same time.
 TEST_F(MessageStress, EachMessageHasTheLinesOfItsOperationAlone) {
   DriveAllAtOnce();
-  const std::string line = "[^\n]*";
   for (int number = 1; number <= kDevices; ++number) {
     EXPECT_THAT(Of(number, L"StartSnap"),
-                AllOf(SizeIs(kCycles), Each(Fits("AcquisitionStart -> (0|-13)\n" + line + "End\n$"))));
-    EXPECT_THAT(Of(number, L"StopSnap"), Each(Fits(": Start\n" + line + "AcquisitionStop returns 0\n" + line +
-                                                   "Received [01] Frames " + line + "\n")));
+                AllOf(SizeIs(kCycles), Each(Fits(R"(AcquisitionStart -> (0|-13)\n[^\n]*End\n$)"))));
+    EXPECT_THAT(Of(number, L"StopSnap"),
+                Each(Fits(R"(: Start\n[^\n]*AcquisitionStop returns 0\n[^\n]*Received [01] Frames [^\n]*\n)")));
     EXPECT_THAT(Of(number, L"OnFrameExt()"),
-                Each(Fits(": Start\n" + line + "Frame context id" + line + "\n" + line + "\n" + line + "End\n$")));
+                Each(Fits(R"(: Start\n[^\n]*Frame context id[^\n]*\n[^\n]*\n[^\n]*End\n$)")));
   }
 }
 

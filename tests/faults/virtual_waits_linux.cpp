@@ -80,14 +80,14 @@ void VirtualWaits::TurnOn() { on = true; }
 extern "C" {
 
 int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*start)(void*), void* argument) {
-  static auto* const next = Next<decltype(pthread_create)>("pthread_create");
+  static auto* const kNext = Next<decltype(pthread_create)>("pthread_create");
   Slot* const slot = TakeSlot();
   if (!slot) return EAGAIN;
   slot->start = start;
   slot->argument = argument;
   slot->thread = pthread_t{};
   slot->state = Slot::kRunning;
-  const int error = next(thread, attributes, RunInSlot, slot);
+  const int error = kNext(thread, attributes, RunInSlot, slot);
   if (error != 0) {
     slot->state = Slot::kFree;
   } else {
@@ -98,7 +98,7 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*
 }
 
 int pthread_detach(pthread_t thread) {
-  static auto* const next = Next<decltype(pthread_detach)>("pthread_detach");
+  static auto* const kNext = Next<decltype(pthread_detach)>("pthread_detach");
   for (Slot& slot : slots) {
     if (slot.thread != thread) continue;
     int expected = Slot::kRunning;
@@ -106,19 +106,19 @@ int pthread_detach(pthread_t thread) {
     if (slot.state.compare_exchange_strong(expected, Slot::kDetached)) break;
     --workers;
   }
-  return next(thread);
+  return kNext(thread);
 }
 
 int clock_gettime(clockid_t clock, timespec* time) {
-  static auto* const next = Next<decltype(clock_gettime)>("clock_gettime");
-  const int error = next(clock, time);
+  static auto* const kNext = Next<decltype(clock_gettime)>("clock_gettime");
+  const int error = kNext(clock, time);
   if (error == 0 && clock == CLOCK_MONOTONIC) *time = FromNs(InNs(*time) + ahead_ns);
   return error;
 }
 
 int nanosleep(const timespec* wanted, timespec* left) {
-  static auto* const next = Next<decltype(nanosleep)>("nanosleep");
-  if (!on) return next(wanted, left);
+  static auto* const kNext = Next<decltype(nanosleep)>("nanosleep");
+  if (!on) return kNext(wanted, left);
   const std::int64_t time = InNs(*wanted);
   const std::int64_t begin = RealNow(CLOCK_MONOTONIC);
   const std::int64_t most_work = RealNow(CLOCK_PROCESS_CPUTIME_ID) + time / kLongestPart;
@@ -132,9 +132,9 @@ int nanosleep(const timespec* wanted, timespec* left) {
 }
 
 int pthread_cond_clockwait(pthread_cond_t* condition, pthread_mutex_t* mutex, clockid_t clock, const timespec* end) {
-  static auto* const next = Next<decltype(pthread_cond_clockwait)>("pthread_cond_clockwait");
+  static auto* const kNext = Next<decltype(pthread_cond_clockwait)>("pthread_cond_clockwait");
   const timespec real_end = clock == CLOCK_MONOTONIC ? FromNs(InNs(*end) - ahead_ns) : *end;
-  return next(condition, mutex, clock, &real_end);
+  return kNext(condition, mutex, clock, &real_end);
 }
 
 }  // extern "C"

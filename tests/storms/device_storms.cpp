@@ -107,6 +107,7 @@ void SnapFromManyThreads(Findings& findings, Random& random) {
   if (!device) return;
   if (random.OneIn(2)) device->Trigger()->SetSource(BImagingDeviceTrigger::eFreeRun);
   std::vector<std::thread> hosts;
+  hosts.reserve(kThreads);
   for (int i = 0; i < kThreads; ++i) {
     hosts.emplace_back([&, seed = random.Seed()] {
       Random own(seed);

@@ -132,7 +132,7 @@ bool StormWorld::Start(BImagingDevice& device, bool one_shot) {
 
 BError StormWorld::Snap(BImagingDevice& device, int camera, std::uint32_t timeout_ms) {
   const BSmartRef<BBaseAoi> area(new BBaseAoi(BBaseAoi::eMono8));
-  const BError error = device.Snap(area.Get(), timeout_ms);
+  BError error = device.Snap(area.Get(), timeout_ms);
   if (!IsAnswerOfASnap(error)) m_findings.Report("Snap answers " + TextOf(error));
   if (!error.IsError()) CheckPicture(camera, *area);
   return error;

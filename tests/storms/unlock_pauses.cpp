@@ -16,8 +16,9 @@ namespace {
 using Unlock = int (*)(pthread_mutex_t*);
 
 constexpr std::uint32_t kYieldsOneIn = 16;
-constexpr std::uint32_t kRestsOneIn = 256;
-constexpr long kRestNs = 200'000;
+constexpr std::uint32_t kRestsOneIn = 512;
+// Longer than it takes to close a camera and to unload the module.
+constexpr long kRestNs = 5'000'000;
 
 // A counter, not chance: a thread's own state would not be there yet, or no longer.
 void RestNowAndThen() {
