@@ -121,18 +121,6 @@ INSTANTIATE_TEST_SUITE_P(
                     Aoi{"0", "0", "64", "48", {64, 48}, {0, 0}}, Aoi{"8", "8", "1000", "1000", {64, 48}, {0, 0}},
                     Aoi{"60", "40", "32", "16", {32, 16}, {32, 32}}, Aoi{"-3", "-3", "32", "16", {32, 16}, {0, 0}}));
 
-TEST_F(Geometry, ASideThatNoSensorHasIsRefusedBeforeAnythingIsSet) {
-  constexpr double kLongestSide = 65'536;
-  for (const char* side : {"Width", "Height"}) {
-    ASSERT_TRUE(Open(SimulatedCamera().Range(side, 1, kLongestSide))) << side;
-    device.reset();
-    EXPECT_FALSE(Open(SimulatedCamera().Range(side, 1, kLongestSide + 1))) << side;
-    EXPECT_EQ(Failures(), Texts{L"ChipRect failed"});
-    EXPECT_THAT(cameras->CallsOf("VmbFeatureIntSet"), Not(Contains("VmbFeatureIntSet(\"OffsetX\", 0)")));
-    output.Clear();
-  }
-}
-
 TEST_F(Geometry, ASideThatTheCameraDoesNotReportIsRefusedBeforeAnythingIsSet) {
   for (const char* side : {"Width", "Height"}) {
     cameras.emplace(SimulatedCamera());

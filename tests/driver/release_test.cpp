@@ -92,9 +92,9 @@ TEST_F(Release, OfTheLastDeviceShutsTheSystemDownAfterTheModulesThreadsHaveEnded
     while (since_close.PeriodD() < kLooksForMs) was_down = was_down || !cameras->CallsOf("VmbShutdown").empty();
   });
   device->Release();
+  BDetachedThreads::Of("kelCameraVimba").WaitForAll();
   EXPECT_FALSE(was_down);
   EXPECT_EQ(cameras->Calls().back(), "VmbShutdown()");
-  BDetachedThreads::Of("kelCameraVimba").WaitForAll();
 }
 
 TEST_F(Release, OfBothPartnersReachesNeither) {

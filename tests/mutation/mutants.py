@@ -258,13 +258,35 @@ def opens_type(tokens, brace):
 
 
 def notice(tokens, first, last):
-    """Whether anything could tell in which order two statements run: not where both only assign, nor where one writes into a
-    message, which is shown at its end, and the other does something else."""
+    """Whether the order of two statements shows: two calls, or what one sets is named in the other. One that writes into a
+    message, which is shown at its end, shows only with what it has a name in common with."""
     middle = next(i for i in range(first, last) if tokens[i].text == ";")
-    one, other = ({token.text for token in tokens[a:b] if token.kind != "string"} for a, b in ((first, middle), (middle, last)))
-    if "(" not in one | other:
-        return False
-    return ("log" in one) == ("log" in other) or any(re.match(r"[^\W\d]", word) for word in (one & other) - {"L"})
+    one, other = tokens[first:middle], tokens[middle + 1 : last]
+    common = words_of(one) & words_of(other)
+    sets = {assigned(one), assigned(other)} - {None}
+    logs = [statement[0].text == "log" for statement in (one, other)]
+    if sets:
+        return bool(sets & common)
+    return logs[0] == logs[1] or bool(common)
+
+
+def words_of(statement):
+    return {token.text for token in statement if token.kind == "word"}
+
+
+def assigned(statement):
+    """What an assignment or a step sets; None for a call, also one whose result is ignored."""
+    name, depth = None, 0
+    steps = statement[0].text in STEPS
+    for token in statement:
+        depth += (token.text == "[") - (token.text == "]")
+        if token.text in ("=", "+=", "-="):
+            return name if name != "ignore" else None
+        if token.text in ("(", "<<"):
+            return name if steps else None
+        if token.kind == "word" and depth == 0:
+            name = token.text
+    return name if steps else None
 
 
 def end_of_statement(tokens, first):

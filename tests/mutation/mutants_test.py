@@ -51,8 +51,10 @@ class Kinds(unittest.TestCase):
 
     def test_neighbours_change_places(self):
         self.assertEqual(["B();\n  A();", "C();\n  B();"], changed("void F() {\n  A();\n  B();\n  C();\n}\n", "swapped order"))
+        self.assertEqual(["B(a);\n  a = 0;"], changed("void F() {\n  a = 0;\n  B(a);\n}\n", "swapped order"))
         self.assertEqual(["log << G(n);\n  ++n;"], changed("void F() {\n  ++n;\n  log << G(n);\n}\n", "swapped order"))
-        for alone in ("A();\n  if (x) B();", "if (x) A();\n  B();", "a = 0;\n  b = 0;", "A();\n  log << L\"text\";"):
+        for alone in ("A();\n  if (x) B();", "if (x) A();\n  B();", "a = 0;\n  b = 0;", "A();\n  log << L\"text\";",
+                      "r.a = A();\n  r.b[0] = B();", "a = 0;\n  B();"):
             self.assertEqual([], changed("void F() {\n  " + alone + "\n}\n", "swapped order"))
 
     def test_returned_values_become_empty_ones(self):
