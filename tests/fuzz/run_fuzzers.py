@@ -20,6 +20,7 @@ AT_ONCE = 2
 SLOWEST_INPUT_S = 20
 LARGEST_INPUT_BYTES = 4096
 LAST_LINES = 40
+NAME_BY_FUZZER = re.compile(r"[0-9a-f]{40}")
 # Beyond the search itself: starting, the kept corpus, a last input.
 GRACE_S = 120
 
@@ -64,7 +65,8 @@ class Target:
         return "\n".join([f"finding: {self.name} (status {run.returncode})", *output.splitlines()[-LAST_LINES:], *again, ""])
 
     def keep(self):
-        """A small corpus that reaches all code that the old one and the found inputs reach."""
+        """A small corpus that reaches all code that the old one and the found inputs reach. Files with a name that a person
+        gave them stay."""
         merged = self.work / "merged"
         shutil.rmtree(merged, ignore_errors=True)
         merged.mkdir(parents=True)
@@ -72,8 +74,10 @@ class Target:
         subprocess.run([self.program, "-set_cover_merge=1", "-use_counters=0", "-use_cmp=0",
                         f"-max_len={LARGEST_INPUT_BYTES}", merged, *sources],
                        capture_output=True, env=environment(), check=True)
-        shutil.rmtree(self.corpus)
-        shutil.copytree(merged, self.corpus)
+        for file in self.corpus.iterdir():
+            if NAME_BY_FUZZER.fullmatch(file.name):
+                file.unlink()
+        shutil.copytree(merged, self.corpus, dirs_exist_ok=True)
 
 
 def main():
