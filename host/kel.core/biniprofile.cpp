@@ -72,7 +72,9 @@ const wchar_t* WhyNotHoldable(const std::string& section, const std::string& key
   constexpr std::string_view kLineBreaks("\r\n\0", 3);
   const auto breaks = [&](const std::string& text) { return text.find_first_of(kLineBreaks) != std::string::npos; };
   if (breaks(value)) return L"a value has no line breaks or zeros";
-  const bool bad_start = key.empty() || std::string_view("[;#").find(key[0]) != std::string_view::npos;
+  // A key with a mark would lose it in the first line.
+  const bool bad_start = key.empty() || std::string_view("[;#").find(key[0]) != std::string_view::npos ||
+                         key.rfind(kByteOrderMark, 0) == 0;
   if (bad_start || breaks(key) || key.find('=') != std::string::npos || WithoutBlanksAround(key) != key) {
     return L"the key is none that a file can hold";
   }

@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
 constexpr char kQuote = '"';
 
 // Alike for names that are the same.
@@ -61,7 +60,7 @@ IniText::IniText(std::string bytes) : m_bytes(std::move(bytes)) {
 }
 
 void IniText::SplitLines() {
-  std::size_t at = m_bytes.rfind(kByteOrderMark, 0) == 0 ? sizeof kByteOrderMark - 1 : 0;
+  std::size_t at = m_bytes.rfind(kByteOrderMark, 0) == 0 ? kByteOrderMark.size() : 0;
   while (at < m_bytes.size()) {
     if (m_lines.size() == kMostLines) {
       throw Malformed{kMostLines + 1, "a profile has no more than " + std::to_string(kMostLines) + " lines"};

@@ -9,6 +9,9 @@
 #include <utility>
 #include <vector>
 
+// At a file's start it says that the text is UTF-8, and belongs to no line.
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 // Blanks are spaces and tabs.
 std::string WithoutBlanksAround(const std::string& text);
 

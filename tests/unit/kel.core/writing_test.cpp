@@ -103,7 +103,7 @@ TEST(ProfileWriting, RefusesAValueWithLineBreaksOrZeros) {
 }
 
 TEST(ProfileWriting, RefusesAKeyThatAFileCannotHold) {
-  for (const wchar_t* key : {L"", L"a=b", L";a", L"#a", L"[a", L" a", L"a\t", L"a\nb"}) {
+  for (const wchar_t* key : {L"", L"a=b", L";a", L"#a", L"[a", L" a", L"a\t", L"a\nb", L"\uFEFFa"}) {
     const IniFile file("A=1\n");
     BIniProfile profile(file.Name());
 
