@@ -47,6 +47,10 @@ FAILED = re.compile(r"^\[  FAILED  \] ([^\s,]+)", re.MULTILINE)
 BEGUN = re.compile(r"^\[ RUN      \] (\S+)", re.MULTILINE)
 
 
+# What runs now, and has to be stopped with the tool: none of it would notice.
+running_processes = set()
+
+
 class BuildFailed(Exception):
     """What the build printed."""
 
@@ -123,20 +127,19 @@ class Scratch:
 
     def run_shards(self, program, shards, wanted, seconds):
         """The first test that fails or takes too long; an empty name where a program fails outside of its tests."""
-        running = [self.start(program, shards, shard, wanted) for shard in range(shards)]
+        started = [self.start(program, shards, shard, wanted) for shard in range(shards)]
         deadline = time.monotonic() + seconds
         try:
-            while running:
-                for process, output in running:
-                    over_time = time.monotonic() > deadline
-                    if over_time or process.poll():
-                        stop(process)
+            while True:
+                over_time = time.monotonic() > deadline
+                for process, output in started:
+                    if process.poll() or (over_time and process.returncode is None):
                         return self.failed_test(output)
-                running = [one for one in running if one[0].returncode is None]
+                if all(process.returncode == 0 for process, _ in started):
+                    return None
                 time.sleep(0.02)
-            return None
         finally:
-            for process, _ in running:
+            for process, _ in started:
                 stop(process)
 
     def start(self, program, shards, shard, wanted):
@@ -159,6 +162,7 @@ class Scratch:
                 start_new_session=True,
                 preexec_fn=limit,
             )
+        running_processes.add(process)
         return process, output
 
     @staticmethod
@@ -181,9 +185,13 @@ def limit():
 
 
 def stop(process):
-    """The process and whatever it has started."""
-    try:
+    """The process and whatever it has started, unless it has ended by itself: its number may be another's then."""
+    if process.poll() is None:
         os.killpg(process.pid, signal.SIGKILL)
-    except ProcessLookupError:
-        pass
-    process.wait()
+        process.wait()
+    running_processes.discard(process)
+
+
+def stop_all():
+    for process in list(running_processes):
+        stop(process)
