@@ -100,7 +100,8 @@ class Scratch:
             raise BuildFailed(done.stdout)
 
     def first_failure(self, file):
-        """The test that fails with what is in the tree now, in the programs that this file can change; None if none does."""
+        """The test that fails with what is in the tree now; None if none does. The programs of the file's folder come first,
+        then the driver suite, and for what no test has noticed by then the rest."""
         unit = UNIT_PROGRAMS[pathlib.PurePath(file).parts[1]]
         if pathlib.PurePath(file).stem in SCRIPTED_FIRST:
             unit = sorted(unit, key=lambda program: "scripted" not in program)
@@ -111,6 +112,11 @@ class Scratch:
         self.make([MODULE])
         for program, shards in DRIVER_PROGRAMS.items():
             if failure := self.failure_of(program, shards):
+                return failure
+        others = [program for program in ALL_PROGRAMS if program not in unit and program not in DRIVER_PROGRAMS]
+        self.make(others)
+        for program in others:
+            if failure := self.failure_of(program, 1):
                 return failure
         return None
 
