@@ -17,6 +17,7 @@ import json
 import os
 import pathlib
 import queue
+import signal
 import sys
 import threading
 import time
@@ -158,7 +159,15 @@ def report(tested, results, kept):
     return not unexplained and compiled >= LEAST and survived <= SURVIVORS_AT_MOST * compiled
 
 
+def leave(*_):
+    """The results so far are kept; nothing that was started goes on."""
+    scratch.stop_all()
+    os._exit(130)
+
+
 def main():
+    signal.signal(signal.SIGTERM, leave)
+    signal.signal(signal.SIGINT, leave)
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("root", type=pathlib.Path)
     parser.add_argument("--only", nargs="+", metavar="TEXT")

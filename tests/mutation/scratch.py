@@ -47,6 +47,10 @@ FAILED = re.compile(r"^\[  FAILED  \] ([^\s,]+)", re.MULTILINE)
 BEGUN = re.compile(r"^\[ RUN      \] (\S+)", re.MULTILINE)
 
 
+# What runs now, and has to be stopped with the tool: none of it would notice.
+running_processes = set()
+
+
 class BuildFailed(Exception):
     """What the build printed."""
 
@@ -96,7 +100,8 @@ class Scratch:
             raise BuildFailed(done.stdout)
 
     def first_failure(self, file):
-        """The test that fails with what is in the tree now, in the programs that this file can change; None if none does."""
+        """The test that fails with what is in the tree now; None if none does. The programs of the file's folder come first,
+        then the driver suite, and for what no test has noticed by then the rest."""
         unit = UNIT_PROGRAMS[pathlib.PurePath(file).parts[1]]
         if pathlib.PurePath(file).stem in SCRIPTED_FIRST:
             unit = sorted(unit, key=lambda program: "scripted" not in program)
@@ -107,6 +112,11 @@ class Scratch:
         self.make([MODULE])
         for program, shards in DRIVER_PROGRAMS.items():
             if failure := self.failure_of(program, shards):
+                return failure
+        others = [program for program in ALL_PROGRAMS if program not in unit and program not in DRIVER_PROGRAMS]
+        self.make(others)
+        for program in others:
+            if failure := self.failure_of(program, 1):
                 return failure
         return None
 
@@ -123,20 +133,19 @@ class Scratch:
 
     def run_shards(self, program, shards, wanted, seconds):
         """The first test that fails or takes too long; an empty name where a program fails outside of its tests."""
-        running = [self.start(program, shards, shard, wanted) for shard in range(shards)]
+        started = [self.start(program, shards, shard, wanted) for shard in range(shards)]
         deadline = time.monotonic() + seconds
         try:
-            while running:
-                for process, output in running:
-                    over_time = time.monotonic() > deadline
-                    if over_time or process.poll():
-                        stop(process)
+            while True:
+                over_time = time.monotonic() > deadline
+                for process, output in started:
+                    if process.poll() or (over_time and process.returncode is None):
                         return self.failed_test(output)
-                running = [one for one in running if one[0].returncode is None]
+                if all(process.returncode == 0 for process, _ in started):
+                    return None
                 time.sleep(0.02)
-            return None
         finally:
-            for process, _ in running:
+            for process, _ in started:
                 stop(process)
 
     def start(self, program, shards, shard, wanted):
@@ -159,6 +168,7 @@ class Scratch:
                 start_new_session=True,
                 preexec_fn=limit,
             )
+        running_processes.add(process)
         return process, output
 
     @staticmethod
@@ -181,9 +191,13 @@ def limit():
 
 
 def stop(process):
-    """The process and whatever it has started."""
-    try:
+    """The process and whatever it has started, unless it has ended by itself: its number may be another's then."""
+    if process.poll() is None:
         os.killpg(process.pid, signal.SIGKILL)
-    except ProcessLookupError:
-        pass
-    process.wait()
+        process.wait()
+    running_processes.discard(process)
+
+
+def stop_all():
+    for process in list(running_processes):
+        stop(process)

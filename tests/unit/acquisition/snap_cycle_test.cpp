@@ -131,6 +131,11 @@ TEST_F(Cycle, AStopHandsTheLastFailureToTheStreamAndForgetsIt) {
   EXPECT_EQ(heard, (Heard{"before", "after 12109", "after 0"}));
 }
 
+TEST_F(Cycle, AStopBeforeAnyStartHasNoFailureToHandOver) {
+  cycle.StopSnap();
+  EXPECT_EQ(heard, Heard{"after 0"});
+}
+
 TEST_F(Cycle, AStartDropsWhatWaitsInTheQueue) {
   queue.Push(nullptr, BError(BError::eFrameInvalid));
   cycle.StartSnap(true);
