@@ -48,9 +48,6 @@ BVimbaImagingDeviceImpl::~BVimbaImagingDeviceImpl() {
   m_snap_cycle.SetTrigger(nullptr);
   m_trigger.reset();
   const bool returned = CloseCamera();
-  // A library that has refused to stop may still call back, and may have done so while it was asked to.
-  m_gate.Close();
-  m_receiver.WaitForWorkers();
   m_frame_ring.FreeFrames(returned);
 }
 
@@ -198,12 +195,14 @@ void BVimbaImagingDeviceImpl::SaveWhiteBalance() {
   }
 }
 
-// Between the end of capture and the rest, the workers that still copy are let finish: no new one can start, and they
-// touch the frames and this object. Those that wait for a block get one of the frames that nobody will take any more.
+// Between the end of capture and the rest, callbacks and workers are let finish: they touch the camera, the frames and
+// this object. A library that has refused to stop goes on calling back, and finds the gate closed, so no new worker can
+// start. Workers that wait for a block get one of the frames that nobody will take any more.
 bool BVimbaImagingDeviceImpl::CloseCamera() {
   if (!IsOpen()) return true;
   std::ignore = Vimba::RunCommand(m_camera.Handle(), Feature::kAcquisitionStop);
   std::ignore = VmbCaptureEnd(m_camera.Handle());
+  m_gate.Close();
   m_frame_queue.Clear();
   m_receiver.WaitForWorkers();
   std::ignore = VmbCaptureQueueFlush(m_camera.Handle());

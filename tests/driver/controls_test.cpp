@@ -6,8 +6,11 @@
 namespace {
 
 using testing::Contains;
+using testing::Each;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 // What no trigger has.
 constexpr int kNoSource = 5;
@@ -46,6 +49,15 @@ TEST_F(Controls, ALimitOutsideTheCamerasRangeChangesNothing) {
 TEST_F(Controls, TheExposureNeverExceedsTwoSeconds) {
   ASSERT_TRUE(Open(SimulatedCamera().Range("ExposureTimeAbs", 10, 60'000'000)));
   EXPECT_EQ(Device().ShutterControl()->MaxValue(), 20000);
+}
+
+TEST_F(Controls, WhatIsNoNumberWasNotReadAndIsNotWritten) {
+  profile.Key("GAIN", "6").Key("MAXGAIN", "12");
+  cameras.emplace(SimulatedCamera());
+  cameras->Fault({{"call", "VmbFeatureFloatRangeQuery"}, {"feature", "Gain"}, {"answer", {0, "nan"}}, {"count", 0}});
+  ASSERT_TRUE(Reopen());
+  Device().GainControl()->SetValue(9);
+  EXPECT_THAT(cameras->CallsOf("VmbFeatureFloatSet"), Each(Not(HasSubstr("nan"))));
 }
 
 TEST_F(Controls, StartValuesAreAppliedInTheOrderOfTheTypes) {

@@ -115,7 +115,9 @@ void List(const std::vector<VmbCameraInfo_t>& records, VmbUint32_t claimed) {
 
 // Gives how many cameras a list claims.
 VmbUint32_t ReadAnswers(Fuzz::Input& input) {
-  const VmbUint32_t claimed = input.Flag() ? input.Byte() : input.Bits32();
+  // The largest number stands for a library that claims nothing.
+  const VmbUint32_t claimed =
+      std::min(input.Flag() ? VmbUint32_t{input.Byte()} : VmbUint32_t{input.Bits32()}, ScriptedLibrary::kNoClaim - 1);
   Library().SetClaimedCameras({claimed});
   Library().Fail("VmbCamerasList", input.Flag() ? VmbErrorSuccess : -input.Number(0, 9));
   Cameras().query_code = input.Flag() ? VmbErrorSuccess : -input.Number(0, 9);

@@ -31,7 +31,7 @@ PLATFORM_FILE = pathlib.PurePosixPath("diagnostics/platform.cpp")
 BUILT_FOLDERS = ("src", "host", "simulator", "apps", "tests", "examples", "benchmarks", "bridge")
 ALWAYS_BUILT = ("src", "host", "simulator", "apps", "tests")
 # Endings of the names of files of which one build compiles one.
-SYSTEMS = ("posix", "windows")
+SYSTEMS = ("posix", "windows", "none")
 # Folders whose content is made.
 MADE_FOLDERS = {"build", ".git", "__pycache__"}
 

@@ -201,7 +201,7 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{R"({"cameras":[{"features":{"Gain":true}}]})",
                 "cameras[0].features.Gain: true is neither text nor number"},
         Refused{R"({"cameras":[{"scene":{}}]})", "cameras[0].scene.picture: is missing"},
-        Refused{R"({"cameras":[{"scene":"moon"}]})", "cameras[0].scene: \"moon\" is none of chart, none"},
+        Refused{R"({"cameras":[{"scene":"moon"}]})", "cameras[0].scene: \"moon\" is none of chart, numbers, none"},
         Refused{R"({"timing":"slow"})", "timing: \"slow\" is none of real, instant"},
         Refused{R"({"link":{"capacity":0}})", "link.capacity: 0 is no number from 1 to 1e+12"},
         Refused{R"({"link":{"capacity":1e999}})", "the text: 1e999 is too large a number"},

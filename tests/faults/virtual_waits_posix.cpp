@@ -1,4 +1,4 @@
-// virtual_waits_linux.cpp
+// virtual_waits_posix.cpp
 // Time that passes only where somebody sleeps: the C library's waits, replaced for this program.
 #include <dlfcn.h>
 #include <pthread.h>

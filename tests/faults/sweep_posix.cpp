@@ -1,4 +1,4 @@
-// sweep_forking.cpp
+// sweep_posix.cpp
 // Runs many cases in forked processes, which this one watches.
 #include <sys/mman.h>
 #include <sys/prctl.h>

@@ -1,4 +1,4 @@
-// live_blocks.cpp
+// live_blocks_posix.cpp
 // The program's own operator new and delete, which libraries use as well.
 #include "live_blocks.h"
 

@@ -1,4 +1,4 @@
-// sweep_watched.cpp
+// sweep_windows.cpp
 // Runs many cases in this process, beside a thread that ends it when one hangs.
 #include <atomic>
 #include <chrono>

@@ -1,4 +1,4 @@
-// process_state_linux.cpp
+// process_state_posix.cpp
 // What this process holds at this moment, as the system's folders count it.
 #include <filesystem>
 
