@@ -29,8 +29,8 @@ class KindCategory : public std::error_category {
 }  // namespace
 
 std::error_code ErrorOfKind(FileKind kind) {
-  static const KindCategory category;
+  static const KindCategory kCategory;
   if (kind == FileKind::kRegular) return {};
   if (kind == FileKind::kFolder) return std::make_error_code(std::errc::is_a_directory);
-  return {static_cast<int>(kind), category};
+  return {static_cast<int>(kind), kCategory};
 }
