@@ -1,8 +1,8 @@
 // foreign_driver.cpp
 // Another driver with the same plain names, as a process may have loaded before.
-#define FOREIGN_EXPORT extern "C" __attribute__((visibility("default")))
+#define KEL_FOREIGN_EXPORT extern "C" __attribute__((visibility("default")))
 
 class BImagingDevice;
 
-FOREIGN_EXPORT bool ReleaseImagingDevice(BImagingDevice** /*device*/);
-FOREIGN_EXPORT bool ReleaseImagingDevice(BImagingDevice** /*device*/) { return true; }
+KEL_FOREIGN_EXPORT bool ReleaseImagingDevice(BImagingDevice** /*device*/);
+KEL_FOREIGN_EXPORT bool ReleaseImagingDevice(BImagingDevice** /*device*/) { return true; }

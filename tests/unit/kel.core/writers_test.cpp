@@ -83,6 +83,7 @@ std::vector<std::string> SortedLines(const std::string& text) {
 TEST(ProfileWriters, OfSeveralProcessesLoseNothing) {
   const IniFile file("A=1\n");
   std::vector<std::unique_ptr<Process>> writers;
+  writers.reserve(kWriters);
   for (int writer = 0; writer < kWriters; ++writer) {
     writers.push_back(std::make_unique<Process>(
         ProgramFile("profile-writer"),
@@ -100,6 +101,7 @@ TEST(ProfileWriters, OfSeveralProcessesLoseNothing) {
 TEST(ProfileWriters, OfSeveralThreadsLoseNothing) {
   const IniFile file("A=1\n");
   std::vector<std::thread> writers;
+  writers.reserve(kWriters);
   for (int writer = 0; writer < kWriters; ++writer) {
     writers.emplace_back([&file, writer] {
       BIniProfile profile(file.Name());
