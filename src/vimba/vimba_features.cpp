@@ -15,7 +15,11 @@ constexpr VmbUint32_t kLongestTextBytes = 1U << 20U;
 
 // What is no number was not read: it would find its way back to the camera.
 bool IsNumber(std::int64_t /*value*/) { return true; }
-bool IsNumber(double value) { return !std::isnan(value); }
+bool IsNumber(double value) { return std::isfinite(value); }
+
+// Without a limit to one side a range is one; where no number lies within, it is none.
+bool HoldsNumbers(std::int64_t /*min*/, std::int64_t /*max*/) { return true; }
+bool HoldsNumbers(double min, double max) { return min < HUGE_VAL && max > -HUGE_VAL; }
 
 // Runs a read into a fresh value and hands it on only if the read worked.
 template <class Value, class Read>
@@ -34,7 +38,7 @@ VmbError_t QueryRange(Value& min, Value& max, Query query) {
   Value high{};
   const VmbError_t code = query(&low, &high);
   if (code != VmbErrorSuccess) return code;
-  if (!IsNumber(low) || !IsNumber(high)) return VmbErrorInvalidValue;
+  if (!HoldsNumbers(low, high)) return VmbErrorInvalidValue;
   min = low;
   max = high;
   return VmbErrorSuccess;

@@ -52,12 +52,26 @@ TEST_F(Controls, TheExposureNeverExceedsTwoSeconds) {
 }
 
 TEST_F(Controls, WhatIsNoNumberWasNotReadAndIsNotWritten) {
-  profile.Key("GAIN", "6").Key("MAXGAIN", "12");
+  const nlohmann::json ranges[] = {{0, "nan"}, {"nan", 24}, {"inf", "-inf"}, {"inf", "inf"}};
+  for (const nlohmann::json& range : ranges) {
+    SCOPED_TRACE(range.dump());
+    profile.Key("GAIN", "6").Key("MAXGAIN", "12");
+    cameras.reset();
+    cameras.emplace(SimulatedCamera());
+    cameras->Fault({{"call", "VmbFeatureFloatRangeQuery"}, {"feature", "Gain"}, {"answer", range}, {"count", 0}});
+    ASSERT_TRUE(Reopen());
+    Device().GainControl()->SetValue(9);
+    EXPECT_THAT(cameras->CallsOf("VmbFeatureFloatSet"), Each(Not(AnyOf(HasSubstr("nan"), HasSubstr("inf")))));
+    device.reset();
+  }
+}
+
+TEST_F(Controls, ARangeWithoutALimitIsOne) {
   cameras.emplace(SimulatedCamera());
-  cameras->Fault({{"call", "VmbFeatureFloatRangeQuery"}, {"feature", "Gain"}, {"answer", {0, "nan"}}, {"count", 0}});
+  cameras->Fault({{"call", "VmbFeatureFloatRangeQuery"}, {"feature", "Gain"}, {"answer", {0, "inf"}}, {"count", 0}});
   ASSERT_TRUE(Reopen());
-  Device().GainControl()->SetValue(9);
-  EXPECT_THAT(cameras->CallsOf("VmbFeatureFloatSet"), Each(Not(HasSubstr("nan"))));
+  EXPECT_TRUE(Device().GainControl()->SetValue(30));
+  EXPECT_THAT(cameras->CallsOf("VmbFeatureFloatSet"), Contains("VmbFeatureFloatSet(\"Gain\", 30)"));
 }
 
 TEST_F(Controls, StartValuesAreAppliedInTheOrderOfTheTypes) {

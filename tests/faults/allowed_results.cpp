@@ -89,6 +89,12 @@ constexpr std::array kConsequences{
     Consequence{"VmbFeatureFloatGet", "AcquisitionFrameRateLimit", {"frame rate=false *"}},
 };
 
+// Where a call fails each time, no later try helps.
+constexpr std::array kConsequencesOfLasting{
+    Consequence{"VmbCamerasList", "", {kNoDevice}},
+    Consequence{"VmbCameraInfoQuery", "", {kNoDevice}},
+};
+
 // What has to follow in the operation in which the call fails.
 struct Demand {
   std::string_view call;
@@ -142,10 +148,12 @@ bool MayFollow(const std::string& text, const Fault& fault) {
   const bool everything =
       fault.key.call == "any" || !fault.answer.empty() || fault.frame.find("unplug") != fault.frame.npos;
   if (!fault.answer.empty() && FitsOneOf(kOfLies, text)) return true;
-  return std::ranges::any_of(kConsequences, [&](const Consequence& row) {
+  const auto allows = [&](const Consequence& row) {
     const bool is_row = everything || (row.call == fault.key.call && row.feature == fault.key.feature);
     return is_row && std::ranges::any_of(row.results, [&](std::string_view group) { return FitsOneOf(group, text); });
-  });
+  };
+  return std::ranges::any_of(kConsequences, allows) ||
+         (fault.lasting && std::ranges::any_of(kConsequencesOfLasting, allows));
 }
 
 }  // namespace

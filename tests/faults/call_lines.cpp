@@ -32,7 +32,9 @@ void ReadArguments(const std::string& arguments, CallLine& line) {
   line.camera = Unquoted(arguments.substr(0, comma));
   if (comma == std::string::npos || line.call.rfind("VmbFeature", 0) != 0) return;
   const std::size_t begin = comma + 2;
-  line.feature = Unquoted(arguments.substr(begin, arguments.find(", ", begin) - begin));
+  const std::size_t end = arguments.find(", ", begin);
+  line.feature = Unquoted(arguments.substr(begin, end - begin));
+  if (end != std::string::npos) line.value = arguments.substr(end + 2);
 }
 
 CallLine Parsed(const std::string& text) {

@@ -12,6 +12,8 @@ struct CallLine {
   // As a fault's pattern names them; empty where the call has none.
   std::string camera;
   std::string feature;
+  // The last argument of a call that writes a feature.
+  std::string value;
   // None for a call that returns nothing.
   std::optional<int> result;
   bool returned = false;

@@ -2,10 +2,12 @@
 // The cases of the fault sweep.
 #include "fault_cases.h"
 
+#include <array>
 #include <map>
 #include <random>
 
 #include "call_keys.h"
+#include "support/simulated_cameras.h"
 
 namespace {
 
@@ -28,6 +30,30 @@ void AddLasting(LifeKind kind, std::size_t calls, std::vector<Case>& cases) {
     const int error = -1 - static_cast<int>(first % static_cast<std::size_t>(-kLastError));
     const CallKey any{.call = "any", .occurrence = static_cast<std::int64_t>(first)};
     cases.push_back({kind, {{.key = any, .error = error, .lasting = true}}});
+  }
+}
+
+// The library refuses one call from then on.
+void AddRefusals(LifeKind kind, const std::vector<CallKey>& keys, std::vector<Case>& cases) {
+  for (const CallKey& key : keys) {
+    const int error = -1 - static_cast<int>(cases.size() % static_cast<std::size_t>(-kLastError));
+    cases.push_back({kind, {{.key = key, .error = error, .lasting = true}}});
+  }
+}
+
+// The calls that take a camera back, each of them refused or not, while it runs or not.
+void AddRefusedEnds(LifeKind kind, std::vector<Case>& cases) {
+  const std::array ends{
+      CallKey{"VmbFeatureCommandRun", SimulatedCamera::kId, "AcquisitionStop"},
+      CallKey{"VmbCaptureEnd", SimulatedCamera::kId}, CallKey{"VmbCaptureQueueFlush", SimulatedCamera::kId},
+      CallKey{"VmbFrameRevokeAll", SimulatedCamera::kId}, CallKey{"VmbCameraClose", SimulatedCamera::kId}};
+  constexpr int kRounds = 3;
+  for (unsigned refused = 0; refused < (1U << ends.size()); ++refused) {
+    std::vector<Fault> faults;
+    for (std::size_t i = 0; i < ends.size(); ++i) {
+      if ((refused >> i) % 2 == 1) faults.push_back({.key = ends[i], .error = kErrorOfEffects, .lasting = true});
+    }
+    for (int round = 0; round < kRounds; ++round) cases.push_back({kind, faults});
   }
 }
 
@@ -56,6 +82,8 @@ std::vector<Case> FaultCases(const LivesCalls& lives, std::size_t pairs) {
   for (const auto& [kind, of_kind] : keys) {
     AddSingles(kind, of_kind, cases);
     AddLasting(kind, of_kind.size(), cases);
+    AddRefusals(kind, of_kind, cases);
+    AddRefusedEnds(kind, cases);
   }
   AddPairs(keys, pairs, cases);
   return cases;

@@ -8,6 +8,6 @@
 #include "call_keys.h"
 #include "fault.h"
 
-// For each call of the lives: every error code, and the effect with the error; pairs by a fixed seed; and a library
-// that refuses everything from each call on.
+// For each call of the lives: every error code, the effect with the error, and a library that refuses this call, or
+// everything, from there on; every set of refused calls that take a camera back; pairs by a fixed seed.
 std::vector<Case> FaultCases(const LivesCalls& lives, std::size_t pairs);

@@ -23,8 +23,8 @@ namespace {
 
 constexpr std::size_t kPairs = 5000;
 // A reduced sweep is a test among others. Where waits take their time it has fewer cases.
-constexpr std::size_t kReducedTo = 100;
-constexpr std::size_t kReducedToWithRealWaits = 6;
+constexpr std::size_t kReducedTo = 400;
+constexpr std::size_t kReducedToWithRealWaits = 12;
 
 struct Options {
   std::string sweep;

@@ -33,6 +33,15 @@ void CheckHandles(const std::vector<CallLine>& calls, Findings& findings) {
   }
 }
 
+// Neither what is no number nor what has no end is a value for a camera.
+void CheckValues(const std::vector<CallLine>& calls, Findings& findings) {
+  for (const CallLine& call : calls) {
+    if (!call.Is("VmbFeatureFloatSet")) continue;
+    if (call.value.find("nan") == std::string::npos && call.value.find("inf") == std::string::npos) continue;
+    findings.push_back(call.feature + " is set to " + call.value);
+  }
+}
+
 void CheckBalance(const std::vector<CallLine>& calls, const char* begin, const char* end, Findings& findings) {
   const auto begun =
       std::ranges::count_if(calls, [&](const CallLine& call) { return call.Is(begin) && call.Succeeded(); });
@@ -55,6 +64,7 @@ const Observation* Find(const Observations& all, const std::string& name) {
 }  // namespace
 
 void CheckCalls(const Case& test, const std::vector<CallLine>& calls, Findings& findings) {
+  CheckValues(calls, findings);
   CheckBalance(calls, "VmbStartup", "VmbShutdown", findings);
   // A camera without a handle can neither be used nor closed.
   const auto keeps_handle = [](const Fault& fault) {

@@ -21,6 +21,8 @@ constexpr std::int64_t kNsPerSecond = 1'000'000'000;
 // A sleep beside work that never ends takes this part of its time, counted in what the processors do for this process:
 // on a loaded machine its threads get as far.
 constexpr std::int64_t kLongestPart = 20;
+// Work that waits itself is not waited for longer than so many times the sleep.
+constexpr std::int64_t kLongestWait = 50;
 
 std::atomic<bool> on{false};
 std::atomic<std::int64_t> ahead_ns{0};
@@ -123,7 +125,7 @@ int nanosleep(const timespec* wanted, timespec* left) {
   const std::int64_t begin = RealNow(CLOCK_MONOTONIC);
   const std::int64_t most_work = RealNow(CLOCK_PROCESS_CPUTIME_ID) + time / kLongestPart;
   std::int64_t passed = 0;
-  while (passed < time && SomebodyWorks() && RealNow(CLOCK_PROCESS_CPUTIME_ID) < most_work) {
+  while (passed < kLongestWait * time && SomebodyWorks() && RealNow(CLOCK_PROCESS_CPUTIME_ID) < most_work) {
     sched_yield();
     passed = RealNow(CLOCK_MONOTONIC) - begin;
   }
