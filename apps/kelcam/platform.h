@@ -32,7 +32,7 @@ bool StandardErrorIsTerminal();
 class Utf8Console {
  public:
   Utf8Console();
-  ~Utf8Console();  // NOLINT(performance-trivially-destructible): on Windows it has something to put back
+  ~Utf8Console();  // on Windows it has something to put back
   Utf8Console(const Utf8Console&) = delete;
   Utf8Console& operator=(const Utf8Console&) = delete;
 

@@ -53,13 +53,13 @@ void FrameOverride::Alter(VmbFrame_t& frame) const {
   if (buffer_size) frame.bufferSize = *buffer_size;
   // Nothing but the numbers travels in them.
   const auto as_context = [](std::uint64_t number) {
-    return reinterpret_cast<void*>(static_cast<std::uintptr_t>(number));  // NOLINT(performance-no-int-to-ptr)
+    return reinterpret_cast<void*>(static_cast<std::uintptr_t>(number));
   };
   if (context0) frame.context[0] = as_context(*context0);
   if (context1) frame.context[1] = as_context(*context1);
   if (buffer_shift) {
     const auto address = reinterpret_cast<std::uintptr_t>(frame.buffer) + static_cast<std::uintptr_t>(*buffer_shift);
-    frame.buffer = reinterpret_cast<void*>(address);  // NOLINT(performance-no-int-to-ptr)
+    frame.buffer = reinterpret_cast<void*>(address);
   }
   if (buffer_null) frame.buffer = nullptr;
 }

@@ -169,7 +169,7 @@ VmbError_t VimbaSystem::Open(const char* name, VmbAccessMode_t access, VmbHandle
   {
     const BMutexLock lock(m_mutex);
     // A handle is only ever compared.
-    fresh = reinterpret_cast<VmbHandle_t>(m_next_handle++);  // NOLINT(performance-no-int-to-ptr)
+    fresh = reinterpret_cast<VmbHandle_t>(m_next_handle++);
   }
   const bool full = access == VmbAccessModeFull;
   if (full ? !camera->Claim(fresh) : camera->Claimed()) return VmbErrorInvalidAccess;

@@ -16,9 +16,7 @@
 namespace {
 
 // The library hands contexts back as they were given; a number travels in one as well as a pointer.
-void* AsContext(std::uint64_t id) {
-  return reinterpret_cast<void*>(static_cast<std::uintptr_t>(id));  // NOLINT(performance-no-int-to-ptr)
-}
+void* AsContext(std::uint64_t id) { return reinterpret_cast<void*>(static_cast<std::uintptr_t>(id)); }
 
 }  // namespace
 

@@ -54,7 +54,7 @@ struct Search {
 _Unwind_Reason_Code LookAtFrame(_Unwind_Context* frame, void* context) {
   auto& search = *static_cast<Search*>(context);
   const auto address = static_cast<std::uintptr_t>(_Unwind_GetIP(frame));
-  const void* code = reinterpret_cast<const void*>(address);  // NOLINT(performance-no-int-to-ptr)
+  const void* code = reinterpret_cast<const void*>(address);
   const Owner owner = OwnerOf(code);
   if (owner == Owner::kCallers) return _URC_NO_REASON;
   search = {owner, code};

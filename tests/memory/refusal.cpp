@@ -272,6 +272,5 @@ extern "C" KEL_REPLACES void* mmap(void* at, std::size_t size, int protection, i
     errno = ENOMEM;
     return MAP_FAILED;
   }
-  // NOLINTNEXTLINE(performance-no-int-to-ptr)
   return reinterpret_cast<void*>(syscall(SYS_mmap, at, size, protection, flags, file, offset));
 }

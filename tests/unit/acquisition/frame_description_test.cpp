@@ -10,9 +10,7 @@
 
 namespace {
 
-void* Context(std::uint64_t id) {
-  return reinterpret_cast<void*>(static_cast<std::uintptr_t>(id));  // NOLINT(performance-no-int-to-ptr)
-}
+void* Context(std::uint64_t id) { return reinterpret_cast<void*>(static_cast<std::uintptr_t>(id)); }
 
 VmbFrame_t FrameWith(VmbFrameStatus_t status, VmbFrameFlags_t flags) {
   VmbFrame_t frame{};

@@ -26,7 +26,7 @@ struct Receiver : ScriptedCamera {
     VmbFrame_t frame{};
     frame.buffer = buffer.data();
     frame.bufferSize = kPayloadBytes;
-    frame.context[1] = reinterpret_cast<void*>(std::uintptr_t{3});  // NOLINT(performance-no-int-to-ptr)
+    frame.context[1] = reinterpret_cast<void*>(std::uintptr_t{3});
     frame.receiveStatus = status;
     frame.pixelFormat = VmbPixelFormatMono8;
     frame.timestamp = timestamp;

@@ -4,9 +4,7 @@
 
 #include <algorithm>
 
-VmbHandle_t ScriptedLibrary::Handle(std::uintptr_t number) {
-  return reinterpret_cast<VmbHandle_t>(number);  // NOLINT(performance-no-int-to-ptr)
-}
+VmbHandle_t ScriptedLibrary::Handle(std::uintptr_t number) { return reinterpret_cast<VmbHandle_t>(number); }
 
 void ScriptedLibrary::Reset() {
   const BMutexLock lock(m_mutex);

@@ -193,7 +193,6 @@ TEST(ApiRules, AnUnknownHandleIsABadHandle) {
 
   for (const auto& calls : {kFeatureCalls, kCameraCalls}) {
     // Any value that is no handle.
-    // NOLINTNEXTLINE(performance-no-int-to-ptr)
     ExpectOfAll(calls, reinterpret_cast<VmbHandle_t>(std::uintptr_t{0x7777}), VmbErrorBadHandle);
     ExpectOfAll(calls, nullptr, VmbErrorBadHandle);
   }
