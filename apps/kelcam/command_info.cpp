@@ -27,6 +27,7 @@ struct WhiteBalanceReport {
 
 struct DeviceReport {
   std::string name, type;
+  std::optional<VimbaLibrary> vimba;  // none: the module reaches cameras in another way
   BSize size;
   bool rotated = false;
   bool color = false;
@@ -101,14 +102,20 @@ Json ToJson(const ControlReport& control) {
 Json ToJson(const DeviceReport& report) {
   Json controls = Json::array();
   for (const ControlReport& control : report.controls) controls.push_back(ToJson(control));
-  Json white_balance, trigger, frame_rate_hz;
+  Json white_balance, trigger, frame_rate_hz, vimba;
   if (const auto& balance = report.white_balance) {
     white_balance = {{"red", balance->red}, {"blue", balance->blue}, {"min", balance->min}, {"max", balance->max}};
   }
   if (report.external_trigger) trigger = {{"external", *report.external_trigger}};
   if (report.frame_rate_hz) frame_rate_hz = *report.frame_rate_hz;
+  if (report.vimba) {
+    vimba = {{"file", Utf8(report.vimba->File())},
+             {"version", report.vimba->Version()},
+             {"simulated", report.vimba->IsSimulated()}};
+  }
   return {{"name", report.name},
           {"type", report.type},
+          {"vimbac", vimba},
           {"width", report.size.width},
           {"height", report.size.height},
           {"rotated", report.rotated},
@@ -142,6 +149,7 @@ std::string Described(const ControlReport& control) {
 void Print(const DeviceReport& report) {
   PrintRow("name", report.name);
   PrintRow("type", report.type);
+  if (report.vimba) PrintRow("library", "VimbaC " + report.vimba->Version() + ", " + report.vimba->Description());
   PrintRow("size", std::to_string(report.size.width) + " x " + std::to_string(report.size.height) +
                        (report.rotated ? ", turned by a quarter" : ""));
   PrintRow("colour", report.color ? "yes" : "no");
@@ -164,7 +172,8 @@ void Print(const DeviceReport& report) {
 
 ExitCode RunInfo(const Options& options, const Module& module, const MessageLog& log) {
   const CameraSession camera(module, log, options.profile_file);
-  const DeviceReport report = ReportOf(camera.Device());
+  DeviceReport report = ReportOf(camera.Device());
+  report.vimba = module.Vimba();
   options.json ? PrintDocument(ToJson(report)) : Print(report);
   return kDone;
 }

@@ -21,6 +21,15 @@ namespace {
 constexpr int kMaxImages = 1000000;
 constexpr std::size_t kOptionColumnWidth = 32;
 
+// --simulated without a scenario, and the one that asks for their names.
+constexpr const char* kNoScenario = "true";
+constexpr const char* kListScenarios = "list";
+
+// Thrown by an option that is a command of its own: it needs no other.
+struct CommandByOption {
+  Command command;
+};
+
 // What may stand for a value, in the order of the help text.
 template <class Value>
 using Choices = std::vector<std::pair<std::string, Value>>;
@@ -42,6 +51,7 @@ constexpr const char* kFooter = R"(Examples:
   kelcam snap --profile colour.ini --set exposure=12.5ms --set gain=2x -o bright.png
   kelcam snap --profile mono.ini -n 10 --mode continuous -o "run/%d.pgm"
   kelcam --log messages.txt live --profile mono.ini --seconds 10
+  kelcam --simulated=lost-packets snap --profile mono.ini -o picture.png
 "kelcam snap --help" has the options of snap, and so on.
 
 A profile is an ini file that says which camera to open and how to set it up. The smallest is
@@ -72,13 +82,34 @@ void AddChoice(CLI::App& app, const std::string& name, Target& target, const Cho
 
 void AddGlobalOptions(CLI::App& app, Options& options) {
   app.set_help_flag("-h,--help", "print this text, or that of a command");
-  app.set_version_flag("--version", std::string("kelcam ") + KEL_VERSION, "print the program's version");
   app.add_option("--module", options.module_file,
                  std::string("the camera driver module\n(default: ") + kModuleFileName + " next to this program)")
       ->option_text("FILE");
   app.add_option("--log", options.log_file, "write every message of the driver to this file")->option_text("FILE");
   app.add_flag("--json", options.json, "print the result as one JSON document");
   app.add_flag("-v,--verbose", options.verbose, "print every message of the driver on standard error");
+}
+
+// After the other global options, which hold for them too.
+void AddVimbaOptions(CLI::App& app, Options& options) {
+  app.add_option("--vimbac", options.vimbac_folder,
+                 "take the VimbaC library in this folder\n(default: the one that the system finds)")
+      ->option_text("FOLDER");
+  const CLI::callback_t take_scenario = [&options](const CLI::results_t& words) {
+    if (words.back() == kListScenarios) throw CommandByOption{Command::kScenarios};
+    options.simulated = words.back() == kNoScenario ? std::string() : words.back();
+    return true;
+  };
+  // Expects no word: what follows it without a "=" is a command.
+  app.add_option(
+         "--simulated", take_scenario,
+         "use simulated cameras: the built-in ones, or those of a\nscenario, by =NAME or =FILE.json; =list prints "
+         "the names")
+      ->expected(0)
+      ->option_text("[=SCENARIO]");
+  app.add_flag_callback(
+      "--version", [] { throw CommandByOption{Command::kVersion}; },
+      "print the versions of the program and of the VimbaC library,\nand which file that is");
 }
 
 void AddProfileOption(CLI::App& command, Options& options) {
@@ -166,6 +197,7 @@ void AddCommands(CLI::App& app, Options& options, std::vector<std::string>& sett
 }
 
 void CheckTogether(Options& options) {
+  if (options.simulated && !options.vimbac_folder.empty()) throw UsageError("--simulated excludes --vimbac");
   if (options.command != Command::kSnap) return;
   const FilePattern pattern(options.pattern, options.images);
   if (pattern.Format() != PictureFormat::kPgm) return;
@@ -186,6 +218,7 @@ std::variant<Options, std::string> ParseCommandLine(std::vector<std::string> arg
   // "/home/..." is a file on every system.
   app.allow_windows_style_options(false);
   AddGlobalOptions(app, options);
+  AddVimbaOptions(app, options);
   // The commands take over the footer that the program has when they are added.
   app.footer(kCommandFooter);
   AddCommands(app, options, settings);
@@ -193,6 +226,9 @@ std::variant<Options, std::string> ParseCommandLine(std::vector<std::string> arg
   try {
     std::reverse(arguments.begin(), arguments.end());
     app.parse(arguments);
+  } catch (const CommandByOption& asked) {
+    options.command = asked.command;
+    return options;
   } catch (const CLI::Success& asked) {
     std::ostringstream text;
     app.exit(asked, text, text);

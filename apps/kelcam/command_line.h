@@ -14,7 +14,7 @@
 
 namespace Kelcam {
 
-enum class Command { kList, kInfo, kSnap, kLive };
+enum class Command { kVersion, kScenarios, kList, kInfo, kSnap, kLive };
 enum class SnapMode { kSingle, kContinuous };
 
 struct Options {
@@ -23,6 +23,9 @@ struct Options {
   std::string log_file;     // empty: none
   bool json = false;
   bool verbose = false;
+  // Which VimbaC library the module gets; neither: the one that the loader finds.
+  std::string vimbac_folder;
+  std::optional<std::string> simulated;  // a scenario; empty: the built-in cameras, or those of VIMBA_SIM_CONFIG
 
   // info, snap, live
   std::string profile_file;
@@ -44,7 +47,7 @@ struct Options {
   std::optional<std::chrono::duration<double>> duration;  // none: until Ctrl-C
 };
 
-// The options, or the text that --help or --version asks for. Throws UsageError.
+// The options, or the text that --help asks for. Throws UsageError.
 std::variant<Options, std::string> ParseCommandLine(std::vector<std::string> arguments);
 
 }  // namespace Kelcam

@@ -7,7 +7,9 @@
 #include "interrupt.h"
 #include "platform.h"
 #include "report.h"
+#include "scenario.h"
 #include "utf8.h"
+#include "vimba_library.h"
 
 namespace Kelcam {
 namespace {
@@ -24,15 +26,44 @@ bool IsSameFile(const std::filesystem::path& a, const std::filesystem::path& b) 
   return !error && same == std::filesystem::weakly_canonical(b, error) && !error;
 }
 
+Module LoadModule(const Options& options) {
+  LoadChosenVimba(options);
+  return Module(options.module_file.empty() ? ProgramFolder() / kModuleFileName : Path(options.module_file));
+}
+
+// Nobody takes simulated cameras for real ones.
+void PrintSimulationNotice(const Module& module) {
+  if (!module.Vimba() || !module.Vimba()->IsSimulated()) return;
+  std::cerr << "notice: the cameras are simulated (" << Utf8(module.Vimba()->File()) << ")\n";
+}
+
+int PrintVersion(const Options& options) {
+  std::cout << "kelcam " << KEL_VERSION << "\n";
+  try {
+    const Module module = LoadModule(options);
+    if (const auto& vimba = module.Vimba()) {
+      std::cout << "VimbaC " << vimba->Version() << ", " << vimba->Description() << "\n";
+    }
+  } catch (const Failure& failure) {
+    std::cout << failure.what() << "\n";
+  }
+  CheckOutput();
+  return kDone;
+}
+
 int RunCommand(const Options& options) {
   if (!options.log_file.empty() && IsSameFile(Path(options.log_file), Path(options.profile_file))) {
     throw UsageError("--log " + options.log_file + ": this file is the profile");
   }
   MessageLog log(options.log_file, options.verbose);
-  const Module module(options.module_file.empty() ? ProgramFolder() / kModuleFileName : Path(options.module_file));
+  const Module module = LoadModule(options);
+  PrintSimulationNotice(module);
   WatchForInterrupt();
   ExitCode result = kFailed;
   switch (options.command) {
+    case Command::kVersion:
+    case Command::kScenarios:
+      break;
     case Command::kList:
       result = RunList(options, module, log);
       break;
@@ -63,6 +94,8 @@ int Run(int argc, char** argv) {
     }
     const Options& options = std::get<Options>(parsed);
     json = options.json;
+    if (options.command == Command::kVersion) return PrintVersion(options);
+    if (options.command == Command::kScenarios) return PrintScenarios(options);
     return RunCommand(options);
   } catch (const UsageError& error) {
     std::cerr << "kelcam: " << error.what() << "\n(see kelcam --help)\n";

@@ -8,6 +8,18 @@
 namespace Kelcam {
 namespace {
 
+SharedLibrary Load(const std::filesystem::path& file) {
+  try {
+    return SharedLibrary(file);
+  } catch (const LoadFailure& failure) {
+    if (failure.Missing() != kVimbaFileName) throw;
+    throw Failure(
+        std::string("No VimbaC library was found: ") + kVimbaFileName +
+        " is missing\n  real cameras: install the vendor's Vimba, or name the library's folder (kelcam --vimbac "
+        "FOLDER)\n  without a camera: kelcam --simulated");
+  }
+}
+
 template <class Function>
 Function* Export(const SharedLibrary& library, const std::filesystem::path& file, const char* name) {
   void* address = library.Symbol(name);
@@ -25,7 +37,8 @@ Function* ExportWithAlias(const SharedLibrary& library, const std::filesystem::p
 }  // namespace
 
 Module::Module(const std::filesystem::path& file)
-    : m_library(file),
+    : m_library(Load(file)),
+      m_vimba(VimbaLibrary::Of(m_library)),
       m_create(ExportWithAlias<CreateImagingDeviceFunction>(m_library, file, "CreateImagingDevice")),
       m_release(ExportWithAlias<ReleaseImagingDeviceFunction>(m_library, file, "ReleaseImagingDevice")),
       m_list(ExportWithAlias<ObjectIdentifierListFunction>(m_library, file, "ObjectIdentifierList")) {}

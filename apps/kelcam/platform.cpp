@@ -5,7 +5,6 @@
 #include <atomic>
 #include <csignal>
 
-#include "failure.h"
 #include "utf8.h"
 
 #ifdef _WIN32
@@ -63,6 +62,7 @@ void OnRequestToEnd(NoteSignal note) {
 }
 
 const char* const kModuleFileName = "kelCameraVimba.dll";
+const char* const kVimbaFileName = "VimbaC.dll";
 
 // The C runtime keeps the places of streams that are not there.
 void OpenStandardStreams() {}
@@ -77,12 +77,19 @@ std::vector<std::string> Utf8Arguments(int, char**) {
   return arguments;
 }
 
-std::filesystem::path ProgramFolder() {
+namespace {
+
+// Null stands for the program.
+std::filesystem::path FileOf(HMODULE handle) {
   constexpr std::size_t kLongestPath = 32768;
   std::wstring file(kLongestPath, L'\0');
-  file.resize(GetModuleFileNameW(nullptr, file.data(), static_cast<DWORD>(file.size())));
-  return std::filesystem::path(file).parent_path();
+  file.resize(GetModuleFileNameW(handle, file.data(), static_cast<DWORD>(file.size())));
+  return file;
 }
+
+}  // namespace
+
+std::filesystem::path ProgramFolder() { return FileOf(nullptr).parent_path(); }
 
 bool StandardErrorIsTerminal() { return _isatty(_fileno(stderr)) != 0; }
 
@@ -101,16 +108,41 @@ std::string LastErrorText() {
   return length ? Utf8(WString(std::wstring(text, length))) + " (" + number + ")" : number;
 }
 
+// The system does not say which library it did not find. Modules need one that may be missing.
+std::string MissingLibrary(const std::filesystem::path& file) {
+  std::error_code ignored;
+  const bool is_search = GetLastError() == ERROR_MOD_NOT_FOUND && std::filesystem::exists(file, ignored);
+  const std::filesystem::path library = kVimbaFileName;
+  if (!is_search || std::filesystem::exists(file.parent_path() / library, ignored)) return {};
+  return LoadLibraryW(library.c_str()) ? std::string() : kVimbaFileName;
+}
+
 }  // namespace
 
-SharedLibrary::SharedLibrary(const std::filesystem::path& file)
-    // What the module needs may be next to it; with this flag the loader looks there first.
+SharedLibrary::SharedLibrary(const std::filesystem::path& file, const std::string& title)
+    // What the library needs may be next to it; with this flag the loader looks there first.
     : m_handle(LoadLibraryExW(std::filesystem::absolute(file).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
-  if (!m_handle) throw Failure("the module " + Utf8(file) + " cannot be loaded: " + LastErrorText());
+  if (m_handle) return;
+  const std::string reason = LastErrorText();
+  throw LoadFailure(title + " " + Utf8(file) + " cannot be loaded: " + reason,
+                    MissingLibrary(std::filesystem::absolute(file)));
 }
 
 void* SharedLibrary::Symbol(const char* name) const {
   return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(m_handle), name));
+}
+
+// A process has one library of a name.
+void* SharedLibrary::SymbolOfNeeded(const char* library, const char* name) const {
+  const HMODULE handle = GetModuleHandleW(std::filesystem::path(library).c_str());
+  return handle ? reinterpret_cast<void*>(GetProcAddress(handle, name)) : nullptr;
+}
+
+std::filesystem::path FileOfAddress(const void* address) {
+  HMODULE handle = nullptr;
+  constexpr DWORD kByAddress = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+  if (!GetModuleHandleExW(kByAddress, static_cast<LPCWSTR>(address), &handle)) return {};
+  return FileOf(handle);
 }
 
 #else
@@ -139,6 +171,7 @@ void OnRequestToEnd(NoteSignal note) {
 }
 
 const char* const kModuleFileName = "libkelCameraVimba.so";
+const char* const kVimbaFileName = "libVimbaC.so";
 
 void OpenStandardStreams() {
   // In this order each gets the lowest free number, its own. Standard output can only be read: a result that nobody
@@ -159,13 +192,33 @@ bool StandardErrorIsTerminal() { return isatty(STDERR_FILENO) == 1; }
 Utf8Console::Utf8Console() : m_before(0) {}
 Utf8Console::~Utf8Console() = default;
 
-SharedLibrary::SharedLibrary(const std::filesystem::path& file)
+namespace {
+
+// "libVimbaC.so: cannot open shared object file: ..." names a library without its folder when it was searched for.
+std::string MissingLibrary(const std::string& reason) {
+  const std::size_t end = reason.find(": cannot open shared object file");
+  return end == std::string::npos || reason.find('/') < end ? std::string() : reason.substr(0, end);
+}
+
+}  // namespace
+
+SharedLibrary::SharedLibrary(const std::filesystem::path& file, const std::string& title)
     // An absolute name: a bare one would be looked for on the library path instead of in this folder.
     : m_handle(dlopen(std::filesystem::absolute(file).c_str(), RTLD_NOW | RTLD_LOCAL)) {
-  if (!m_handle) throw Failure("the module " + Utf8(file) + " cannot be loaded: " + dlerror());
+  if (m_handle) return;
+  const std::string reason = dlerror();
+  throw LoadFailure(title + " " + Utf8(file) + " cannot be loaded: " + reason, MissingLibrary(reason));
 }
 
 void* SharedLibrary::Symbol(const char* name) const { return dlsym(m_handle, name); }
+
+// The lookup goes on in what the library was linked to.
+void* SharedLibrary::SymbolOfNeeded(const char* /*library*/, const char* name) const { return Symbol(name); }
+
+std::filesystem::path FileOfAddress(const void* address) {
+  Dl_info info{};
+  return dladdr(address, &info) && info.dli_fname ? info.dli_fname : std::filesystem::path();
+}
 
 #endif
 

@@ -4,12 +4,17 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "failure.h"
 
 namespace Kelcam {
 
 // The module's file name where none is given.
 extern const char* const kModuleFileName;
+// The library by which a module reaches cameras.
+extern const char* const kVimbaFileName;
 
 // Called before any file is opened: a standard stream that the program was started without gets a place of its own, so
 // that no file takes it and gets what is meant for the stream. Writing to standard output then fails.
@@ -40,17 +45,34 @@ class Utf8Console {
   [[maybe_unused]] unsigned m_before;
 };
 
+// A library that cannot be loaded.
+class LoadFailure : public Failure {
+ public:
+  // missing: the file name of the library that it needs and that the loader does not find; empty: another reason.
+  LoadFailure(const std::string& text, std::string missing) : Failure(text), m_missing(std::move(missing)) {}
+
+  const std::string& Missing() const { return m_missing; }
+
+ private:
+  std::string m_missing;
+};
+
 // A loaded library. It stays loaded to the end of the process, which has no use for the room.
 class SharedLibrary {
  public:
-  // Throws Failure with the system's reason.
-  explicit SharedLibrary(const std::filesystem::path& file);
+  // Throws LoadFailure with the system's reason: "TITLE FILE cannot be loaded: ...".
+  explicit SharedLibrary(const std::filesystem::path& file, const std::string& title = "the module");
 
   // Null when the library has none of this name.
   void* Symbol(const char* name) const;
+  // The same for the library of this file name that this one was linked to. Null, too, when it was linked to none.
+  void* SymbolOfNeeded(const char* library, const char* name) const;
 
  private:
   void* m_handle;
 };
+
+// The file of the loaded library that this address is in; empty: it is in none.
+std::filesystem::path FileOfAddress(const void* address);
 
 }  // namespace Kelcam

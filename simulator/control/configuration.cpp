@@ -166,11 +166,19 @@ void ReadSystem(JsonMembers& members, SystemConfiguration& system) {
   }
 }
 
+// What the simulator takes and has no use for: the schema is for editors, the description for lists of scenarios.
+void ReadTextsForPeople(JsonMembers& members) {
+  std::string text;
+  members.Text("$schema", text);
+  members.Text("description", text);
+}
+
 }  // namespace
 
 Configuration ParseConfiguration(std::string_view json) {
   const Json text = ParseJson(json);
   JsonMembers members(text, "");
+  ReadTextsForPeople(members);
   Configuration configuration;
   Timing timing = Timing::kReal;
   ReadTiming(members, timing);

@@ -52,7 +52,7 @@ TEST_F(Info, PrintsOneDocument) {
   const auto document = Document(With("info"));
 
   EXPECT_EQ(document, nlohmann::json::parse(R"({
-    "name": "Vimba_Scripted_1", "type": "Scripted", "width": 5, "height": 3, "rotated": false, "color": true,
+    "name": "Vimba_Scripted_1", "type": "Scripted", "vimbac": null, "width": 5, "height": 3, "rotated": false, "color": true,
     "controls": [
       {"name": "gain", "value": 20, "min": 0, "max": 30, "unit": "x",
        "real": {"value": 10.0, "min": 1.0, "max": 31.622776601683793}},

@@ -14,6 +14,15 @@ std::string SimulatedKelcamTest::Profile(const std::string& name, const std::str
   return Write(name + ".ini", text.str() + more_lines);
 }
 
+ProcessResult SimulatedKelcamTest::Kelcam(const Arguments& arguments) const {
+  const std::string begin = "notice: the cameras are simulated (";
+  ProcessResult result = KelcamTest::Kelcam(arguments);
+  EXPECT_THAT(result.err, testing::StartsWith(begin));
+  EXPECT_EQ(result.err.find(begin, begin.size()), std::string::npos) << result.err;
+  result.err.erase(0, result.err.find('\n') + 1);
+  return result;
+}
+
 ProcessResult SimulatedKelcamTest::Run(const std::string& command, const std::string& profile,
                                        const Arguments& more) const {
   Arguments arguments{"--log", In("log.txt"), command, "--profile", profile};

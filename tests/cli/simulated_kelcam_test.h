@@ -12,6 +12,8 @@ class SimulatedKelcamTest : public KelcamTest {
 
   // COMMAND --profile PROFILE and these arguments; the log goes to log.txt.
   ProcessResult Run(const std::string& command, const std::string& profile, const Arguments& more = {}) const;
+  // Each run says once, before all else, that its cameras are simulated; what it says apart from that.
+  ProcessResult Kelcam(const Arguments& arguments) const;
   nlohmann::json Info(const std::string& profile) const;
 
   // Snaps x.png; a failure of the test and an empty picture when there is none.

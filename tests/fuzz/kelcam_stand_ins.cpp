@@ -9,6 +9,8 @@
 #include "interrupt.h"
 #include "nboard.h"
 #include "platform.h"
+#include "scenario.h"
+#include "vimba_library.h"
 
 namespace {
 
@@ -55,8 +57,12 @@ void OpenStandardStreams() {}
 Utf8Console::Utf8Console() : m_before(0) {}
 Utf8Console::~Utf8Console() = default;
 
-SharedLibrary::SharedLibrary(const std::filesystem::path& /*file*/) : m_handle(nullptr) {}
+SharedLibrary::SharedLibrary(const std::filesystem::path& /*file*/, const std::string& /*title*/) : m_handle(nullptr) {}
 void* SharedLibrary::Symbol(const char* /*name*/) const { return m_handle; }
+
+void LoadChosenVimba(const Options& /*options*/) {}
+std::string VimbaLibrary::Version() const { return {}; }
+std::string VimbaLibrary::Description() const { return {}; }
 
 Module::Module(const std::filesystem::path& file)
     : m_library(file), m_create(nullptr), m_release(nullptr), m_list(nullptr) {}
@@ -72,6 +78,7 @@ void WatchForInterrupt() {}
 bool Interrupted() { return is_interrupted; }
 int InterruptedExitCode() { return kInterruptedCode; }
 
+ExitCode PrintScenarios(const Options& options) { return End(options); }
 ExitCode RunList(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) { return End(options); }
 ExitCode RunInfo(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) { return End(options); }
 ExitCode RunSnap(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) { return End(options); }
