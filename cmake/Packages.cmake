@@ -28,6 +28,7 @@ endif()
 set(share share/kelCameraVimba)
 install(DIRECTORY apps/kelcam/profiles DESTINATION ${share} COMPONENT kelcam)
 install(DIRECTORY simulator/scenarios DESTINATION ${share} COMPONENT kelcam)
+install(FILES simulator/scenario.schema.json DESTINATION ${share} COMPONENT kelcam)
 install(DIRECTORY examples/embedding DESTINATION ${share}/examples COMPONENT kelcam)
 
 set(notices

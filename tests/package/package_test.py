@@ -26,6 +26,8 @@ SHIPPED_THIRD_PARTY = {
 ENTRY_HEADERS = {"driver/kel_camera_vimba.h", "bbaseaoi.h", "bcamprofilekeys.h", "bcolorconverter.h", "imagingdevice.h"}
 CAMERAS = {"mono": 0, "colour": 2}  # the profiles and the colour type of their PNG files
 SIMULATED_CAMERAS = 3
+SCENARIOS = 10
+CAMERAS_OF_MANY = 16
 # Pixels: no sensor of theirs is as small.
 LEAST_SIDE = 500
 
@@ -77,6 +79,12 @@ class Package:
             launcher = windows_path(self.top / "bin" / "kelcam-simulated.cmd")
             return run(options.launcher, "cmd.exe", "/c", launcher, *arguments, expected=expected)
         return run(self.top / "bin" / "kelcam-simulated", *arguments, expected=expected)
+
+    def plain(self, *arguments, expected=0):
+        """kelcam as it is, with no VimbaC in place."""
+        program = "kelcam.exe" if options.system == "windows" else "kelcam"
+        command = [*filter(None, [options.launcher]), self.run_folder / program]
+        return run(*command, *arguments, environment={"LD_LIBRARY_PATH": ""}, expected=expected)
 
     def path(self, path):
         return windows_path(path) if options.system == "windows" else path
@@ -173,15 +181,25 @@ class Packages(unittest.TestCase):
                     self.assertEqual(colour_type, colour)
                     self.assertGreater(min(width, height), LEAST_SIDE)
 
-    def test_ModuleDoesNotLoadWhereNoVimbaCIsInPlace(self):
+    def test_ScenariosComeWithTheirSchema(self):
+        for package in self.packages:
+            with self.subTest(package.name):
+                share = package.top / "share/kelCameraVimba"
+                names = [line.split()[0] for line in package.plain("--simulated=list").stdout.splitlines()]
+                self.assertEqual(names, sorted(file.stem for file in (share / "scenarios").glob("*.json")))
+                self.assertEqual(len(names), SCENARIOS)
+                self.assertTrue((share / "scenario.schema.json").is_file())
+                cameras = package.plain("--simulated=many-cameras", "list").stdout.splitlines()
+                self.assertEqual(len(cameras), CAMERAS_OF_MANY)
+
+    def test_WithoutAVimbaCTheMissingFileIsNamed(self):
         if options.system == "linux" and ctypes.util.find_library("VimbaC"):
             self.skipTest("this machine has a VimbaC of its own")
         for package in self.packages:
             with self.subTest(package.name):
-                program = "kelcam.exe" if options.system == "windows" else "kelcam"
-                command = [*filter(None, [options.launcher]), package.run_folder / program, "list"]
-                result = run(*command, environment={"LD_LIBRARY_PATH": ""}, expected=1)
-                self.assertIn("cannot be loaded", result.stderr)
+                library = "VimbaC.dll" if options.system == "windows" else "libVimbaC.so"
+                result = package.plain("list", expected=1)
+                self.assertIn(f"No VimbaC library was found: {library} is missing", result.stderr)
 
     def test_ExampleBuildsAgainstThePackageAndTakesAPicture(self):
         for package in self.packages:
