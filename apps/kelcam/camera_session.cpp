@@ -3,17 +3,23 @@
 #include "camera_session.h"
 
 #include <iostream>
+#include <utility>
 
+#include "camera_profile.h"
 #include "failure.h"
 #include "utf8.h"
 
 namespace Kelcam {
 
-CameraSession::CameraSession(const Module& module, const MessageLog& log, const std::string& profile_file)
-    : m_module(module), m_profile(new BCamProfile(Wide(profile_file))) {
+CameraSession::CameraSession(const Module& module, const MessageLog& log, const Options& options)
+    : CameraSession(module, log, ProfileOf(options, module), CameraTitle(options)) {}
+
+CameraSession::CameraSession(const Module& module, const MessageLog& log, BSmartRef<BCamProfile> profile,
+                             const std::string& title)
+    : m_module(module), m_profile(std::move(profile)) {
   m_device = m_module.Create(m_profile);
   PrintComplaints();
-  if (!m_device) throw Failure(log.WithLastNotices("the camera of the profile " + profile_file + " cannot be opened"));
+  if (!m_device) throw Failure(log.WithLastNotices(title + " cannot be opened"));
 }
 
 CameraSession::~CameraSession() {

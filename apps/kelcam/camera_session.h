@@ -2,8 +2,10 @@
 // One camera, open from construction to destruction.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
+#include "command_line.h"
 #include "message_log.h"
 #include "module.h"
 
@@ -11,8 +13,10 @@ namespace Kelcam {
 
 class CameraSession {
  public:
-  // Reads the profile and has the module open its camera. Throws Failure that says where to look.
-  CameraSession(const Module& module, const MessageLog& log, const std::string& profile_file);
+  // Has the module open the camera of --profile or --camera. Throws Failure that says where to look.
+  CameraSession(const Module& module, const MessageLog& log, const Options& options);
+  // Of this profile; the title names the camera in the failure.
+  CameraSession(const Module& module, const MessageLog& log, BSmartRef<BCamProfile> profile, const std::string& title);
   ~CameraSession();
   CameraSession(const CameraSession&) = delete;
   CameraSession& operator=(const CameraSession&) = delete;

@@ -171,7 +171,7 @@ void Print(const DeviceReport& report) {
 }  // namespace
 
 ExitCode RunInfo(const Options& options, const Module& module, const MessageLog& log) {
-  const CameraSession camera(module, log, options.profile_file);
+  const CameraSession camera(module, log, options);
   DeviceReport report = ReportOf(camera.Device());
   report.vimba = module.Vimba();
   options.json ? PrintDocument(ToJson(report)) : Print(report);

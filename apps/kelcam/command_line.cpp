@@ -36,6 +36,8 @@ using Choices = std::vector<std::pair<std::string, Value>>;
 
 const std::map<std::string, Command> kCommands = {
     {"list", Command::kList}, {"info", Command::kInfo}, {"snap", Command::kSnap}, {"live", Command::kLive}};
+const std::map<std::string, Command> kProfileCommands = {{"new", Command::kProfileNew},
+                                                         {"check", Command::kProfileCheck}};
 const Choices<BBaseAoi::Kind> kKinds = {{"mono", BBaseAoi::eMono8}, {"rgb", BBaseAoi::eRgb}};
 const Choices<bool> kSwitch = {{"on", true}, {"off", false}};
 const Choices<SnapMode> kModes = {{"single", SnapMode::kSingle}, {"continuous", SnapMode::kContinuous}};
@@ -45,7 +47,8 @@ const Choices<TriggerChoice> kTriggers = {
 constexpr const char* kDescription = "kelcam drives a camera through a camera driver module, from the command line.\n";
 
 constexpr const char* kFooter = R"(Examples:
-  kelcam list
+  kelcam --simulated snap --camera 1 -o picture.png
+  kelcam list --long
   kelcam info --profile colour.ini
   kelcam snap --profile colour.ini -o picture.png
   kelcam snap --profile colour.ini --set exposure=12.5ms --set gain=2x -o bright.png
@@ -112,12 +115,16 @@ void AddVimbaOptions(CLI::App& app, Options& options) {
       "print the versions of the program and of the VimbaC library,\nand which file that is");
 }
 
-void AddProfileOption(CLI::App& command, Options& options) {
+// How a command gets its camera.
+void AddCameraOptions(CLI::App& command, Options& options) {
   command
       .add_option("--profile", options.profile_file,
-                  "the ini file that names the camera (required);\nthe driver writes back to it")
-      ->required()
+                  "the ini file that names the camera;\nthe driver writes back to it")
       ->option_text("FILE");
+  command
+      .add_option("--camera", options.camera,
+                  "instead of a profile: the camera's serial number, id, address,\nor its number in the list, from 1")
+      ->option_text("CAMERA");
 }
 
 void AddSnapOptions(CLI::App& command, Options& options, std::vector<std::string>& settings) {
@@ -155,7 +162,7 @@ void AddSnapOptions(CLI::App& command, Options& options, std::vector<std::string
 
 void AddSnapCommand(CLI::App& app, Options& options, std::vector<std::string>& settings) {
   CLI::App* snap = app.add_subcommand("snap", "take images and write them as PNG, PGM or PPM files");
-  AddProfileOption(*snap, options);
+  AddCameraOptions(*snap, options);
   snap->add_option(
           "-o", options.pattern,
           "the file to write (required); its ending is the format, and %d in\nit becomes the image's number, from 1")
@@ -180,7 +187,7 @@ std::string WhyNotPositive(const std::string& text) {
 
 void AddLiveCommand(CLI::App& app, Options& options, std::vector<std::string>& settings) {
   CLI::App* live = app.add_subcommand("live", "run the camera and print its rate, failures and bandwidth");
-  AddProfileOption(*live, options);
+  AddCameraOptions(*live, options);
   const auto take_duration = [&options](double seconds) { options.duration = std::chrono::duration<double>(seconds); };
   live->add_option_function<double>("--seconds", take_duration, "for how long (default: until Ctrl-C)")
       ->check(CLI::Validator(WhyNotPositive, {}))
@@ -188,16 +195,56 @@ void AddLiveCommand(CLI::App& app, Options& options, std::vector<std::string>& s
   AddSnapOptions(*live, options, settings);
 }
 
+void AddListCommand(CLI::App& app, Options& options) {
+  CLI::App* list = app.add_subcommand("list", "print the identifiers of the attached cameras, one a line");
+  list->add_flag(
+      "--long", options.long_list,
+      "print number, id, model, serial number, address and access of\neach camera, and whether it is simulated");
+  const auto take_wait = [&options](double seconds) { options.wait = std::chrono::duration<double>(seconds); };
+  list->add_option_function<double>("--wait", take_wait, "wait for a camera, for at most so many seconds")
+      ->check(CLI::Validator(WhyNotPositive, {}))
+      ->option_text("S");
+}
+
+void AddProfileCommands(CLI::App& app, Options& options) {
+  CLI::App* profile = app.add_subcommand("profile", "write the profile of a camera, or check one");
+  profile->require_subcommand(1);
+  CLI::App* fresh = profile->add_subcommand("new", "write a commented profile with the camera's present values");
+  fresh
+      ->add_option("--camera", options.camera,
+                   "the camera's serial number, id, address, or its number in the\nlist, from 1 (required)")
+      ->required()
+      ->option_text("CAMERA");
+  fresh->add_option("-o", options.new_file, "the file to write, which must not exist yet (required)")
+      ->required()
+      ->option_text("FILE");
+  CLI::App* check = profile->add_subcommand("check", "print what is wrong with a profile; needs no camera");
+  check->add_option("FILE", options.profile_file, "the profile (required)")->required()->option_text(" ");
+}
+
+Command CommandIn(const CLI::App& app) {
+  const CLI::App* command = app.get_subcommands().front();
+  const auto found = kCommands.find(command->get_name());
+  return found != kCommands.end() ? found->second : kProfileCommands.at(command->get_subcommands().front()->get_name());
+}
+
 void AddCommands(CLI::App& app, Options& options, std::vector<std::string>& settings) {
   app.require_subcommand(1);
-  app.add_subcommand("list", "print the identifiers of the attached cameras, one a line");
-  AddProfileOption(*app.add_subcommand("info", "print what a camera reports: size, controls, trigger, rates"), options);
+  AddListCommand(app, options);
+  AddCameraOptions(*app.add_subcommand("info", "print what a camera reports: size, controls, trigger, rates"), options);
   AddSnapCommand(app, options, settings);
   AddLiveCommand(app, options, settings);
+  AddProfileCommands(app, options);
 }
 
 void CheckTogether(Options& options) {
   if (options.simulated && !options.vimbac_folder.empty()) throw UsageError("--simulated excludes --vimbac");
+  const bool has_camera =
+      options.command == Command::kInfo || options.command == Command::kSnap || options.command == Command::kLive;
+  if (has_camera && options.profile_file.empty() && options.camera.empty()) {
+    throw UsageError("--profile or --camera is required");
+  }
+  if (!options.profile_file.empty() && !options.camera.empty()) throw UsageError("--camera excludes --profile");
   if (options.command != Command::kSnap) return;
   const FilePattern pattern(options.pattern, options.images);
   if (pattern.Format() != PictureFormat::kPgm) return;
@@ -236,7 +283,7 @@ std::variant<Options, std::string> ParseCommandLine(std::vector<std::string> arg
   } catch (const CLI::ParseError& error) {
     throw UsageError(error.what());
   }
-  options.command = kCommands.at(app.get_subcommands().front()->get_name());
+  options.command = CommandIn(app);
   for (const std::string& setting : settings) options.settings.push_back(ParseControlSetting(setting));
   CheckTogether(options);
   return options;

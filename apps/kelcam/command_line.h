@@ -14,7 +14,7 @@
 
 namespace Kelcam {
 
-enum class Command { kVersion, kScenarios, kList, kInfo, kSnap, kLive };
+enum class Command { kVersion, kScenarios, kList, kInfo, kSnap, kLive, kProfileNew, kProfileCheck };
 enum class SnapMode { kSingle, kContinuous };
 
 struct Options {
@@ -27,8 +27,16 @@ struct Options {
   std::string vimbac_folder;
   std::optional<std::string> simulated;  // a scenario; empty: the built-in cameras, or those of VIMBA_SIM_CONFIG
 
-  // info, snap, live
+  // info, snap, live, profile
   std::string profile_file;
+  std::string camera;  // the word that names it; empty: the profile's
+
+  // profile new
+  std::string new_file;
+
+  // list
+  bool long_list = false;
+  std::optional<std::chrono::duration<double>> wait;  // for a camera; none: not at all
 
   // snap, live
   std::chrono::milliseconds timeout{5000};

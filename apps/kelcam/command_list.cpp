@@ -1,34 +1,69 @@
 // command_list.cpp
-// kelcam list: the identifiers of the attached cameras.
+// kelcam list: the attached cameras.
+#include <chrono>
 #include <iostream>
+#include <thread>
 
+#include "camera_table.h"
 #include "commands.h"
 #include "interrupt.h"
 #include "report.h"
 #include "utf8.h"
 
 namespace Kelcam {
+namespace {
 
-ExitCode RunList(const Options& options, const Module& module, const MessageLog& log) {
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds kPauseBetweenLists{250};
+
+std::vector<std::string> Identifiers(const Module& module, const MessageLog& log) {
   // A module that cannot start its camera system leaves the list as it was, and this is the only sign of it.
   const WString untouched = L"the module has not been asked";
   DList<WString> identifiers;
   identifiers.Append(untouched);
-  {
-    const NothingToClose listing;
-    module.ListIdentifiers(identifiers);
-  }
+  module.ListIdentifiers(identifiers);
   if (identifiers.Count() == 1 && identifiers.Head()->value == untouched) {
     throw Failure(log.WithLastNotices("the camera system cannot be started"));
   }
-  if (options.json) {
-    Json cameras = Json::array();
-    for (const WString& identifier : identifiers) cameras.push_back(Utf8(identifier));
-    PrintDocument({{"cameras", cameras}});
-    return kDone;
+  std::vector<std::string> texts;
+  for (const WString& identifier : identifiers) texts.push_back(Utf8(identifier));
+  return texts;
+}
+
+// Those of the last list before the time is over.
+std::vector<std::string> WaitForIdentifiers(const Options& options, const Module& module, const MessageLog& log) {
+  const Clock::time_point start = Clock::now();
+  for (;;) {
+    std::vector<std::string> identifiers = Identifiers(module, log);
+    if (!identifiers.empty() || !options.wait || Clock::now() - start >= *options.wait) return identifiers;
+    std::this_thread::sleep_for(kPauseBetweenLists);
   }
-  for (const WString& identifier : identifiers) std::cout << Utf8(identifier) << "\n";
-  if (identifiers.IsEmpty()) std::cerr << "notice: no camera found\n";
+}
+
+}  // namespace
+
+ExitCode RunList(const Options& options, const Module& module, const MessageLog& log) {
+  std::vector<std::string> identifiers;
+  std::vector<CameraRow> rows;
+  {
+    const NothingToClose listing;
+    identifiers = WaitForIdentifiers(options, module, log);
+    if (options.long_list) rows = CameraTable(module);
+  }
+  if (options.wait && identifiers.empty()) {
+    throw Failure("no camera was found within " + Fixed(options.wait->count(), 1) + " s");
+  }
+  if (options.json) {
+    Json document = {{"cameras", identifiers}};
+    if (options.long_list) document["details"] = ToJson(rows);
+    PrintDocument(document);
+  } else if (options.long_list) {
+    Print(rows);
+  } else {
+    for (const std::string& identifier : identifiers) std::cout << identifier << "\n";
+  }
+  if (identifiers.empty() && !options.json) std::cerr << "notice: no camera found\n";
   return kDone;
 }
 

@@ -9,6 +9,7 @@
 #include "camera_setup.h"
 #include "commands.h"
 #include "interrupt.h"
+#include "profile_check.h"
 #include "report.h"
 #include "utf8.h"
 
@@ -86,7 +87,8 @@ void RunUntilOver(const Options& options, BImagingDevice& device, AcquisitionRun
 }  // namespace
 
 ExitCode RunLive(const Options& options, const Module& module, const MessageLog& log) {
-  const CameraSession camera(module, log, options.profile_file);
+  if (!options.profile_file.empty()) PrintUnusedKeys(options.profile_file);
+  const CameraSession camera(module, log, options);
   BImagingDevice& device = camera.Device();
   SetUpCamera(options, device);
   const TriggerChoice trigger = options.trigger.value_or(TriggerChoice::kFree);

@@ -10,6 +10,7 @@
 #include "commands.h"
 #include "interrupt.h"
 #include "picture.h"
+#include "profile_check.h"
 #include "report.h"
 #include "utf8.h"
 
@@ -144,7 +145,8 @@ Json ToJson(const PictureSeries& series, const std::string& camera) {
 
 ExitCode RunSnap(const Options& options, const Module& module, const MessageLog& log) {
   CheckFolder(FilePattern(options.pattern, options.images).File(1));
-  const CameraSession camera(module, log, options.profile_file);
+  if (!options.profile_file.empty()) PrintUnusedKeys(options.profile_file);
+  const CameraSession camera(module, log, options);
   BImagingDevice& device = camera.Device();
   SetUpCamera(options, device);
   const bool single = options.mode == SnapMode::kSingle;

@@ -13,5 +13,7 @@ ExitCode RunList(const Options& options, const Module& module, const MessageLog&
 ExitCode RunInfo(const Options& options, const Module& module, const MessageLog& log);
 ExitCode RunSnap(const Options& options, const Module& module, const MessageLog& log);
 ExitCode RunLive(const Options& options, const Module& module, const MessageLog& log);
+ExitCode RunProfileNew(const Options& options, const Module& module, const MessageLog& log);
+ExitCode RunProfileCheck(const Options& options);
 
 }  // namespace Kelcam

@@ -51,8 +51,17 @@ int PrintVersion(const Options& options) {
   return kDone;
 }
 
+// Those that need neither module nor camera.
+int RunAlone(const Options& options) {
+  const ExitCode result = options.command == Command::kScenarios ? PrintScenarios(options) : RunProfileCheck(options);
+  CheckOutput();
+  return result;
+}
+
 int RunCommand(const Options& options) {
-  if (!options.log_file.empty() && IsSameFile(Path(options.log_file), Path(options.profile_file))) {
+  if (options.command == Command::kScenarios || options.command == Command::kProfileCheck) return RunAlone(options);
+  if (!options.log_file.empty() && !options.profile_file.empty() &&
+      IsSameFile(Path(options.log_file), Path(options.profile_file))) {
     throw UsageError("--log " + options.log_file + ": this file is the profile");
   }
   MessageLog log(options.log_file, options.verbose);
@@ -63,6 +72,7 @@ int RunCommand(const Options& options) {
   switch (options.command) {
     case Command::kVersion:
     case Command::kScenarios:
+    case Command::kProfileCheck:
       break;
     case Command::kList:
       result = RunList(options, module, log);
@@ -75,6 +85,9 @@ int RunCommand(const Options& options) {
       break;
     case Command::kLive:
       result = RunLive(options, module, log);
+      break;
+    case Command::kProfileNew:
+      result = RunProfileNew(options, module, log);
       break;
   }
   log.CheckWritten();
@@ -95,7 +108,6 @@ int Run(int argc, char** argv) {
     const Options& options = std::get<Options>(parsed);
     json = options.json;
     if (options.command == Command::kVersion) return PrintVersion(options);
-    if (options.command == Command::kScenarios) return PrintScenarios(options);
     return RunCommand(options);
   } catch (const UsageError& error) {
     std::cerr << "kelcam: " << error.what() << "\n(see kelcam --help)\n";

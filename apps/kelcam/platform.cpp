@@ -109,9 +109,9 @@ std::string LastErrorText() {
 }
 
 // The system does not say which library it did not find. Modules need one that may be missing.
-std::string MissingLibrary(const std::filesystem::path& file) {
+std::string MissingLibrary(const std::filesystem::path& file, DWORD error) {
   std::error_code ignored;
-  const bool is_search = GetLastError() == ERROR_MOD_NOT_FOUND && std::filesystem::exists(file, ignored);
+  const bool is_search = error == ERROR_MOD_NOT_FOUND && std::filesystem::exists(file, ignored);
   const std::filesystem::path library = kVimbaFileName;
   if (!is_search || std::filesystem::exists(file.parent_path() / library, ignored)) return {};
   return LoadLibraryW(library.c_str()) ? std::string() : kVimbaFileName;
@@ -123,9 +123,10 @@ SharedLibrary::SharedLibrary(const std::filesystem::path& file, const std::strin
     // What the library needs may be next to it; with this flag the loader looks there first.
     : m_handle(LoadLibraryExW(std::filesystem::absolute(file).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
   if (m_handle) return;
+  const DWORD error = GetLastError();
   const std::string reason = LastErrorText();
   throw LoadFailure(title + " " + Utf8(file) + " cannot be loaded: " + reason,
-                    MissingLibrary(std::filesystem::absolute(file)));
+                    MissingLibrary(std::filesystem::absolute(file), error));
 }
 
 void* SharedLibrary::Symbol(const char* name) const {

@@ -53,9 +53,13 @@ TEST_F(CommandLine, AMissingOrUnknownCommandIsRefused) {
 }
 
 TEST_F(CommandLine, MissingRequiredOptionsAreNamed) {
-  ExpectUsageError({"info"}, "--profile is required");
-  ExpectUsageError({"live"}, "--profile is required");
+  ExpectUsageError({"info"}, "--profile or --camera is required");
+  ExpectUsageError({"live"}, "--profile or --camera is required");
   ExpectUsageError({"snap", "--profile", m_profile}, "-o is required");
+}
+
+TEST_F(CommandLine, ACameraIsNamedOnce) {
+  ExpectUsageError(With("info", {"--camera", "1"}), "--camera excludes --profile");
 }
 
 TEST_F(CommandLine, ValuesOutsideAChoiceAreNamed) {
@@ -75,6 +79,10 @@ TEST_F(CommandLine, SecondsMustBePositive) {
   for (const std::string seconds : {"0", "-3", "inf", "-inf", "infinity", "nan", "-nan", "1e999", "1s", "soon"}) {
     ExpectUsageError(With("live", {"--seconds", seconds}), "--seconds: " + seconds + " is not a positive number");
   }
+}
+
+TEST_F(CommandLine, TheWaitForACameraMustBePositive) {
+  ExpectUsageError(With("list", {"--wait", "0"}), "--wait: 0 is not a positive number");
 }
 
 TEST_F(CommandLine, SettingsThatAreNoneAreNamed) {

@@ -44,4 +44,28 @@ TEST_F(List, ASystemThatDoesNotStartIsAnErrorWithItsReasons) {
   EXPECT_EQ(result.exit_code, kFailed);
 }
 
+TEST_F(List, WaitsForACameraInVainAndSaysForHowLong) {
+  Script("cameras=0");
+
+  const ProcessResult result = Kelcam(With("list", {"--wait", "0.3"}));
+
+  EXPECT_EQ(result.err, "error: no camera was found within 0.3 s\n");
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.exit_code, kFailed);
+}
+
+TEST_F(List, DoesNotWaitWhereACameraIs) {
+  const ProcessResult result = Kelcam(With("list", {"--wait", "3600"}));
+
+  EXPECT_EQ(result.out, "Vimba_Scripted-\u00e4_1\nVimba_Scripted-\u00e4_2\n");
+  EXPECT_EQ(result.exit_code, kDone);
+}
+
+TEST_F(List, InFullNeedsALibraryToAsk) {
+  const ProcessResult result = Kelcam(With("list", {"--long"}));
+
+  EXPECT_EQ(result.err, "error: --long: this module has no VimbaC library that could be asked\n");
+  EXPECT_EQ(result.exit_code, kFailed);
+}
+
 }  // namespace

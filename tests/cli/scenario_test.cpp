@@ -10,9 +10,7 @@ using testing::StartsWith;
 
 class Scenarios : public SimulatedKelcamTest {
  protected:
-  Lines Cameras(const std::string& option) const {
-    return Document({option, "list"})["cameras"].get<Lines>();
-  }
+  Lines Cameras(const std::string& option) const { return Document({option, "list"})["cameras"].get<Lines>(); }
   ProcessResult SnapIn(const std::string& scenario, const std::string& profile, const Arguments& more) const {
     Arguments arguments{"--simulated=" + scenario, "snap", "--profile", Profile(profile)};
     arguments.insert(arguments.end(), more.begin(), more.end());
@@ -42,10 +40,9 @@ TEST_F(Scenarios, TenAreListedWithWhatTheyAreFor) {
 }
 
 TEST_F(Scenarios, EachOfThemListsItsCameras) {
-  const std::map<std::string, std::size_t> cameras{{"hostile-texts", 5}, {"in-use", 3},      {"lost-packets", 3},
-                                                   {"many-cameras", 16}, {"no-clock", 1},    {"odd-bayer-order", 3},
-                                                   {"shared-link", 2},   {"slow-camera", 1}, {"trigger-never-done", 1},
-                                                   {"unplugged", 3}};
+  const std::map<std::string, std::size_t> cameras{
+      {"hostile-texts", 5},   {"in-use", 3},      {"lost-packets", 3}, {"many-cameras", 16},      {"no-clock", 1},
+      {"odd-bayer-order", 3}, {"shared-link", 2}, {"slow-camera", 1},  {"trigger-never-done", 1}, {"unplugged", 3}};
   for (const auto& [name, count] : cameras) EXPECT_EQ(Cameras("--simulated=" + name).size(), count) << name;
 }
 
@@ -90,8 +87,7 @@ TEST_F(Scenarios, ACameraInUseIsNotOpenedAndTheOthersAre) {
 }
 
 TEST_F(Scenarios, AnUnpluggedCameraSendsThreePictures) {
-  const ProcessResult result =
-      SnapIn("unplugged", "mono", {"-n", "4", "-o", In("%d.pgm"), "--timeout", "2000"});
+  const ProcessResult result = SnapIn("unplugged", "mono", {"-n", "4", "-o", In("%d.pgm"), "--timeout", "2000"});
 
   EXPECT_EQ(result.exit_code, kFailed);
   EXPECT_THAT(result.err, HasSubstr("3 of 4 images taken\n"));

@@ -91,8 +91,7 @@ TEST_F(VimbaLibraries, InfoNamesTheOneThatAnswers) {
   EXPECT_EQ(document["simulated"], true);
   EXPECT_EQ(document["version"], "1.8.3");
   EXPECT_THAT(document["file"].get<std::string>(), EndsWith(kVimbaFile));
-  EXPECT_THAT(text.out,
-              HasSubstr("VimbaC 1.8.3, " + document["file"].get<std::string>() + " (simulated cameras)\n"));
+  EXPECT_THAT(text.out, HasSubstr("VimbaC 1.8.3, " + document["file"].get<std::string>() + " (simulated cameras)\n"));
 }
 
 TEST_F(VimbaLibraries, AMissingOneIsNamedAndWhatToDo) {

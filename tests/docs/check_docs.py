@@ -117,8 +117,16 @@ class Kelcam:
     def __init__(self, command):
         self.command = command
         self.top = self.help()
-        self.commands = re.findall(r"^  (\w+)  ", self.top.partition("ubcommands:")[2], re.M)
-        self.options = {name: self.options_of(self.help(name)) | self.options_of(self.top) for name in self.commands}
+        self.commands = self.commands_in(self.top)
+        self.options = {name: self.options_below(name) | self.options_of(self.top) for name in self.commands}
+
+    @staticmethod
+    def commands_in(text):
+        return re.findall(r"^  (\w+)  ", text.partition("ubcommands:")[2], re.M)
+
+    def options_below(self, *command):
+        text = self.help(*command)
+        return self.options_of(text).union(*(self.options_below(*command, name) for name in self.commands_in(text)))
 
     def help(self, *command):
         return subprocess.run([*self.command, *command, "--help"], capture_output=True, text=True, check=True).stdout

@@ -83,5 +83,9 @@ ExitCode RunList(const Options& options, const Module& /*module*/, const Message
 ExitCode RunInfo(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) { return End(options); }
 ExitCode RunSnap(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) { return End(options); }
 ExitCode RunLive(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) { return End(options); }
+ExitCode RunProfileNew(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) {
+  return End(options);
+}
+ExitCode RunProfileCheck(const Options& options) { return End(options); }
 
 }  // namespace Kelcam
