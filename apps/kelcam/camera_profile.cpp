@@ -97,9 +97,8 @@ const CameraRecord* Match(const std::vector<CameraRecord>& cameras, const std::s
 [[noreturn]] void FailToFind(const std::string& word, const std::vector<CameraRecord>& cameras) {
   std::vector<std::string> names;
   for (const CameraRecord& camera : cameras) names.insert(names.end(), {camera.serial, camera.id});
-  throw Failure("there is no camera " + word + DidYouMean(word, names) + " (" +
-                Counted(cameras.size(), "camera") + (cameras.size() == 1 ? " is" : " are") +
-                " attached: kelcam list --long)");
+  throw Failure("there is no camera " + word + DidYouMean(word, names) + " (" + Counted(cameras.size(), "camera") +
+                (cameras.size() == 1 ? " is" : " are") + " attached: kelcam list --long)");
 }
 
 std::string TextFor(const std::string& word, const VimbaLibrary& library) {
@@ -164,7 +163,8 @@ BSmartRef<BCamProfile> ProfileInMemory(const std::string& text) {
 
 BSmartRef<BCamProfile> ProfileOf(const Options& options, const Module& module) {
   if (options.camera.empty()) return BSmartRef<BCamProfile>(new BCamProfile(Wide(options.profile_file)));
-  if (!module.Vimba()) throw Failure("--camera " + options.camera + ": this module has no VimbaC library; use --profile");
+  if (!module.Vimba())
+    throw Failure("--camera " + options.camera + ": this module has no VimbaC library; use --profile");
   return ProfileInMemory(TextFor(options.camera, *module.Vimba()));
 }
 

@@ -28,8 +28,13 @@ std::string Shown(const std::string& text) {
 }
 
 Cells CellsOf(const CameraRow& row) {
-  return {std::to_string(row.number),          Shown(row.id), Shown(row.model), Shown(row.serial),
-          Shown(row.address.value_or("")), row.access,    row.is_simulated ? "simulated" : "real"};
+  return {std::to_string(row.number),
+          Shown(row.id),
+          Shown(row.model),
+          Shown(row.serial),
+          Shown(row.address.value_or("")),
+          row.access,
+          row.is_simulated ? "simulated" : "real"};
 }
 
 // The letters, of which some have several bytes.

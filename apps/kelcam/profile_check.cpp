@@ -80,8 +80,11 @@ void Judge(const KeyLine& line, std::vector<ProfileFinding>& findings) {
   if (!line.section.empty()) {
     // What is below a section is the host's; only a driver's key has lost its way there.
     if (!key) return;
-    findings.push_back({ProfileFinding::kBelowSection, line.line, line.key,
-                        "is below the section [" + line.section + "], where no driver reads it", {}});
+    findings.push_back({ProfileFinding::kBelowSection,
+                        line.line,
+                        line.key,
+                        "is below the section [" + line.section + "], where no driver reads it",
+                        {}});
   } else if (!key) {
     const std::vector<std::string> names = ProfileKeyNames();
     findings.push_back({ProfileFinding::kUnknownKey, line.line, line.key,
@@ -105,8 +108,11 @@ void JudgeLimits(const std::vector<KeyLine>& lines, std::vector<ProfileFinding>&
     const auto high = root.find(FindProfileKey(upper));
     if (low == root.end() || high == root.end()) continue;
     if (std::stoll(low->second->value) <= std::stoll(high->second->value)) continue;
-    findings.push_back({ProfileFinding::kValue, low->second->line, low->second->key,
-                        "= " + low->second->value + " is above " + upper + " = " + high->second->value, {}});
+    findings.push_back({ProfileFinding::kValue,
+                        low->second->line,
+                        low->second->key,
+                        "= " + low->second->value + " is above " + upper + " = " + high->second->value,
+                        {}});
   }
 }
 

@@ -46,14 +46,18 @@ constexpr ProfileKeyRow kKeys[] = {
     {kPicture, "AOIHEIGHT", kWholeNumber, "", kLeast, kMost, "height of the area, in pixels; 0: the whole sensor"},
     {kPicture, "RotateBy90Degree", kWholeNumber, "-5|-4|-3|-1|0|1", 0, -1,
      "quarter turns: 1 clockwise, -1 counter-clockwise"},
-    {kPicture, "CAMFREQ", kNumber, "", kSlowestRate, kMost, "the highest frame rate that is reported, in frames per second"},
+    {kPicture, "CAMFREQ", kNumber, "", kSlowestRate, kMost,
+     "the highest frame rate that is reported, in frames per second"},
 
     {kControls, "MINGAIN", kWholeNumber, "", kLeast, kMost, "lower limit of the gain, in dB"},
     {kControls, "MAXGAIN", kWholeNumber, "", kLeast, kMost, "upper limit of the gain, in dB"},
-    {kControls, "MINSHUTTER", kWholeNumber, "", 0, kLongestShutter, "lower limit of the exposure, in tenths of a millisecond"},
-    {kControls, "MAXSHUTTER", kWholeNumber, "", 0, kLongestShutter, "upper limit of the exposure, in tenths of a millisecond"},
+    {kControls, "MINSHUTTER", kWholeNumber, "", 0, kLongestShutter,
+     "lower limit of the exposure, in tenths of a millisecond"},
+    {kControls, "MAXSHUTTER", kWholeNumber, "", 0, kLongestShutter,
+     "upper limit of the exposure, in tenths of a millisecond"},
     {kControls, "GAIN", kWholeNumber, "", kLeast, kMost, "start value of the gain, in dB"},
-    {kControls, "SHUTTER", kWholeNumber, "", 0, kLongestShutter, "start value of the exposure, in tenths of a millisecond"},
+    {kControls, "SHUTTER", kWholeNumber, "", 0, kLongestShutter,
+     "start value of the exposure, in tenths of a millisecond"},
     {kControls, "WHITEBALANCERED", kWholeNumber, "", 0, kMost, "start value of the red balance, in hundredths"},
     {kControls, "WHITEBALANCEBLUE", kWholeNumber, "", 0, kMost, "start value of the blue balance, in hundredths"},
     {kControls, "TEMPERATURESENSOR", kWholeNumber, "", kLeast, kMost,
@@ -69,7 +73,8 @@ constexpr ProfileKeyRow kKeys[] = {
     {kControls, "WBMONORED", kWholeNumber, "", 0, kMost, "red balance of mono mode, in hundredths"},
     {kControls, "MAXSHUTTERFORFAST", kWholeNumber, "", kLeast, kMost,
      "the longest exposure of the host's fast mode, in tenths of a millisecond"},
-    {kControls, "TRIGGERPOLARITY", kText, "LOW|HIGH", 0, -1, "the edge of the trigger line that counts: LOW is falling"},
+    {kControls, "TRIGGERPOLARITY", kText, "LOW|HIGH", 0, -1,
+     "the edge of the trigger line that counts: LOW is falling"},
 
     {kLink, "MIN_BYTEPERSECOND", kWholeNumber, "", 0, kMost, "lower limit of the stream rate, in bytes per second"},
     {kLink, "BYTEPERSECOND", kWholeNumber, "", 0, kMost, "upper limit of the stream rate, in bytes per second"},
@@ -122,8 +127,8 @@ double NumberOf(std::string_view text, ValueType type) {
 std::span<const ProfileKeyRow> ProfileKeys() { return kKeys; }
 
 const ProfileKeyRow* FindProfileKey(std::string_view name) {
-  const auto* found =
-      std::find_if(std::begin(kKeys), std::end(kKeys), [&](const ProfileKeyRow& key) { return IsSame(key.name, name); });
+  const auto* found = std::find_if(std::begin(kKeys), std::end(kKeys),
+                                   [&](const ProfileKeyRow& key) { return IsSame(key.name, name); });
   return found == std::end(kKeys) ? nullptr : found;
 }
 

@@ -12,8 +12,8 @@ namespace Kelcam {
 enum class ValueType { kText, kWholeNumber, kNumber, kYesOrNo };
 
 struct ProfileKeyRow {
-  const char* group;    // a heading of docs/profile.md
-  const char* name;     // as that document writes it
+  const char* group;  // a heading of docs/profile.md
+  const char* name;   // as that document writes it
   ValueType type;
   const char* choices;  // the words or numbers that mean something, with a | between them; empty: any
   // Of numbers; min above max: any.

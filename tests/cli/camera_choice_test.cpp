@@ -24,8 +24,9 @@ TEST_F(CameraChoice, TakesSerialNumberIdAddressIdentifierAndNumber) {
 }
 
 TEST_F(CameraChoice, ASerialNumberComesBeforeANumberInTheList) {
-  Simulate({{"cameras", {{{"id", "DEV_1"}, {"serial", "2"}, {"name", "First"}},
-                         {{"id", "DEV_2"}, {"serial", "1"}, {"name", "Second"}}}}});
+  Simulate({{"cameras",
+             {{{"id", "DEV_1"}, {"serial", "2"}, {"name", "First"}},
+              {{"id", "DEV_2"}, {"serial", "1"}, {"name", "Second"}}}}});
 
   EXPECT_EQ(NameOf("1"), "Vimba_Second_1");
   EXPECT_EQ(NameOf("2"), "Vimba_First_2");
@@ -34,9 +35,11 @@ TEST_F(CameraChoice, ASerialNumberComesBeforeANumberInTheList) {
 TEST_F(CameraChoice, FindsTheOrderOfTheColours) {
   const std::string orders[] = {"BGGR", "RGGB", "GBRG", "GRBG"};
   for (const std::string& order : orders) {
-    Simulate({{"cameras", {{{"like", "DEV_000F31034C66"}, {"sensor", {{"width", 616}, {"height", 514}, {"type", order}}},
-                            // Set to a format that does not show the order.
-                            {"features", {{"PixelFormat", "Mono8"}}}}}}});
+    Simulate({{"cameras",
+               {{{"like", "DEV_000F31034C66"},
+                 {"sensor", {{"width", 616}, {"height", 514}, {"type", order}}},
+                 // Set to a format that does not show the order.
+                 {"features", {{"PixelFormat", "Mono8"}}}}}}});
 
     const ProcessResult result = Kelcam({"snap", "--camera", "1", "-o", In("x.ppm"), "--timeout", "60000"});
 
@@ -47,8 +50,12 @@ TEST_F(CameraChoice, FindsTheOrderOfTheColours) {
 }
 
 TEST_F(CameraChoice, PicturesAreThoseOfAProfile) {
-  Simulate({{"cameras", {{{"like", "DEV_000F31034C66"}, {"sensor", {{"width", 616}, {"height", 514}}},
-                          {"timing", "instant"}, {"noise", false}, {"scene", "numbers"}}}}});
+  Simulate({{"cameras",
+             {{{"like", "DEV_000F31034C66"},
+               {"sensor", {{"width", 616}, {"height", 514}}},
+               {"timing", "instant"},
+               {"noise", false},
+               {"scene", "numbers"}}}}});
   const Arguments options{"--set", "exposure=100", "--timeout", "60000", "-o"};
   Arguments by_camera{"snap", "--camera", "1"};
   by_camera.insert(by_camera.end(), options.begin(), options.end());

@@ -154,10 +154,10 @@ TEST_F(NewProfile, HasWhatTheCameraIsSetTo) {
 
   EXPECT_EQ(Make("1").err, "");
 
-  for (const char* line : {"\nBayertype = GBRG\n", "\nBINNING = 2\n", "\nAOIWIDTH = 200\n", "\nAOIX = 16\n",
-                           "\nSHUTTER = 250\n", "\nGAIN = 7\n", "\nWHITEBALANCEBLUE = 170\n", "\nWBMONORED = 100\n",
-                           "\nTRIGGERPOLARITY = LOW\n", "\n;TEMPERATURESENSOR = 415\n", "; one of LOW, HIGH\n",
-                           "; this camera: 0 to 120\nAOIX"}) {
+  for (const char* line :
+       {"\nBayertype = GBRG\n", "\nBINNING = 2\n", "\nAOIWIDTH = 200\n", "\nAOIX = 16\n", "\nSHUTTER = 250\n",
+        "\nGAIN = 7\n", "\nWHITEBALANCEBLUE = 170\n", "\nWBMONORED = 100\n", "\nTRIGGERPOLARITY = LOW\n",
+        "\n;TEMPERATURESENSOR = 415\n", "; one of LOW, HIGH\n", "; this camera: 0 to 120\nAOIX"}) {
     EXPECT_THAT(Text("new.ini"), HasSubstr(line));
   }
 }
@@ -173,8 +173,7 @@ TEST_F(NewProfile, DoesNotReplaceAFile) {
 }
 
 TEST_F(NewProfile, OfACameraThatDoesNotOpenIsNotWritten) {
-  const ProcessResult result =
-      Kelcam({"--simulated=in-use", "profile", "new", "--camera", "1", "-o", In("new.ini")});
+  const ProcessResult result = Kelcam({"--simulated=in-use", "profile", "new", "--camera", "1", "-o", In("new.ini")});
 
   EXPECT_EQ(result.err, "error: the camera 1 cannot be opened: VmbCameraOpen returns -6\n");
   EXPECT_FALSE(std::filesystem::exists(PathOf("new.ini")));

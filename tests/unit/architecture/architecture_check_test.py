@@ -74,6 +74,11 @@ class ArchitectureCheck(unittest.TestCase):
         self.assertEqual([f"apps/kelcam/main.cpp includes stream/rate.h, {why}",
                           f"apps/kelcam/main.cpp includes VimbaC.h, {why}"], self.complaints(files))  # fmt: skip
 
+    def test_two_parts_of_a_program_know_the_library(self):
+        files = {"apps/kelcam/vimba_session.h": '#include "VimbaC.h"\n', "apps/kelcam/vimba_library.cpp": '#include "vimba_simulator.h"\n',
+                 "vimbac/VimbaC.h": "", "simulator/vimba_simulator.h": "", "src/driver/kel_camera_vimba.h": ""}  # fmt: skip
+        self.assertEqual([], self.complaints(files))
+
     def test_only_the_platform_file_speaks_to_the_system(self):
         files = {"src/diagnostics/platform.cpp": "#include <windows.h>\n#include <sys/syscall.h>\n",
                  "src/driver/exports.cpp": "#include <windows.h>\n"}  # fmt: skip
