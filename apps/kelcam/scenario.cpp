@@ -51,7 +51,7 @@ std::vector<Scenario> InstalledScenarios() {
 }
 
 std::filesystem::path ScenarioFile(const std::string& scenario) {
-  const std::filesystem::path path = Path(scenario);
+  std::filesystem::path path = Path(scenario);
   if (path.extension() == kEnding || path.has_parent_path()) return path;
   std::vector<std::string> names;
   for (const Scenario& installed : InstalledScenarios()) names.push_back(installed.name);

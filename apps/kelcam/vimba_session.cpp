@@ -53,6 +53,7 @@ std::vector<CameraRecord> VimbaSession::Cameras() const {
   if (code != VmbErrorSuccess && code != VmbErrorMoreData) found = 0;
   infos.resize(std::min<std::size_t>(found, infos.size()));
   std::vector<CameraRecord> cameras;
+  cameras.reserve(infos.size());
   for (const VmbCameraInfo_t& info : infos) {
     cameras.push_back({TextOf(info.cameraIdString), TextOf(info.cameraName), TextOf(info.modelName),
                        TextOf(info.serialString), info.permittedAccess});

@@ -43,8 +43,9 @@ TEST_F(CameraChoice, FindsTheOrderOfTheColours) {
 
     const ProcessResult result = Kelcam({"snap", "--camera", "1", "-o", In("x.ppm"), "--timeout", "60000"});
 
-    EXPECT_EQ(result.err, "notice: the order of the colours on the sensor is " + order +
-                              ", found by trying (in a profile: Bayertype = " + order + ")\n");
+    std::string notice = "notice: the order of the colours on the sensor is ";
+    notice.append(order).append(", found by trying (in a profile: Bayertype = ").append(order).append(")\n");
+    EXPECT_EQ(result.err, notice);
     EXPECT_EQ(result.exit_code, kDone) << order;
   }
 }

@@ -1,7 +1,9 @@
 // profile_command_test.cpp
 // kelcam profile new, kelcam profile check, and what snap and live say of a profile's keys.
+#include <fstream>
 #include <regex>
 #include <set>
+#include <sstream>
 
 #include "berror.h"
 #include "simulated_kelcam_test.h"
