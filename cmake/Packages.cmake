@@ -1,6 +1,6 @@
 # Packages: everything that a user gets, in one folder: the SDK with the module, kelcam, the simulated cameras, profiles, the
 # example and the documents. script/package makes them.
-include(Notices)
+include(${CMAKE_CURRENT_LIST_DIR}/Notices.cmake)
 
 # What Windows shows of a file beside its name and version.
 set_target_properties(kelCameraVimba PROPERTIES KEL_DESCRIPTION "${PROJECT_DESCRIPTION}")
@@ -47,6 +47,10 @@ endif()
 install(DIRECTORY docs DESTINATION ${doc} COMPONENT kelcam)
 install(FILES README.md CHANGELOG.md DESTINATION ${doc} COMPONENT kelcam OPTIONAL)
 
+# A project that this one is a part of makes its own packages.
+if(NOT PROJECT_IS_TOP_LEVEL)
+  return()
+endif()
 if(WIN32)
   set(CPACK_GENERATOR ZIP)
   set(system windows)
