@@ -11,10 +11,6 @@ set_target_properties(kel.core PROPERTIES KEL_DESCRIPTION "Host SDK: profiles")
 set_target_properties(kel.tools PROPERTIES KEL_DESCRIPTION "Host SDK: images and conversions")
 set_target_properties(kel.imagingdevice PROPERTIES KEL_DESCRIPTION "Host SDK: imaging devices and host output")
 
-# The simulated VimbaC has a folder of its own, which no loader searches by itself: it never stands in for the vendor's.
-install(TARGETS VimbaC
-  RUNTIME DESTINATION ${KEL_INSTALL_RUN}/simulator COMPONENT kelcam
-  LIBRARY DESTINATION ${KEL_INSTALL_RUN}/simulator COMPONENT kelcam)
 install(TARGETS kelcam RUNTIME DESTINATION ${KEL_INSTALL_RUN} COMPONENT kelcam)
 if(WIN32)
   install(PROGRAMS packaging/kelcam-simulated.cmd DESTINATION bin COMPONENT kelcam)
@@ -27,7 +23,7 @@ endif()
 
 set(share share/kelCameraVimba)
 install(DIRECTORY apps/kelcam/profiles DESTINATION ${share} COMPONENT kelcam)
-install(DIRECTORY examples/embedding DESTINATION ${share}/examples COMPONENT kelcam)
+install(DIRECTORY examples/embedding examples/testing DESTINATION ${share}/examples COMPONENT kelcam)
 
 set(notices
   "CLI11 (command line of kelcam)" libcli11-dev
