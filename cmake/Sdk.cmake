@@ -71,6 +71,10 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/kelCameraVimbaConfigVersi
 install(FILES ${PROJECT_BINARY_DIR}/kelCameraVimbaConfig.cmake ${PROJECT_BINARY_DIR}/kelCameraVimbaConfigVersion.cmake
   DESTINATION ${sdk_cmake} COMPONENT sdk)
 
+# All that an installation of the SDK alone has to have built.
+add_custom_target(kelCameraVimba-sdk DEPENDS
+  kel.portable.core kel.core kel.tools kel.imagingdevice kelCameraVimba VimbaC)
+
 # The same for builds without CMake. As CMake's, they give their users the libraries' folders as run path.
 if(NOT WIN32)
   set(sdk_run_path " -Wl,-rpath,\${libdir}")
