@@ -36,8 +36,6 @@ _@NAME@() {
 @VALUES@) is_value=yes ;;
     esac
   done
-  # Names may have blanks in them: one a line.
-  local IFS=$'\n'
   COMPREPLY=()
   case "$command $previous" in
 @CHOICES@
@@ -45,7 +43,7 @@ _@NAME@() {
   case $command in
 @WORDS@
   esac
-  COMPREPLY=($(IFS=' ' && compgen -W "$words" -- "$current"))
+  mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
 }
 complete -F _@NAME@ @NAME@
 """
@@ -63,9 +61,9 @@ def bash(name, page):
         for option in options:
             patterns = " | ".join(quoted(f"{command} {spelling}") for spelling in option.names)
             if option.choices:
-                reply = f'COMPREPLY=($(IFS=" " && compgen -W {quoted(" ".join(option.choices))} -- "$current"))'
+                reply = f'mapfile -t COMPREPLY < <(compgen -W {quoted(" ".join(option.choices))} -- "$current")'
             elif takes_file(option):
-                reply = 'compopt -o filenames; COMPREPLY=($(compgen -f -- "$current"))'
+                reply = 'compopt -o filenames; mapfile -t COMPREPLY < <(compgen -f -- "$current")'
             elif has_value(option):
                 reply = ":"
             else:
