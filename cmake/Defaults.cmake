@@ -32,7 +32,7 @@ if(MINGW)
   add_compile_definitions(_GTHREAD_USE_MUTEX_INIT_FUNC=1 _GTHREAD_USE_RECURSIVE_MUTEX_INIT_FUNC=1)
   add_link_options(LINKER:--dynamicbase,--nxcompat,--high-entropy-va)
 endif()
-include(Windows)
+include(${CMAKE_CURRENT_LIST_DIR}/Windows.cmake)
 
 # Warnings are errors in our own code; third-party headers come in as system headers.
 function(kel_warnings target)
