@@ -86,7 +86,7 @@ TEST_F(CommandLine, SettingsThatAreNoneAreNamed) {
             "kelcam: --set hue=1: unknown control \"hue\", not one of gain, exposure, wbred, wbblue" + end);
   EXPECT_EQ(reason("gain=loud"), "kelcam: --set gain=loud: \"loud\" does not begin with a number" + end);
   EXPECT_EQ(reason("gain="), "kelcam: --set gain=: \"\" does not begin with a number" + end);
-  EXPECT_EQ(reason("gain=1.5"), "kelcam: --set gain=1.5: a number without a unit must be whole" + end);
+  EXPECT_EQ(reason("gain=1.5"), "kelcam: --set gain=1.5: a number without a unit must be whole; write 1.5x (steps of 1 dB)" + end);
   EXPECT_EQ(reason("gain=inf"), "kelcam: --set gain=inf: \"inf\" does not begin with a number" + end);
 }
 
