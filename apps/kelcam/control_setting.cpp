@@ -43,7 +43,8 @@ std::string WhatToWriteFor(const ControlSetting& setting) {
   if (has_unit) advice += setting.text + row.unit;
   if (row.integers_a_unit > 0.0) {
     const double integers = std::clamp(std::round(setting.number * row.integers_a_unit), -1e9, 1e9);
-    advice += (has_unit ? ", or " : "") + std::to_string(static_cast<int>(integers));
+    if (has_unit) advice += ", or ";
+    advice += std::to_string(static_cast<int>(integers));
   }
   return advice + " (steps of " + row.step + ")";
 }
@@ -73,7 +74,7 @@ ControlSetting ParseControlSetting(const std::string& text) {
   for (const UnitRow& row : kUnits) {
     if (setting.control != row.control || setting.unit != row.unit) continue;
     setting.number *= row.factor;
-    setting.unit = row.stands_for;
+    setting.unit = std::string(row.stands_for);
     if (setting.unit.empty() && setting.number != std::trunc(setting.number)) {
       throw UsageError("--set " + text + ": only whole " + row.unit);
     }
