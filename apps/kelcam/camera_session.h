@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "failure.h"
 #include "message_log.h"
 #include "module.h"
 
@@ -18,12 +19,17 @@ class CameraSession {
   CameraSession& operator=(const CameraSession&) = delete;
 
   BImagingDevice& Device() const { return *m_device; }
+  const MessageLog& Log() const { return m_log; }
 
  private:
+  BImagingDevice* Open();
+  // Says what the driver's messages and the profile show of the reason.
+  Failure WhyNotOpened(const std::string& profile_file, std::uint64_t first_message) const;
   // Those that are new, as notices on standard error.
   void PrintComplaints();
 
   const Module& m_module;
+  const MessageLog& m_log;
   BSmartRef<BCamProfile> m_profile;
   std::size_t m_complaints_printed = 0;
   BImagingDevice* m_device;

@@ -1,7 +1,5 @@
 // simulated_fault_test.cpp
 // What kelcam reports and does when a simulated camera fails.
-#include <regex>
-
 #include "VimbaC.h"
 #include "simulated_kelcam_test.h"
 
@@ -62,14 +60,12 @@ TEST_F(SimulatedFaults, ASystemThatDoesNotStartIsAnErrorWithItsReasons) {
 
   const ProcessResult result = Kelcam({"list"});
 
-  EXPECT_TRUE(std::regex_match(
-      result.err, std::regex("error: the camera system cannot be started; the driver's last messages were:\n"
-                             "  Vimba Initialization\n"
-                             "     1 : .* : Vimba Startup ok\n"
-                             "     2 : .* : GeVTLIsPresent = false\n"
-                             "     3 : .* : End\n"
-                             "\\(-v prints every message, --log FILE writes them to a file\\)\n")))
-      << result.err;
+  EXPECT_EQ(result.err,
+            "error: the camera system cannot be started\n"
+            "  GeVTLIsPresent = false\n"
+            "why: Vimba has no transport layer for GigE cameras\n"
+            "to do: install Vimba's GigE transport layer\n"
+            "(-v prints every message, --log FILE writes them to a file)\n");
   EXPECT_EQ(result.exit_code, kFailed);
 }
 
@@ -78,7 +74,8 @@ TEST_F(SimulatedFaults, TheCodeOfAFailedStartUpIsAmongTheReasons) {
 
   const ProcessResult result = Run("info", Profile("mono"));
 
-  EXPECT_THAT(result.err, HasSubstr(" : Vimba Startup fails : " + std::to_string(VmbErrorIncomplete) + "\n"));
+  EXPECT_THAT(result.err,
+              HasSubstr("  Vimba Startup fails : " + std::to_string(VmbErrorIncomplete) + " (incomplete)\n"));
   EXPECT_EQ(result.exit_code, kFailed);
 }
 
