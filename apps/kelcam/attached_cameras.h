@@ -6,12 +6,13 @@
 #include <string>
 #include <vector>
 
+#include "call_watch.h"
 #include "module.h"
 
 namespace Kelcam {
 
 // Their identifiers in UTF-8, or none where the module cannot start its camera system. No camera may be open: an
 // interrupt ends the program at once.
-std::optional<std::vector<std::string>> AttachedCameras(const Module& module);
+std::optional<std::vector<std::string>> AttachedCameras(const Module& module, CallWatch& watch);
 
 }  // namespace Kelcam

@@ -2,8 +2,12 @@
 // One camera, open from construction to destruction.
 #pragma once
 
+#include <cstdint>
+#include <memory>
 #include <string>
 
+#include "call_watch.h"
+#include "camera_presence.h"
 #include "failure.h"
 #include "message_log.h"
 #include "module.h"
@@ -20,6 +24,10 @@ class CameraSession {
 
   BImagingDevice& Device() const { return *m_device; }
   const MessageLog& Log() const { return m_log; }
+  // For every call of the device that may take long.
+  CallWatch& Watch() const { return m_watch; }
+  // Whether the camera does not answer any more. Asks it, so not for each image.
+  bool LooksGone() const;
 
  private:
   BImagingDevice* Open();
@@ -32,7 +40,9 @@ class CameraSession {
   const MessageLog& m_log;
   BSmartRef<BCamProfile> m_profile;
   std::size_t m_complaints_printed = 0;
+  mutable CallWatch m_watch;
   BImagingDevice* m_device;
+  std::unique_ptr<CameraPresence> m_presence;
 };
 
 }  // namespace Kelcam

@@ -10,8 +10,9 @@
 namespace Kelcam {
 
 ExitCode RunList(const Options& options, const Module& module, const MessageLog& log) {
+  CallWatch watch(log);
   const std::uint64_t first_message = log.Count();
-  const std::optional<std::vector<std::string>> cameras = AttachedCameras(module);
+  const std::optional<std::vector<std::string>> cameras = AttachedCameras(module, watch);
   if (!cameras) {
     const OpeningEvidence evidence{LinesOf(log.MessagesSince(first_message)), {}, {}};
     throw Failure(OpeningFault("the camera system cannot be started", evidence, log));

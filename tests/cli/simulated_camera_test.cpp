@@ -80,7 +80,7 @@ TEST_F(SimulatedCameras, ALineThatDoesNotMoveTimesOut) {
   const ProcessResult result =
       Run("snap", Profile("mono"), {"--trigger", "line", "--timeout", "200", "-o", In("x.pgm")});
 
-  EXPECT_EQ(result.err, "error 12106: no image arrived in time\n0 of 1 image taken\n");
+  EXPECT_THAT(result.err, StartsWith("error 12106: no image arrived in time\n"));
   EXPECT_EQ(result.exit_code, kFailed);
   EXPECT_THAT(Text("log.txt"), HasSubstr(" : Trigger is on: 1\n"));
 }
