@@ -22,9 +22,7 @@ constexpr wchar_t kBySerial[] = L"Serial";
 // What the driver's lines say of a step that failed.
 constexpr std::string_view kFailures[] = {" failed", " fails : ", "returns error", "GeVTLIsPresent = false"};
 
-constexpr std::string_view kSerialFailed = " - InitBySerial failed";
-constexpr std::string_view kIdFailed = " - InitByUid failed";
-constexpr std::string_view kAddressFailed = " - InitByAddr failed";
+constexpr const char* kSerialFailed = " - InitBySerial failed";
 
 bool IsFailure(std::string_view line) {
   return std::any_of(std::begin(kFailures), std::end(kFailures), [&](auto part) { return Contains(line, part); });
@@ -55,37 +53,24 @@ bool HasNoSuchSerial(const Evidence& evidence) {
   return FoundNone(evidence) && evidence.profile.is_by_serial && !AnyContains(evidence.lines, kSerialFailed);
 }
 
-bool IsAddressSilent(const Evidence& evidence) {
-  return FoundNone(evidence) && AnyContains(evidence.lines, kAddressFailed);
-}
-
-bool IsIdUnknown(const Evidence& evidence) { return FoundNone(evidence) && AnyContains(evidence.lines, kIdFailed); }
-
 // The module lists the camera that this profile opened the last time, and it is the one that it names.
 bool IsListedButClosed(const Evidence& evidence) {
   const ProfileFacts& profile = evidence.profile;
   if (!FoundNone(evidence) || !evidence.attached || profile.last_ident.empty()) return false;
-  const bool is_the_one = IsIdUnknown(evidence) && profile.last_id == profile.camera_id;
-  return is_the_one && std::find(evidence.attached->begin(), evidence.attached->end(), profile.last_ident) !=
-                           evidence.attached->end();
+  const Lines& attached = *evidence.attached;
+  return profile.last_id == profile.camera_id &&
+         std::find(attached.begin(), attached.end(), profile.last_ident) != attached.end();
 }
 
 bool HasNoneAttached(const Evidence& evidence) {
   return FoundNone(evidence) && !NamesNoCamera(evidence) && evidence.attached && evidence.attached->empty();
 }
 
-bool IsSerialInUse(const Evidence& evidence) {
-  return FoundNone(evidence) && AnyContains(evidence.lines, kSerialFailed);
-}
-
-bool LacksBayerType(const Evidence& evidence) {
-  return !evidence.profile.has_bayer_type && AnyContains(evidence.lines, "ColorCodeMono failed");
-}
+bool LacksBayerType(const Evidence& evidence) { return !evidence.profile.has_bayer_type; }
 
 struct OpeningCause {
-  // Part of a line of the driver's that shows it. Null: `holds` decides.
-  const char* line;
-  bool (*holds)(const Evidence&);
+  const char* line;                // part of a line of the driver's that shows it; null: none does
+  bool (*holds)(const Evidence&);  // what else must be so; null: nothing
   const char* why;
   const char* to_do;
 };
@@ -110,16 +95,18 @@ constexpr OpeningCause kOpeningCauses[] = {
      "write Init.Method = Serial and Serial.Number at the head of the profile; kelcam list shows the serial numbers"},
     {nullptr, HasNoSuchSerial, "no attached camera has this serial number",
      "compare it with kelcam list; check the camera's power and cable, and that it is in the adapter's subnet"},
-    {nullptr, IsAddressSilent,
+    {" - InitByAddr failed", FoundNone,
      "no camera could be opened at this address: there is none, or another program has it open",
      "check the address and that the computer is in its subnet; end the program that has the camera open"},
-    {nullptr, IsIdUnknown, "no camera with this id could be opened: there is none, or another program has it open",
+    {" - InitByUid failed", FoundNone,
+     "no camera with this id could be opened: there is none, or another program has it open",
      "check the id and the camera's power and cable; end the program that has the camera open"},
     {nullptr, HasNoneAttached, "no camera is attached",
      "check power, cable and firewall, and that camera and network adapter are in one subnet"},
-    {nullptr, IsListedButClosed, "the camera is attached and cannot be opened: another program has it open",
+    {" - InitByUid failed", IsListedButClosed,
+     "the camera is attached and cannot be opened: another program has it open",
      "end that program; after a crash, wait 5 seconds and try again"},
-    {nullptr, IsSerialInUse,
+    {kSerialFailed, FoundNone,
      "the camera with this serial number is attached and cannot be opened: another program has "
      "it open",
      "end that program; after a crash, wait 5 seconds and try again"},
@@ -127,10 +114,10 @@ constexpr OpeningCause kOpeningCauses[] = {
      "report it to the library's vendor"},
     {"ColorCodeMono failed", nullptr, "the camera does not have the raw pixel format that Bayertype selects",
      "set Bayertype = RGGB, GBRG, BGGR or GRBG, the order of colours on this camera's sensor"},
-    {nullptr, LacksBayerType,
+    {"ColorCodeMono failed", LacksBayerType,
      "the camera does not take the pixel format; without Bayertype a colour camera gets that of "
      "GRBG",
-     "a colour camera: set Bayertype = RGGB, GBRG, BGGR or GRBG, the order of colours on its sensor"},
+     "for a colour camera, set Bayertype = RGGB, GBRG, BGGR or GRBG, the order of colours on its sensor"},
     {"ColorCodeColor failed", nullptr, "the camera does not have the pixel format that COLORCODEcolor selects",
      "set COLORCODEcolor = YUV, or remove the key"},
     {"BinningX failed", nullptr, "the camera refuses the horizontal binning", "set BINNING = 1, or remove the key"},
@@ -153,7 +140,7 @@ constexpr OpeningCause kOpeningCauses[] = {
 constexpr const char* kRotationToDo = "set RotateBy90Degree = 1, -1 or 0, or remove the key";
 
 bool Holds(const OpeningCause& cause, const Evidence& evidence) {
-  return cause.holds ? cause.holds(evidence) : AnyContains(evidence.lines, cause.line);
+  return (!cause.line || AnyContains(evidence.lines, cause.line)) && (!cause.holds || cause.holds(evidence));
 }
 
 const OpeningCause* CauseOf(const Evidence& evidence) {
@@ -163,7 +150,7 @@ const OpeningCause* CauseOf(const Evidence& evidence) {
 }
 
 // Whether a section of the file has the key that belongs at its head.
-bool HasApiInSection(const std::filesystem::path& file) {
+bool FileHasApiInSection(const std::filesystem::path& file) {
   std::ifstream text(file, std::ios::binary);
   bool is_in_section = false;
   for (std::string line; std::getline(text, line);) {
@@ -192,7 +179,7 @@ std::string AttachedText(const Lines& attached) {
 ProfileFacts FactsOf(const BCamProfile& profile) {
   ProfileFacts facts;
   facts.api = TextIn(profile, CamProfileKey::kApi);
-  facts.has_api_in_section = HasApiInSection(Path(Utf8(profile.FileName())));
+  facts.has_api_in_section = FileHasApiInSection(Path(Utf8(profile.FileName())));
   WString method;
   profile.ReadString(CamProfileKey::kInitMethod, method);
   facts.is_by_serial = method.IEquals(kBySerial) && !TextIn(profile, CamProfileKey::kSerialNumber).empty();
@@ -205,7 +192,7 @@ ProfileFacts FactsOf(const BCamProfile& profile) {
 }
 
 bool OpeningEvidence::IsWithoutCamera() const {
-  return FoundNone(*this) && !NamesNoCamera(*this) && !IsSerialInUse(*this);
+  return FoundNone(*this) && !NamesNoCamera(*this) && !AnyContains(lines, kSerialFailed);
 }
 
 Reason ExplainOpening(const OpeningEvidence& evidence) {

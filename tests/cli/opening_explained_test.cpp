@@ -137,7 +137,7 @@ const FailedOpening kSetUp[] = {
     {"NoBayerType", kColourBySerial, json::object(),
      "  ColorCodeMono failed\n"
      "why: the camera does not take the pixel format; without Bayertype a colour camera gets that of GRBG\n"
-     "to do: a colour camera: set Bayertype = RGGB, GBRG, BGGR or GRBG, the order of colours on its sensor\n"},
+     "to do: for a colour camera, set Bayertype = RGGB, GBRG, BGGR or GRBG, the order of colours on its sensor\n"},
     {"OtherBayerType", std::string(kColourBySerial) + "Bayertype = BGGR\n", json::object(),
      "  ColorCodeMono failed\n"
      "why: the camera does not have the raw pixel format that Bayertype selects\n"
