@@ -6,6 +6,7 @@
 #include <iostream>
 #include <string>
 
+#include "interrupt.h"
 #include "report.h"
 
 namespace Kelcam {
@@ -21,6 +22,12 @@ constexpr std::chrono::milliseconds kLookEvery{250};
 std::chrono::seconds TimeOfNotice(std::size_t number) {
   return number < kNoticeAfter.size() ? kNoticeAfter.at(number)
                                       : kNoticeEvery * static_cast<int>(number - kNoticeAfter.size() + 1);
+}
+
+// While no camera is open the first ends it, see interrupt.h.
+const char* HowToEnd(Operation operation) {
+  if (operation == Operation::kListing) return "Ctrl-C";
+  return Interrupted() ? "Ctrl-C again" : "Ctrl-C twice";
 }
 
 }  // namespace
@@ -67,7 +74,8 @@ void CallWatch::Look(CallUnderWay& under_way) const {
   const Awaited awaited = WhatIsAwaited(under_way.call, messages);
   std::string line = "notice: waiting for " + awaited.what + " for " + std::to_string(next.count()) + " s (";
   if (!awaited.remark.empty()) line += awaited.remark + "; ";
-  std::cerr << (ProgressLine::IsOnScreen() ? "\n" : "") + line + "Ctrl-C twice ends the program)\n" << std::flush;
+  line += HowToEnd(under_way.call.operation);
+  std::cerr << (ProgressLine::IsOnScreen() ? "\n" : "") + line + " ends the program)\n" << std::flush;
 }
 
 }  // namespace Kelcam

@@ -24,7 +24,7 @@ constexpr const char* kFastConversion = "[l]";
 struct LiveReport {
   std::uint64_t frames = 0;
   std::uint64_t failures = 0;
-  std::map<int, std::pair<std::string, std::uint64_t>> faults;  // by code: the text, and how often
+  std::map<int, std::pair<Fault, std::uint64_t>> faults;  // by code: the first, and how many
   Seconds elapsed{0.0};
   std::int64_t stream_rate_bytes_per_s = 0;
   std::optional<Fault> lost;  // the camera is gone, and the run has ended for it
@@ -35,7 +35,7 @@ struct LiveReport {
 
   void CountFailure(const Fault& fault) {
     ++failures;
-    const auto [entry, is_new] = faults.try_emplace(fault.code, fault.text, 0);
+    const auto [entry, is_new] = faults.try_emplace(fault.code, fault, 0);
     ++entry->second.second;
     if (is_new) std::cerr << fault.Sentence() << "\n" << fault.reason.Text();
   }
@@ -49,8 +49,10 @@ struct LiveReport {
 
 Json ToJson(const LiveReport& report, const std::string& camera) {
   Json errors = Json::array();
-  for (const auto& [code, text_and_count] : report.faults) {
-    errors.push_back({{"code", code}, {"text", text_and_count.first}, {"count", text_and_count.second}});
+  for (const auto& [code, fault_and_count] : report.faults) {
+    Json error = ToJson(fault_and_count.first);
+    error["count"] = fault_and_count.second;
+    errors.push_back(error);
   }
   Json document = {{"camera", camera},
                    {"frames", report.frames},

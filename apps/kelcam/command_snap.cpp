@@ -109,15 +109,15 @@ class PictureSeries {
     m_results.push_back(std::move(result));
   }
 
-  // A reason that is that of the failure before is not printed again.
+  // A reason with the same next step as that of the failure before is not printed again.
   void Print(const ImageResult& result) {
     if (result.fault) {
       std::cerr << result.fault->Sentence();
       if (m_options.images > 1) std::cerr << " (image " << result.number << ")";
       std::cerr << "\n";
       const Reason& reason = result.fault->reason;
-      if (reason.why != m_last_why) std::cerr << reason.Text();
-      m_last_why = reason.why;
+      if (reason.to_do != m_last_to_do) std::cerr << reason.Text();
+      m_last_to_do = reason.to_do;
     } else if (!m_options.json) {
       std::cout << result.file << ": " << result.size.width << " x " << result.size.height << ", " << NameOf(m_kind)
                 << ", " << Fixed(result.time.count(), 0) << " ms" << std::endl;
@@ -131,7 +131,7 @@ class PictureSeries {
   ProgressLine m_progress;
   std::vector<ImageResult> m_results;
   LostCamera m_lost;
-  std::string m_last_why;
+  std::string m_last_to_do;
   std::optional<Fault> m_fault;  // of the run as a whole
 };
 

@@ -3,6 +3,7 @@
 #include <regex>
 
 #include "VimbaC.h"
+#include "berror.h"
 #include "simulated_kelcam_test.h"
 
 namespace {
@@ -162,6 +163,36 @@ const auto kNameOf = [](const testing::TestParamInfo<FailedSnap>& info) { return
 INSTANTIATE_TEST_SUITE_P(Frames, SnapExplained, testing::ValuesIn(kFailedFrames), kNameOf);
 INSTANTIATE_TEST_SUITE_P(TimeOuts, SnapExplained, testing::ValuesIn(kTimeOuts), kNameOf);
 INSTANTIATE_TEST_SUITE_P(StartsAndStops, SnapExplained, testing::ValuesIn(kStartsAndStops), kNameOf);
+
+// What simulated cameras do not bring about for kelcam.
+class ScriptedSnap : public ScriptedKelcamTest {};
+
+TEST_F(ScriptedSnap, APartnersLostFrameIsTheReason) {
+  Script("report=1 snap=" + std::to_string(BError::eAborted));
+
+  EXPECT_EQ(Snap({"-o", In("x.pgm")}).err,
+            "error 12109: the acquisition was aborted\n"
+            "why: a bandwidth partner lost a frame, and this camera probably lost one, too\n"
+            "to do: try again: the stream rates are lower now\n"
+            "0 of 1 image taken\n");
+}
+
+TEST_F(ScriptedSnap, AShortageOfMemoryIsTheReason) {
+  Script("report=1 snap=nomemory");
+
+  EXPECT_EQ(Snap({"-o", In("x.pgm")}).err,
+            "error 12103: acquisition failed: out of memory\n"
+            "why: the computer is short of memory or threads\n"
+            "to do: end other programs, or set a smaller area of interest\n"
+            "0 of 1 image taken\n");
+}
+
+// Its messages are the only source.
+TEST_F(ScriptedSnap, ADriverThatReportsNothingHasNoReason) {
+  Script("snap=" + std::to_string(BError::eFrameInvalid));
+
+  EXPECT_EQ(Snap({"-o", In("x.pgm")}).err, "error 12110: the received frame is invalid\n0 of 1 image taken\n");
+}
 
 class FailedSnaps : public SimulatedKelcamTest {};
 
