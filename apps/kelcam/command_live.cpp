@@ -3,6 +3,9 @@
 #include <chrono>
 #include <iostream>
 #include <map>
+#include <set>
+#include <string>
+#include <utility>
 
 #include "acquisition_run.h"
 #include "camera_session.h"
@@ -25,6 +28,7 @@ struct LiveReport {
   std::uint64_t frames = 0;
   std::uint64_t failures = 0;
   std::map<int, std::pair<Fault, std::uint64_t>> faults;  // by code: the first, and how many
+  std::set<std::pair<int, std::string>> printed;          // what has been: code and next step
   Seconds elapsed{0.0};
   std::int64_t stream_rate_bytes_per_s = 0;
   std::optional<Fault> lost;  // the camera is gone, and the run has ended for it
@@ -35,8 +39,8 @@ struct LiveReport {
 
   void CountFailure(const Fault& fault) {
     ++failures;
-    const auto [entry, is_new] = faults.try_emplace(fault.code, fault, 0);
-    ++entry->second.second;
+    ++faults.try_emplace(fault.code, fault, 0).first->second.second;
+    const bool is_new = printed.emplace(fault.code, fault.reason.to_do).second;
     if (is_new) std::cerr << fault.Sentence() << "\n" << fault.reason.Text();
   }
 
