@@ -3,7 +3,7 @@
 
 Each block after "<!-- transcript NAME -->" must be what kelcam prints on standard error in that case, with simulated
 cameras. Each table after "<!-- causes NAME -->" must have the rows of the table of this name in apps/kelcam/, and the
-Vimba codes their meanings. With --write the transcripts and tables of causes are written anew.
+Vimba codes their meanings. A test in tests/cli/ must bring each reason about. With --write the transcripts and tables of causes are written anew.
 """
 import argparse
 import json
@@ -120,6 +120,17 @@ def wrong_codes():
             yield f"{CODES.name}: code {code} is \"{meaning}\" in apps/kelcam/vimba_codes.cpp"
 
 
+def untested_rows():
+    """Reasons that no test of kelcam compares with."""
+    for name, (source, table) in TABLES.items():
+        test = (ROOT / "tests/cli" / f"{source.stem}_test.cpp").read_text(encoding="utf-8")
+        compared = "\n".join("".join(re.findall(LITERAL, group)) for group in LITERALS.findall(test)).replace('""', "")
+        for row in rows_of(source, table):
+            why = re.split(r"[.(<]", texts_of(row)[-2])[0].strip()  # up to what a regular expression writes otherwise
+            if f"why: {why}" not in compared:
+                yield f"{source.name}: no test in tests/cli/ has the reason \"{why}\""
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--kelcam", required=True)
@@ -134,7 +145,7 @@ def main():
         page = should_be
     complaints = [f"{PAGE.name} shows no transcript {case}" for case in CASES if f"<!-- transcript {case} -->\n" not in page]
     complaints += [f"{PAGE.name} shows no causes {name}" for name in TABLES if f"<!-- causes {name} -->\n" not in page]
-    complaints += wrong_codes()
+    complaints += [*wrong_codes(), *untested_rows()]
     for is_line, should_line in zip(page.splitlines(), should_be.splitlines()):
         if is_line != should_line:
             complaints.append(f"{PAGE.name} has\n  {is_line}\nand should have\n  {should_line}")
