@@ -32,7 +32,7 @@ TEST_F(CallWatch, ATriggerThatIsNeverDoneIsNamedWhenItsFrameHasCome) {
 
   EXPECT_TRUE(StartSnap({"--timeout", "3600000"})
                   .WaitForError("notice: waiting for TriggerSoftware for 3 s "
-                                "(the frame has come; Ctrl-C twice ends the program)\n"));
+                                "(the frame has come; Ctrl-C twice ends the program)"));
 }
 
 TEST_F(CallWatch, ASnapThatOutlivesItsTimeOutIsReported) {
@@ -40,14 +40,14 @@ TEST_F(CallWatch, ASnapThatOutlivesItsTimeOutIsReported) {
 
   EXPECT_TRUE(StartSnap({"--timeout", "100"})
                   .WaitForError("notice: waiting for the snap, after its time-out, for 3 s (perhaps TriggerSoftware: "
-                                "the driver sets it no time limit; Ctrl-C twice ends the program)\n"));
+                                "the driver sets it no time limit; Ctrl-C twice ends the program)"));
 }
 
 TEST_F(CallWatch, ATriggerThatKelcamFiresIsNamed) {
   NeverDone("TriggerSoftware");
 
   EXPECT_TRUE(StartSnap({"--mode", "continuous", "--trigger", "software"})
-                  .WaitForError("notice: waiting for TriggerSoftware for 3 s (Ctrl-C twice ends the program)\n"));
+                  .WaitForError("notice: waiting for TriggerSoftware for 3 s (Ctrl-C twice ends the program)"));
 }
 
 TEST_F(CallWatch, APacketSizeThatIsNeverFoundIsReportedAsPossible) {
@@ -55,7 +55,7 @@ TEST_F(CallWatch, APacketSizeThatIsNeverFoundIsReportedAsPossible) {
 
   EXPECT_TRUE(
       StartSnap().WaitForError("notice: waiting for the camera's set-up for 3 s (perhaps GVSPAdjustPacketSize: "
-                               "the driver sets it no time limit; Ctrl-C twice ends the program)\n"));
+                               "the driver sets it no time limit; Ctrl-C twice ends the program)"));
 }
 
 TEST_F(CallWatch, ASlowSearchIsReportedAndGoesOn) {
