@@ -98,6 +98,11 @@ DeviceReport ReportOf(BImagingDevice& device) {
   return report;
 }
 
+DeviceReport WatchedReportOf(const CameraSession& camera) {
+  const CallWatch::Call call(camera.Watch(), Operation::kControls);
+  return ReportOf(camera.Device());
+}
+
 Json ToJson(const ControlReport& control) {
   return {{"name", control.name},
           {"value", control.value},
@@ -190,7 +195,7 @@ void Print(const DeviceReport& report) {
 
 ExitCode RunInfo(const Options& options, const Module& module, const MessageLog& log) {
   const CameraSession camera(module, log, options.profile_file);
-  const DeviceReport report = ReportOf(camera.Device());
+  const DeviceReport report = WatchedReportOf(camera);
   options.json ? PrintDocument(ToJson(report)) : Print(report);
   return kDone;
 }

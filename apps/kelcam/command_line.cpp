@@ -89,6 +89,15 @@ void AddProfileOption(CLI::App& command, Options& options) {
       ->option_text("FILE");
 }
 
+void AddRetriesOption(CLI::App& command, Options& options) {
+  command
+      .add_option("--retries", options.retries,
+                  "end after so many failed images in a row with a camera that does\nnot answer any more (default: " +
+                      std::to_string(options.retries) + ")")
+      ->check(CLI::Range(1, kMaxImages))
+      ->option_text("N");
+}
+
 void AddSnapOptions(CLI::App& command, Options& options, std::vector<std::string>& settings) {
   AddChoice(
       command, "--kind", options.kind, kKinds,
@@ -120,6 +129,7 @@ void AddSnapOptions(CLI::App& command, Options& options, std::vector<std::string
           "how long to wait for an image (default: " + std::to_string(options.timeout.count()) + ")")
       ->check(CLI::Range(std::uint32_t{0}, std::numeric_limits<std::uint32_t>::max()))
       ->option_text("MS");
+  AddRetriesOption(command, options);
 }
 
 void AddSnapCommand(CLI::App& app, Options& options, std::vector<std::string>& settings) {

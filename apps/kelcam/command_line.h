@@ -34,6 +34,7 @@ struct Options {
   std::string area_text;
   std::vector<ControlSetting> settings;
   std::optional<TriggerChoice> trigger;
+  int retries = 3;  // failures in a row of a camera that seems to be gone
 
   // snap
   int images = 1;

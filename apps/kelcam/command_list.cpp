@@ -2,33 +2,27 @@
 // kelcam list: the identifiers of the attached cameras.
 #include <iostream>
 
+#include "attached_cameras.h"
 #include "commands.h"
-#include "interrupt.h"
+#include "opening_explained.h"
 #include "report.h"
-#include "utf8.h"
 
 namespace Kelcam {
 
 ExitCode RunList(const Options& options, const Module& module, const MessageLog& log) {
-  // A module that cannot start its camera system leaves the list as it was, and this is the only sign of it.
-  const WString untouched = L"the module has not been asked";
-  DList<WString> identifiers;
-  identifiers.Append(untouched);
-  {
-    const NothingToClose listing;
-    module.ListIdentifiers(identifiers);
-  }
-  if (identifiers.Count() == 1 && identifiers.Head()->value == untouched) {
-    throw Failure(log.WithLastNotices("the camera system cannot be started"));
+  CallWatch watch(log);
+  const std::uint64_t first_message = log.Count();
+  const std::optional<std::vector<std::string>> cameras = AttachedCameras(module, watch);
+  if (!cameras) {
+    const OpeningEvidence evidence{LinesOf(log.MessagesSince(first_message)), {}, {}};
+    throw Failure(OpeningFault("the camera system cannot be started", evidence, log));
   }
   if (options.json) {
-    Json cameras = Json::array();
-    for (const WString& identifier : identifiers) cameras.push_back(Utf8(identifier));
-    PrintDocument({{"cameras", cameras}});
+    PrintDocument({{"cameras", *cameras}});
     return kDone;
   }
-  for (const WString& identifier : identifiers) std::cout << Utf8(identifier) << "\n";
-  if (identifiers.IsEmpty()) std::cerr << "notice: no camera found\n";
+  for (const std::string& camera : *cameras) std::cout << camera << "\n";
+  if (cameras->empty()) std::cerr << "notice: no camera found\n";
   return kDone;
 }
 

@@ -31,29 +31,31 @@ struct ImageResult {
 // tried.
 class PictureSeries {
  public:
-  PictureSeries(const Options& options, BImagingDevice& device)
+  PictureSeries(const Options& options, const CameraSession& camera)
       : m_options(options),
-        m_device(device),
-        m_kind(PictureKind(options, device)),
+        m_camera(camera),
+        m_kind(PictureKind(options, camera.Device())),
         m_pattern(options.pattern, options.images),
-        m_progress(options.images > 1 && !options.verbose) {}
+        m_progress(options.images > 1 && !options.verbose),
+        m_lost(options.retries) {}
 
   void TakeSingle(TriggerChoice trigger) {
-    for (int number = 1; number <= m_options.images && !Interrupted(); ++number) {
+    for (int number = 1; MayTake(number); ++number) {
       const Clock::time_point start = Clock::now();
-      AcquisitionRun run(m_device, true, trigger);
+      AcquisitionRun run(m_camera, true, trigger);
       ImageResult result{number, {}, run.StartFault(), {}, {}};
       const BSmartRef<BBaseAoi> area = Snap(run, result);
       result.time = Clock::now() - start;
       KeepFirst(result.fault, run.Stop());
       Finish(*area, std::move(result));
     }
+    PrintRunFault();
   }
 
   void TakeContinuous(TriggerChoice trigger) {
-    AcquisitionRun run(m_device, false, trigger);
+    AcquisitionRun run(m_camera, false, trigger);
     m_fault = run.StartFault();
-    for (int number = 1; !m_fault && number <= m_options.images && !Interrupted(); ++number) {
+    for (int number = 1; MayTake(number); ++number) {
       const Clock::time_point start = Clock::now();
       ImageResult result{number, {}, std::nullopt, {}, {}};
       const BSmartRef<BBaseAoi> area = Snap(run, result);
@@ -61,7 +63,7 @@ class PictureSeries {
       Finish(*area, std::move(result));
     }
     KeepFirst(m_fault, run.Stop());
-    if (m_fault) std::cerr << m_fault->Sentence() << "\n";
+    PrintRunFault();
   }
 
   const std::vector<ImageResult>& Results() const { return m_results; }
@@ -75,6 +77,13 @@ class PictureSeries {
  private:
   static void KeepFirst(std::optional<Fault>& fault, std::optional<Fault> later) {
     if (!fault) fault = std::move(later);
+  }
+
+  // A run that has failed as a whole takes no more.
+  bool MayTake(int number) const { return !m_fault && number <= m_options.images && !Interrupted(); }
+
+  void PrintRunFault() const {
+    if (m_fault) std::cerr << m_fault->Sentence() << "\n" << m_fault->reason.Text();
   }
 
   // A new area for each image: no picture of an earlier one can be taken for it.
@@ -96,14 +105,19 @@ class PictureSeries {
     }
     m_progress.Wipe();
     Print(result);
+    if (m_lost.IsLostAfter(result.fault && m_camera.LooksGone())) m_fault = m_lost.AsFault();
     m_results.push_back(std::move(result));
   }
 
-  void Print(const ImageResult& result) const {
+  // A reason with the same next step as that of the failure before is not printed again.
+  void Print(const ImageResult& result) {
     if (result.fault) {
       std::cerr << result.fault->Sentence();
       if (m_options.images > 1) std::cerr << " (image " << result.number << ")";
       std::cerr << "\n";
+      const Reason& reason = result.fault->reason;
+      if (reason.to_do != m_last_to_do) std::cerr << reason.Text();
+      m_last_to_do = reason.to_do;
     } else if (!m_options.json) {
       std::cout << result.file << ": " << result.size.width << " x " << result.size.height << ", " << NameOf(m_kind)
                 << ", " << Fixed(result.time.count(), 0) << " ms" << std::endl;
@@ -111,12 +125,14 @@ class PictureSeries {
   }
 
   const Options& m_options;
-  BImagingDevice& m_device;
+  const CameraSession& m_camera;
   const BBaseAoi::Kind m_kind;
   const FilePattern m_pattern;
   ProgressLine m_progress;
   std::vector<ImageResult> m_results;
-  std::optional<Fault> m_fault;  // of a continuous run as a whole
+  LostCamera m_lost;
+  std::string m_last_to_do;
+  std::optional<Fault> m_fault;  // of the run as a whole
 };
 
 Json ToJson(const ImageResult& result) {
@@ -146,11 +162,14 @@ ExitCode RunSnap(const Options& options, const Module& module, const MessageLog&
   CheckFolder(FilePattern(options.pattern, options.images).File(1));
   const CameraSession camera(module, log, options.profile_file);
   BImagingDevice& device = camera.Device();
-  SetUpCamera(options, device);
+  {
+    const CallWatch::Call call(camera.Watch(), Operation::kControls);
+    SetUpCamera(options, device);
+  }
   const bool single = options.mode == SnapMode::kSingle;
   const TriggerChoice trigger = options.trigger.value_or(single ? TriggerChoice::kSoftware : TriggerChoice::kFree);
   const TriggerSetting trigger_setting(device, trigger, options.trigger.has_value());
-  PictureSeries series(options, device);
+  PictureSeries series(options, camera);
   single ? series.TakeSingle(trigger) : series.TakeContinuous(trigger);
   if (options.json) PrintDocument(ToJson(series, Utf8(WString(device.Name()))));
   if (options.images > 1 || series.HasFailed()) {

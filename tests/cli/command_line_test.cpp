@@ -61,7 +61,7 @@ TEST_F(CommandLine, MissingRequiredOptionsAreNamed) {
 TEST_F(CommandLine, ValuesOutsideAChoiceAreNamed) {
   const std::pair<const char*, const char*> wrong[] = {
       {"--kind", "grey"}, {"--color", "maybe"}, {"--mode", "double"}, {"--trigger", "hand"},
-      {"-n", "0"},        {"-n", "many"},       {"--timeout", "-1"}};
+      {"-n", "0"},        {"-n", "many"},       {"--timeout", "-1"},  {"--retries", "0"}};
   for (const auto& [option, value] : wrong) {
     const ProcessResult result = Snap({"-o", In("x.png"), option, value});
 
