@@ -66,7 +66,8 @@ def transcript(kelcam, case):
             cwd=folder, env={**os.environ, "VIMBA_SIM_CONFIG": "simulator.json"},
             capture_output=True, text=True, encoding="utf-8", timeout=120,
         )  # fmt: skip
-    return f"$ {command}\n{run.stderr}"
+    printed = re.sub(r"^wine: .*\n", "", run.stderr, flags=re.M)  # script/wine reports an exit code
+    return f"$ {command}\n{printed}"
 
 
 def rows_of(source, table):
@@ -137,7 +138,7 @@ def main():
     parser.add_argument("--launcher", default="")
     parser.add_argument("--write", action="store_true")
     arguments = parser.parse_args()
-    kelcam = [*filter(None, [arguments.launcher]), str(pathlib.Path(arguments.kelcam).resolve())]
+    kelcam = [str(pathlib.Path(part).resolve()) for part in (arguments.launcher, arguments.kelcam) if part]
     page = PAGE.read_text(encoding="utf-8")
     should_be = written(page, kelcam)
     if arguments.write:
