@@ -27,6 +27,10 @@ kel_stage_headers(highway hwy)
 kel_stage_headers(nlohmann-json nlohmann)
 kel_stage_headers(stb stb)
 
+# The one library among them. Inside kelcam.exe it needs no file next to it.
+set(ZLIB_USE_STATIC_LIBS ${WIN32})
+find_package(ZLIB REQUIRED)
+
 if(KEL_BUILD_TESTS AND CMAKE_HOST_WIN32)
   find_package(GTest CONFIG REQUIRED)
 elseif(KEL_BUILD_TESTS)

@@ -18,6 +18,7 @@ class CameraSession {
   CameraSession& operator=(const CameraSession&) = delete;
 
   BImagingDevice& Device() const { return *m_device; }
+  const BCamProfile& Profile() const { return *m_profile; }
 
  private:
   // Those that are new, as notices on standard error.

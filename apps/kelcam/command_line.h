@@ -10,12 +10,16 @@
 
 #include "bbaseaoi.h"
 #include "control_setting.h"
+#include "file_pattern.h"
 #include "trigger_setting.h"
 
 namespace Kelcam {
 
 enum class Command { kList, kInfo, kSnap, kLive };
 enum class SnapMode { kSingle, kContinuous };
+
+// What becomes of a run when an image fails. A continuous run that does not start ends, unless it is kStartAgain.
+enum class AfterFailure { kNextImage, kStartAgain, kEnd };
 
 struct Options {
   Command command = Command::kList;
@@ -39,10 +43,20 @@ struct Options {
   int images = 1;
   SnapMode mode = SnapMode::kSingle;
   std::string pattern;
+  std::optional<PictureFormat> format;  // none: that of the pattern's ending
+  bool raw = false;
+  bool no_clobber = false;
+  bool quiet = false;
+  std::optional<std::chrono::duration<double>> interval;  // none: one image after the other
+  int retries = 0;                                        // of each image
+  AfterFailure after_failure = AfterFailure::kNextImage;
 
   // live
   std::optional<std::chrono::duration<double>> duration;  // none: until Ctrl-C
 };
+
+// Whether pictures go to standard output, which then has nothing else.
+bool IsStandardOutput(const Options& options);
 
 // The options, or the text that --help or --version asks for. Throws UsageError.
 std::variant<Options, std::string> ParseCommandLine(std::vector<std::string> arguments);

@@ -34,7 +34,9 @@ TEST_F(CommandLine, HelpOfSnapNamesEveryOption) {
 
   for (const char* option :
        {"--profile FILE", "-n N", "--timeout MS", "--kind mono|rgb", "--color on|off", "--area TEXT",
-        "--mode single|continuous", "--set CONTROL=VALUE", "--trigger software|line|free", "-o PATTERN"}) {
+        "--mode single|continuous", "--set CONTROL=VALUE", "--trigger software|line|free", "-o PATTERN",
+        "--format png|pgm|ppm|tif", "--raw", "--no-clobber", "--interval S", "--retry N", "--keep-going", "--fail-fast",
+        "-q,--quiet"}) {
     EXPECT_THAT(help.out, HasSubstr(option));
   }
   EXPECT_EQ(help.exit_code, kDone);
@@ -96,13 +98,41 @@ TEST_F(CommandLine, SeveralImagesNeedANumberInTheirName) {
 }
 
 TEST_F(CommandLine, AnEndingThatIsNoPictureFormatIsNamed) {
-  ExpectUsageError(With("snap", {"-o", "x.jpg"}), "-o x.jpg: not a .png, .pgm or .ppm file");
-  ExpectUsageError(With("snap", {"-o", "png"}), "-o png: not a .png, .pgm or .ppm file");
+  ExpectUsageError(With("snap", {"-o", "x.jpg"}), "-o x.jpg: not a .png, .pgm, .ppm or .tif file");
+  ExpectUsageError(With("snap", {"-o", "png"}), "-o png: not a .png, .pgm, .ppm or .tif file");
 }
 
 TEST_F(CommandLine, AColourPictureInAGreyFormatIsRefused) {
   ExpectUsageError(With("snap", {"-o", "x.pgm", "--kind", "rgb"}),
                    "-o x.pgm: a .pgm file cannot hold the colour picture that --kind rgb asks for");
+}
+
+TEST_F(CommandLine, RawIsRefusedTogetherWithAConversion) {
+  ExpectUsageError(With("snap", {"-o", "x.pgm", "--raw", "--kind", "mono"}),
+                   "--raw and --kind: a raw picture is as the camera's frame is");
+  ExpectUsageError(With("snap", {"-o", "x.pgm", "--raw", "--area", "[p]"}),
+                   "--raw and --area: a raw picture is not converted");
+  ExpectUsageError(With("snap", {"-o", "x.ppm", "--raw"}), "--raw: a .ppm file is for colours, a raw picture is grey");
+}
+
+TEST_F(CommandLine, AnIntervalIsRefusedWhereTheCameraSetsTheTime) {
+  const std::string reason = "--interval: a continuous run needs --trigger software for it";
+  ExpectUsageError(With("snap", {"-o", "x.pgm", "--interval", "1", "--mode", "continuous"}), reason);
+  ExpectUsageError(With("snap", {"-o", "x.pgm", "--interval", "1", "--mode", "continuous", "--trigger", "line"}),
+                   reason);
+}
+
+TEST_F(CommandLine, IntervalsThatAreNoneAreNamed) {
+  for (const std::string seconds : {"0", "-3", "nan", "1s"}) {
+    ExpectUsageError(With("snap", {"-o", "x.pgm", "--interval", seconds}),
+                     "--interval: " + seconds + " is not a positive number");
+  }
+  EXPECT_EQ(Snap({"-o", "x.pgm", "--interval", "1e300"}).exit_code, kWrongUsage);
+}
+
+TEST_F(CommandLine, OptionsThatContradictEachOtherAreRefused) {
+  EXPECT_EQ(Snap({"-o", "x.pgm", "--keep-going", "--fail-fast"}).exit_code, kWrongUsage);
+  EXPECT_EQ(Snap({"-o", "x.pgm", "-q", "-v"}).exit_code, kWrongUsage);
 }
 
 TEST_F(CommandLine, GlobalOptionsMayFollowTheCommand) {
