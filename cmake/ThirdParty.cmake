@@ -28,7 +28,7 @@ kel_stage_headers(nlohmann-json nlohmann)
 kel_stage_headers(stb stb)
 
 # The one library among them. Inside kelcam.exe it needs no file next to it.
-set(ZLIB_USE_STATIC_LIBS ${WIN32})
+set(ZLIB_USE_STATIC_LIBS ${MINGW})
 find_package(ZLIB REQUIRED)
 
 if(KEL_BUILD_TESTS AND CMAKE_HOST_WIN32)

@@ -85,6 +85,8 @@ void AddGlobalOptions(CLI::App& app, Options& options) {
   app.add_option("--log", options.log_file, "write every message of the driver to this file")->option_text("FILE");
   app.add_flag("--json", options.json, "print the result as one JSON document");
   app.add_flag("-v,--verbose", options.verbose, "print every message of the driver on standard error");
+  app.add_flag("-q,--quiet", options.quiet,
+               "print only errors, notices and what a command is asked for; of\nsnap that are the files alone");
 }
 
 void AddProfileOption(CLI::App& command, Options& options) {
@@ -165,15 +167,10 @@ void AddSeriesOptions(CLI::App& snap, Options& options) {
   snap.add_option("--retry", options.retries, "how often to try again to take an image that failed (default: 0)")
       ->check(CLI::Range(0, kMaxRetries))
       ->option_text("N");
-  const auto choose = [&options](AfterFailure choice) {
-    return [&options, choice] { options.after_failure = choice; };
-  };
-  CLI::Option* keep_going =
-      snap.add_flag_callback("--keep-going", choose(AfterFailure::kStartAgain),
-                             "try to start a continuous run again for each image that is left\n(default: it ends if it "
-                             "does not start; a failed image ends no run)");
-  snap.add_flag_callback("--fail-fast", choose(AfterFailure::kEnd), "end the run with the first image that fails")
-      ->excludes(keep_going);
+  snap.add_flag("--keep-going", options.keep_going,
+                "try to start a continuous run again for each image that is left\n(default: it ends if it does not "
+                "start; a failed image ends no run)");
+  snap.add_flag("--fail-fast", options.fail_fast, "end the run with the first image that fails");
 }
 
 void AddSnapCommand(CLI::App& app, Options& options, std::vector<std::string>& settings) {
@@ -182,7 +179,6 @@ void AddSnapCommand(CLI::App& app, Options& options, std::vector<std::string>& s
   AddPictureOptions(*snap, options);
   AddSeriesOptions(*snap, options);
   AddSnapOptions(*snap, options, settings);
-  snap->add_flag("-q,--quiet", options.quiet, "print only notices and errors")->excludes(app.get_option("--verbose"));
 }
 
 void AddLiveCommand(CLI::App& app, Options& options, std::vector<std::string>& settings) {
@@ -227,6 +223,9 @@ bool IsTimedByCamera(const Options& options) {
 
 void CheckSnap(Options& options) {
   const FilePattern pattern(options.pattern, options.format, options.images);
+  if (options.keep_going && options.fail_fast) {
+    throw UsageError("--keep-going and --fail-fast: a failure ends the run or it does not");
+  }
   if (options.interval && IsTimedByCamera(options)) {
     throw UsageError("--interval: a continuous run needs --trigger software for it");
   }
@@ -268,6 +267,8 @@ std::variant<Options, std::string> ParseCommandLine(std::vector<std::string> arg
   }
   options.command = kCommands.at(app.get_subcommands().front()->get_name());
   for (const std::string& setting : settings) options.settings.push_back(ParseControlSetting(setting));
+  if (options.quiet && options.verbose)
+    throw UsageError("-q and -v: messages of the driver are printed or they are not");
   if (options.command == Command::kSnap) CheckSnap(options);
   return options;
 }

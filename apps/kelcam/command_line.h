@@ -18,15 +18,13 @@ namespace Kelcam {
 enum class Command { kList, kInfo, kSnap, kLive };
 enum class SnapMode { kSingle, kContinuous };
 
-// What becomes of a run when an image fails. A continuous run that does not start ends, unless it is kStartAgain.
-enum class AfterFailure { kNextImage, kStartAgain, kEnd };
-
 struct Options {
   Command command = Command::kList;
   std::string module_file;  // empty: the one next to the program
   std::string log_file;     // empty: none
   bool json = false;
   bool verbose = false;
+  bool quiet = false;
 
   // info, snap, live
   std::string profile_file;
@@ -46,10 +44,10 @@ struct Options {
   std::optional<PictureFormat> format;  // none: that of the pattern's ending
   bool raw = false;
   bool no_clobber = false;
-  bool quiet = false;
   std::optional<std::chrono::duration<double>> interval;  // none: one image after the other
   int retries = 0;                                        // of each image
-  AfterFailure after_failure = AfterFailure::kNextImage;
+  bool keep_going = false;                                // a continuous run that does not start is started again
+  bool fail_fast = false;                                 // a failed image ends the run
 
   // live
   std::optional<std::chrono::duration<double>> duration;  // none: until Ctrl-C

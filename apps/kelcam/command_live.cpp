@@ -62,7 +62,7 @@ Json ToJson(const LiveReport& report, const std::string& camera) {
 }
 
 void RunUntilOver(const Options& options, BImagingDevice& device, AcquisitionRun& run, LiveReport& report) {
-  ProgressLine progress(!options.verbose);
+  ProgressLine progress(!options.verbose && !options.quiet);
   const BSmartRef<BBaseAoi> area(new BBaseAoi(PictureKind(options, device),
                                               Wide(options.area_text.empty() ? kFastConversion : options.area_text)));
   const Clock::time_point start = Clock::now();

@@ -4,6 +4,7 @@
 #include "camera_setup.h"
 #include "commands.h"
 #include "interrupt.h"
+#include "picture_details.h"
 #include "picture_series.h"
 #include "platform.h"
 #include "raw_frame.h"
@@ -35,7 +36,7 @@ ExitCode RunSnap(const Options& options, const Module& module, const MessageLog&
   if (IsStandardOutput(options)) MakeStandardOutputBinary();
   const CameraSession camera(module, log, options.profile_file);
   BImagingDevice& device = camera.Device();
-  PictureSeries::CheckFiles(options, DetailsOf(device).serial);
+  PictureSeries::CheckFiles(options, SerialOf(device));
   SetUpCamera(options, device);
   const bool single = options.mode == SnapMode::kSingle;
   const TriggerChoice trigger = options.trigger.value_or(single ? TriggerChoice::kSoftware : TriggerChoice::kFree);

@@ -49,11 +49,16 @@ BImagingDeviceControl* IfAvailable(BImagingDeviceControl* control) {
 
 }  // namespace
 
+std::string SerialOf(const BImagingDevice& device) {
+  const std::string camera = WithoutControlCharacters(Utf8(WString(device.Name())));
+  const std::size_t last_part = camera.rfind('_');
+  return last_part == std::string::npos ? std::string() : camera.substr(last_part + 1);
+}
+
 PictureDetails DetailsOf(BImagingDevice& device) {
   PictureDetails details;
   details.camera = WithoutControlCharacters(Utf8(WString(device.Name())));
-  const std::size_t last_part = details.camera.rfind('_');
-  if (last_part != std::string::npos) details.serial = details.camera.substr(last_part + 1);
+  details.serial = SerialOf(device);
   if (BImagingDeviceControl* gain = IfAvailable(device.GainControl())) details.gain = RealValueOf(*gain);
   if (BImagingDeviceControl* exposure = IfAvailable(device.ShutterControl())) {
     details.exposure = RealValueOf(*exposure);

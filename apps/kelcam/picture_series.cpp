@@ -70,8 +70,7 @@ void PictureSeries::TakeSingle(TriggerChoice trigger) {
 void PictureSeries::TakeContinuous(TriggerChoice trigger) {
   std::optional<AcquisitionRun> run;
   const auto start = [&] { return run.emplace(m_device, false, trigger).StartFault(); };
-  const bool start_again = m_options.after_failure == AfterFailure::kStartAgain;
-  if (!start_again) m_run_fault = start();
+  if (!m_options.keep_going) m_run_fault = start();
   for (int number = 1; !m_run_fault && number <= m_options.images && WaitForTurn(number); ++number) {
     TakeImage(number, [&](TakenImage& image) {
       if (!run) image.result.fault = start();
@@ -109,7 +108,7 @@ void PictureSeries::TakeImage(int number, const Take& take) {
       m_writing.Push([this, result = image.result] { NoticeRetry(result); });
       continue;
     }
-    if (image.result.fault && m_options.after_failure == AfterFailure::kEnd) m_is_over = true;
+    if (image.result.fault && m_options.fail_fast) m_is_over = true;
     m_writing.Push([this, image] { Finish(image); });
     return;
   }
@@ -138,7 +137,7 @@ void PictureSeries::Finish(TakenImage image) {
     } catch (...) {
       image.result.fault = FaultOfCurrentException();
       // What follows on a broken stream reaches nobody.
-      if (m_options.after_failure == AfterFailure::kEnd || m_pattern.IsStandardOutput()) m_is_over = true;
+      if (m_options.fail_fast || m_pattern.IsStandardOutput()) m_is_over = true;
     }
     image.result.writing = Clock::now() - start;
   }

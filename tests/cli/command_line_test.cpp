@@ -21,8 +21,8 @@ TEST_F(CommandLine, HelpNamesCommandsExamplesAndExitCodes) {
   const ProcessResult help = Kelcam({"--help"});
 
   for (const char* part : {"list ", "info ", "snap ", "live ", "--module FILE", "--log FILE", "--json", "--version",
-                           "kelcam snap --profile", "Init.Method = Serial", "0 done", "1 the camera", "2 wrong usage",
-                           "130 stopped by Ctrl-C"}) {
+                           "-q,--quiet", "kelcam snap --profile", "Init.Method = Serial", "0 done", "1 the camera",
+                           "2 wrong usage", "130 stopped by Ctrl-C"}) {
     EXPECT_THAT(help.out, HasSubstr(part));
   }
   EXPECT_EQ(help.err, "");
@@ -32,11 +32,10 @@ TEST_F(CommandLine, HelpNamesCommandsExamplesAndExitCodes) {
 TEST_F(CommandLine, HelpOfSnapNamesEveryOption) {
   const ProcessResult help = Kelcam({"snap", "--help"});
 
-  for (const char* option :
-       {"--profile FILE", "-n N", "--timeout MS", "--kind mono|rgb", "--color on|off", "--area TEXT",
-        "--mode single|continuous", "--set CONTROL=VALUE", "--trigger software|line|free", "-o PATTERN",
-        "--format png|pgm|ppm|tif", "--raw", "--no-clobber", "--interval S", "--retry N", "--keep-going", "--fail-fast",
-        "-q,--quiet"}) {
+  for (const char* option : {"--profile FILE", "-n N", "--timeout MS", "--kind mono|rgb", "--color on|off",
+                             "--area TEXT", "--mode single|continuous", "--set CONTROL=VALUE",
+                             "--trigger software|line|free", "-o PATTERN", "--format png|pgm|ppm|tif", "--raw",
+                             "--no-clobber", "--interval S", "--retry N", "--keep-going", "--fail-fast"}) {
     EXPECT_THAT(help.out, HasSubstr(option));
   }
   EXPECT_EQ(help.exit_code, kDone);
@@ -131,8 +130,9 @@ TEST_F(CommandLine, IntervalsThatAreNoneAreNamed) {
 }
 
 TEST_F(CommandLine, OptionsThatContradictEachOtherAreRefused) {
-  EXPECT_EQ(Snap({"-o", "x.pgm", "--keep-going", "--fail-fast"}).exit_code, kWrongUsage);
-  EXPECT_EQ(Snap({"-o", "x.pgm", "-q", "-v"}).exit_code, kWrongUsage);
+  ExpectUsageError(With("snap", {"-o", "x.pgm", "--keep-going", "--fail-fast"}),
+                   "--keep-going and --fail-fast: a failure ends the run or it does not");
+  ExpectUsageError(With("live", {"-q", "-v"}), "-q and -v: messages of the driver are printed or they are not");
 }
 
 TEST_F(CommandLine, GlobalOptionsMayFollowTheCommand) {
