@@ -19,7 +19,7 @@ namespace {
 
 constexpr int kMaxImages = 1000000;
 constexpr int kMaxRetries = 1000000;
-constexpr double kMaxInterval_s = 366.0 * 24 * 60 * 60;
+constexpr std::chrono::duration<double> kMaxInterval = std::chrono::hours(366 * 24);
 constexpr std::size_t kOptionColumnWidth = 32;
 
 // What may stand for a value, in the order of the help text.
@@ -162,7 +162,7 @@ void AddSeriesOptions(CLI::App& snap, Options& options) {
                                    "begin an image every S seconds; one that is late takes the next\nturn (default: "
                                    "as soon as the last one is there)")
       ->check(CLI::Validator(WhyNotPositive, {}))
-      ->check(CLI::Range(0.0, kMaxInterval_s))
+      ->check(CLI::Range(0.0, kMaxInterval.count()))
       ->option_text("S");
   snap.add_option("--retry", options.retries, "how often to try again to take an image that failed (default: 0)")
       ->check(CLI::Range(0, kMaxRetries))

@@ -86,7 +86,7 @@ void PictureSeries::TakeContinuous(TriggerChoice trigger) {
 }
 
 bool PictureSeries::WaitForTurn(int number) {
-  if (m_is_over || !m_schedule.WaitForNext() || m_is_over) return false;
+  if (!m_schedule.WaitForNext([this] { return m_is_over || Interrupted(); })) return false;
   if (const std::int64_t missed = m_schedule.Missed()) {
     const std::string text = "image " + std::to_string(number) +
                              " is late: " + Counted(static_cast<std::uint64_t>(missed), "turn") +

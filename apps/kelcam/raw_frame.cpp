@@ -44,7 +44,7 @@ BImage8u SamplesOf(const BImageRgb& picture, const char* tile) {
   for (int y = 0; y < size.height; ++y) {
     const std::uint8_t* from = picture.Row(y);
     std::uint8_t* to = samples.Row(y);
-    const char* row = tile + 2 * (y % 2);
+    const char* row = y % 2 == 0 ? tile : tile + 2;
     const std::size_t channels[] = {ChannelOf(row[0]), ChannelOf(row[1])};
     for (int x = 0; x < size.width; ++x, from += BImageRgb::kChannels) to[x] = from[channels[x % 2]];
   }

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <optional>
 
 namespace Kelcam {
@@ -18,8 +19,8 @@ class Schedule {
   // No interval: images begin at once.
   explicit Schedule(std::optional<Seconds> interval) : m_interval(interval) {}
 
-  // Waits for the time of the next image. False when an interrupt came first.
-  bool WaitForNext();
+  // Waits for the time of the next image. False when the run is over before; it is asked again and again.
+  bool WaitForNext(const std::function<bool()>& is_over);
   // How many multiples passed without an image before the last one.
   std::int64_t Missed() const { return m_missed; }
 
