@@ -7,9 +7,10 @@ set(notices
   "CLI11 (command line of kelcam)" libcli11-dev
   "JSON for Modern C++ (kelcam, the simulated cameras)" nlohmann-json3-dev
   "Highway (vector kernels in kel.tools)" libhwy-dev
-  "stb (pictures in kelcam and the simulated cameras)" libstb-dev)
+  "stb (pictures in the simulated cameras)" libstb-dev)
 if(MINGW)
   list(APPEND notices
+    "zlib (pictures in kelcam)" libz-mingw-w64-dev
     "Runtime libraries of GCC (libstdc++-6.dll, libgcc_s_seh-1.dll)" gcc-mingw-w64-x86-64-posix-runtime
     "Runtime libraries of MinGW-w64 (libwinpthread-1.dll)" mingw-w64-x86-64-dev)
 endif()

@@ -50,6 +50,10 @@ kel_headers(nlohmann-json nlohmann/json.hpp KEL_NLOHMANN_JSON_FOLDER
   PACKAGE nlohmann_json IMPORTED nlohmann_json::nlohmann_json)
 kel_headers(stb stb/stb_image.h KEL_STB_FOLDER)
 
+# The one that is linked. Inside kelcam.exe it needs no file next to it.
+set(ZLIB_USE_STATIC_LIBS ${MINGW})
+find_package(ZLIB REQUIRED)
+
 # Sanitizers and a cross build need a GoogleTest that is built like the rest.
 if(KEL_BUILD_TESTS AND NOT TARGET GTest::gmock_main AND NOT KEL_SANITIZE AND NOT CMAKE_CROSSCOMPILING)
   find_package(GTest CONFIG QUIET)

@@ -28,6 +28,7 @@ class CameraSession {
   CallWatch& Watch() const { return m_watch; }
   // Whether the camera does not answer any more. Asks it, so not for each image.
   bool LooksGone() const;
+  const BCamProfile& Profile() const { return *m_profile; }
 
  private:
   BImagingDevice* Open();

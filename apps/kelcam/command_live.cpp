@@ -77,8 +77,8 @@ std::int64_t StreamRate(const CameraSession& camera) {
 
 void RunUntilOver(const Options& options, const CameraSession& camera, AcquisitionRun& run, LiveReport& report) {
   const BImagingDevice& device = camera.Device();
-  LostCamera lost(options.retries);
-  ProgressLine progress(!options.verbose);
+  LostCamera lost(options.lost_after);
+  ProgressLine progress(!options.verbose && !options.quiet);
   const BSmartRef<BBaseAoi> area(new BBaseAoi(PictureKind(options, device),
                                               Wide(options.area_text.empty() ? kFastConversion : options.area_text)));
   const Clock::time_point start = Clock::now();
