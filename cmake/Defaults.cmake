@@ -8,8 +8,9 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_C_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
-set(CMAKE_CXX_FLAGS_SANITIZE "-O1 -g1 -fno-omit-frame-pointer" CACHE STRING "")
-set(CMAKE_C_FLAGS_SANITIZE "-O1 -g1 -fno-omit-frame-pointer" CACHE STRING "")
+# Not optimised: compiling takes most of a run under the sanitizers. With frame pointers their reports have every caller.
+set(CMAKE_CXX_FLAGS_SANITIZE "-g1 -fno-omit-frame-pointer")
+set(CMAKE_C_FLAGS_SANITIZE "-g1 -fno-omit-frame-pointer")
 find_package(Threads REQUIRED)
 
 if(KEL_SANITIZE)
@@ -31,7 +32,7 @@ if(MINGW)
   add_compile_definitions(_GTHREAD_USE_MUTEX_INIT_FUNC=1 _GTHREAD_USE_RECURSIVE_MUTEX_INIT_FUNC=1)
   add_link_options(LINKER:--dynamicbase,--nxcompat,--high-entropy-va)
 endif()
-include(Windows)
+include(${CMAKE_CURRENT_LIST_DIR}/Windows.cmake)
 
 # Warnings are errors in our own code; third-party headers come in as system headers.
 function(kel_warnings target)

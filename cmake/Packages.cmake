@@ -1,6 +1,9 @@
 # Packages: everything that a user gets, in one folder: the SDK with the module, kelcam, the simulated cameras, profiles, the
 # example and the documents. script/package makes them.
-include(Notices)
+set(kel_debian_name kelcameravimba)
+set(kel_debian_revision 1)
+set(KEL_PACKAGE_CONTACT "kelCameraVimba developers <developers@kelcameravimba.invalid>" CACHE STRING
+  "Who answers for the packages: a name and an address")
 
 # What Windows shows of a file beside its name and version.
 set_target_properties(kelCameraVimba PROPERTIES KEL_DESCRIPTION "${PROJECT_DESCRIPTION}")
@@ -11,10 +14,6 @@ set_target_properties(kel.core PROPERTIES KEL_DESCRIPTION "Host SDK: profiles")
 set_target_properties(kel.tools PROPERTIES KEL_DESCRIPTION "Host SDK: images and conversions")
 set_target_properties(kel.imagingdevice PROPERTIES KEL_DESCRIPTION "Host SDK: imaging devices and host output")
 
-# The simulated VimbaC has a folder of its own, which no loader searches by itself: it never stands in for the vendor's.
-install(TARGETS VimbaC
-  RUNTIME DESTINATION ${KEL_INSTALL_RUN}/simulator COMPONENT kelcam
-  LIBRARY DESTINATION ${KEL_INSTALL_RUN}/simulator COMPONENT kelcam)
 install(TARGETS kelcam RUNTIME DESTINATION ${KEL_INSTALL_RUN} COMPONENT kelcam)
 if(WIN32)
   install(PROGRAMS packaging/kelcam-simulated.cmd DESTINATION bin COMPONENT kelcam)
@@ -29,26 +28,14 @@ set(share share/kelCameraVimba)
 install(DIRECTORY apps/kelcam/profiles DESTINATION ${share} COMPONENT kelcam)
 install(DIRECTORY simulator/scenarios DESTINATION ${share} COMPONENT kelcam)
 install(FILES simulator/scenario.schema.json DESTINATION ${share} COMPONENT kelcam)
-install(DIRECTORY examples/embedding DESTINATION ${share}/examples COMPONENT kelcam)
+install(DIRECTORY examples/embedding examples/testing DESTINATION ${share}/examples COMPONENT kelcam)
 
-set(notices
-  "CLI11 (command line of kelcam)" libcli11-dev
-  "JSON for Modern C++ (kelcam, the simulated cameras)" nlohmann-json3-dev
-  "Highway (vector kernels in kel.tools)" libhwy-dev
-  "stb (pictures in kelcam and the simulated cameras)" libstb-dev)
-if(MINGW)
-  list(APPEND notices
-    "Runtime libraries of GCC (libstdc++-6.dll, libgcc_s_seh-1.dll)" gcc-mingw-w64-x86-64-posix-runtime
-    "Runtime libraries of MinGW-w64 (libwinpthread-1.dll)" mingw-w64-x86-64-dev)
-endif()
-set(doc share/doc/kelCameraVimba)
-if(NOT MSVC)
-  kel_notices(${PROJECT_BINARY_DIR}/packaging/THIRD-PARTY-NOTICES.txt ${notices})
-  install(FILES ${PROJECT_BINARY_DIR}/packaging/THIRD-PARTY-NOTICES.txt DESTINATION ${doc} COMPONENT kelcam)
-endif()
-install(DIRECTORY docs DESTINATION ${doc} COMPONENT kelcam)
-install(FILES README.md CHANGELOG.md DESTINATION ${doc} COMPONENT kelcam OPTIONAL)
+include(${CMAKE_CURRENT_LIST_DIR}/Documents.cmake)
 
+# A project that this one is a part of makes its own packages.
+if(NOT PROJECT_IS_TOP_LEVEL OR kel_no_packages)
+  return()
+endif()
 if(WIN32)
   set(CPACK_GENERATOR ZIP)
   set(system windows)
@@ -58,12 +45,13 @@ else()
 endif()
 set(CPACK_PACKAGE_NAME kelCameraVimba)
 set(CPACK_PACKAGE_VENDOR kelCameraVimba)
-set(CPACK_PACKAGE_CONTACT "the developers of kelCameraVimba")
+set(CPACK_PACKAGE_CONTACT ${KEL_PACKAGE_CONTACT})
 set(CPACK_PACKAGE_FILE_NAME kelCameraVimba-${PROJECT_VERSION}-${system}-x64)
 set(CPACK_MONOLITHIC_INSTALL ON)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
-set(CPACK_DEBIAN_PACKAGE_NAME kelcameravimba)
+set(CPACK_DEBIAN_PACKAGE_NAME ${kel_debian_name})
+set(CPACK_DEBIAN_PACKAGE_RELEASE ${kel_debian_revision})
 set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
   "The module for hosts, the SDK that it is written against, kelcam to use cameras

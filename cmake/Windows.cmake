@@ -8,7 +8,7 @@ if(MINGW)
       message(FATAL_ERROR "${CMAKE_CXX_COMPILER} does not find its ${library}")
     endif()
     # Without the symbols that it comes with, which are most of it.
-    set(copy ${CMAKE_BINARY_DIR}/${library})
+    set(copy ${PROJECT_BINARY_DIR}/${library})
     if(${file} IS_NEWER_THAN ${copy})
       execute_process(COMMAND ${CMAKE_STRIP} --strip-unneeded -o ${copy} ${file} COMMAND_ERROR_IS_FATAL ANY)
     endif()

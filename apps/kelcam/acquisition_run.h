@@ -3,10 +3,12 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <optional>
 
 #include "bbaseaoi.h"
 #include "bimagingdevice.h"
+#include "camera_session.h"
 #include "failure.h"
 #include "trigger_setting.h"
 
@@ -15,7 +17,7 @@ namespace Kelcam {
 // One start-snap and, whatever comes between, its stop-snap. Neither throws: a fault ends in the results.
 class AcquisitionRun {
  public:
-  AcquisitionRun(BImagingDevice& device, bool one_shot, TriggerChoice choice);
+  AcquisitionRun(const CameraSession& camera, bool one_shot, TriggerChoice choice);
   ~AcquisitionRun();
   AcquisitionRun(const AcquisitionRun&) = delete;
   AcquisitionRun& operator=(const AcquisitionRun&) = delete;
@@ -27,8 +29,19 @@ class AcquisitionRun {
   std::optional<Fault> Stop();
 
  private:
+  void Fire();
+  // With the reason, as far as the driver's messages show it.
+  Fault Explained(Fault fault, std::chrono::milliseconds timeout = {}) const;
+  std::chrono::milliseconds TimeOfImage() const;
+
+  const CameraSession& m_camera;
   BImagingDevice& m_device;
-  bool m_fire;  // a continuous run leaves the software trigger to the host
+  const bool m_one_shot;
+  const TriggerChoice m_choice;
+  const bool m_fire;  // a continuous run leaves the software trigger to the host
+  const std::uint64_t m_first_message;
+  std::uint64_t m_messages_of_step;  // from this one on they are those of the step under way
+  bool m_has_clock = true;
   std::optional<Fault> m_start_fault;
   bool m_stopped = false;
 };

@@ -5,8 +5,12 @@
 #include <iostream>
 #include <utility>
 
+#include "attached_cameras.h"
+#include "bcamprofilekeys.h"
 #include "camera_profile.h"
 #include "failure.h"
+#include "interrupt.h"
+#include "opening_explained.h"
 #include "utf8.h"
 
 namespace Kelcam {
@@ -16,15 +20,46 @@ CameraSession::CameraSession(const Module& module, const MessageLog& log, const 
 
 CameraSession::CameraSession(const Module& module, const MessageLog& log, BSmartRef<BCamProfile> profile,
                              const std::string& title)
-    : m_module(module), m_profile(std::move(profile)) {
-  m_device = m_module.Create(m_profile);
+    : m_module(module), m_log(log), m_profile(std::move(profile)), m_watch(log) {
+  const std::uint64_t first_message = m_log.Count();
+  m_device = Open();
   PrintComplaints();
-  if (!m_device) throw Failure(log.WithLastNotices(title + " cannot be opened"));
+  if (!m_device) throw WhyNotOpened(title, first_message);
+  const CallWatch::Call call(m_watch, Operation::kControls);
+  WString id;
+  m_profile->ReadString(CamProfileKey::kCameraIdentifier, id);
+  m_presence = std::make_unique<CameraPresence>(*m_device, m_log, Utf8(id));
+}
+
+BImagingDevice* CameraSession::Open() {
+  const CallWatch::Call call(m_watch, Operation::kOpening);
+  try {
+    return m_module.Create(m_profile);
+  } catch (const BError& error) {
+    Fault fault = FaultOf(error);
+    fault.reason = ExplainOpeningError(fault.code);
+    throw Failure(fault);
+  }
+}
+
+Failure CameraSession::WhyNotOpened(const std::string& title, std::uint64_t first_message) const {
+  OpeningEvidence evidence{LinesOf(m_log.MessagesSince(first_message)), FactsOf(*m_profile), {}};
+  // The camera system went with the opening, and is started again for this.
+  if (evidence.IsWithoutCamera() && !Interrupted()) evidence.attached = AttachedCameras(m_module, m_watch);
+  return Failure(OpeningFault(title + " cannot be opened", evidence, m_log));
 }
 
 CameraSession::~CameraSession() {
-  m_module.Release(m_device);
+  {
+    const CallWatch::Call call(m_watch, Operation::kClosing);
+    m_module.Release(m_device);
+  }
   PrintComplaints();
+}
+
+bool CameraSession::LooksGone() const {
+  const CallWatch::Call call(m_watch, Operation::kControls);
+  return m_presence->LooksGone();
 }
 
 void CameraSession::PrintComplaints() {

@@ -14,12 +14,21 @@
 namespace Kelcam {
 namespace {
 
+constexpr const char* kSensorTemperature = "sensor temperature";
+constexpr const char* kBoardTemperature = "board temperature";
+// Of a degree.
+constexpr double kTemperatureSteps = 10.0;
+
 struct ControlReport {
   std::string name;
   int value, min, max;
   double real_value, real_min, real_max;
   std::string unit;
 };
+
+bool IsTemperature(const ControlReport& control) {
+  return control.name == kSensorTemperature || control.name == kBoardTemperature;
+}
 
 struct WhiteBalanceReport {
   int min, max, red, blue;
@@ -51,8 +60,8 @@ std::vector<ControlReport> ControlsOf(BImagingDevice& device) {
       {"sharpness", device.SharpnessControl()},
       {"hue", device.HueControl()},
       {"saturation", device.SaturationControl()},
-      {"sensor temperature", device.TemperatureControl(true)},
-      {"board temperature", device.TemperatureControl(false)},
+      {kSensorTemperature, device.TemperatureControl(true)},
+      {kBoardTemperature, device.TemperatureControl(false)},
   };
   std::vector<ControlReport> reports;
   for (const auto& [name, control] : controls) {
@@ -84,10 +93,15 @@ DeviceReport ReportOf(BImagingDevice& device) {
   report.max_shutter_for_fast = device.MaxShutterForFast();
   report.max_shutter_for_fast_text = std::to_string(report.max_shutter_for_fast);
   if (const BImagingDeviceControl* exposure = device.ShutterControl()) {
-    const std::string real = Fixed(exposure->ToRealValue(report.max_shutter_for_fast), 1) + UnitOf(*exposure);
+    const std::string real = Fixed(exposure->ToRealValue(report.max_shutter_for_fast), 1) + " " + UnitOf(*exposure);
     report.max_shutter_for_fast_text += " = " + real;
   }
   return report;
+}
+
+DeviceReport WatchedReportOf(const CameraSession& camera) {
+  const CallWatch::Call call(camera.Watch(), Operation::kControls);
+  return ReportOf(camera.Device());
 }
 
 Json ToJson(const ControlReport& control) {
@@ -134,16 +148,33 @@ void PrintRow(const std::string& name, const std::string& value) {
   std::cout << std::left << std::setw(kNameWidth) << name << value << "\n";
 }
 
-// "100 (1 to 20000) = 10.0ms (0.1 to 2000.0ms)"; a control that is only read has no range.
+// A control that is only read has no range.
+bool HasRange(const ControlReport& control) { return control.min < control.max; }
+
+// "6 dB = 2.0x (0 to 24 dB = 1.0x to 15.8x)"
+std::string DescribedGain(const ControlReport& gain) {
+  std::string text = std::to_string(gain.value) + " dB = " + Fixed(gain.real_value, 1) + gain.unit;
+  if (!HasRange(gain)) return text;
+  return text + " (" + std::to_string(gain.min) + " to " + std::to_string(gain.max) +
+         " dB = " + Fixed(gain.real_min, 1) + gain.unit + " to " + Fixed(gain.real_max, 1) + gain.unit + ")";
+}
+
+// "100 = 10.0 ms (1 to 20000 = 0.1 to 2000.0 ms, steps of 0.1 ms)"
 std::string Described(const ControlReport& control) {
-  const auto real = [&](double value) { return Fixed(value, 1); };
-  std::string integers = std::to_string(control.value);
-  std::string reals = real(control.real_value) + control.unit;
-  if (control.min < control.max) {
-    integers += " (" + std::to_string(control.min) + " to " + std::to_string(control.max) + ")";
-    reals += " (" + real(control.real_min) + " to " + real(control.real_max) + control.unit + ")";
-  }
-  return integers + " = " + reals;
+  const std::string unit = control.unit.empty() ? "" : " " + control.unit;
+  std::string text = std::to_string(control.value) + " = " + Fixed(control.real_value, 1) + unit;
+  if (!HasRange(control)) return text;
+  text += " (" + std::to_string(control.min) + " to " + std::to_string(control.max) + " = " +
+          Fixed(control.real_min, 1) + " to " + Fixed(control.real_max, 1) + unit;
+  if (control.name == kExposure) text += ", steps of 0.1" + unit;
+  return text + ")";
+}
+
+std::string Row(const ControlReport& control) {
+  if (control.name == kGain) return DescribedGain(control);
+  // The driver's real value has lost the tenth.
+  if (IsTemperature(control)) return Fixed(control.value / kTemperatureSteps, 1) + " °C";
+  return Described(control);
 }
 
 void Print(const DeviceReport& report) {
@@ -153,7 +184,7 @@ void Print(const DeviceReport& report) {
   PrintRow("size", std::to_string(report.size.width) + " x " + std::to_string(report.size.height) +
                        (report.rotated ? ", turned by a quarter" : ""));
   PrintRow("colour", report.color ? "yes" : "no");
-  for (const ControlReport& control : report.controls) PrintRow(control.name, Described(control));
+  for (const ControlReport& control : report.controls) PrintRow(control.name, Row(control));
   if (const auto& balance = report.white_balance) {
     PrintRow("white balance", "red " + std::to_string(balance->red) + ", blue " + std::to_string(balance->blue) + " (" +
                                   std::to_string(balance->min) + " to " + std::to_string(balance->max) + ")");
@@ -172,7 +203,7 @@ void Print(const DeviceReport& report) {
 
 ExitCode RunInfo(const Options& options, const Module& module, const MessageLog& log) {
   const CameraSession camera(module, log, options);
-  DeviceReport report = ReportOf(camera.Device());
+  DeviceReport report = WatchedReportOf(camera);
   report.vimba = module.Vimba();
   options.json ? PrintDocument(ToJson(report)) : Print(report);
   return kDone;

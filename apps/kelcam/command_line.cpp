@@ -12,13 +12,14 @@
 
 #include "CLI/CLI.hpp"
 #include "failure.h"
-#include "picture.h"
 #include "platform.h"
 
 namespace Kelcam {
 namespace {
 
 constexpr int kMaxImages = 1000000;
+constexpr int kMaxRetries = 1000000;
+constexpr std::chrono::duration<double> kMaxInterval = std::chrono::hours(366 * 24);
 constexpr std::size_t kOptionColumnWidth = 32;
 
 // --simulated without a scenario, and the one that asks for their names.
@@ -41,6 +42,10 @@ const std::map<std::string, Command> kProfileCommands = {{"new", Command::kProfi
 const Choices<BBaseAoi::Kind> kKinds = {{"mono", BBaseAoi::eMono8}, {"rgb", BBaseAoi::eRgb}};
 const Choices<bool> kSwitch = {{"on", true}, {"off", false}};
 const Choices<SnapMode> kModes = {{"single", SnapMode::kSingle}, {"continuous", SnapMode::kContinuous}};
+const Choices<PictureFormat> kFormats = {{"png", PictureFormat::kPng},
+                                         {"pgm", PictureFormat::kPgm},
+                                         {"ppm", PictureFormat::kPpm},
+                                         {"tif", PictureFormat::kTiff}};
 const Choices<TriggerChoice> kTriggers = {
     {"software", TriggerChoice::kSoftware}, {"line", TriggerChoice::kLine}, {"free", TriggerChoice::kFree}};
 
@@ -53,6 +58,7 @@ constexpr const char* kFooter = R"(Examples:
   kelcam snap --profile colour.ini -o picture.png
   kelcam snap --profile colour.ini --set exposure=12.5ms --set gain=2x -o bright.png
   kelcam snap --profile mono.ini -n 10 --mode continuous -o "run/%d.pgm"
+  kelcam snap --profile mono.ini -n 1000 --interval 60 --no-clobber -o "%04d-%t.tif"
   kelcam --log messages.txt live --profile mono.ini --seconds 10
   kelcam --simulated=lost-packets snap --profile mono.ini -o picture.png
 "kelcam snap --help" has the options of snap, and so on.
@@ -91,6 +97,8 @@ void AddGlobalOptions(CLI::App& app, Options& options) {
   app.add_option("--log", options.log_file, "write every message of the driver to this file")->option_text("FILE");
   app.add_flag("--json", options.json, "print the result as one JSON document");
   app.add_flag("-v,--verbose", options.verbose, "print every message of the driver on standard error");
+  app.add_flag("-q,--quiet", options.quiet,
+               "print only errors, notices and what a command is asked for; of\nsnap that are the files alone");
 }
 
 // After the other global options, which hold for them too.
@@ -127,6 +135,15 @@ void AddCameraOptions(CLI::App& command, Options& options) {
       ->option_text("CAMERA");
 }
 
+void AddRetriesOption(CLI::App& command, Options& options) {
+  command
+      .add_option("--retries", options.lost_after,
+                  "end after so many failed images in a row with a camera that does\nnot answer any more (default: " +
+                      std::to_string(options.lost_after) + ")")
+      ->check(CLI::Range(1, kMaxImages))
+      ->option_text("N");
+}
+
 void AddSnapOptions(CLI::App& command, Options& options, std::vector<std::string>& settings) {
   AddChoice(
       command, "--kind", options.kind, kKinds,
@@ -158,22 +175,7 @@ void AddSnapOptions(CLI::App& command, Options& options, std::vector<std::string
           "how long to wait for an image (default: " + std::to_string(options.timeout.count()) + ")")
       ->check(CLI::Range(std::uint32_t{0}, std::numeric_limits<std::uint32_t>::max()))
       ->option_text("MS");
-}
-
-void AddSnapCommand(CLI::App& app, Options& options, std::vector<std::string>& settings) {
-  CLI::App* snap = app.add_subcommand("snap", "take images and write them as PNG, PGM or PPM files");
-  AddCameraOptions(*snap, options);
-  snap->add_option(
-          "-o", options.pattern,
-          "the file to write (required); its ending is the format, and %d in\nit becomes the image's number, from 1")
-      ->required()
-      ->option_text("PATTERN");
-  snap->add_option("-n", options.images, "how many images (default: 1)")
-      ->check(CLI::Range(1, kMaxImages))
-      ->option_text("N");
-  AddChoice(*snap, "--mode", options.mode, kModes,
-            "start the camera for each image (single, the default), or once\nfor all of them");
-  AddSnapOptions(*snap, options, settings);
+  AddRetriesOption(command, options);
 }
 
 // What is wrong with the text of a duration; empty: nothing.
@@ -183,6 +185,48 @@ std::string WhyNotPositive(const std::string& text) {
   const auto [rest, error] = std::from_chars(text.data(), end, number);
   const bool is_positive = error == std::errc() && rest == end && std::isfinite(number) && number > 0.0;
   return is_positive ? std::string() : text + " is not a positive number";
+}
+
+void AddPictureOptions(CLI::App& snap, Options& options) {
+  snap.add_option("-o", options.pattern,
+                  "the file to write (required); its ending is the format. %d becomes\nthe image's number, from 1 "
+                  "(%04d: 0001), %t its time, %s the\ncamera's serial number, %% a percent sign; -: standard output")
+      ->required()
+      ->option_text("PATTERN");
+  AddChoice(snap, "--format", options.format, kFormats, "the format, whatever the ending (default for -: png)");
+  snap.add_flag("--raw", options.raw,
+                "write the camera's frame as it came, grey or a Bayer mosaic, in a\ngrey picture");
+  snap.add_flag("--no-clobber", options.no_clobber, "keep files that are there: end before the first image if one is");
+}
+
+void AddSeriesOptions(CLI::App& snap, Options& options) {
+  snap.add_option("-n", options.images, "how many images (default: 1)")
+      ->check(CLI::Range(1, kMaxImages))
+      ->option_text("N");
+  AddChoice(snap, "--mode", options.mode, kModes,
+            "start the camera for each image (single, the default), or once\nfor all of them");
+  const auto take_interval = [&options](double seconds) { options.interval = std::chrono::duration<double>(seconds); };
+  snap.add_option_function<double>("--interval", take_interval,
+                                   "begin an image every S seconds; one that is late takes the next\nturn (default: "
+                                   "as soon as the last one is there)")
+      ->check(CLI::Validator(WhyNotPositive, {}))
+      ->check(CLI::Range(0.0, kMaxInterval.count()))
+      ->option_text("S");
+  snap.add_option("--retry", options.retries, "how often to try again to take an image that failed (default: 0)")
+      ->check(CLI::Range(0, kMaxRetries))
+      ->option_text("N");
+  snap.add_flag("--keep-going", options.keep_going,
+                "try to start a continuous run again for each image that is left\n(default: it ends if it does not "
+                "start; a failed image ends no run)");
+  snap.add_flag("--fail-fast", options.fail_fast, "end the run with the first image that fails");
+}
+
+void AddSnapCommand(CLI::App& app, Options& options, std::vector<std::string>& settings) {
+  CLI::App* snap = app.add_subcommand("snap", "take images and write them as PNG, TIFF, PGM or PPM files");
+  AddCameraOptions(*snap, options);
+  AddPictureOptions(*snap, options);
+  AddSeriesOptions(*snap, options);
+  AddSnapOptions(*snap, options, settings);
 }
 
 void AddLiveCommand(CLI::App& app, Options& options, std::vector<std::string>& settings) {
@@ -237,7 +281,8 @@ void AddCommands(CLI::App& app, Options& options, std::vector<std::string>& sett
   AddProfileCommands(app, options);
 }
 
-void CheckTogether(Options& options) {
+// How a command gets its camera and its library.
+void CheckCamera(const Options& options) {
   if (options.simulated && !options.vimbac_folder.empty()) throw UsageError("--simulated excludes --vimbac");
   const bool has_camera =
       options.command == Command::kInfo || options.command == Command::kSnap || options.command == Command::kLive;
@@ -245,16 +290,50 @@ void CheckTogether(Options& options) {
     throw UsageError("--profile or --camera is required");
   }
   if (!options.profile_file.empty() && !options.camera.empty()) throw UsageError("--camera excludes --profile");
-  if (options.command != Command::kSnap) return;
-  const FilePattern pattern(options.pattern, options.images);
-  if (pattern.Format() != PictureFormat::kPgm) return;
-  if (options.kind == BBaseAoi::eRgb) {
-    throw UsageError("-o " + options.pattern + ": a .pgm file cannot hold the colour picture that --kind rgb asks for");
+}
+
+void CheckPgm(const Options& options) {
+  if (options.kind != BBaseAoi::eRgb) return;
+  throw UsageError("-o " + options.pattern + ": a .pgm file cannot hold the colour picture that --kind rgb asks for");
+}
+
+void CheckRaw(const Options& options, PictureFormat format) {
+  if (options.kind) throw UsageError("--raw and --kind: a raw picture is as the camera's frame is");
+  if (!options.area_text.empty()) throw UsageError("--raw and --area: a raw picture is not converted");
+  if (format == PictureFormat::kPpm) throw UsageError("--raw: a .ppm file is for colours, a raw picture is grey");
+}
+
+void CheckStandardOutput(const Options& options) {
+  if (options.json) throw UsageError("-o - and --json: standard output has room for one of them");
+  if (options.log_file == "/dev/stdout") throw UsageError("-o - and --log: standard output has room for one of them");
+  if (StandardOutputIsTerminal()) throw UsageError("-o -: standard output is a terminal, which shows no pictures");
+}
+
+// In a continuous run that nobody triggers, images come at the camera's own rate.
+bool IsTimedByCamera(const Options& options) {
+  return options.mode == SnapMode::kContinuous && options.trigger != TriggerChoice::kSoftware;
+}
+
+void CheckSnap(Options& options) {
+  const FilePattern pattern(options.pattern, options.format, options.images);
+  if (options.keep_going && options.fail_fast) {
+    throw UsageError("--keep-going and --fail-fast: a failure ends the run or it does not");
   }
+  if (options.interval && IsTimedByCamera(options)) {
+    throw UsageError("--interval: a continuous run needs --trigger software for it");
+  }
+  if (pattern.IsStandardOutput()) CheckStandardOutput(options);
+  if (options.raw) return CheckRaw(options, pattern.Format());
+  if (pattern.Format() != PictureFormat::kPgm) return;
+  CheckPgm(options);
   options.kind = BBaseAoi::eMono8;
 }
 
 }  // namespace
+
+bool IsStandardOutput(const Options& options) {
+  return options.command == Command::kSnap && FilePattern::IsStandardOutput(options.pattern);
+}
 
 std::variant<Options, std::string> ParseCommandLine(std::vector<std::string> arguments) {
   Options options;
@@ -285,7 +364,10 @@ std::variant<Options, std::string> ParseCommandLine(std::vector<std::string> arg
   }
   options.command = CommandIn(app);
   for (const std::string& setting : settings) options.settings.push_back(ParseControlSetting(setting));
-  CheckTogether(options);
+  if (options.quiet && options.verbose)
+    throw UsageError("-q and -v: messages of the driver are printed or they are not");
+  CheckCamera(options);
+  if (options.command == Command::kSnap) CheckSnap(options);
   return options;
 }
 

@@ -10,6 +10,7 @@
 
 #include "bbaseaoi.h"
 #include "control_setting.h"
+#include "file_pattern.h"
 #include "trigger_setting.h"
 
 namespace Kelcam {
@@ -23,6 +24,7 @@ struct Options {
   std::string log_file;     // empty: none
   bool json = false;
   bool verbose = false;
+  bool quiet = false;
   // Which VimbaC library the module gets; neither: the one that the loader finds.
   std::string vimbac_folder;
   std::optional<std::string> simulated;  // a scenario; empty: the built-in cameras, or those of VIMBA_SIM_CONFIG
@@ -45,15 +47,26 @@ struct Options {
   std::string area_text;
   std::vector<ControlSetting> settings;
   std::optional<TriggerChoice> trigger;
+  int lost_after = 3;  // failures in a row of a camera that seems to be gone
 
   // snap
   int images = 1;
   SnapMode mode = SnapMode::kSingle;
   std::string pattern;
+  std::optional<PictureFormat> format;  // none: that of the pattern's ending
+  bool raw = false;
+  bool no_clobber = false;
+  std::optional<std::chrono::duration<double>> interval;  // none: one image after the other
+  int retries = 0;                                        // of each image
+  bool keep_going = false;                                // a continuous run that does not start is started again
+  bool fail_fast = false;                                 // a failed image ends the run
 
   // live
   std::optional<std::chrono::duration<double>> duration;  // none: until Ctrl-C
 };
+
+// Whether pictures go to standard output, which then has nothing else.
+bool IsStandardOutput(const Options& options);
 
 // The options, or the text that --help asks for. Throws UsageError.
 std::variant<Options, std::string> ParseCommandLine(std::vector<std::string> arguments);

@@ -4,11 +4,12 @@
 #include <iostream>
 #include <thread>
 
+#include "attached_cameras.h"
 #include "camera_table.h"
 #include "commands.h"
 #include "interrupt.h"
+#include "opening_explained.h"
 #include "report.h"
-#include "utf8.h"
 
 namespace Kelcam {
 namespace {
@@ -17,26 +18,19 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds kPauseBetweenLists{250};
 
-std::vector<std::string> Identifiers(const Module& module, const MessageLog& log) {
-  // A module that cannot start its camera system leaves the list as it was, and this is the only sign of it.
-  const WString untouched = L"the module has not been asked";
-  DList<WString> identifiers;
-  identifiers.Append(untouched);
-  module.ListIdentifiers(identifiers);
-  if (identifiers.Count() == 1 && identifiers.Head()->value == untouched) {
-    throw Failure(log.WithLastNotices("the camera system cannot be started"));
-  }
-  std::vector<std::string> texts;
-  for (const WString& identifier : identifiers) texts.push_back(Utf8(identifier));
-  return texts;
-}
-
 // Those of the last list before the time is over.
-std::vector<std::string> WaitForIdentifiers(const Options& options, const Module& module, const MessageLog& log) {
+std::vector<std::string> WaitForCameras(const Options& options, const Module& module, const MessageLog& log) {
+  CallWatch watch(log);
   const Clock::time_point start = Clock::now();
   for (;;) {
-    std::vector<std::string> identifiers = Identifiers(module, log);
-    if (!identifiers.empty() || !options.wait || Clock::now() - start >= *options.wait) return identifiers;
+    const std::uint64_t first_message = log.Count();
+    const std::optional<std::vector<std::string>> cameras = AttachedCameras(module, watch);
+    if (!cameras) {
+      const OpeningEvidence evidence{LinesOf(log.MessagesSince(first_message)), {}, {}};
+      throw Failure(OpeningFault("the camera system cannot be started", evidence, log));
+    }
+    if (!cameras->empty() || !options.wait || Clock::now() - start >= *options.wait) return *cameras;
+    const NothingToClose waiting;
     std::this_thread::sleep_for(kPauseBetweenLists);
   }
 }
@@ -44,15 +38,14 @@ std::vector<std::string> WaitForIdentifiers(const Options& options, const Module
 }  // namespace
 
 ExitCode RunList(const Options& options, const Module& module, const MessageLog& log) {
-  std::vector<std::string> identifiers;
-  std::vector<CameraRow> rows;
-  {
-    const NothingToClose listing;
-    identifiers = WaitForIdentifiers(options, module, log);
-    if (options.long_list) rows = CameraTable(module);
-  }
+  const std::vector<std::string> identifiers = WaitForCameras(options, module, log);
   if (options.wait && identifiers.empty()) {
     throw Failure("no camera was found within " + Fixed(options.wait->count(), 1) + " s");
+  }
+  std::vector<CameraRow> rows;
+  if (options.long_list) {
+    const NothingToClose listing;
+    rows = CameraTable(module);
   }
   if (options.json) {
     Json document = {{"cameras", identifiers}};

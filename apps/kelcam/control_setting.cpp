@@ -14,6 +14,41 @@
 namespace Kelcam {
 namespace {
 
+// Units that stand for another of the control's, and what to write for a fraction without a unit.
+struct UnitRow {
+  const char* control;
+  const char* unit;
+  const char* stands_for;  // empty: the integer unit
+  double factor;
+};
+constexpr UnitRow kUnits[] = {{kExposure, "s", "ms", 1000.0}, {kGain, "dB", "", 1.0}};
+
+struct StepRow {
+  const char* control;
+  const char* unit;        // the real one, behind the number
+  double integers_a_unit;  // 0: the number does not tell the integer
+  const char* step;
+};
+constexpr StepRow kSteps[] = {{kExposure, "ms", 10.0, "0.1 ms"},
+                              {kGain, "x", 0.0, "1 dB"},
+                              {kWhiteBalanceRed, "", 100.0, "0.01"},
+                              {kWhiteBalanceBlue, "", 100.0, "0.01"}};
+
+// "write 12.5ms, or 125 (steps of 0.1 ms)"
+std::string WhatToWriteFor(const ControlSetting& setting) {
+  const auto& row = *std::find_if(std::begin(kSteps), std::end(kSteps),
+                                  [&](const StepRow& candidate) { return setting.control == candidate.control; });
+  const bool has_unit = *row.unit != '\0';
+  std::string advice = "write ";
+  if (has_unit) advice += setting.text + row.unit;
+  if (row.integers_a_unit > 0.0) {
+    const double integers = std::clamp(std::round(setting.number * row.integers_a_unit), -1e9, 1e9);
+    if (has_unit) advice += ", or ";
+    advice += std::to_string(static_cast<int>(integers));
+  }
+  return advice + " (steps of " + row.step + ")";
+}
+
 std::string KnownControls() {
   std::string names;
   for (const char* name : kSettableControls) names += (names.empty() ? "" : ", ") + std::string(name);
@@ -36,8 +71,17 @@ ControlSetting ParseControlSetting(const std::string& text) {
     throw UsageError("--set " + text + ": \"" + setting.text + "\" does not begin with a number");
   }
   setting.unit.assign(rest, end);
+  for (const UnitRow& row : kUnits) {
+    if (setting.control != row.control || setting.unit != row.unit) continue;
+    setting.number *= row.factor;
+    setting.unit = std::string(row.stands_for);
+    if (setting.unit.empty() && setting.number != std::trunc(setting.number)) {
+      throw UsageError("--set " + text + ": only whole " + row.unit);
+    }
+    break;
+  }
   if (setting.unit.empty() && setting.number != std::trunc(setting.number)) {
-    throw UsageError("--set " + text + ": a number without a unit must be whole");
+    throw UsageError("--set " + text + ": a number without a unit must be whole; " + WhatToWriteFor(setting));
   }
   return setting;
 }

@@ -16,7 +16,8 @@ inline constexpr const char* kWhiteBalanceRed = "wbred";
 inline constexpr const char* kWhiteBalanceBlue = "wbblue";
 inline constexpr std::array kSettableControls = {kGain, kExposure, kWhiteBalanceRed, kWhiteBalanceBlue};
 
-// "gain=12" is in the control's integer unit; "gain=4x" names the control's real unit.
+// "gain=12" and "gain=12dB" are in the control's integer unit; "gain=4x" names the control's real unit, and
+// "exposure=2s" one that stands for it.
 struct ControlSetting {
   std::string control;  // one of kSettableControls
   std::string text;     // the value as it was written

@@ -9,6 +9,15 @@
 
 namespace Kelcam {
 
+std::string Reason::Text() const {
+  std::string text;
+  for (const std::string& message : messages) text += "  " + message + "\n";
+  if (!why.empty()) text += "why: " + why + "\n";
+  if (!to_do.empty()) text += "to do: " + to_do + "\n";
+  if (has_more) text += std::string(kMoreMessages) + "\n";
+  return text;
+}
+
 std::string Fault::Sentence() const {
   return (code == kNoCode ? std::string("error") : "error " + std::to_string(code)) + ": " + text;
 }

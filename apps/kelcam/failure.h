@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "berror.h"
 
@@ -19,12 +20,27 @@ class UsageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// Where the driver's messages can be found.
+inline constexpr const char* kMoreMessages = "(-v prints every message, --log FILE writes them to a file)";
+
+// Why something went wrong, as far as it is known. Sentences in UTF-8, without full stops.
+struct Reason {
+  std::vector<std::string> messages;  // those of the driver's lines that say what failed
+  std::string why;
+  std::string to_do;      // the next step for the user
+  bool has_more = false;  // the driver's other messages may help, too
+
+  // The lines under an error: "  MESSAGE" for each, "why: ..." and "to do: ...". Empty where nothing is known.
+  std::string Text() const;
+};
+
 // What went wrong with a camera or a file.
 struct Fault {
   static constexpr int kNoCode = 0;
 
   int code = kNoCode;  // the host's error code; none: the program's own finding
   std::string text;    // a sentence in UTF-8, without a full stop
+  Reason reason{};
 
   // "error 12106: no image arrived in time", or without a code "error: ..."
   std::string Sentence() const;

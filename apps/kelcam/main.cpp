@@ -114,7 +114,7 @@ int Run(int argc, char** argv) {
     return kWrongUsage;
   } catch (...) {
     const Fault fault = FaultOfCurrentException();
-    std::cerr << fault.Sentence() << "\n";
+    std::cerr << fault.Sentence() << "\n" << fault.reason.Text();
     if (json) PrintDocument({{"error", ToJson(fault)}});
     if (Interrupted()) return InterruptedExitCode();
     return kFailed;

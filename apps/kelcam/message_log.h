@@ -2,6 +2,8 @@
 // Receives what the driver reports to its host, writes it down and remembers the last of it.
 #pragma once
 
+#include <chrono>
+#include <cstdint>
 #include <deque>
 #include <fstream>
 #include <ostream>
@@ -9,6 +11,7 @@
 #include <vector>
 
 #include "bmutex.h"
+#include "driver_messages.h"
 #include "imagingdevice.h"
 
 namespace Kelcam {
@@ -29,6 +32,15 @@ class MessageLog : public ImagingDevice::BSink {
   // were none the lines of its last message.
   std::string WithLastNotices(std::string sentence) const;
 
+  // How many messages there have been. What comes later can be asked for with this number. [any thread]
+  std::uint64_t Count() const;
+  // The messages after the first `count`, the newest kMessagesKept of them at most. [any thread]
+  std::vector<DriverMessage> MessagesSince(std::uint64_t count) const;
+  // The same, when one of them contains the text or the time has passed: a frame's message comes on another thread and
+  // may be later than what the frame causes.
+  std::vector<DriverMessage> AwaitMessage(std::uint64_t count, const std::string& text,
+                                          std::chrono::milliseconds timeout) const;
+
   // Throws Failure when the file did not take everything.
   void CheckWritten() const;
 
@@ -36,6 +48,8 @@ class MessageLog : public ImagingDevice::BSink {
   std::ostream* Open() KEL_REQUIRES(m_mutex);
   void Write(const std::string& heading, const std::string& text) KEL_REQUIRES(m_mutex);
   void Remember(const std::string& message) KEL_REQUIRES(m_mutex);
+  void Keep(const std::string& message) KEL_REQUIRES(m_mutex);
+  std::vector<DriverMessage> Since(std::uint64_t count) const KEL_REQUIRES(m_mutex);
   std::vector<std::string> LastNotices() const;
 
   const std::string m_file_name;
@@ -47,6 +61,9 @@ class MessageLog : public ImagingDevice::BSink {
   std::ostream* m_out KEL_GUARDED_BY(m_mutex) = nullptr;  // the file or a standard stream; null: none
   std::deque<std::string> m_notices KEL_GUARDED_BY(m_mutex);
   std::string m_last_message KEL_GUARDED_BY(m_mutex);
+  mutable BCondition m_arrived;
+  std::deque<DriverMessage> m_messages KEL_GUARDED_BY(m_mutex);
+  std::uint64_t m_count KEL_GUARDED_BY(m_mutex) = 0;  // also of those that are no longer kept
 };
 
 }  // namespace Kelcam

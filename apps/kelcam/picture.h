@@ -1,36 +1,22 @@
 // picture.h
-// Pictures as files: PNG, and the plain binary PGM and PPM.
+// Pictures as the bytes of their files.
 #pragma once
 
-#include <filesystem>
-#include <string>
+#include <cstdint>
+#include <vector>
 
 #include "bbaseaoi.h"
+#include "file_pattern.h"
+#include "picture_details.h"
+#include "pixels.h"
 
 namespace Kelcam {
 
-enum class PictureFormat { kPng, kPgm, kPpm };
+// The area's image, which the area keeps. Throws Failure when there is none.
+Pixels PixelsOf(BBaseAoi& area);
 
-// A pattern of file names: "%d", wherever it stands, is replaced by the picture's number. Nothing else in it is
-// special.
-class FilePattern {
- public:
-  // Throws UsageError when the ending stands for no format, or when several pictures would get one name.
-  FilePattern(const std::string& pattern, int pictures);
-
-  PictureFormat Format() const { return m_format; }
-  std::filesystem::path File(int number) const;
-
- private:
-  std::string m_pattern;
-  PictureFormat m_format;
-};
-
-// Throws Failure when the folder in which a picture is to lie does not exist.
-void CheckFolder(const std::filesystem::path& file);
-
-// Writes the area's image. A picture that cannot be written whole leaves what was there before and throws Failure.
-// A monochrome image becomes a grey PPM; a colour image cannot become a PGM.
-void WritePicture(BBaseAoi& area, PictureFormat format, const std::filesystem::path& file);
+// A grey image becomes a grey PPM; a colour image cannot become a PGM (Failure). A PGM of a mosaic names the order of
+// its colours in a comment; a PNG and a TIFF file hold all details.
+std::vector<std::uint8_t> Encode(const Pixels& pixels, PictureFormat format, const PictureDetails& details);
 
 }  // namespace Kelcam

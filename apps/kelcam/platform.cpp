@@ -4,20 +4,20 @@
 
 #include <atomic>
 #include <csignal>
+#include <tuple>
 
 #include "utf8.h"
 
 #ifdef _WIN32
 #include <windows.h>
 
+#include <fcntl.h>
 #include <io.h>
 #include <shellapi.h>
 #else
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <unistd.h>
-
-#include <tuple>
 #endif
 
 namespace Kelcam {
@@ -92,6 +92,15 @@ std::filesystem::path FileOf(HMODULE handle) {
 std::filesystem::path ProgramFolder() { return FileOf(nullptr).parent_path(); }
 
 bool StandardErrorIsTerminal() { return _isatty(_fileno(stderr)) != 0; }
+bool StandardOutputIsTerminal() { return _isatty(_fileno(stdout)) != 0; }
+
+void MakeStandardOutputBinary() { std::ignore = _setmode(_fileno(stdout), _O_BINARY); }
+
+std::tm CalendarTime(std::time_t time) {
+  std::tm parts{};
+  std::ignore = localtime_s(&parts, &time);
+  return parts;
+}
 
 Utf8Console::Utf8Console() : m_before(GetConsoleOutputCP()) { SetConsoleOutputCP(CP_UTF8); }
 Utf8Console::~Utf8Console() { SetConsoleOutputCP(m_before); }
@@ -189,6 +198,15 @@ std::vector<std::string> Utf8Arguments(int argc, char** argv) { return {argv + 1
 std::filesystem::path ProgramFolder() { return std::filesystem::read_symlink("/proc/self/exe").parent_path(); }
 
 bool StandardErrorIsTerminal() { return isatty(STDERR_FILENO) == 1; }
+bool StandardOutputIsTerminal() { return isatty(STDOUT_FILENO) == 1; }
+
+void MakeStandardOutputBinary() {}
+
+std::tm CalendarTime(std::time_t time) {
+  std::tm parts{};
+  std::ignore = localtime_r(&time, &parts);
+  return parts;
+}
 
 Utf8Console::Utf8Console() : m_before(0) {}
 Utf8Console::~Utf8Console() = default;

@@ -2,6 +2,7 @@
 // The few things that differ between operating systems.
 #pragma once
 
+#include <ctime>
 #include <filesystem>
 #include <string>
 #include <utility>
@@ -32,6 +33,13 @@ std::vector<std::string> Utf8Arguments(int argc, char** argv);
 std::filesystem::path ProgramFolder();
 
 bool StandardErrorIsTerminal();
+bool StandardOutputIsTerminal();
+
+// From now on standard output passes on bytes as they are. Nothing may have been written to it.
+void MakeStandardOutputBinary();
+
+// The calendar's date and the time of day, here.
+std::tm CalendarTime(std::time_t time);
 
 // Makes the console take UTF-8 for as long as the object lives.
 class Utf8Console {

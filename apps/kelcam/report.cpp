@@ -2,6 +2,7 @@
 // What the commands' reports have in common.
 #include "report.h"
 
+#include <atomic>
 #include <iomanip>
 #include <iostream>
 #include <sstream>
@@ -9,6 +10,19 @@
 #include "platform.h"
 
 namespace Kelcam {
+namespace {
+
+std::atomic<bool> is_line_on_screen = false;
+
+}  // namespace
+
+Json ToJson(const Fault& fault) {
+  Json document = {{"code", fault.code}, {"text", fault.text}};
+  if (!fault.reason.messages.empty()) document["messages"] = fault.reason.messages;
+  if (!fault.reason.why.empty()) document["why"] = fault.reason.why;
+  if (!fault.reason.to_do.empty()) document["toDo"] = fault.reason.to_do;
+  return document;
+}
 
 void PrintDocument(const Json& document) {
   // A camera's texts may hold bytes that are no UTF-8; the document stays valid.
@@ -34,11 +48,15 @@ void ProgressLine::Show(const std::string& text) {
   Wipe();
   std::cerr << text << std::flush;
   m_width = text.size();
+  is_line_on_screen = m_width > 0;
 }
 
 void ProgressLine::Wipe() {
   if (m_width) std::cerr << "\r" << std::string(m_width, ' ') << "\r" << std::flush;
   m_width = 0;
+  is_line_on_screen = false;
 }
+
+bool ProgressLine::IsOnScreen() { return is_line_on_screen; }
 
 }  // namespace Kelcam

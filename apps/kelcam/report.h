@@ -12,7 +12,8 @@ namespace Kelcam {
 
 using Json = nlohmann::ordered_json;  // members stand as they were written
 
-inline Json ToJson(const Fault& fault) { return {{"code", fault.code}, {"text", fault.text}}; }
+// With "messages", "why" and "toDo" where the reason is known.
+Json ToJson(const Fault& fault);
 
 // The one document of --json, on standard output.
 void PrintDocument(const Json& document);
@@ -34,6 +35,9 @@ class ProgressLine {
   bool IsShown() const { return m_shown; }
   void Show(const std::string& text);
   void Wipe();
+
+  // Whether one of the program's lines is on the terminal and open. [any thread]
+  static bool IsOnScreen();
 
  private:
   bool m_shown;

@@ -15,7 +15,8 @@ class BBaseAoi;
 
 // One open camera. The operations are in the host's table order (1 to 36): hosts and drivers call them by place, so
 // none may be added, moved or taken away. Controls and trigger that the device gives out are its own and live as long
-// as it does. A device is driven from one thread at a time. [host thread, all operations]
+// as it does. Where memory runs out an operation may throw std::bad_alloc; the device can then be used on and released.
+// A device is driven from one thread at a time. [host thread, all operations]
 class KEL_IMAGINGDEVICE_API BImagingDevice {
  public:
   BImagingDevice() = default;

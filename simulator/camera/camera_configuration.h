@@ -74,6 +74,8 @@ struct CameraConfiguration {
   Timing timing = Timing::kReal;
   // How long a line is read out.
   Microseconds line_time{20.0};
+  // A signal on the input lines: the edge that triggers comes so often; zero: there is none.
+  Milliseconds line_period{0.0};
   std::int64_t ticks_per_second = 1'000'000'000;
   // How long GVSPAdjustPacketSize runs, and the size that it finds.
   Milliseconds packet_size_adjustment{50.0};

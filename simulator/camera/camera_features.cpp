@@ -88,7 +88,11 @@ TriggerSettings CameraFeatures::Trigger() const {
   }
   trigger.edge = RowOf(kEdges, m_map.Entry(kTriggerActivation)).edge;
   trigger.delay = ClockDuration(Microseconds(m_map.Float(kTriggerDelayAbs)));
-  trigger.period = ClockDuration(Seconds(1.0 / m_map.Float(kAcquisitionFrameRateAbs)));
+  if (trigger.start == FrameStart::kFixedRate) {
+    trigger.period = ClockDuration(Seconds(1.0 / m_map.Float(kAcquisitionFrameRateAbs)));
+  } else if (trigger.start == FrameStart::kLine) {
+    trigger.period = ClockDuration(m_configuration.line_period);
+  }
   return trigger;
 }
 

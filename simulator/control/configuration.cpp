@@ -125,6 +125,7 @@ void ReadBehaviour(JsonMembers& members, CameraConfiguration& camera) {
   members.Texts("missing", camera.missing);
   ReadTiming(members, camera.timing);
   members.Time("lineTime_us", camera.line_time, std::chrono::seconds(1));
+  members.Time("linePeriod_ms", camera.line_period, std::chrono::seconds(1000));
   members.Integer("tickFrequency", camera.ticks_per_second, 1, 1'000'000'000);
   members.Object("packetSize", [&](JsonMembers& packet) {
     packet.Integer("negotiated", camera.negotiated_packet_bytes, 1, kMaxPacketBytes);

@@ -103,7 +103,7 @@ bool Acquisition::LevelHolds() const {
 // Whether something asks for a frame, now or later.
 bool Acquisition::Wanted() const {
   if (!m_running) return false;
-  if (m_settings.trigger.start == FrameStart::kFixedRate || !m_triggers.empty()) return true;
+  if (m_settings.trigger.IsPeriodic() || !m_triggers.empty()) return true;
   if (m_settings.trigger.start != FrameStart::kFreerun && !LevelHolds()) return false;
   // Without exposure and stream time a free run would spin, so that it waits for queued frames.
   return !m_settings.instant || m_frames.HasQueued();
@@ -112,8 +112,7 @@ bool Acquisition::Wanted() const {
 bool Acquisition::Idle() const {
   const BMutexLock lock(m_mutex);
   if (m_exposing) return false;
-  return !Wanted() || (m_settings.trigger.start == FrameStart::kFixedRate &&
-                       m_last_start + m_settings.trigger.period > Clock::now());
+  return !Wanted() || (m_settings.trigger.IsPeriodic() && m_last_start + m_settings.trigger.period > Clock::now());
 }
 
 void Acquisition::Run() {
@@ -136,9 +135,7 @@ bool Acquisition::NextStart(BMutexLock& lock, Clock::time_point& start) {
   }
   start = std::max(m_armed, m_ready);
   if (!m_triggers.empty()) start = std::max(start, m_triggers.front() + m_settings.trigger.delay);
-  if (m_settings.trigger.start == FrameStart::kFixedRate) {
-    start = std::max(start, m_last_start + m_settings.trigger.period);
-  }
+  if (m_settings.trigger.IsPeriodic()) start = std::max(start, m_last_start + m_settings.trigger.period);
   if (start > Clock::now()) {
     m_changed.WaitUntil(lock, start);
     return false;

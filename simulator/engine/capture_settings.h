@@ -22,7 +22,10 @@ struct TriggerSettings {
   int line = 0;
   Edge edge = Edge::kRising;
   Clock::duration delay{};
+  // Between the exposures that the source starts by itself; zero: it starts none.
   Clock::duration period{};
+
+  bool IsPeriodic() const { return period > Clock::duration::zero(); }
 
   bool SameSource(const TriggerSettings& other) const {
     return start == other.start && line == other.line && edge == other.edge;

@@ -21,8 +21,8 @@ TEST_F(CommandLine, HelpNamesCommandsExamplesAndExitCodes) {
   const ProcessResult help = Kelcam({"--help"});
 
   for (const char* part : {"list ", "info ", "snap ", "live ", "--module FILE", "--log FILE", "--json", "--version",
-                           "kelcam snap --profile", "Init.Method = Serial", "0 done", "1 the camera", "2 wrong usage",
-                           "130 stopped by Ctrl-C"}) {
+                           "-q,--quiet", "kelcam snap --profile", "Init.Method = Serial", "0 done", "1 the camera",
+                           "2 wrong usage", "130 stopped by Ctrl-C"}) {
     EXPECT_THAT(help.out, HasSubstr(part));
   }
   EXPECT_EQ(help.err, "");
@@ -32,9 +32,10 @@ TEST_F(CommandLine, HelpNamesCommandsExamplesAndExitCodes) {
 TEST_F(CommandLine, HelpOfSnapNamesEveryOption) {
   const ProcessResult help = Kelcam({"snap", "--help"});
 
-  for (const char* option :
-       {"--profile FILE", "-n N", "--timeout MS", "--kind mono|rgb", "--color on|off", "--area TEXT",
-        "--mode single|continuous", "--set CONTROL=VALUE", "--trigger software|line|free", "-o PATTERN"}) {
+  for (const char* option : {"--profile FILE", "-n N", "--timeout MS", "--kind mono|rgb", "--color on|off",
+                             "--area TEXT", "--mode single|continuous", "--set CONTROL=VALUE",
+                             "--trigger software|line|free", "-o PATTERN", "--format png|pgm|ppm|tif", "--raw",
+                             "--no-clobber", "--interval S", "--retry N", "--keep-going", "--fail-fast"}) {
     EXPECT_THAT(help.out, HasSubstr(option));
   }
   EXPECT_EQ(help.exit_code, kDone);
@@ -65,7 +66,7 @@ TEST_F(CommandLine, ACameraIsNamedOnce) {
 TEST_F(CommandLine, ValuesOutsideAChoiceAreNamed) {
   const std::pair<const char*, const char*> wrong[] = {
       {"--kind", "grey"}, {"--color", "maybe"}, {"--mode", "double"}, {"--trigger", "hand"},
-      {"-n", "0"},        {"-n", "many"},       {"--timeout", "-1"}};
+      {"-n", "0"},        {"-n", "many"},       {"--timeout", "-1"},  {"--retries", "0"}};
   for (const auto& [option, value] : wrong) {
     const ProcessResult result = Snap({"-o", In("x.png"), option, value});
 
@@ -94,7 +95,8 @@ TEST_F(CommandLine, SettingsThatAreNoneAreNamed) {
             "kelcam: --set hue=1: unknown control \"hue\", not one of gain, exposure, wbred, wbblue" + end);
   EXPECT_EQ(reason("gain=loud"), "kelcam: --set gain=loud: \"loud\" does not begin with a number" + end);
   EXPECT_EQ(reason("gain="), "kelcam: --set gain=: \"\" does not begin with a number" + end);
-  EXPECT_EQ(reason("gain=1.5"), "kelcam: --set gain=1.5: a number without a unit must be whole" + end);
+  EXPECT_EQ(reason("gain=1.5"),
+            "kelcam: --set gain=1.5: a number without a unit must be whole; write 1.5x (steps of 1 dB)" + end);
   EXPECT_EQ(reason("gain=inf"), "kelcam: --set gain=inf: \"inf\" does not begin with a number" + end);
 }
 
@@ -104,13 +106,42 @@ TEST_F(CommandLine, SeveralImagesNeedANumberInTheirName) {
 }
 
 TEST_F(CommandLine, AnEndingThatIsNoPictureFormatIsNamed) {
-  ExpectUsageError(With("snap", {"-o", "x.jpg"}), "-o x.jpg: not a .png, .pgm or .ppm file");
-  ExpectUsageError(With("snap", {"-o", "png"}), "-o png: not a .png, .pgm or .ppm file");
+  ExpectUsageError(With("snap", {"-o", "x.jpg"}), "-o x.jpg: not a .png, .pgm, .ppm or .tif file");
+  ExpectUsageError(With("snap", {"-o", "png"}), "-o png: not a .png, .pgm, .ppm or .tif file");
 }
 
 TEST_F(CommandLine, AColourPictureInAGreyFormatIsRefused) {
   ExpectUsageError(With("snap", {"-o", "x.pgm", "--kind", "rgb"}),
                    "-o x.pgm: a .pgm file cannot hold the colour picture that --kind rgb asks for");
+}
+
+TEST_F(CommandLine, RawIsRefusedTogetherWithAConversion) {
+  ExpectUsageError(With("snap", {"-o", "x.pgm", "--raw", "--kind", "mono"}),
+                   "--raw and --kind: a raw picture is as the camera's frame is");
+  ExpectUsageError(With("snap", {"-o", "x.pgm", "--raw", "--area", "[p]"}),
+                   "--raw and --area: a raw picture is not converted");
+  ExpectUsageError(With("snap", {"-o", "x.ppm", "--raw"}), "--raw: a .ppm file is for colours, a raw picture is grey");
+}
+
+TEST_F(CommandLine, AnIntervalIsRefusedWhereTheCameraSetsTheTime) {
+  const std::string reason = "--interval: a continuous run needs --trigger software for it";
+  ExpectUsageError(With("snap", {"-o", "x.pgm", "--interval", "1", "--mode", "continuous"}), reason);
+  ExpectUsageError(With("snap", {"-o", "x.pgm", "--interval", "1", "--mode", "continuous", "--trigger", "line"}),
+                   reason);
+}
+
+TEST_F(CommandLine, IntervalsThatAreNoneAreNamed) {
+  for (const std::string seconds : {"0", "-3", "nan", "1s"}) {
+    ExpectUsageError(With("snap", {"-o", "x.pgm", "--interval", seconds}),
+                     "--interval: " + seconds + " is not a positive number");
+  }
+  EXPECT_EQ(Snap({"-o", "x.pgm", "--interval", "1e300"}).exit_code, kWrongUsage);
+}
+
+TEST_F(CommandLine, OptionsThatContradictEachOtherAreRefused) {
+  ExpectUsageError(With("snap", {"-o", "x.pgm", "--keep-going", "--fail-fast"}),
+                   "--keep-going and --fail-fast: a failure ends the run or it does not");
+  ExpectUsageError(With("live", {"-q", "-v"}), "-q and -v: messages of the driver are printed or they are not");
 }
 
 TEST_F(CommandLine, GlobalOptionsMayFollowTheCommand) {

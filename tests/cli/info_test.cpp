@@ -16,14 +16,14 @@ TEST_F(Info, PrintsWhatTheDeviceReports) {
             "type                  Scripted\n"
             "size                  5 x 3, turned by a quarter\n"
             "colour                yes\n"
-            "gain                  20 (0 to 30) = 10.0x (1.0 to 31.6x)\n"
-            "exposure              100 (1 to 20000) = 10.0ms (0.1 to 2000.0ms)\n"
-            "sensor temperature    300 = 30.0\n"
+            "gain                  20 dB = 10.0x (0 to 30 dB = 1.0x to 31.6x)\n"
+            "exposure              100 = 10.0 ms (1 to 20000 = 0.1 to 2000.0 ms, steps of 0.1 ms)\n"
+            "sensor temperature    30.0 °C\n"
             "white balance         red 120, blue 130 (80 to 400)\n"
             "trigger               software\n"
             "stream rate           45000000 bytes/s\n"
             "frame rate            30.50 images/s\n"
-            "max shutter for fast  20000 = 2000.0ms\n");
+            "max shutter for fast  20000 = 2000.0 ms\n");
   EXPECT_EQ(result.exit_code, kDone);
 }
 
@@ -37,8 +37,8 @@ TEST_F(Info, PrintsWhatACameraDoesNotHave) {
             "type                  Scripted\n"
             "size                  5 x 3\n"
             "colour                no\n"
-            "gain                  20 (0 to 30) = 10.0x (1.0 to 31.6x)\n"
-            "sensor temperature    300 = 30.0\n"
+            "gain                  20 dB = 10.0x (0 to 30 dB = 1.0x to 31.6x)\n"
+            "sensor temperature    30.0 °C\n"
             "white balance         none\n"
             "trigger               none\n"
             "stream rate           45000000 bytes/s\n"

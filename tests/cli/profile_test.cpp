@@ -37,16 +37,16 @@ TEST_F(Profiles, AProfileErrorIsADocumentToo) {
   EXPECT_EQ(Document(With("info"))["error"]["code"], BError::eProfileNotReadable);
 }
 
-TEST_F(Profiles, ACameraThatDoesNotOpenIsAnErrorWithTheLastNotices) {
+TEST_F(Profiles, ACameraThatDoesNotOpenIsAnErrorWithItsReason) {
   Script("open=null");
 
   const ProcessResult result = Kelcam(With("info"));
 
   EXPECT_EQ(result.err, "error: the camera of the profile " + m_profile +
-                            " cannot be opened; the driver's last messages were:\n"
-                            "  Initialize camera \u00fc\n"
-                            "  Camera 1: does not answer\n"
+                            " cannot be opened\n"
                             "  ChipRect failed\n"
+                            "why: the camera refuses the area of interest\n"
+                            "to do: remove AOIX, AOIY, AOIWIDTH and AOIHEIGHT, or set them to the camera's steps\n"
                             "(-v prints every message, --log FILE writes them to a file)\n");
   EXPECT_EQ(result.exit_code, kFailed);
 }
@@ -57,7 +57,8 @@ TEST_F(Profiles, AnErrorThrownWhileOpeningIsPrinted) {
   const ProcessResult result = Kelcam(With("info"));
 
   EXPECT_EQ(result.err,
-            "error 8420: the profile camera asks for a rotation that the driver does not have: RotateBy90Degree = 2\n");
+            "error 8420: the profile camera asks for a rotation that the driver does not have: RotateBy90Degree = 2\n"
+            "to do: set RotateBy90Degree = 1, -1 or 0, or remove the key\n");
   EXPECT_EQ(result.exit_code, kFailed);
 }
 

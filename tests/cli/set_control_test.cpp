@@ -27,6 +27,25 @@ TEST_F(SetControl, ANumberWithTheUnitIsTheRealUnit) {
   EXPECT_EQ(OperationOf("gain=10x"), "gain.SetValue(20)");
 }
 
+TEST_F(SetControl, SecondsAndDecibelsAreUnitsToo) {
+  EXPECT_EQ(OperationOf("exposure=1.5s"), "exposure.SetValue(15000)");
+  EXPECT_EQ(OperationOf("gain=6dB"), "gain.SetValue(6)");
+}
+
+TEST_F(SetControl, AFractionWithoutAUnitIsRefusedWithWhatToWrite) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"exposure=12.5", "a number without a unit must be whole; write 12.5ms, or 125 (steps of 0.1 ms)"},
+      {"gain=2.5", "a number without a unit must be whole; write 2.5x (steps of 1 dB)"},
+      {"wbred=1.5", "a number without a unit must be whole; write 150 (steps of 0.01)"},
+      {"gain=2.5dB", "only whole dB"}};
+  for (const auto& [setting, reason] : cases) {
+    const ProcessResult result = Snap({"-o", In("x.png"), "--set", setting});
+
+    EXPECT_EQ(result.err, std::string("kelcam: --set ") + setting + ": " + reason + "\n(see kelcam --help)\n");
+    EXPECT_EQ(result.exit_code, kWrongUsage);
+  }
+}
+
 TEST_F(SetControl, WhiteBalanceGoesThroughTheDevice) {
   Script("color=1");
 

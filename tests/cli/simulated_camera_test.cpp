@@ -80,7 +80,7 @@ TEST_F(SimulatedCameras, ALineThatDoesNotMoveTimesOut) {
   const ProcessResult result =
       Run("snap", Profile("mono"), {"--trigger", "line", "--timeout", "200", "-o", In("x.pgm")});
 
-  EXPECT_EQ(result.err, "error 12106: no image arrived in time\n0 of 1 image taken\n");
+  EXPECT_THAT(result.err, StartsWith("error 12106: no image arrived in time\n"));
   EXPECT_EQ(result.exit_code, kFailed);
   EXPECT_THAT(Text("log.txt"), HasSubstr(" : Trigger is on: 1\n"));
 }
@@ -114,10 +114,13 @@ TEST_F(SimulatedCameras, ACameraThatIsNotThereIsAnErrorWithItsReasons) {
   const ProcessResult result = Run("info", profile);
 
   EXPECT_EQ(result.err, "error: the camera of the profile " + profile +
-                            " cannot be opened; the driver's last messages were:\n"
-                            "  Initialize \n"
-                            "  InitMethod: IP ()\n"
-                            "  Camera (IP: 192.0.2.77): - InitByAddr failed\n"
+                            " cannot be opened\n"
+                            "  Camera (IP: 192.0.2.77): - InitByAddr failed (2 times)\n"
+                            "why: no camera could be opened at this address: there is none, or another program has it "
+                            "open; attached: Vimba_Manta-G-507B_50-0536953957, Vimba_Manta-G-507C_50-0536953958, "
+                            "Vimba_GC1290C_02-2186A-06584\n"
+                            "to do: check the address and that the computer is in its subnet; end the program that has "
+                            "the camera open\n"
                             "(-v prints every message, --log FILE writes them to a file)\n");
   EXPECT_EQ(result.exit_code, kFailed);
 }

@@ -1,13 +1,13 @@
 // simulated_fault_test.cpp
 // What kelcam reports and does when a simulated camera fails.
-#include <regex>
-
 #include "VimbaC.h"
 #include "simulated_kelcam_test.h"
 
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 using nlohmann::json;
 
@@ -24,7 +24,8 @@ TEST_F(SimulatedFaults, AFailingAcquisitionStartIsNotFollowedBySnap) {
 
   const ProcessResult result = Run("snap", Profile("mono"), {"-n", "2", "-o", In("%d.pgm")});
 
-  EXPECT_EQ(result.err, "error 12103: acquisition failed: AcquisitionStart failed (image 1)\n1 of 2 images taken\n");
+  EXPECT_THAT(result.err, StartsWith("error 12103: acquisition failed: AcquisitionStart failed (image 1)\n"));
+  EXPECT_THAT(result.err, EndsWith("\n1 of 2 images taken\n"));
   EXPECT_EQ(result.exit_code, kFailed);
   EXPECT_FALSE(std::filesystem::exists(PathOf("1.pgm")));
   EXPECT_TRUE(std::filesystem::exists(PathOf("2.pgm")));
@@ -35,7 +36,8 @@ TEST_F(SimulatedFaults, AFailingAcquisitionStopFailsItsImage) {
 
   const ProcessResult result = Run("snap", Profile("mono"), {"-o", In("x.pgm")});
 
-  EXPECT_EQ(result.err, "error 12103: acquisition failed: AcquisitionStop failed\n0 of 1 image taken\n");
+  EXPECT_THAT(result.err, StartsWith("error 12103: acquisition failed: AcquisitionStop failed\n"));
+  EXPECT_THAT(result.err, EndsWith("\n0 of 1 image taken\n"));
   EXPECT_EQ(result.exit_code, kFailed);
 }
 
@@ -44,7 +46,8 @@ TEST_F(SimulatedFaults, AnIncompleteFrameFailsItsImageOnly) {
 
   const ProcessResult result = Run("snap", Profile("mono"), {"-n", "3", "-o", In("%d.pgm")});
 
-  EXPECT_EQ(result.err, "error 12103: acquisition failed (image 2)\n2 of 3 images taken\n");
+  EXPECT_THAT(result.err, StartsWith("error 12103: acquisition failed (image 2)\n"));
+  EXPECT_THAT(result.err, EndsWith("\n2 of 3 images taken\n"));
   EXPECT_EQ(result.exit_code, kFailed);
 }
 
@@ -62,14 +65,12 @@ TEST_F(SimulatedFaults, ASystemThatDoesNotStartIsAnErrorWithItsReasons) {
 
   const ProcessResult result = Kelcam({"list"});
 
-  EXPECT_TRUE(std::regex_match(
-      result.err, std::regex("error: the camera system cannot be started; the driver's last messages were:\n"
-                             "  Vimba Initialization\n"
-                             "     1 : .* : Vimba Startup ok\n"
-                             "     2 : .* : GeVTLIsPresent = false\n"
-                             "     3 : .* : End\n"
-                             "\\(-v prints every message, --log FILE writes them to a file\\)\n")))
-      << result.err;
+  EXPECT_EQ(result.err,
+            "error: the camera system cannot be started\n"
+            "  GeVTLIsPresent = false\n"
+            "why: Vimba has no transport layer for GigE cameras\n"
+            "to do: install Vimba's GigE transport layer\n"
+            "(-v prints every message, --log FILE writes them to a file)\n");
   EXPECT_EQ(result.exit_code, kFailed);
 }
 
@@ -78,7 +79,8 @@ TEST_F(SimulatedFaults, TheCodeOfAFailedStartUpIsAmongTheReasons) {
 
   const ProcessResult result = Run("info", Profile("mono"));
 
-  EXPECT_THAT(result.err, HasSubstr(" : Vimba Startup fails : " + std::to_string(VmbErrorIncomplete) + "\n"));
+  EXPECT_THAT(result.err,
+              HasSubstr("  Vimba Startup fails : " + std::to_string(VmbErrorIncomplete) + " (incomplete)\n"));
   EXPECT_EQ(result.exit_code, kFailed);
 }
 

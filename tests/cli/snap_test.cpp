@@ -1,5 +1,7 @@
 // snap_test.cpp
 // The way of kelcam snap through the device's operations, and what becomes of their failures.
+#include <regex>
+
 #include "berror.h"
 #include "kelcam_test.h"
 
@@ -144,10 +146,11 @@ TEST_F(SnapCommand, AWrongKindThrownByTheDriverIsAnErrorOfTheImage) {
   EXPECT_EQ(result.exit_code, kFailed);
 }
 
-TEST_F(SnapCommand, PrintsALineForEachPicture) {
+TEST_F(SnapCommand, PrintsALineForEachPictureWithBothTimes) {
   const ProcessResult result = Snap({"-o", In("x.png")});
 
   EXPECT_THAT(result.out, StartsWith(In("x.png") + ": 5 x 3, mono, "));
+  EXPECT_TRUE(std::regex_search(result.out, std::regex(", [0-9]+ ms, written in [0-9]+ ms\n$"))) << result.out;
   EXPECT_EQ(result.err, "");
 }
 
@@ -156,8 +159,12 @@ TEST_F(SnapCommand, PrintsOneDocument) {
 
   nlohmann::json document = Document(With("snap", {"-n", "2", "-o", In("%d.png")}));
 
-  EXPECT_TRUE(document["images"][0]["milliseconds"].is_number());
-  document["images"][0].erase("milliseconds");
+  EXPECT_TRUE(document["images"][0]["time"].is_string());
+  document["images"][0].erase("time");
+  for (const char* duration : {"milliseconds", "writingMilliseconds"}) {
+    EXPECT_TRUE(document["images"][0][duration].is_number()) << duration;
+    document["images"][0].erase(duration);
+  }
   EXPECT_EQ(document,
             (nlohmann::json{
                 {"camera", "Vimba_Scripted_1"},

@@ -19,7 +19,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr std::uint32_t kDeadlineMs = 5000;
+constexpr std::uint32_t kDeadlineMs = 30'000;
 
 bool IsHandBack(const std::string& call) { return call.starts_with("VmbCaptureFrameQueue("); }
 

@@ -28,7 +28,7 @@ using testing::Truly;
 
 constexpr int kDevices = 4;
 constexpr int kCycles = 40;
-constexpr std::uint32_t kTimeoutMs = 5000;
+constexpr std::uint32_t kTimeoutMs = 30'000;
 
 #if defined(_WIN32)
 unsigned long ThisThread() { return GetCurrentThreadId(); }

@@ -52,6 +52,8 @@ const char* const kModuleFileName = "kelCameraVimba";
 std::vector<std::string> Utf8Arguments(int argc, char** argv) { return {argv + 1, argv + argc}; }
 std::filesystem::path ProgramFolder() { return "."; }
 bool StandardErrorIsTerminal() { return false; }
+bool StandardOutputIsTerminal() { return false; }
+std::tm CalendarTime(std::time_t /*time*/) { return {}; }
 void OpenStandardStreams() {}
 
 Utf8Console::Utf8Console() : m_before(0) {}

@@ -253,7 +253,7 @@ struct Process::State {
 
   ProcessResult Result(int exit_code) {
     const BMutexLock lock(mutex);
-    return {exit_code, TextOf(outputs[kOut]), TextOf(outputs[kErr])};
+    return {exit_code, TextOf(outputs[kOut]), TextOf(outputs[kErr]), outputs[kOut]};
   }
 };
 

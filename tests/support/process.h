@@ -13,7 +13,8 @@ struct ProcessResult {
   static constexpr int kHadToBeEnded = -1;
 
   int exit_code = kHadToBeEnded;
-  std::string out, err;
+  std::string out, err;   // as texts: a line ends in one character on every system
+  std::string out_bytes;  // out as it came
 };
 
 // A started program. Texts are UTF-8; its standard input is empty. The destructor ends it if it still runs.

@@ -132,7 +132,10 @@ void ScriptedDevice::StartSnap(bool one_shot) {
 BError ScriptedDevice::Snap(BBaseAoi* aoi, std::uint32_t timeout_ms) {
   Log("Snap(" + KindName(aoi->ImageKind()) + ", '" + ToBString(aoi->Text()).Str() + "', " + std::to_string(timeout_ms) +
       " ms)");
+  if (TheScript().Next("report", 0))
+    ImagingDevice::ShowInfo(L"Camera 1 : Snap\n   1 :       0.0 (  0.0) : Fire SW trigger\n", L"");
   const std::string outcome = TheScript().Next("snap", kSuccess);
+  if (outcome == "nomemory") return BError(BError::eAcquisitionFailed, L"out of memory");
   if (outcome == "wrongkind") throw NBoard::Exception::eWrongImageKind;
   if (outcome == "nopicture") return BError();
   if (outcome == "untouched") {

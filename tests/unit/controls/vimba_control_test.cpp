@@ -138,16 +138,16 @@ TEST(ControlValue, IsClampedToTheRange) {
   }
 }
 
-// With a pause each, these would take two seconds.
+// With a pause each, these would take 20 seconds.
 TEST(ControlValue, ThatTheCameraHasAlreadyIsNeitherWrittenNorFollowedByAPause) {
   OpenCameraHandle camera(WholeRanges());
   BVimbaControl gain(NBoard::eGain, camera.Handle());
   camera->ClearCalls();
   const BStopWatch watch;
 
-  for (int i = 0; i < 100; ++i) EXPECT_TRUE(gain.SetValue(5));
+  for (int i = 0; i < 1000; ++i) EXPECT_TRUE(gain.SetValue(5));
 
-  EXPECT_LT(watch.Period(), 1'000U);
+  EXPECT_LT(watch.Period(), 10'000U);
   EXPECT_EQ(camera->Calls(), Calls{});
 }
 

@@ -31,7 +31,9 @@ SimulatedCamera SlowCamera() {
 }
 
 struct Timing : testing::Test {
-  StartedCameras world{SlowCamera()};
+  explicit Timing(const SimulatedCamera& configuration = SlowCamera()) : world(configuration) {}
+
+  StartedCameras world;
   OpenedHandle camera;
   FrameRing ring{camera, 4};
 
@@ -102,6 +104,24 @@ TEST_F(Timing, FixedRateKeepsItsRate) {
   constexpr milliseconds kPeriod{40};
   TriggerBy(camera, "FixedRate");
   SetFloat(camera, "AcquisitionFrameRateAbs", 25.0);
+  ring.KeepQueued();
+  ring.Start();
+  TimeUntil(5);
+  RunCommand(camera, "AcquisitionStop");
+
+  const auto frames = ring.WaitFor(5);
+
+  EXPECT_GE(TimeOf(frames[4].timestamp) - TimeOf(frames[0].timestamp), 4 * kPeriod - kTick);
+}
+
+struct TimingOfASignalOnTheLines : Timing {
+  static constexpr milliseconds kPeriod{40};
+
+  TimingOfASignalOnTheLines() : Timing(SlowCamera().With("linePeriod_ms", kPeriod.count())) {}
+};
+
+TEST_F(TimingOfASignalOnTheLines, ItTriggersAtItsPeriod) {
+  TriggerBy(camera, "Line2");
   ring.KeepQueued();
   ring.Start();
   TimeUntil(5);

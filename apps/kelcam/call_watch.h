@@ -1,0 +1,57 @@
+// call_watch.h
+// Reports calls of the driver that do not return.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <thread>
+
+#include "bmutex.h"
+#include "call_awaited.h"
+#include "message_log.h"
+
+namespace Kelcam {
+
+// A thread that prints a notice on standard error when the call under way has neither returned nor reported anything
+// for 3 seconds, longer than it may wait, and again after 10, 30 and 60. Calls are made on one thread, one at a time.
+class CallWatch {
+ public:
+  explicit CallWatch(const MessageLog& log);
+  ~CallWatch();
+  CallWatch(const CallWatch&) = delete;
+  CallWatch& operator=(const CallWatch&) = delete;
+
+  // A call of the driver, from construction to destruction.
+  class Call {
+   public:
+    // may_wait: how long the call waits if nothing is wrong, for an image for instance.
+    Call(CallWatch& watch, Operation operation, std::chrono::milliseconds may_wait = {});
+    ~Call();
+    Call(const Call&) = delete;
+    Call& operator=(const Call&) = delete;
+
+   private:
+    CallWatch& m_watch;
+  };
+
+ private:
+  struct CallUnderWay {
+    AwaitedCall call;
+    std::uint64_t first_message;
+    std::chrono::steady_clock::time_point silent_since;
+    std::size_t notices;  // printed of this silence
+  };
+
+  void Run();
+  void Look(CallUnderWay& under_way) const;
+
+  const MessageLog& m_log;
+  BMutex m_mutex;
+  BCondition m_ended;
+  std::optional<CallUnderWay> m_call KEL_GUARDED_BY(m_mutex);
+  bool m_ends KEL_GUARDED_BY(m_mutex) = false;
+  std::thread m_thread;
+};
+
+}  // namespace Kelcam
