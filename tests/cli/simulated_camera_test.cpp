@@ -85,12 +85,12 @@ TEST_F(SimulatedCameras, ALineThatDoesNotMoveTimesOut) {
   EXPECT_THAT(Text("log.txt"), HasSubstr(" : Trigger is on: 1\n"));
 }
 
-TEST_F(SimulatedCameras, LiveCountsFramesForASecond) {
-  const nlohmann::json live = Document({"live", "--profile", Profile("mono"), "--seconds", "1"});
+TEST_F(SimulatedCameras, LiveCountsFramesForAsLongAsAsked) {
+  const nlohmann::json live = Document({"live", "--profile", Profile("mono"), "--seconds", "3"});
 
   EXPECT_GE(live["frames"], 2);
   EXPECT_EQ(live["failures"], 0) << live;
-  EXPECT_GE(live["seconds"], 1.0);
+  EXPECT_GE(live["seconds"], 3.0);
   EXPECT_GT(live["streamBytesPerSecond"], 0);
 }
 
