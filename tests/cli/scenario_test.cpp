@@ -96,7 +96,8 @@ TEST_F(Scenarios, AnUnpluggedCameraSendsThreePictures) {
 TEST_F(Scenarios, WithoutAClockEveryPictureTimesOut) {
   const ProcessResult result = SnapIn("no-clock", "mono", {"-o", In("x.pgm"), "--timeout", "1000"});
 
-  EXPECT_EQ(result.err, "error 12106: no image arrived in time\n0 of 1 image taken\n");
+  EXPECT_THAT(result.err, StartsWith("error 12106: no image arrived in time\n"));
+  EXPECT_THAT(result.err, HasSubstr("\nwhy: the camera's clock could not be read"));
 }
 
 }  // namespace

@@ -139,12 +139,12 @@ class Kelcam:
 def check_kelcam(document, text, kelcam):
     lines = [line for line in [*spans(text), *command_lines(text)] if re.match(r"(\S*/)?kelcam(\s|$)", line)]
     for line in lines:
-        words = re.sub(r"\"[^\"]*\"|'[^']*'", "TEXT", line).split()[1:]
+        words = re.sub(r"\"[^\"]*\"|'[^']*'", "TEXT", line).partition(" | ")[0].split()[1:]
         used = [word for word in words if word in kelcam.commands]
         for word in words:
             option = word.partition("=")[0]
             known = kelcam.options[used[0]] if used else set().union(kelcam.options_of(kelcam.top), *kelcam.options.values())
-            if option.startswith("-") and option not in known:
+            if option.startswith("-") and option != "-" and option not in known:  # "-" is a file
                 complain(document, f"{line}: kelcam has no {option}")
         plain = [word for word in words if re.fullmatch(r"[a-z]+", word)]
         if not used and plain and not any(word.startswith("-") for word in words):

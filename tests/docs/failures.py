@@ -67,6 +67,7 @@ def transcript(kelcam, case):
             capture_output=True, text=True, encoding="utf-8", timeout=120,
         )  # fmt: skip
     printed = re.sub(r"^wine: .*\n", "", run.stderr, flags=re.M)  # script/wine reports an exit code
+    printed = re.sub(r"^notice: the cameras are simulated .*\n", "", printed, flags=re.M)
     return f"$ {command}\n{printed}"
 
 

@@ -93,7 +93,7 @@ class Packages(unittest.TestCase):
                     self.assertGreater(min(width, height), LEAST_SIDE)
 
     def test_ScenariosComeWithTheirSchema(self):
-        for package in self.packages:
+        for package in packages():
             with self.subTest(package.name):
                 share = package.top / "share/kelCameraVimba"
                 names = [line.split()[0] for line in package.plain("--simulated=list").stdout.splitlines()]
