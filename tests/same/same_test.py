@@ -52,7 +52,8 @@ class Platform:
         cameras = [{"like": camera, "scene": {"picture": "scene.png"}} for camera in CAMERAS.values()]
         (self.folder / "cameras.json").write_text(json.dumps({"timing": "instant", "cameras": cameras}))
         self.list = self.run("list")
-        self.info = {name: self.run("info", "--profile", f"{name}.ini") for name in CAMERAS}
+        # But for the library, which is another file on each system.
+        self.info = {name: re.sub(r"(?m)^library .*\n", "", self.run("info", "--profile", f"{name}.ini")) for name in CAMERAS}
         for name in CAMERAS:
             self.run("--log", f"{name}.log", "snap", "-n", str(IMAGES), "--profile", f"{name}.ini", *SETTINGS,
                      "-o", f"{name}-%d.png")  # fmt: skip
@@ -68,6 +69,18 @@ class Platform:
 
     def bytes_of(self, name):
         return (self.folder / name).read_bytes()
+
+    def pixels_of(self, name):
+        """Size and rows of a PNG file. Its texts differ: they have the time."""
+        file = self.bytes_of(name)
+        head, data, at = b"", b"", 8
+        while at < len(file):
+            length, kind = struct.unpack_from(">I4s", file, at)
+            content = file[at + 8 : at + 8 + length]
+            head += content if kind == b"IHDR" else b""
+            data += content if kind == b"IDAT" else b""
+            at += 12 + length
+        return head, zlib.decompress(data)
 
     def messages(self, name):
         """The host messages without times and thread ids, those of the host's thread and those of the library's apart:
@@ -101,12 +114,12 @@ class Same(unittest.TestCase):
     def test_DevicesReportAlike(self):
         self.assertEqual(self.windows.info, self.linux.info)
 
-    def test_PicturesAreTheSameBytes(self):
+    def test_PicturesHaveTheSamePixels(self):
         for name in CAMERAS:
             for number in range(1, IMAGES + 1):
                 file = f"{name}-{number}.png"
                 with self.subTest(file):
-                    self.assertTrue(self.linux.bytes_of(file) == self.windows.bytes_of(file))
+                    self.assertTrue(self.linux.pixels_of(file) == self.windows.pixels_of(file))
 
     def test_ProfilesAreLeftAlike(self):
         for name in CAMERAS:
