@@ -53,7 +53,8 @@ class Platform:
         (self.folder / "cameras.json").write_text(json.dumps({"timing": "instant", "cameras": cameras}))
         self.list = self.run("list")
         # But for the library, which is another file on each system.
-        self.info = {name: re.sub(r"(?m)^library .*\n", "", self.run("info", "--profile", f"{name}.ini")) for name in CAMERAS}
+        info = {name: self.run("info", "--profile", f"{name}.ini") for name in CAMERAS}
+        self.info = {name: re.sub(r"(?m)^library .*\n", "", text) for name, text in info.items()}
         for name in CAMERAS:
             self.run("--log", f"{name}.log", "snap", "-n", str(IMAGES), "--profile", f"{name}.ini", *SETTINGS,
                      "-o", f"{name}-%d.png")  # fmt: skip
