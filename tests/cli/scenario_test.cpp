@@ -87,7 +87,7 @@ TEST_F(Scenarios, ACameraInUseIsNotOpenedAndTheOthersAre) {
 }
 
 TEST_F(Scenarios, AnUnpluggedCameraSendsThreePictures) {
-  const ProcessResult result = SnapIn("unplugged", "mono", {"-n", "4", "-o", In("%d.pgm"), "--timeout", "2000"});
+  const ProcessResult result = SnapIn("unplugged", "mono", {"-n", "4", "-o", In("%d.pgm"), "--timeout", "8000"});
 
   EXPECT_EQ(result.exit_code, kFailed);
   EXPECT_THAT(result.err, HasSubstr("3 of 4 images taken\n"));

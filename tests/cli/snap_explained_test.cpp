@@ -233,7 +233,7 @@ constexpr const char* kGone =
     "to do: check its power and cable, then start again\n";
 
 TEST_F(LostCamera, EndsASeriesOfSnapsAfterThreeFailures) {
-  const ProcessResult result = Run("snap", Profile("mono"), {"-n", "1000", "-o", In("%d.pgm"), "--timeout", "300"});
+  const ProcessResult result = Run("snap", Profile("mono"), {"-n", "1000", "-o", In("%d.pgm"), "--timeout", "5000"});
 
   EXPECT_EQ(result.err, std::string("error 12106: no image arrived in time (image 1)\n") + kGone +
                             "error 12103: acquisition failed: AcquisitionMode failed (image 2)\n"
@@ -246,7 +246,7 @@ TEST_F(LostCamera, EndsASeriesOfSnapsAfterThreeFailures) {
 TEST_F(LostCamera, EndsAContinuousRunAfterAsManyFailuresAsAskedFor) {
   const ProcessResult result =
       Run("snap", Profile("mono"),
-          {"-n", "1000", "-o", In("%d.pgm"), "--timeout", "300", "--mode", "continuous", "--retries", "1"});
+          {"-n", "1000", "-o", In("%d.pgm"), "--timeout", "5000", "--mode", "continuous", "--retries", "1"});
 
   EXPECT_EQ(result.err, std::string("error 12106: no image arrived in time (image 1)\n") + kGone +
                             "error: camera lost: it does not answer, and 1 image has failed\n"
@@ -255,7 +255,7 @@ TEST_F(LostCamera, EndsAContinuousRunAfterAsManyFailuresAsAskedFor) {
 }
 
 TEST_F(LostCamera, EndsALiveRunThatHasNoOtherEnd) {
-  const ProcessResult result = Run("live", Profile("mono"), {"--timeout", "300"});
+  const ProcessResult result = Run("live", Profile("mono"), {"--timeout", "3000"});
 
   EXPECT_THAT(result.err, HasSubstr(std::string("error 12106: no image arrived in time\n") + kGone +
                                     "error: camera lost: it does not answer, and 3 images in a row have failed\n"));
