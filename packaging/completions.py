@@ -86,7 +86,7 @@ def quoted(text):
 
 
 def described(text):
-    """A description inside of a specification, where colons and brackets have a meaning."""
+    """A description inside of an argument of _arguments, where colons and brackets have a meaning."""
     return re.sub(r"([\[\]:\\])", r"\\\1", text)
 
 

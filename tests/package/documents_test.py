@@ -141,7 +141,7 @@ class HelpPages(unittest.TestCase):
         for package in packages():
             with self.subTest(package.name):
                 file = package.top / "share/zsh/vendor-completions/_kelcam"
-                # Defines the functions; _arguments is given back what zsh makes of each specification.
+                # Defines the functions; _arguments is given back what zsh makes of each argument.
                 script = ('_arguments() { print -rl -- "$@" }; words=(kelcam snap); state=command; line=(snap); '
                           'source "$1"; _kelcam_snap')  # fmt: skip
                 specifications = run("zsh", "-f", "-c", script, "zsh", file).stdout
