@@ -2,6 +2,7 @@
 // kelcam: a camera driver module's host on the command line.
 #include <filesystem>
 #include <iostream>
+#include <optional>
 
 #include "commands.h"
 #include "interrupt.h"
@@ -51,6 +52,15 @@ int PrintVersion(const Options& options) {
   return kDone;
 }
 
+// Of live every document is one line.
+void PrintErrorDocument(const Fault& fault, Command command) {
+  if (command == Command::kLive) {
+    PrintLine({{"event", "error"}, {"error", ToJson(fault)}});
+  } else {
+    PrintDocument({{"error", ToJson(fault)}});
+  }
+}
+
 // Those that need neither module nor camera.
 int RunAlone(const Options& options) {
   const ExitCode result = options.command == Command::kScenarios ? PrintScenarios(options) : RunProfileCheck(options);
@@ -97,7 +107,7 @@ int RunCommand(const Options& options) {
 }
 
 int Run(int argc, char** argv) {
-  bool json = false;
+  std::optional<Command> command_with_json;
   try {
     const auto parsed = ParseCommandLine(Utf8Arguments(argc, argv));
     if (const auto* text = std::get_if<std::string>(&parsed)) {
@@ -106,7 +116,7 @@ int Run(int argc, char** argv) {
       return kDone;
     }
     const Options& options = std::get<Options>(parsed);
-    json = options.json;
+    if (options.json) command_with_json = options.command;
     if (options.command == Command::kVersion) return PrintVersion(options);
     return RunCommand(options);
   } catch (const UsageError& error) {
@@ -115,7 +125,7 @@ int Run(int argc, char** argv) {
   } catch (...) {
     const Fault fault = FaultOfCurrentException();
     std::cerr << fault.Sentence() << "\n" << fault.reason.Text();
-    if (json) PrintDocument({{"error", ToJson(fault)}});
+    if (command_with_json) PrintErrorDocument(fault, *command_with_json);
     if (Interrupted()) return InterruptedExitCode();
     return kFailed;
   }

@@ -53,6 +53,7 @@ std::vector<std::string> Utf8Arguments(int argc, char** argv) { return {argv + 1
 std::filesystem::path ProgramFolder() { return "."; }
 bool StandardErrorIsTerminal() { return false; }
 bool StandardOutputIsTerminal() { return false; }
+std::size_t TerminalWidth() { return 80; }
 std::tm CalendarTime(std::time_t /*time*/) { return {}; }
 void OpenStandardStreams() {}
 
@@ -84,7 +85,7 @@ ExitCode PrintScenarios(const Options& options) { return End(options); }
 ExitCode RunList(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) { return End(options); }
 ExitCode RunInfo(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) { return End(options); }
 ExitCode RunSnap(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) { return End(options); }
-ExitCode RunLive(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) { return End(options); }
+ExitCode RunLive(const Options& options, const Module& /*module*/, MessageLog& /*log*/) { return End(options); }
 ExitCode RunProfileNew(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) {
   return End(options);
 }
