@@ -39,14 +39,22 @@ void PrintSimulationNotice(const Module& module) {
 }
 
 int PrintVersion(const Options& options) {
-  std::cout << "kelcam " << KEL_VERSION << "\n";
+  Json document = {{"version", KEL_VERSION}, {"vimbac", nullptr}};
+  std::string text = std::string("kelcam ") + KEL_VERSION + "\n";
   try {
     const Module module = LoadModule(options);
     if (const auto& vimba = module.Vimba()) {
-      std::cout << "VimbaC " << vimba->Version() << ", " << vimba->Description() << "\n";
+      text += "VimbaC " + vimba->Version() + ", " + vimba->Description() + "\n";
+      document["vimbac"] = ToJson(*vimba);
     }
   } catch (const Failure& failure) {
-    std::cout << failure.what() << "\n";
+    text += std::string(failure.what()) + "\n";
+    document["error"] = ToJson(failure.What());
+  }
+  if (options.json) {
+    PrintDocument(document);
+  } else {
+    std::cout << text;
   }
   CheckOutput();
   return kDone;

@@ -66,6 +66,7 @@ void* SharedLibrary::Symbol(const char* /*name*/) const { return m_handle; }
 void LoadChosenVimba(const Options& /*options*/) {}
 std::string VimbaLibrary::Version() const { return {}; }
 std::string VimbaLibrary::Description() const { return {}; }
+Json ToJson(const VimbaLibrary& /*library*/) { return Json::object(); }
 
 Module::Module(const std::filesystem::path& file)
     : m_library(file), m_create(nullptr), m_release(nullptr), m_list(nullptr) {}
