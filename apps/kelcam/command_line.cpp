@@ -95,7 +95,8 @@ void AddGlobalOptions(CLI::App& app, Options& options) {
                  std::string("the camera driver module\n(default: ") + kModuleFileName + " next to this program)")
       ->option_text("FILE");
   app.add_option("--log", options.log_file, "write every message of the driver to this file")->option_text("FILE");
-  app.add_flag("--json", options.json, "print the result as one JSON document");
+  app.add_flag("--json", options.json,
+               "print the result as one JSON document (live: a line a second,\nand one for the total)");
   app.add_flag("-v,--verbose", options.verbose, "print every message of the driver on standard error");
   app.add_flag("-q,--quiet", options.quiet,
                "print only errors, notices and what a command is asked for; of\nsnap that are the files alone");

@@ -77,6 +77,15 @@ nlohmann::json KelcamTest::Document(const Arguments& arguments) const {
   return nlohmann::json::parse(Kelcam(with_json).out);
 }
 
+std::vector<nlohmann::json> KelcamTest::DocumentLines(const Arguments& arguments) const {
+  Arguments with_json{"--json"};
+  with_json.insert(with_json.end(), arguments.begin(), arguments.end());
+  std::vector<nlohmann::json> documents;
+  std::istringstream out(Kelcam(with_json).out);
+  for (std::string line; std::getline(out, line);) documents.push_back(nlohmann::json::parse(line));
+  return documents;
+}
+
 ScriptedKelcamTest::ScriptedKelcamTest() : m_profile(Write("camera.ini", "API = Vimba\n")), m_log(In("log.txt")) {}
 
 KelcamTest::Arguments ScriptedKelcamTest::With(const std::string& command, const Arguments& more) const {

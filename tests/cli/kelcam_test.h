@@ -45,6 +45,8 @@ class KelcamTest : public testing::Test {
   Process StartProgram(const std::filesystem::path& program, const Arguments& arguments) const;
   ProcessResult Kelcam(const Arguments& arguments) const { return Start(arguments).Wait(); }
   nlohmann::json Document(const Arguments& arguments) const;  // what kelcam --json prints
+  // The same of a command that prints a document on each line.
+  std::vector<nlohmann::json> DocumentLines(const Arguments& arguments) const;
 
  private:
   std::filesystem::path m_folder;

@@ -45,10 +45,10 @@ TEST_F(Live, PrintsASummaryAndNoProgressIntoAPipe) {
   EXPECT_EQ(result.exit_code, kDone);
 }
 
-TEST_F(Live, PrintsOneDocument) {
+TEST_F(Live, EndsWithADocumentOfTheTotal) {
   Script(Codes("snap", {BError::eTimeout, BError::eTimeout, BError::eFrameInvalid, BError::eSuccess}));
 
-  const auto document = Document(With("live", {"--seconds", "0.05"}));
+  const auto document = DocumentLines(With("live", {"--seconds", "0.05"})).back();
 
   EXPECT_GT(document["frames"], 0);
   EXPECT_EQ(document["failures"], 3);

@@ -86,7 +86,7 @@ TEST_F(SimulatedCameras, ALineThatDoesNotMoveTimesOut) {
 }
 
 TEST_F(SimulatedCameras, LiveCountsFramesForAsLongAsAsked) {
-  const nlohmann::json live = Document({"live", "--profile", Profile("mono"), "--seconds", "3"});
+  const nlohmann::json live = DocumentLines({"live", "--profile", Profile("mono"), "--seconds", "3"}).back();
 
   EXPECT_GE(live["frames"], 2);
   EXPECT_EQ(live["failures"], 0) << live;

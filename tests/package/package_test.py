@@ -100,6 +100,7 @@ class Packages(unittest.TestCase):
                 self.assertEqual(names, sorted(file.stem for file in (share / "scenarios").glob("*.json")))
                 self.assertEqual(len(names), SCENARIOS)
                 self.assertTrue((share / "scenario.schema.json").is_file())
+                self.assertTrue((share / "kelcam-output.schema.json").is_file())
                 cameras = package.plain("--simulated=many-cameras", "list").stdout.splitlines()
                 self.assertEqual(len(cameras), CAMERAS_OF_MANY)
 
