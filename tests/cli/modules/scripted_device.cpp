@@ -3,6 +3,7 @@
 #include "scripted_device.h"
 
 #include <cmath>
+#include <new>
 
 #include "bbaseaoi.h"
 #include "imagingdevice.h"
@@ -137,6 +138,7 @@ BError ScriptedDevice::Snap(BBaseAoi* aoi, std::uint32_t timeout_ms) {
   const std::string outcome = TheScript().Next("snap", kSuccess);
   if (outcome == "nomemory") return BError(BError::eAcquisitionFailed, L"out of memory");
   if (outcome == "wrongkind") throw NBoard::Exception::eWrongImageKind;
+  if (outcome == "exhausted") throw std::bad_alloc();
   if (outcome == "nopicture") return BError();
   if (outcome == "untouched") {
     aoi->Reset({ScriptedPicture::kWidth, ScriptedPicture::kHeight});
