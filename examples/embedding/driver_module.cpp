@@ -4,7 +4,6 @@
 
 #include <filesystem>
 #include <stdexcept>
-#include <system_error>
 
 #if defined(_WIN32)
 #include <windows.h>
@@ -23,9 +22,13 @@ void* Load(const std::filesystem::path& file) {
 
 // The system does not name what a module needs and lacks. It can only be VimbaC: this program has loaded all the rest.
 std::string WhyNotLoaded(const std::filesystem::path& file) {
-  const auto error = static_cast<int>(GetLastError());
+  const DWORD error = GetLastError();
+  char text[256] = "";
+  FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK, nullptr,
+                 error, 0, text, sizeof text, nullptr);
   const bool lacks_library = error == ERROR_MOD_NOT_FOUND && std::filesystem::exists(file);
-  return (lacks_library ? "VimbaC.dll or a library that it needs: " : "") + std::system_category().message(error);
+  return (lacks_library ? "VimbaC.dll or a library that it needs is missing; system error " : "system error ") +
+         std::to_string(error) + ": " + text;
 }
 
 void* Find(void* library, const char* name) {

@@ -59,7 +59,7 @@ class EmbeddingFailures(unittest.TestCase):
         lines, code = self.run_example("absent.module")
         reason = {
             "Linux": f"{self.folder}/absent.module: cannot open shared object file: No such file or directory",
-            "Windows": "[^:]+",
+            "Windows": "system error 126: [^:]+",
         }
         self.assertRegex("\n".join(lines), f"^error: cannot load absent.module: {reason[options.system]}$")
         self.assertEqual(code, FAILED)
@@ -67,8 +67,8 @@ class EmbeddingFailures(unittest.TestCase):
     def test_FileThatIsNoModuleIsNamed(self):
         (self.folder / "text.module").write_text("this is no library")
         lines, code = self.run_example("text.module")
-        self.assertRegex("\n".join(lines), "^error: cannot load text.module: .+$")
-        self.assertNotIn(self.vimbac, lines[0])
+        reason = {"Linux": f"{self.folder}/text.module: file too short", "Windows": "system error 193: [^:]+"}
+        self.assertRegex("\n".join(lines), f"^error: cannot load text.module: {reason[options.system]}$")
         self.assertEqual(code, FAILED)
 
     def test_VimbaCThatIsNotThereIsNamed(self):
@@ -76,7 +76,7 @@ class EmbeddingFailures(unittest.TestCase):
         lines, code = self.run_example(options.module.name)
         reason = {
             "Linux": "libVimbaC.so: cannot open shared object file: No such file or directory",
-            "Windows": "VimbaC.dll or a library that it needs: .+",
+            "Windows": "VimbaC.dll or a library that it needs is missing; system error 126: [^:]+",
         }
         self.assertRegex("\n".join(lines), f"^error: cannot load {options.module.name}: {reason[options.system]}$")
         self.assertEqual(code, FAILED)
