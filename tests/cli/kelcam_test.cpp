@@ -71,6 +71,13 @@ Process KelcamTest::StartProgram(const std::filesystem::path& program, const Arg
   return Process(program, arguments, m_environment);
 }
 
+ProcessResult KelcamTest::InterruptedAt(const std::string& text, const Arguments& arguments) const {
+  Process kelcam = Start(arguments);
+  EXPECT_TRUE(kelcam.WaitForError(text)) << text;
+  EXPECT_TRUE(kelcam.Interrupt());
+  return kelcam.Wait();
+}
+
 nlohmann::json KelcamTest::Document(const Arguments& arguments) const {
   Arguments with_json{"--json"};
   with_json.insert(with_json.end(), arguments.begin(), arguments.end());

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <new>
 #include <thread>
 
 #include "bbaseaoi.h"
@@ -154,6 +155,7 @@ BError ScriptedDevice::Snap(BBaseAoi* aoi, std::uint32_t timeout_ms) {
   const std::string outcome = TheScript().Next("snap", kSuccess);
   if (outcome == "nomemory") return BError(BError::eAcquisitionFailed, L"out of memory");
   if (outcome == "wrongkind") throw NBoard::Exception::eWrongImageKind;
+  if (outcome == "exhausted") throw std::bad_alloc();
   if (outcome == "nopicture") return BError();
   if (outcome == "untouched") {
     aoi->Reset({ScriptedPicture::kWidth, ScriptedPicture::kHeight});
