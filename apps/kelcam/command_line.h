@@ -69,6 +69,6 @@ struct Options {
 bool IsStandardOutput(const Options& options);
 
 // The options, or the text that --help asks for. Throws UsageError.
-std::variant<Options, std::string> ParseCommandLine(std::vector<std::string> arguments);
+std::variant<Options, std::string> ParseCommandLine(const std::vector<std::string>& arguments);
 
 }  // namespace Kelcam
