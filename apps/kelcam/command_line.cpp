@@ -336,6 +336,7 @@ void CheckSnap(Options& options) {
   if (options.raw) return CheckRaw(options, pattern.Format());
   if (pattern.Format() != PictureFormat::kPgm) return;
   CheckPgm(options);
+  options.is_grey_by_format = !options.kind;
   options.kind = BBaseAoi::eMono8;
 }
 

@@ -54,6 +54,7 @@ struct Options {
   SnapMode mode = SnapMode::kSingle;
   std::string pattern;
   std::optional<PictureFormat> format;  // none: that of the pattern's ending
+  bool is_grey_by_format = false;       // the kind is that of the format, and no option asks for it
   bool raw = false;
   bool no_clobber = false;
   std::optional<std::chrono::duration<double>> interval;  // none: one image after the other
