@@ -42,6 +42,7 @@ TEST(CameraIdentifier, TrimsAMantasModelToWhatStandsBeforeItsFirstBracket) {
                       {"Manta G 504 C (a) (b)", L"Vimba_Manta-G-504-C_7"},
                       {"Manta G-504B ((x", L"Vimba_Manta-G-504B_7"},
                       {"Manta G-504B (", L"Vimba_Manta-G-504B_7"},
+                      {"Manta G-504B?(E0020002)", L"Vimba_Manta-G-504B?_7"},
                       {"Manta  G", L"Vimba_Manta--G_7"},
                       {" Manta", L"Vimba_-Manta_7"},
                       {"Manta G-504B )", L"Vimba_Manta-G-504B-)_7"},
