@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "VimbaC.h"
+#include "library/ranges.h"
 
 namespace Simulator {
 
@@ -21,17 +22,8 @@ enum class Access {
   kIdle
 };
 
-struct IntegerRange {
-  std::int64_t min = 0;
-  std::int64_t max = 0;
-  // Values are whole numbers of steps above the minimum.
-  std::int64_t step = 1;
-};
-
-struct FloatRange {
-  double min = 0.0;
-  double max = 0.0;
-};
+using VimbaLibrary::FloatRange;
+using VimbaLibrary::IntegerRange;
 
 struct EnumEntry {
   // A literal: callers keep pointers to it.

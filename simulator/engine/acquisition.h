@@ -16,7 +16,7 @@
 
 #include "bmutex.h"
 #include "engine/camera_clock.h"
-#include "engine/capture_queue.h"
+#include "library/capture_queue.h"
 #include "engine/capture_settings.h"
 #include "engine/clock.h"
 #include "engine/counters.h"
@@ -26,6 +26,8 @@
 #include "engine/picture_means.h"
 
 namespace Simulator {
+
+using VimbaLibrary::CaptureQueue;
 
 // What the acquisition needs of the camera that it belongs to. All of it outlives the acquisition.
 struct SensorParts {

@@ -10,9 +10,11 @@
 #include "camera/feature.h"
 #include "control/configuration.h"
 #include "engine/clock.h"
-#include "engine/notifier.h"
+#include "library/notifier.h"
 
 namespace Simulator {
+
+using VimbaLibrary::Notifier;
 
 enum class CameraEvent { kMissing, kDetected };
 

@@ -1,11 +1,11 @@
-// engine/notifier.cpp
+// library/notifier.cpp
 // The thread on which feature invalidations call back.
-#include "engine/notifier.h"
+#include "library/notifier.h"
 
 #include <algorithm>
 #include <utility>
 
-namespace Simulator {
+namespace VimbaLibrary {
 
 Notifier::Notifier() : m_thread([this] { Run(); }) {}
 
@@ -62,4 +62,4 @@ void Notifier::Run() {
   }
 }
 
-}  // namespace Simulator
+}  // namespace VimbaLibrary

@@ -1,4 +1,4 @@
-// engine/capture_queue.h
+// library/capture_queue.h
 // The announced frames of one opened camera, their way through the queue, and the thread that calls back.
 #pragma once
 
@@ -12,9 +12,14 @@
 
 #include "VimbaC.h"
 #include "bmutex.h"
-#include "engine/frame_override.h"
 
-namespace Simulator {
+namespace VimbaLibrary {
+
+// How a frame is handed out. `alter` may change what was announced; empty: nothing does.
+struct FrameDelivery {
+  std::function<void(VmbFrame_t&)> alter = {};
+  std::int64_t times = 1;
+};
 
 // A frame goes caller -> queued -> filling -> completed -> calling -> caller. From queued to completed the library owns
 // it. [any thread] but where a function says otherwise.
@@ -53,9 +58,11 @@ class CaptureQueue {
   bool HasQueued() const;
   // The frame queued longest, or null.
   Filling Take();
-  // Copies the received part of the record to the frame, changes of the faults what was announced, and hands it to the
-  // callback thread. Returns the number for WaitForCallback.
-  std::uint64_t Complete(const Filling& filling, const VmbFrame_t& received, const FrameOverride& faults);
+  // Copies the received part of the record to the frame and hands it to the callback thread. Returns the number for
+  // WaitForCallback.
+  std::uint64_t Complete(const Filling& filling, const VmbFrame_t& received, const FrameDelivery& delivery = {});
+  // The frame was not filled: it is the next one in the queue again, unless it was taken back meanwhile.
+  void GiveUp(const Filling& filling);
 
   // Returns when the callback of that frame has returned or capture has ended.
   void WaitForCallback(std::uint64_t number);
@@ -96,4 +103,4 @@ class CaptureQueue {
   std::thread m_thread;
 };
 
-}  // namespace Simulator
+}  // namespace VimbaLibrary

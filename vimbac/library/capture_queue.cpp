@@ -1,11 +1,11 @@
-// engine/capture_queue.cpp
+// library/capture_queue.cpp
 // The announced frames of one opened camera, their way through the queue, and the thread that calls back.
-#include "engine/capture_queue.h"
+#include "library/capture_queue.h"
 
 #include <tuple>
 #include <utility>
 
-namespace Simulator {
+namespace VimbaLibrary {
 
 struct CaptureQueue::Entry {
   enum class State { kCaller, kQueued, kFilling, kCompleted, kCalling };
@@ -133,7 +133,7 @@ CaptureQueue::Filling CaptureQueue::Take() {
   return filling;
 }
 
-std::uint64_t CaptureQueue::Complete(const Filling& filling, const VmbFrame_t& received, const FrameOverride& faults) {
+std::uint64_t CaptureQueue::Complete(const Filling& filling, const VmbFrame_t& received, const FrameDelivery& delivery) {
   const BMutexLock lock(m_mutex);
   --m_writers;
   ++m_activity;
@@ -152,13 +152,23 @@ std::uint64_t CaptureQueue::Complete(const Filling& filling, const VmbFrame_t& r
   frame.offsetY = received.offsetY;
   frame.frameID = received.frameID;
   frame.timestamp = received.timestamp;
-  faults.Alter(frame);
-  filling->deliveries = 1 + faults.again;
+  if (delivery.alter) delivery.alter(frame);
+  filling->deliveries = delivery.times;
   filling->number = ++m_last_completed;
   filling->state = State::kCompleted;
   m_completed.push_back(filling);
   if (!m_capturing) RequeueCompleted();
   return m_last_completed;
+}
+
+void CaptureQueue::GiveUp(const Filling& filling) {
+  const BMutexLock lock(m_mutex);
+  --m_writers;
+  ++m_activity;
+  m_changed.NotifyAll();
+  if (filling->state != State::kFilling) return;
+  filling->state = State::kQueued;
+  m_queued.push_front(filling);
 }
 
 void CaptureQueue::RunCallbacks() {
@@ -209,4 +219,4 @@ CaptureQueue::Sizes CaptureQueue::Count() const {
   return {m_announced.size(), m_queued.size(), m_capturing};
 }
 
-}  // namespace Simulator
+}  // namespace VimbaLibrary

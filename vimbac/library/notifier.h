@@ -1,4 +1,4 @@
-// engine/notifier.h
+// library/notifier.h
 // The thread on which feature invalidations call back.
 #pragma once
 
@@ -12,7 +12,7 @@
 #include "VimbaC.h"
 #include "bmutex.h"
 
-namespace Simulator {
+namespace VimbaLibrary {
 
 struct Notification {
   VmbHandle_t handle;
@@ -57,4 +57,4 @@ class Notifier {
   std::thread m_thread;
 };
 
-}  // namespace Simulator
+}  // namespace VimbaLibrary

@@ -1,4 +1,4 @@
-// api/feature_calls.cpp
+// library/feature_calls.cpp
 // VimbaC: features.
 #include <algorithm>
 #include <cstring>
@@ -6,28 +6,28 @@
 
 #include "VimbaC.h"
 #include "api/api_call.h"
+#include "library/ranges.h"
 
-using Simulator::ApiCall;
-using Simulator::FeatureMap;
-using Simulator::VimbaSystem;
+using VimbaLibrary::ApiCall;
+using VimbaLibrary::VimbaSystem;
 
 VmbError_t VmbFeatureIntGet(VmbHandle_t handle, const char* name, VmbInt64_t* value) {
   return ApiCall(__func__).On(handle).Feature(name).Out(value).Answer([&](VimbaSystem& system) {
-    return system.ReadFeatures(handle, [&](const FeatureMap& features) { return features.GetInteger(name, *value); });
+    return system.ReadFeatures(handle, [&](const auto& features) { return features.GetInteger(name, *value); });
   });
 }
 
 VmbError_t VmbFeatureIntSet(VmbHandle_t handle, const char* name, VmbInt64_t value) {
   return ApiCall(__func__).On(handle).Feature(name).Value(value).Answer([&](VimbaSystem& system) {
-    return system.WriteFeatures(handle, [&](FeatureMap& features) { return features.SetInteger(name, value); });
+    return system.WriteFeatures(handle, [&](auto& features) { return features.SetInteger(name, value); });
   });
 }
 
 VmbError_t VmbFeatureIntRangeQuery(VmbHandle_t handle, const char* name, VmbInt64_t* min, VmbInt64_t* max) {
   return ApiCall(__func__).On(handle).Feature(name).Out(min).Out(max).Answer([&](VimbaSystem& system) {
-    Simulator::IntegerRange range;
+    VimbaLibrary::IntegerRange range;
     const VmbError_t error =
-        system.ReadFeatures(handle, [&](const FeatureMap& features) { return features.IntegerRangeOf(name, range); });
+        system.ReadFeatures(handle, [&](const auto& features) { return features.IntegerRangeOf(name, range); });
     if (error) return error;
     *min = range.min;
     *max = range.max;
@@ -37,21 +37,21 @@ VmbError_t VmbFeatureIntRangeQuery(VmbHandle_t handle, const char* name, VmbInt6
 
 VmbError_t VmbFeatureFloatGet(VmbHandle_t handle, const char* name, double* value) {
   return ApiCall(__func__).On(handle).Feature(name).Out(value).Answer([&](VimbaSystem& system) {
-    return system.ReadFeatures(handle, [&](const FeatureMap& features) { return features.GetFloat(name, *value); });
+    return system.ReadFeatures(handle, [&](const auto& features) { return features.GetFloat(name, *value); });
   });
 }
 
 VmbError_t VmbFeatureFloatSet(VmbHandle_t handle, const char* name, double value) {
   return ApiCall(__func__).On(handle).Feature(name).Value(value).Answer([&](VimbaSystem& system) {
-    return system.WriteFeatures(handle, [&](FeatureMap& features) { return features.SetFloat(name, value); });
+    return system.WriteFeatures(handle, [&](auto& features) { return features.SetFloat(name, value); });
   });
 }
 
 VmbError_t VmbFeatureFloatRangeQuery(VmbHandle_t handle, const char* name, double* min, double* max) {
   return ApiCall(__func__).On(handle).Feature(name).Out(min).Out(max).Answer([&](VimbaSystem& system) {
-    Simulator::FloatRange range;
+    VimbaLibrary::FloatRange range;
     const VmbError_t error =
-        system.ReadFeatures(handle, [&](const FeatureMap& features) { return features.FloatRangeOf(name, range); });
+        system.ReadFeatures(handle, [&](const auto& features) { return features.FloatRangeOf(name, range); });
     if (error) return error;
     *min = range.min;
     *max = range.max;
@@ -61,20 +61,20 @@ VmbError_t VmbFeatureFloatRangeQuery(VmbHandle_t handle, const char* name, doubl
 
 VmbError_t VmbFeatureEnumGet(VmbHandle_t handle, const char* name, const char** value) {
   return ApiCall(__func__).On(handle).Feature(name).Out(value).Answer([&](VimbaSystem& system) {
-    return system.ReadFeatures(handle, [&](const FeatureMap& features) { return features.GetEnum(name, *value); });
+    return system.ReadFeatures(handle, [&](const auto& features) { return features.GetEnum(name, *value); });
   });
 }
 
 VmbError_t VmbFeatureEnumSet(VmbHandle_t handle, const char* name, const char* value) {
   return ApiCall(__func__).On(handle).Feature(name).Value(value).Answer([&](VimbaSystem& system) {
-    return system.WriteFeatures(handle, [&](FeatureMap& features) { return features.SetEnum(name, value); });
+    return system.WriteFeatures(handle, [&](auto& features) { return features.SetEnum(name, value); });
   });
 }
 
 VmbError_t VmbFeatureEnumAsInt(VmbHandle_t handle, const char* name, const char* entry, VmbInt64_t* value) {
   return ApiCall(__func__).On(handle).Feature(name).Value(entry).Out(value).Answer([&](VimbaSystem& system) {
     return system.ReadFeatures(handle,
-                               [&](const FeatureMap& features) { return features.EnumValueOf(name, entry, *value); });
+                               [&](const auto& features) { return features.EnumValueOf(name, entry, *value); });
   });
 }
 
@@ -88,7 +88,7 @@ VmbError_t VmbFeatureStringGet(VmbHandle_t handle, const char* name, char* buffe
   return call.Answer([&](VimbaSystem& system) {
     std::string text;
     const VmbError_t error =
-        system.ReadFeatures(handle, [&](const FeatureMap& features) { return features.GetString(name, text); });
+        system.ReadFeatures(handle, [&](const auto& features) { return features.GetString(name, text); });
     if (error) return error;
     const auto needed = static_cast<VmbUint32_t>(text.size() + 1);
     if (filled) *filled = needed;
@@ -105,7 +105,7 @@ VmbError_t VmbFeatureStringGet(VmbHandle_t handle, const char* name, char* buffe
 VmbError_t VmbFeatureStringMaxlengthQuery(VmbHandle_t handle, const char* name, VmbUint32_t* max_length) {
   return ApiCall(__func__).On(handle).Feature(name).Out(max_length).Answer([&](VimbaSystem& system) {
     return system.ReadFeatures(handle,
-                               [&](const FeatureMap& features) { return features.StringCapacity(name, *max_length); });
+                               [&](const auto& features) { return features.StringCapacity(name, *max_length); });
   });
 }
 
@@ -113,7 +113,7 @@ VmbError_t VmbFeatureBoolGet(VmbHandle_t handle, const char* name, VmbBool_t* va
   return ApiCall(__func__).On(handle).Feature(name).Out(value).Answer([&](VimbaSystem& system) {
     bool flag = false;
     const VmbError_t error =
-        system.ReadFeatures(handle, [&](const FeatureMap& features) { return features.GetBool(name, flag); });
+        system.ReadFeatures(handle, [&](const auto& features) { return features.GetBool(name, flag); });
     if (!error) *value = flag ? 1 : 0;
     return error;
   });
@@ -121,17 +121,16 @@ VmbError_t VmbFeatureBoolGet(VmbHandle_t handle, const char* name, VmbBool_t* va
 
 VmbError_t VmbFeatureCommandRun(VmbHandle_t handle, const char* name) {
   return ApiCall(__func__).On(handle).Feature(name).Answer([&](VimbaSystem& system) {
-    return system.WriteFeatures(handle, [&](FeatureMap& features) { return features.Run(name); });
+    return system.WriteFeatures(handle, [&](auto& features) { return features.Run(name); });
   });
 }
 
 VmbError_t VmbFeatureCommandIsDone(VmbHandle_t handle, const char* name, VmbBool_t* done) {
-  ApiCall call(__func__);
-  return call.On(handle).Feature(name).Out(done).Answer([&](VimbaSystem& system) {
+  return ApiCall(__func__).On(handle).Feature(name).Out(done).Answer([&](VimbaSystem& system) {
     bool is_done = false;
     const VmbError_t error =
-        system.ReadFeatures(handle, [&](const FeatureMap& features) { return features.IsDone(name, is_done); });
-    if (!error) *done = call.FaultyDone().value_or(is_done) ? 1 : 0;
+        system.ReadFeatures(handle, [&](const auto& features) { return features.IsDone(name, is_done); });
+    if (!error) *done = is_done ? 1 : 0;
     return error;
   });
 }

@@ -1,28 +1,18 @@
-// api/system_calls.cpp
+// library/system_calls.cpp
 // VimbaC: version, start-up, cameras.
 #include <algorithm>
+#include <optional>
+#include <vector>
 
 #include "VimbaC.h"
 #include "api/api_call.h"
 
-using Simulator::ApiCall;
-using Simulator::CameraConfiguration;
-using Simulator::VimbaSystem;
+using VimbaLibrary::ApiCall;
+using VimbaLibrary::VimbaSystem;
 
 namespace {
 
 constexpr VmbVersionInfo_t kVersion{1, 8, 3};
-constexpr VmbAccessMode_t kOpenable = VmbAccessModeFull | VmbAccessModeRead;
-
-void FillInfo(const Simulator::Camera& camera, VmbCameraInfo_t& info) {
-  const CameraConfiguration& configuration = camera.Configuration();
-  info = {configuration.id.c_str(),
-          configuration.name.c_str(),
-          configuration.model.c_str(),
-          configuration.serial.c_str(),
-          camera.Claimed() ? static_cast<VmbAccessMode_t>(VmbAccessModeNone) : kOpenable,
-          configuration.interface_id.c_str()};
-}
 
 }  // namespace
 
@@ -54,20 +44,20 @@ VmbError_t VmbCamerasList(VmbCameraInfo_t* list, VmbUint32_t list_length, VmbUin
   call.Value(std::int64_t{list_length}).OutArray(list, list_length).Out(found).Size(info_size_bytes, sizeof *list);
   if (list_length != 0) call.Needs(list);
   return call.Answer([&](VimbaSystem& system) {
-    const auto cameras = system.PluggedCameras();
+    const std::vector<VmbCameraInfo_t> cameras = system.CameraInfos();
     *found = static_cast<VmbUint32_t>(cameras.size());
     if (!list) return VmbErrorSuccess;
     const std::size_t filled = std::min<std::size_t>(list_length, cameras.size());
-    for (std::size_t i = 0; i < filled; ++i) FillInfo(*cameras[i], list[i]);
+    std::copy_n(cameras.begin(), filled, list);
     return filled < cameras.size() ? VmbErrorMoreData : VmbErrorSuccess;
   });
 }
 
 VmbError_t VmbCameraInfoQuery(const char* id, VmbCameraInfo_t* info, VmbUint32_t info_size_bytes) {
   return ApiCall(__func__).Camera(id).Out(info).Size(info_size_bytes, sizeof *info).Answer([&](VimbaSystem& system) {
-    const auto camera = system.FindCamera(id);
-    if (!camera || !camera->Plugged()) return VmbErrorNotFound;
-    FillInfo(*camera, *info);
+    const std::optional<VmbCameraInfo_t> camera = system.CameraInfo(id);
+    if (!camera) return VmbErrorNotFound;
+    *info = *camera;
     return VmbErrorSuccess;
   });
 }

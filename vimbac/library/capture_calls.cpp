@@ -1,12 +1,10 @@
-// api/capture_calls.cpp
+// library/capture_calls.cpp
 // VimbaC: frames and capture.
 #include "VimbaC.h"
 #include "api/api_call.h"
 
-using Simulator::ApiCall;
-using Simulator::CaptureQueue;
-using Simulator::Session;
-using Simulator::VimbaSystem;
+using VimbaLibrary::ApiCall;
+using VimbaLibrary::VimbaSystem;
 
 namespace {
 
@@ -15,44 +13,38 @@ enum class Lost { kRefused, kAllowed };
 
 template <class Body>
 VmbError_t WithFrames(VimbaSystem& system, VmbHandle_t camera, Lost lost, Body body) {
-  const std::shared_ptr<Session> session = system.FindSession(camera);
+  const auto session = system.FindSession(camera);
   if (!session) return VmbErrorBadHandle;
   if (lost == Lost::kRefused && session->Alive() != VmbErrorSuccess) return session->Alive();
-  CaptureQueue* const frames = session->Frames();
+  auto* const frames = session->Frames();
   return frames ? body(*frames) : VmbErrorInvalidAccess;
 }
 
 }  // namespace
 
 VmbError_t VmbFrameAnnounce(VmbHandle_t camera, const VmbFrame_t* frame, VmbUint32_t frame_size_bytes) {
-  Simulator::CallRecord& record = VimbaSystem::Instance().Record();
-  const bool numbered = record.NumberFrame(camera, frame);
-  const VmbError_t result =
-      ApiCall(__func__).On(camera).Frame(frame).Size(frame_size_bytes, sizeof *frame).Answer([&](VimbaSystem& system) {
-        return WithFrames(system, camera, Lost::kRefused, [&](CaptureQueue& frames) { return frames.Announce(frame); });
-      });
-  if (result && numbered) record.ForgetFrame(camera, frame);
-  return result;
+  ApiCall call(__func__);
+  call.On(camera).NewFrame(frame).Size(frame_size_bytes, sizeof *frame);
+  return call.Answer([&](VimbaSystem& system) {
+    return WithFrames(system, camera, Lost::kRefused, [&](auto& frames) { return frames.Announce(frame); });
+  });
 }
 
 VmbError_t VmbFrameRevokeAll(VmbHandle_t camera) {
-  return ApiCall(__func__).On(camera).Answer([&](VimbaSystem& system) {
-    const VmbError_t result =
-        WithFrames(system, camera, Lost::kAllowed, [&](CaptureQueue& frames) { return frames.RevokeAll(); });
-    if (!result) system.Record().ForgetFrames(camera);
-    return result;
+  return ApiCall(__func__).On(camera).NoMoreFrames().Answer([&](VimbaSystem& system) {
+    return WithFrames(system, camera, Lost::kAllowed, [&](auto& frames) { return frames.RevokeAll(); });
   });
 }
 
 VmbError_t VmbCaptureStart(VmbHandle_t camera) {
   return ApiCall(__func__).On(camera).Answer([&](VimbaSystem& system) {
-    return WithFrames(system, camera, Lost::kRefused, [&](CaptureQueue& frames) { return frames.Start(); });
+    return WithFrames(system, camera, Lost::kRefused, [&](auto& frames) { return frames.Start(); });
   });
 }
 
 VmbError_t VmbCaptureEnd(VmbHandle_t camera) {
   return ApiCall(__func__).On(camera).Answer([&](VimbaSystem& system) {
-    return WithFrames(system, camera, Lost::kAllowed, [&](CaptureQueue& frames) {
+    return WithFrames(system, camera, Lost::kAllowed, [&](auto& frames) {
       frames.End();
       return VmbError_t{VmbErrorSuccess};
     });
@@ -62,13 +54,13 @@ VmbError_t VmbCaptureEnd(VmbHandle_t camera) {
 VmbError_t VmbCaptureFrameQueue(VmbHandle_t camera, const VmbFrame_t* frame, VmbFrameCallback callback) {
   return ApiCall(__func__).On(camera).Frame(frame).Answer([&](VimbaSystem& system) {
     return WithFrames(system, camera, Lost::kRefused,
-                      [&](CaptureQueue& frames) { return frames.Queue(frame, callback); });
+                      [&](auto& frames) { return frames.Queue(frame, callback); });
   });
 }
 
 VmbError_t VmbCaptureQueueFlush(VmbHandle_t camera) {
   return ApiCall(__func__).On(camera).Answer([&](VimbaSystem& system) {
-    return WithFrames(system, camera, Lost::kAllowed, [&](CaptureQueue& frames) {
+    return WithFrames(system, camera, Lost::kAllowed, [&](auto& frames) {
       frames.Flush();
       return VmbError_t{VmbErrorSuccess};
     });
