@@ -7,9 +7,12 @@
 #include <thread>
 #include <utility>
 
-#include "camera/value_text.h"
+#include "library/value_text.h"
 
 namespace Simulator {
+
+using VimbaLibrary::QuotedText;
+using VimbaLibrary::ValueText;
 
 ApiCall::ApiCall(const char* function)
     : m_system(VimbaSystem::Instance()), m_texts(m_system.Record().Recording() || m_system.FaultSet().Any()) {

@@ -16,7 +16,6 @@
 
 #include "bmutex.h"
 #include "engine/camera_clock.h"
-#include "library/capture_queue.h"
 #include "engine/capture_settings.h"
 #include "engine/clock.h"
 #include "engine/counters.h"
@@ -24,6 +23,7 @@
 #include "engine/frame_override.h"
 #include "engine/link.h"
 #include "engine/picture_means.h"
+#include "library/capture_queue.h"
 
 namespace Simulator {
 

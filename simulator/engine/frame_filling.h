@@ -6,8 +6,8 @@
 #include <random>
 #include <vector>
 
-#include "library/capture_queue.h"
 #include "engine/capture_settings.h"
+#include "library/capture_queue.h"
 
 namespace Simulator {
 

@@ -247,7 +247,8 @@ VmbError_t VimbaSystem::Watch(VmbHandle_t handle, const char* feature, VmbInvali
 void VimbaSystem::PresenceChanged(const Camera& camera, bool plugged) {
   const auto features = Features();
   if (!features) return;
-  features->Announce(camera.Configuration().id, plugged ? CameraEvent::kDetected : CameraEvent::kMissing);
+  features->Announce(camera.Configuration().id,
+                     plugged ? VimbaLibrary::CameraEvent::kDetected : VimbaLibrary::CameraEvent::kMissing);
 }
 
 // A part may set another one going that was already found idle. So nothing is idle unless there was no activity while

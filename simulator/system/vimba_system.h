@@ -17,12 +17,13 @@
 #include "engine/link.h"
 #include "library/handle_table.h"
 #include "library/notifier.h"
+#include "library/system_features.h"
 #include "system/session.h"
-#include "system/system_features.h"
 
 namespace Simulator {
 
 using VimbaLibrary::Notifier;
+using VimbaLibrary::SystemFeatures;
 
 // What one configuration describes. The constructor throws as Camera's does, with the camera's index in front of the
 // message about a configured value.

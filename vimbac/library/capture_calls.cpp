@@ -53,8 +53,7 @@ VmbError_t VmbCaptureEnd(VmbHandle_t camera) {
 
 VmbError_t VmbCaptureFrameQueue(VmbHandle_t camera, const VmbFrame_t* frame, VmbFrameCallback callback) {
   return ApiCall(__func__).On(camera).Frame(frame).Answer([&](VimbaSystem& system) {
-    return WithFrames(system, camera, Lost::kRefused,
-                      [&](auto& frames) { return frames.Queue(frame, callback); });
+    return WithFrames(system, camera, Lost::kRefused, [&](auto& frames) { return frames.Queue(frame, callback); });
   });
 }
 

@@ -133,7 +133,8 @@ CaptureQueue::Filling CaptureQueue::Take() {
   return filling;
 }
 
-std::uint64_t CaptureQueue::Complete(const Filling& filling, const VmbFrame_t& received, const FrameDelivery& delivery) {
+std::uint64_t CaptureQueue::Complete(const Filling& filling, const VmbFrame_t& received,
+                                     const FrameDelivery& delivery) {
   const BMutexLock lock(m_mutex);
   --m_writers;
   ++m_activity;

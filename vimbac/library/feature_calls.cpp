@@ -73,8 +73,7 @@ VmbError_t VmbFeatureEnumSet(VmbHandle_t handle, const char* name, const char* v
 
 VmbError_t VmbFeatureEnumAsInt(VmbHandle_t handle, const char* name, const char* entry, VmbInt64_t* value) {
   return ApiCall(__func__).On(handle).Feature(name).Value(entry).Out(value).Answer([&](VimbaSystem& system) {
-    return system.ReadFeatures(handle,
-                               [&](const auto& features) { return features.EnumValueOf(name, entry, *value); });
+    return system.ReadFeatures(handle, [&](const auto& features) { return features.EnumValueOf(name, entry, *value); });
   });
 }
 

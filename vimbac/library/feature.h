@@ -1,4 +1,4 @@
-// camera/feature.h
+// library/feature.h
 // Typed feature nodes and the rules by which they are read and written.
 #pragma once
 
@@ -13,7 +13,7 @@
 #include "VimbaC.h"
 #include "library/ranges.h"
 
-namespace Simulator {
+namespace VimbaLibrary {
 
 enum class Access {
   kReadOnly,
@@ -21,9 +21,6 @@ enum class Access {
   // Writable while no acquisition runs.
   kIdle
 };
-
-using VimbaLibrary::FloatRange;
-using VimbaLibrary::IntegerRange;
 
 struct EnumEntry {
   // A literal: callers keep pointers to it.
@@ -141,4 +138,4 @@ class FeatureMap {
   std::function<bool()> m_acquiring;
 };
 
-}  // namespace Simulator
+}  // namespace VimbaLibrary

@@ -1,14 +1,22 @@
-// system/system_features.cpp
+// library/system_features.cpp
 // The features of the Vimba system: transport layer, discovery, discovery events.
-#include "system/system_features.h"
+#include "library/system_features.h"
 
 #include <iterator>
 #include <utility>
 
-#include "camera/feature_names.h"
-
-namespace Simulator {
+namespace VimbaLibrary {
 namespace {
+
+constexpr char kGeVTLIsPresent[] = "GeVTLIsPresent";
+constexpr char kGeVDiscoveryAllOnce[] = "GeVDiscoveryAllOnce";
+constexpr char kGeVDiscoveryAllAuto[] = "GeVDiscoveryAllAuto";
+constexpr char kGeVDiscoveryAllOff[] = "GeVDiscoveryAllOff";
+constexpr char kGeVDiscoveryAllDuration[] = "GeVDiscoveryAllDuration";
+constexpr char kGeVDiscoveryStatus[] = "GeVDiscoveryStatus";
+constexpr char kDiscoveryCameraEvent[] = "DiscoveryCameraEvent";
+constexpr char kDiscoveryCameraIdent[] = "DiscoveryCameraIdent";
+constexpr char kElapsed[] = "Elapsed";
 
 constexpr EnumEntry kCameraEvents[] = {{"Missing", 0}, {"Detected", 1}, {"Reachable", 2}, {"Unreachable", 3}};
 
@@ -28,16 +36,17 @@ SystemFeatures::SystemFeatures(const SystemConfiguration& configuration, std::sh
 }
 
 std::vector<Feature> SystemFeatures::Rows(const SystemConfiguration& configuration) {
-  using namespace FeatureName;
   // Commands run while the features are locked.
   const auto status = [this](DiscoveryStatus value) {
     return CommandNode{[this, value]() KEL_REQUIRES(m_mutex) { SetStatus(value); }};
   };
-  const auto elapsed = [this] { return Seconds(Clock::now() - m_started).count(); };
+  const auto search = configuration.search ? configuration.search : [] {};
+  const auto elapsed = [this] {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - m_started).count();
+  };
   return {{kGeVTLIsPresent, Access::kReadOnly, BoolNode{configuration.gige_present}},
           {kGeVDiscoveryStatus, Access::kReadOnly, StatusEntries()},
-          // The simulated cameras on the link are known without a search.
-          {kGeVDiscoveryAllOnce, Access::kReadWrite, CommandNode{[] {}}},
+          {kGeVDiscoveryAllOnce, Access::kReadWrite, CommandNode{search}},
           {kGeVDiscoveryAllAuto, Access::kReadWrite, status(DiscoveryStatus::kAutomatic)},
           {kGeVDiscoveryAllOff, Access::kReadWrite, status(DiscoveryStatus::kOff)},
           {kGeVDiscoveryAllDuration, Access::kReadWrite, IntegerNode{{0, 10'000}, 150}},
@@ -47,7 +56,7 @@ std::vector<Feature> SystemFeatures::Rows(const SystemConfiguration& configurati
 }
 
 void SystemFeatures::SetStatus(DiscoveryStatus status) {
-  m_map.Own<EnumNode>(FeatureName::kGeVDiscoveryStatus).selected = static_cast<std::size_t>(status);
+  m_map.Own<EnumNode>(kGeVDiscoveryStatus).selected = static_cast<std::size_t>(status);
 }
 
 VmbError_t SystemFeatures::Watch(const std::string& feature, VmbInvalidationCallback callback, void* context) {
@@ -57,21 +66,26 @@ VmbError_t SystemFeatures::Watch(const std::string& feature, VmbInvalidationCall
   return VmbErrorSuccess;
 }
 
+bool SystemFeatures::DiscoversByItself() const {
+  const BMutexLock lock(m_mutex);
+  const auto status = static_cast<DiscoveryStatus>(m_map.Own<EnumNode>(kGeVDiscoveryStatus).selected);
+  return status == DiscoveryStatus::kAutomatic;
+}
+
 void SystemFeatures::Announce(const std::string& camera_id, CameraEvent event) {
   const BMutexLock lock(m_mutex);
-  const auto status = static_cast<DiscoveryStatus>(m_map.Own<EnumNode>(FeatureName::kGeVDiscoveryStatus).selected);
+  const auto status = static_cast<DiscoveryStatus>(m_map.Own<EnumNode>(kGeVDiscoveryStatus).selected);
   if (status != DiscoveryStatus::kAutomatic) return;
   const auto take_values = [this, camera_id, event] {
     const BMutexLock values_lock(m_mutex);
-    m_map.Own<StringNode>(FeatureName::kDiscoveryCameraIdent).value = camera_id;
-    m_map.Own<EnumNode>(FeatureName::kDiscoveryCameraEvent).selected = static_cast<std::size_t>(event);
+    m_map.Own<StringNode>(kDiscoveryCameraIdent).value = camera_id;
+    m_map.Own<EnumNode>(kDiscoveryCameraEvent).selected = static_cast<std::size_t>(event);
   };
   m_notifier->Post({gVimbaHandle, {}, nullptr, nullptr, take_values});
   for (const Watcher& watcher : m_watchers) {
-    if (watcher.feature != FeatureName::kDiscoveryCameraEvent && watcher.feature != FeatureName::kDiscoveryCameraIdent)
-      continue;
+    if (watcher.feature != kDiscoveryCameraEvent && watcher.feature != kDiscoveryCameraIdent) continue;
     m_notifier->Post({gVimbaHandle, watcher.feature, watcher.callback, watcher.context, {}});
   }
 }
 
-}  // namespace Simulator
+}  // namespace VimbaLibrary

@@ -1,11 +1,11 @@
-// camera/value_text.cpp
+// library/value_text.cpp
 // Values as text, in the record of calls, in faults and in messages.
-#include "camera/value_text.h"
+#include "library/value_text.h"
 
 #include <array>
 #include <charconv>
 
-namespace Simulator {
+namespace VimbaLibrary {
 namespace {
 
 template <class Value>
@@ -37,4 +37,4 @@ std::string QuotedText(const char* text) {
   return quoted + '"';
 }
 
-}  // namespace Simulator
+}  // namespace VimbaLibrary

@@ -1,13 +1,13 @@
-// camera/feature.cpp
+// library/feature.cpp
 // Typed feature nodes and the rules by which they are read and written.
-#include "camera/feature.h"
+#include "library/feature.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "camera/value_text.h"
+#include "library/value_text.h"
 
-namespace Simulator {
+namespace VimbaLibrary {
 namespace {
 
 // Null for an unknown entry.
@@ -226,4 +226,4 @@ std::map<std::string, std::string> FeatureMap::Values() const {
   return values;
 }
 
-}  // namespace Simulator
+}  // namespace VimbaLibrary
