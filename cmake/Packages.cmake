@@ -27,7 +27,7 @@ endif()
 set(share share/kelCameraVimba)
 install(DIRECTORY apps/kelcam/profiles DESTINATION ${share} COMPONENT kelcam)
 install(DIRECTORY simulator/scenarios DESTINATION ${share} COMPONENT kelcam)
-install(FILES simulator/scenario.schema.json DESTINATION ${share} COMPONENT kelcam)
+install(FILES simulator/scenario.schema.json apps/kelcam/kelcam-output.schema.json DESTINATION ${share} COMPONENT kelcam)
 install(DIRECTORY examples/embedding examples/focus examples/testing DESTINATION ${share}/examples COMPONENT kelcam)
 
 include(${CMAKE_CURRENT_LIST_DIR}/Documents.cmake)

@@ -78,4 +78,8 @@ std::string VimbaLibrary::Version() const {
 
 std::string VimbaLibrary::Description() const { return Utf8(m_file) + (m_is_simulated ? " (simulated cameras)" : ""); }
 
+Json ToJson(const VimbaLibrary& library) {
+  return {{"file", Utf8(library.File())}, {"version", library.Version()}, {"simulated", library.IsSimulated()}};
+}
+
 }  // namespace Kelcam
