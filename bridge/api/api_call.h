@@ -11,8 +11,8 @@
 
 namespace Bridge {
 
-// Arguments are named in their order; then Answer or Run is called once. What a call is about is named, too, where nothing
-// is checked: the simulated library records it.
+// Arguments are named in their order; then Answer or Run is called once. What a call is about is named, too, where
+// nothing is checked: the simulated library records it.
 class ApiCall {
  public:
   explicit ApiCall(const char* /*function*/) {}

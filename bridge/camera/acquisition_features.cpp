@@ -79,7 +79,8 @@ VmbError_t AcquisitionControl::ReadLayout(FrameLayout& layout) const {
 // The flag may be a whole number or a truth value. What a camera answers is not important: most lock by themselves.
 void AcquisitionControl::SetLocked(bool locked) {
   if (!m_locked) return;
-  std::ignore = m_locked->Type() == FeatureType::kBool ? m_locked->SetBool(locked) : m_locked->SetInteger(locked ? 1 : 0);
+  std::ignore =
+      m_locked->Type() == FeatureType::kBool ? m_locked->SetBool(locked) : m_locked->SetInteger(locked ? 1 : 0);
 }
 
 VmbError_t Command::IsDone(bool& done) const {

@@ -23,7 +23,9 @@ class HeldWhileAcquiring final : public Feature {
 
   VmbError_t GetInteger(std::int64_t& value) const override { return m_feature->GetInteger(value); }
   VmbError_t SetInteger(std::int64_t value) override;
-  VmbError_t IntegerRangeOf(VimbaLibrary::IntegerRange& range) const override { return m_feature->IntegerRangeOf(range); }
+  VmbError_t IntegerRangeOf(VimbaLibrary::IntegerRange& range) const override {
+    return m_feature->IntegerRangeOf(range);
+  }
   VmbError_t GetEnum(const char*& value) const override { return m_feature->GetEnum(value); }
   VmbError_t SetEnum(std::string_view value) override;
   VmbError_t EnumValueOf(std::string_view entry, std::int64_t& value) const override {
@@ -35,7 +37,8 @@ class HeldWhileAcquiring final : public Feature {
   const AcquisitionState& m_state;
 };
 
-// Starts and stops the camera. What its frames will be is read before; the camera is told to lock what it locks meanwhile.
+// Starts and stops the camera. What its frames will be is read before; the camera is told to lock what it locks
+// meanwhile.
 class AcquisitionControl {
  public:
   AcquisitionControl(ArvDevice* device, AcquisitionState& state);
@@ -69,8 +72,8 @@ class Command final : public Feature {
   const std::function<VmbError_t()> m_run;
 };
 
-// The free-running source of cameras that call it "trigger off". While it is chosen, setting TriggerMode has no effect on
-// the camera: "On" comes with the next other source.
+// The free-running source of cameras that call it "trigger off". While it is chosen, setting TriggerMode has no effect
+// on the camera: "On" comes with the next other source.
 class FreeRunningTrigger {
  public:
   static constexpr char kEntry[] = "Freerun";

@@ -11,9 +11,9 @@
 
 namespace Bridge {
 
-// The camera's own, if it can be latched: registers of the GigE Vision bootstrap block. Otherwise the host's, and a frame
-// has the time at which it began to arrive. Which of the two is decided once, as times of one are nothing to the other.
-// Takes no lock: its owner does, but for TimeOf.
+// The camera's own, if it can be latched: registers of the GigE Vision bootstrap block. Otherwise the host's, and a
+// frame has the time at which it began to arrive. Which of the two is decided once, as times of one are nothing to the
+// other. Takes no lock: its owner does, but for TimeOf.
 class CameraClock {
  public:
   explicit CameraClock(ArvDevice* device);

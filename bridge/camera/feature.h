@@ -11,8 +11,8 @@
 
 namespace Bridge {
 
-// Each function is the API call of that name; a feature of another type answers WrongType. Takes no lock: the owner of the
-// camera's features does.
+// Each function is the API call of that name; a feature of another type answers WrongType. Takes no lock: the owner of
+// the camera's features does.
 class Feature {
  public:
   Feature() = default;
@@ -29,7 +29,9 @@ class Feature {
   // The text lives as long as the process.
   virtual VmbError_t GetEnum(const char*& /*value*/) const { return VmbErrorWrongType; }
   virtual VmbError_t SetEnum(std::string_view /*value*/) { return VmbErrorWrongType; }
-  virtual VmbError_t EnumValueOf(std::string_view /*entry*/, std::int64_t& /*value*/) const { return VmbErrorWrongType; }
+  virtual VmbError_t EnumValueOf(std::string_view /*entry*/, std::int64_t& /*value*/) const {
+    return VmbErrorWrongType;
+  }
   virtual VmbError_t GetString(std::string& /*value*/) const { return VmbErrorWrongType; }
   virtual VmbError_t StringCapacity(std::uint32_t& /*capacity*/) const { return VmbErrorWrongType; }
   virtual VmbError_t GetBool(bool& /*value*/) const { return VmbErrorWrongType; }

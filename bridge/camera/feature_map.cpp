@@ -109,6 +109,18 @@ constexpr const char* kHeld[] = {"Width", "Height", "BinningHorizontal", "Binnin
 constexpr std::uint64_t kHeartbeatRegister = 0x0938;
 constexpr IntegerRange kHeartbeatsMs{500, 0xffff'ffff, 1};
 
+// The first byte of the camera's address is the highest of the number; 0 for one that is no IPv4 address.
+std::int64_t AddressOf(ArvGvDevice* device) {
+  constexpr gsize kBytes = 4;
+  GInetAddress* const address =
+      g_inet_socket_address_get_address(G_INET_SOCKET_ADDRESS(arv_gv_device_get_device_address(device)));
+  if (g_inet_address_get_native_size(address) != kBytes) return 0;
+  const guint8* const bytes = g_inet_address_to_bytes(address);
+  std::int64_t number = 0;
+  for (gsize i = 0; i < kBytes; ++i) number = number << 8 | bytes[i];
+  return number;
+}
+
 class Mapping {
  public:
   Mapping(ArvDevice* device, CameraClock& clock, AcquisitionState& state)
@@ -199,6 +211,9 @@ class Mapping {
     }
     MapFrameRateLimit(rate);
     if (!ARV_IS_GV_DEVICE(m_device)) return;
+    if (!Find("GevCurrentIPAddress")) {
+      Add<ComputedInteger>("GevCurrentIPAddress", [device = ARV_GV_DEVICE(m_device)] { return AddressOf(device); });
+    }
     Add<Register>("GevHeartbeatTimeout", m_device, kHeartbeatRegister, kHeartbeatsMs);
     Native size = Find("GVSPPacketSize");
     if (!size) size = Find("GevSCPSPacketSize");

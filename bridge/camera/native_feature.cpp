@@ -121,8 +121,8 @@ VmbError_t NativeFeature::IntegerRangeOf(IntegerRange& range) const {
   VmbError_t error =
       Limit([&](GError** slot) { return std::int64_t{arv_gc_integer_get_min(node, slot)}; }, Limits::min(), found.min);
   if (!error) {
-    error =
-        Limit([&](GError** slot) { return std::int64_t{arv_gc_integer_get_max(node, slot)}; }, Limits::max(), found.max);
+    error = Limit([&](GError** slot) { return std::int64_t{arv_gc_integer_get_max(node, slot)}; }, Limits::max(),
+                  found.max);
   }
   if (!error) {
     error = Limit([&](GError** slot) { return std::int64_t{arv_gc_integer_get_inc(node, slot)}; }, std::int64_t{1},

@@ -16,8 +16,8 @@ namespace Bridge {
 
 enum class FeatureType { kInteger, kFloat, kEnum, kString, kBool, kCommand };
 
-// A node of the camera's GenICam description. Values are checked here before they are sent: Aravis knows neither steps nor
-// locks, and would take one type for another.
+// A node of the camera's GenICam description. Values are checked here before they are sent: Aravis knows neither steps
+// nor locks, and would take one type for another.
 class NativeFeature final : public Feature {
  public:
   // Null when the camera has no such feature, does not implement it, or it is of no type that callers can use.

@@ -16,11 +16,12 @@ namespace {
 using VimbaLibrary::FloatRange;
 using VimbaLibrary::IntegerRange;
 
-// From the GigE Vision standard: the pause between two packets of the first stream channel, in ticks of the camera's clock.
+// From the GigE Vision standard: the pause between two packets of the first stream channel, in ticks of the camera's
+// clock.
 constexpr std::uint64_t kPauseRegister = 0x0d08;
 
-// A packet's size has the IP, UDP and GVSP headers in it (20 + 8 + 8 bytes). On the cable come the Ethernet header, check
-// sum, preamble and gap (14 + 4 + 8 + 12 bytes).
+// A packet's size has the IP, UDP and GVSP headers in it (20 + 8 + 8 bytes). On the cable come the Ethernet header,
+// check sum, preamble and gap (14 + 4 + 8 + 12 bytes).
 constexpr double kHeaderBytes = 36.0;
 constexpr double kCableBytes = 38.0;
 // Gigabit Ethernet. A faster camera would make a longer pause than it needs: its rate comes out below the wanted one.
@@ -99,8 +100,8 @@ class PacketPause final : public StreamRate {
   }
   // Up to a whole tick: the rate must not be exceeded.
   std::uint32_t TicksFor(std::int64_t bytes_per_s, double packet_bytes) const {
-    const double s =
-        (packet_bytes - kHeaderBytes) / static_cast<double>(bytes_per_s) - (packet_bytes + kCableBytes) / kCableBytesPerS;
+    const double s = (packet_bytes - kHeaderBytes) / static_cast<double>(bytes_per_s) -
+                     (packet_bytes + kCableBytes) / kCableBytesPerS;
     const double ticks = std::ceil(std::max(s, 0.0) * m_ticks_per_s);
     return static_cast<std::uint32_t>(std::min(ticks, static_cast<double>(std::numeric_limits<std::uint32_t>::max())));
   }

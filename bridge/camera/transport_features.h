@@ -68,7 +68,9 @@ class PacketSize final : public Feature {
 
   VmbError_t GetInteger(std::int64_t& value) const override { return m_native->GetInteger(value); }
   VmbError_t SetInteger(std::int64_t value) override;
-  VmbError_t IntegerRangeOf(VimbaLibrary::IntegerRange& range) const override { return m_native->IntegerRangeOf(range); }
+  VmbError_t IntegerRangeOf(VimbaLibrary::IntegerRange& range) const override {
+    return m_native->IntegerRangeOf(range);
+  }
 
  private:
   const std::unique_ptr<NativeFeature> m_native;

@@ -6,8 +6,8 @@
 
 namespace Bridge {
 
-// On the wire a frame has a block id of 16 bits: 65535 is followed by 1. Cameras with ids of 64 bits, by a later version of
-// the standard, keep theirs. Frames may come a little out of order.
+// On the wire a frame has a block id of 16 bits: 65535 is followed by 1. Cameras with ids of 64 bits, by a later
+// version of the standard, keep theirs. Frames may come a little out of order.
 class FrameIds {
  public:
   std::uint64_t Widen(std::uint64_t id) {

@@ -19,8 +19,8 @@ using VimbaLibrary::CaptureQueue;
 // How long an incomplete frame waits for its missing packets when no further frame comes, in us.
 constexpr guint kFrameRetentionUs = 200'000;
 
-// Packets are read through an ordinary socket, which every user may open. A packet socket costs less, needs a privilege and
-// delivers some milliseconds late.
+// Packets are read through an ordinary socket, which every user may open. A packet socket costs less, needs a privilege
+// and delivers some milliseconds late.
 bool WantsPacketSocket() {
   const char* const wanted = std::getenv("VIMBA_ARAVIS_PACKET_SOCKET");
   return wanted && *wanted && std::string_view(wanted) != "0";

@@ -17,9 +17,9 @@
 
 namespace Bridge {
 
-// Every queued frame is a buffer of the stream's, over the caller's memory, made anew each time: a used one keeps what the
-// last frame has left in it. The stream's thread only passes frames on; callbacks run on the queue's thread, so that they
-// may end or flush what they are called by. [any thread] but where a function says otherwise.
+// Every queued frame is a buffer of the stream's, over the caller's memory, made anew each time: a used one keeps what
+// the last frame has left in it. The stream's thread only passes frames on; callbacks run on the queue's thread, so
+// that they may end or flush what they are called by. [any thread] but where a function says otherwise.
 class FrameStream {
  public:
   // The arguments outlive it. `camera_lock` guards the camera's features, which making a stream reads.

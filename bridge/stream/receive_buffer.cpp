@@ -21,8 +21,8 @@ bool IsUdpSocketOf(int descriptor, std::uint16_t port) {
   if (getsockopt(descriptor, SOL_SOCKET, SO_TYPE, &type, &length) != 0 || type != SOCK_DGRAM) return false;
   sockaddr_in address{};
   length = sizeof address;
-  return getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &length) == 0 && address.sin_family == AF_INET &&
-         ntohs(address.sin_port) == port;
+  return getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &length) == 0 &&
+         address.sin_family == AF_INET && ntohs(address.sin_port) == port;
 }
 
 }  // namespace

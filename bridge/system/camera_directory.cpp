@@ -75,7 +75,8 @@ CameraDirectory::Changes CameraDirectory::Search() {
   // A camera that is still there keeps its record.
   for (auto& camera : found) {
     for (const Records& known : {m_cameras, m_earlier}) {
-      const auto same = std::find_if(known.begin(), known.end(), [&](const auto& each) { return SameCamera(*each, *camera); });
+      const auto same =
+          std::find_if(known.begin(), known.end(), [&](const auto& each) { return SameCamera(*each, *camera); });
       if (same != known.end()) camera = *same;
     }
   }

@@ -13,8 +13,8 @@
 
 namespace Bridge {
 
-// Looking takes Aravis a second, in which no camera can be opened: it is done when callers ask for it, and once before the
-// first question. [any thread]
+// Looking takes Aravis a second, in which no camera can be opened: it is done when callers ask for it, and once before
+// the first question. [any thread]
 class CameraDirectory {
  public:
   using Records = std::vector<std::shared_ptr<const CameraRecord>>;

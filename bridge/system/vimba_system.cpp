@@ -84,8 +84,8 @@ VmbCameraInfo_t VimbaSystem::InfoOf(const CameraRecord& camera) const {
   const BMutexLock lock(m_mutex);
   // Whether another program has the camera is known when it is opened, not before.
   const VmbAccessMode_t access = m_claimed.contains(camera.id) ? VmbAccessMode_t{VmbAccessModeNone} : kOpenable;
-  return {camera.id.c_str(),     camera.name.c_str(), camera.model.c_str(),
-          camera.serial.c_str(), access,              camera.interface_id.c_str()};
+  return {camera.id.c_str(),          camera.name.c_str(), camera.model.c_str(), camera.serial.c_str(), access,
+          camera.interface_id.c_str()};
 }
 
 std::vector<VmbCameraInfo_t> VimbaSystem::CameraInfos() const {
@@ -163,9 +163,8 @@ VmbError_t VimbaSystem::Watch(VmbHandle_t handle, const char* feature, VmbInvali
   if (!session) return VmbErrorBadHandle;
   if (const VmbError_t error = session->Alive()) return error;
   // What a camera changes by itself nobody would notice here.
-  return session->WithFeatures([&](const Features& features) {
-    return features.Has(feature) ? VmbErrorNotSupported : VmbErrorNotFound;
-  });
+  return session->WithFeatures(
+      [&](const Features& features) { return features.Has(feature) ? VmbErrorNotSupported : VmbErrorNotFound; });
 }
 
 void VimbaSystem::FollowDiscovery(Run& run) {

@@ -36,8 +36,8 @@ class VimbaSystem {
 
   VmbError_t PrepareForStartup() { return VmbErrorSuccess; }
   VmbError_t Startup();
-  // Returns when no callback runs and no thread of this library is left. In a callback, which it could never outlast, it
-  // does nothing.
+  // Returns when no callback runs and no thread of this library is left. In a callback, which it could never outlast,
+  // it does nothing.
   void Shutdown();
   bool Started() const { return m_startups != 0; }
 
