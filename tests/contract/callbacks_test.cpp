@@ -13,12 +13,14 @@ namespace {
 
 struct Callbacks : CameraTest {
   // After a capture has ended: receives frames with another ring. A callback of the first ring that is late would come
-  // meanwhile.
+  // meanwhile. A camera may learn only when it starts where its frames are to go.
   void ExpectNoMoreOf(FrameRing& ended) {
     const std::size_t arrived = ended.Arrived();
     EXPECT_EQ(VmbCaptureQueueFlush(camera), VmbErrorSuccess);
     FrameRing next(camera, 3);
+    RunCommand(camera, "AcquisitionStop");
     next.Start();
+    RunCommand(camera, "AcquisitionStart");
     next.WaitFor(3);
     EXPECT_EQ(ended.Arrived(), arrived);
   }

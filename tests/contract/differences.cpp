@@ -22,10 +22,6 @@ struct Difference {
 };
 
 constexpr Difference kDifferences[] = {
-    {kAravis, "CameraOpen.WithReadAccessNeitherWritesNorCaptures",
-     "Aravis opens a camera for its controller alone: there is no read access"},
-    {kAravis, "CameraOpen.WithReadAccessWorksForSeveralAtOnce",
-     "Aravis opens a camera for its controller alone: there is no read access"},
 };
 
 std::string NameOf(const testing::TestInfo& test) { return std::string(test.test_suite_name()) + '.' + test.name(); }
