@@ -4,11 +4,32 @@
 #include "camera_under_test.h"
 
 #include <cstdlib>
+#include <optional>
 #include <stdexcept>
 #include <tuple>
 #include <vector>
 
 #include "differences.h"
+
+namespace {
+
+std::optional<StartedApi> g_api;
+
+struct ShutDownAtTheEnd : testing::Environment {
+  void TearDown() override { HaveApiStarted(false); }
+};
+[[maybe_unused]] testing::Environment* const environment = testing::AddGlobalTestEnvironment(new ShutDownAtTheEnd);
+
+}  // namespace
+
+void HaveApiStarted(bool started) {
+  if (started == g_api.has_value()) return;
+  if (started) {
+    g_api.emplace();
+  } else {
+    g_api.reset();
+  }
+}
 
 std::string CameraUnderTest() {
   if (const char* const named = std::getenv("KEL_CONTRACT_CAMERA"); named && *named) return named;

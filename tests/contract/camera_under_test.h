@@ -13,15 +13,18 @@
 // The camera that KEL_CONTRACT_CAMERA names; otherwise the first in the list. The API must be started.
 std::string CameraUnderTest();
 
-// Skips tests that are not for the library that answers.
+// Has the API started or not. It stays so from one suite to the next: starting it may take a search for cameras.
+void HaveApiStarted(bool started);
+
+// The API is not started. Skips tests that are not for the library that answers.
 struct ContractTest : testing::Test {
+  static void SetUpTestSuite() { HaveApiStarted(false); }
   void SetUp() override;
 };
 
-// The API is started once for all tests of a suite: a library may have to search for its cameras.
+// The API is started.
 struct StartedTest : ContractTest {
-  static void SetUpTestSuite() { EXPECT_EQ(VmbStartup(), VmbErrorSuccess); }
-  static void TearDownTestSuite() { VmbShutdown(); }
+  static void SetUpTestSuite() { HaveApiStarted(true); }
 };
 
 // A picture that is small and that every camera can make.

@@ -31,6 +31,10 @@ TEST_F(Features, OfUnknownNameAreNotFound) {
   EXPECT_EQ(VmbFeatureIntGet(gVimbaHandle, "Width", &value), VmbErrorNotFound);
 }
 
+TEST_F(Features, CanBeWatched) {
+  EXPECT_EQ(VmbFeatureInvalidationRegister(camera, "Width", &OnChange, nullptr), VmbErrorSuccess);
+}
+
 TEST_F(Features, OfUnknownNameCannotBeWatched) {
   EXPECT_EQ(VmbFeatureInvalidationRegister(camera, "Widht", &OnChange, nullptr), VmbErrorNotFound);
   EXPECT_EQ(VmbFeatureInvalidationRegister(gVimbaHandle, "Width", &OnChange, nullptr), VmbErrorNotFound);

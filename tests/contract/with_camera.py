@@ -30,7 +30,9 @@ def main(arguments):
     if "--" not in arguments:
         sys.exit(__doc__)
     divider = arguments.index("--")
-    with subprocess.Popen(arguments[:divider], preexec_fn=die_with_parent, stdout=subprocess.DEVNULL) as camera:
+    with subprocess.Popen(
+        arguments[:divider], preexec_fn=die_with_parent, stdin=subprocess.PIPE, stdout=subprocess.DEVNULL
+    ) as camera:
         try:
             deadline = time.monotonic() + DEADLINE_S
             while not listens():
