@@ -16,9 +16,8 @@ using Row = std::vector<std::uint8_t>;
 struct Frame {
   explicit Frame(ArvBuffer* buffer) : id(arv_buffer_get_frame_id(buffer)) {
     arv_buffer_get_image_region(buffer, &left, &top, &width, &height);
-    std::size_t size_bytes = 0;
-    data = static_cast<std::uint8_t*>(const_cast<void*>(arv_buffer_get_data(buffer, &size_bytes)));
-    height = std::min(height, static_cast<gint>(size_bytes / static_cast<std::size_t>(std::max(width, 1))));
+    // Large enough: the camera does not have a frame drawn for which its buffer is too small.
+    data = static_cast<std::uint8_t*>(const_cast<void*>(arv_buffer_get_data(buffer, nullptr)));
   }
 
   // Row y of the frame becomes the first `bytes` bytes of rows(y).
