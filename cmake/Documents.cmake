@@ -56,6 +56,7 @@ foreach(page IN LISTS pages)
 endforeach()
 set(places --map README.md=${doc}/README.md --map docs/images=${doc}/docs/images
   --map examples=share/kelCameraVimba/examples --map apps/kelcam/profiles=share/kelCameraVimba/profiles
+  --map apps/kelcam/kelcam-output.schema.json=share/kelCameraVimba/kelcam-output.schema.json
   --map src/driver/kel_camera_vimba.h=${sdk_include}/driver/kel_camera_vimba.h
   --map simulator/scenarios=share/kelCameraVimba/scenarios
   --map simulator/vimba_simulator.h=${sdk_include}/simulator/vimba_simulator.h

@@ -15,6 +15,9 @@ set_target_properties(kel.tools PROPERTIES KEL_DESCRIPTION "Host SDK: images and
 set_target_properties(kel.imagingdevice PROPERTIES KEL_DESCRIPTION "Host SDK: imaging devices and host output")
 
 install(TARGETS kelcam RUNTIME DESTINATION ${KEL_INSTALL_RUN} COMPONENT kelcam)
+if(TARGET VimbaC-aravis)
+  install(TARGETS VimbaC-aravis LIBRARY DESTINATION ${KEL_INSTALL_RUN}/aravis COMPONENT kelcam)
+endif()
 if(WIN32)
   install(PROGRAMS packaging/kelcam-simulated.cmd DESTINATION bin COMPONENT kelcam)
 else()
@@ -27,7 +30,7 @@ endif()
 set(share share/kelCameraVimba)
 install(DIRECTORY apps/kelcam/profiles DESTINATION ${share} COMPONENT kelcam)
 install(DIRECTORY simulator/scenarios DESTINATION ${share} COMPONENT kelcam)
-install(FILES simulator/scenario.schema.json DESTINATION ${share} COMPONENT kelcam)
+install(FILES simulator/scenario.schema.json apps/kelcam/kelcam-output.schema.json DESTINATION ${share} COMPONENT kelcam)
 install(DIRECTORY examples/embedding examples/focus examples/testing DESTINATION ${share}/examples COMPONENT kelcam)
 
 include(${CMAKE_CURRENT_LIST_DIR}/Documents.cmake)

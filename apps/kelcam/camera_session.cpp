@@ -43,9 +43,13 @@ BImagingDevice* CameraSession::Open() {
 }
 
 Failure CameraSession::WhyNotOpened(const std::string& title, std::uint64_t first_message) const {
-  OpeningEvidence evidence{LinesOf(m_log.MessagesSince(first_message)), FactsOf(*m_profile), {}};
+  OpeningEvidence evidence{.lines = LinesOf(m_log.MessagesSince(first_message)), .profile = FactsOf(*m_profile)};
   // The camera system went with the opening, and is started again for this.
-  if (evidence.IsWithoutCamera() && !Interrupted()) evidence.attached = AttachedCameras(m_module, m_watch);
+  if (evidence.IsWithoutCamera() && !Interrupted()) {
+    evidence.attached = AttachedCameras(m_module, m_watch);
+    const auto& vimba = m_module.Vimba();
+    if (vimba && evidence.HasTriedAddress()) evidence.at_address = AskAddress(evidence.profile.address, *vimba);
+  }
   return Failure(OpeningFault(title + " cannot be opened", evidence, m_log));
 }
 

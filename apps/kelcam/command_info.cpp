@@ -122,11 +122,7 @@ Json ToJson(const DeviceReport& report) {
   }
   if (report.external_trigger) trigger = {{"external", *report.external_trigger}};
   if (report.frame_rate_hz) frame_rate_hz = *report.frame_rate_hz;
-  if (report.vimba) {
-    vimba = {{"file", Utf8(report.vimba->File())},
-             {"version", report.vimba->Version()},
-             {"simulated", report.vimba->IsSimulated()}};
-  }
+  if (report.vimba) vimba = ToJson(*report.vimba);
   return {{"name", report.name},
           {"type", report.type},
           {"vimbac", vimba},

@@ -13,6 +13,7 @@
 #include "CLI/CLI.hpp"
 #include "failure.h"
 #include "platform.h"
+#include "unknown_word.h"
 
 namespace Kelcam {
 namespace {
@@ -95,7 +96,8 @@ void AddGlobalOptions(CLI::App& app, Options& options) {
                  std::string("the camera driver module\n(default: ") + kModuleFileName + " next to this program)")
       ->option_text("FILE");
   app.add_option("--log", options.log_file, "write every message of the driver to this file")->option_text("FILE");
-  app.add_flag("--json", options.json, "print the result as one JSON document");
+  app.add_flag("--json", options.json,
+               "print the result as one JSON document (live: a line a second,\nand one for the total)");
   app.add_flag("-v,--verbose", options.verbose, "print every message of the driver on standard error");
   app.add_flag("-q,--quiet", options.quiet,
                "print only errors, notices and what a command is asked for; of\nsnap that are the files alone");
@@ -104,8 +106,9 @@ void AddGlobalOptions(CLI::App& app, Options& options) {
 // After the other global options, which hold for them too.
 void AddVimbaOptions(CLI::App& app, Options& options) {
   app.add_option("--vimbac", options.vimbac_folder,
-                 "take the VimbaC library in this folder\n(default: the one that the system finds)")
-      ->option_text("FOLDER");
+                 "take the VimbaC library in this folder, or one that kelcam comes\nwith: aravis (GigE Vision cameras "
+                 "on Linux), simulated\n(default: the one that the system finds)")
+      ->option_text("FOLDER|NAME");
   const CLI::callback_t take_scenario = [&options](const CLI::results_t& words) {
     if (words.back() == kListScenarios) throw CommandByOption{Command::kScenarios};
     options.simulated = words.back() == kNoScenario ? std::string() : words.back();
@@ -144,10 +147,25 @@ void AddRetriesOption(CLI::App& command, Options& options) {
       ->option_text("N");
 }
 
-void AddSnapOptions(CLI::App& command, Options& options, std::vector<std::string>& settings) {
-  AddChoice(
-      command, "--kind", options.kind, kKinds,
-      "kind of picture (default: rgb for a colour camera, but mono for\na .pgm file; mono for a monochrome camera)");
+// What an option that several commands have does in one of them.
+struct ImageTexts {
+  const char* kind;
+  const char* trigger;
+  const char* area;
+};
+
+constexpr ImageTexts kSnapTexts{
+    "kind of picture (default: rgb for a colour camera, but mono for\na .pgm file; mono for a monochrome camera)",
+    "what starts an image: the program, the camera's input line, or\nthe camera itself (default: software for single "
+    "images, else free)",
+    "the text of the image area, which selects the conversion:\n[l] fast, [p] precise"};
+constexpr ImageTexts kLiveTexts{
+    "kind of picture (default: rgb for a colour camera, mono for a\nmonochrome one)",
+    "what starts an image: the program, the camera's input line, or\nthe camera itself (default: free)",
+    "the text of the image area, which selects the conversion:\n[l] fast (the default), [p] precise"};
+
+void AddImageOptions(CLI::App& command, Options& options, std::vector<std::string>& settings, const ImageTexts& texts) {
+  AddChoice(command, "--kind", options.kind, kKinds, texts.kind);
   AddChoice(command, "--color", options.color, kSwitch,
             "switch the camera's colour mode first; without this option the\n"
             "camera stays in the mode in which the driver opens it");
@@ -158,14 +176,8 @@ void AddSnapOptions(CLI::App& command, Options& options, std::vector<std::string
           "kelcam info), one with a unit\nin that: exposure=12.5ms, gain=4x. May be given several times")
       ->allow_extra_args(false)
       ->option_text("CONTROL=VALUE");
-  AddChoice(command, "--trigger", options.trigger, kTriggers,
-            "what starts an image: the program, the camera's input line, or\nthe camera itself (default: software for "
-            "single images, else free)");
-  command
-      .add_option(
-          "--area", options.area_text,
-          "the text of the image area, which selects the conversion:\n[l] fast, [p] precise (live: [l] by default)")
-      ->option_text("TEXT");
+  AddChoice(command, "--trigger", options.trigger, kTriggers, texts.trigger);
+  command.add_option("--area", options.area_text, texts.area)->option_text("TEXT");
   const auto take_timeout = [&options](std::uint32_t timeout_ms) {
     options.timeout = std::chrono::milliseconds(timeout_ms);
   };
@@ -226,7 +238,7 @@ void AddSnapCommand(CLI::App& app, Options& options, std::vector<std::string>& s
   AddCameraOptions(*snap, options);
   AddPictureOptions(*snap, options);
   AddSeriesOptions(*snap, options);
-  AddSnapOptions(*snap, options, settings);
+  AddImageOptions(*snap, options, settings, kSnapTexts);
 }
 
 void AddLiveCommand(CLI::App& app, Options& options, std::vector<std::string>& settings) {
@@ -236,7 +248,7 @@ void AddLiveCommand(CLI::App& app, Options& options, std::vector<std::string>& s
   live->add_option_function<double>("--seconds", take_duration, "for how long (default: until Ctrl-C)")
       ->check(CLI::Validator(WhyNotPositive, {}))
       ->option_text("S");
-  AddSnapOptions(*live, options, settings);
+  AddImageOptions(*live, options, settings, kLiveTexts);
 }
 
 void AddListCommand(CLI::App& app, Options& options) {
@@ -326,6 +338,7 @@ void CheckSnap(Options& options) {
   if (options.raw) return CheckRaw(options, pattern.Format());
   if (pattern.Format() != PictureFormat::kPgm) return;
   CheckPgm(options);
+  options.is_grey_by_format = !options.kind;
   options.kind = BBaseAoi::eMono8;
 }
 
@@ -335,7 +348,7 @@ bool IsStandardOutput(const Options& options) {
   return options.command == Command::kSnap && FilePattern::IsStandardOutput(options.pattern);
 }
 
-std::variant<Options, std::string> ParseCommandLine(std::vector<std::string> arguments) {
+std::variant<Options, std::string> ParseCommandLine(const std::vector<std::string>& arguments) {
   Options options;
   std::vector<std::string> settings;
   CLI::App app(kDescription, "kelcam");
@@ -350,8 +363,8 @@ std::variant<Options, std::string> ParseCommandLine(std::vector<std::string> arg
   AddCommands(app, options, settings);
   app.footer(kFooter);
   try {
-    std::reverse(arguments.begin(), arguments.end());
-    app.parse(arguments);
+    std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
+    app.parse(reversed);
   } catch (const CommandByOption& asked) {
     options.command = asked.command;
     return options;
@@ -360,7 +373,8 @@ std::variant<Options, std::string> ParseCommandLine(std::vector<std::string> arg
     app.exit(asked, text, text);
     return text.str();
   } catch (const CLI::ParseError& error) {
-    throw UsageError(error.what());
+    const std::string why = WhyUnknownWord(app, arguments);
+    throw UsageError(why.empty() ? error.what() : why);
   }
   options.command = CommandIn(app);
   for (const std::string& setting : settings) options.settings.push_back(ParseControlSetting(setting));

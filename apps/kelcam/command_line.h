@@ -54,6 +54,7 @@ struct Options {
   SnapMode mode = SnapMode::kSingle;
   std::string pattern;
   std::optional<PictureFormat> format;  // none: that of the pattern's ending
+  bool is_grey_by_format = false;       // the kind is that of the format, and no option asks for it
   bool raw = false;
   bool no_clobber = false;
   std::optional<std::chrono::duration<double>> interval;  // none: one image after the other
@@ -69,6 +70,6 @@ struct Options {
 bool IsStandardOutput(const Options& options);
 
 // The options, or the text that --help asks for. Throws UsageError.
-std::variant<Options, std::string> ParseCommandLine(std::vector<std::string> arguments);
+std::variant<Options, std::string> ParseCommandLine(const std::vector<std::string>& arguments);
 
 }  // namespace Kelcam

@@ -26,7 +26,7 @@ std::vector<std::string> WaitForCameras(const Options& options, const Module& mo
     const std::uint64_t first_message = log.Count();
     const std::optional<std::vector<std::string>> cameras = AttachedCameras(module, watch);
     if (!cameras) {
-      const OpeningEvidence evidence{LinesOf(log.MessagesSince(first_message)), {}, {}};
+      const OpeningEvidence evidence{.lines = LinesOf(log.MessagesSince(first_message)), .profile = {}};
       throw Failure(OpeningFault("the camera system cannot be started", evidence, log));
     }
     if (!cameras->empty() || !options.wait || Clock::now() - start >= *options.wait) return *cameras;

@@ -2,74 +2,24 @@
 // kelcam live: a continuous run and its figures.
 #include <chrono>
 #include <iostream>
-#include <map>
-#include <set>
-#include <string>
-#include <utility>
 
 #include "acquisition_run.h"
 #include "camera_session.h"
 #include "camera_setup.h"
 #include "commands.h"
 #include "interrupt.h"
+#include "live_report.h"
 #include "profile_check.h"
-#include "report.h"
 #include "utf8.h"
 
 namespace Kelcam {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using Seconds = std::chrono::duration<double>;
 
-constexpr std::chrono::milliseconds kProgressInterval{250};
+// Asking for it takes a call to the camera.
+constexpr std::chrono::seconds kStreamRateInterval{1};
 constexpr const char* kFastConversion = "[l]";
-
-struct LiveReport {
-  std::uint64_t frames = 0;
-  std::uint64_t failures = 0;
-  std::map<int, std::pair<Fault, std::uint64_t>> faults;  // by code: the first, and how many
-  std::set<std::pair<int, std::string>> printed;          // what has been: code and next step
-  Seconds elapsed{0.0};
-  std::int64_t stream_rate_bytes_per_s = 0;
-  std::optional<Fault> lost;  // the camera is gone, and the run has ended for it
-
-  double FramesPerSecond() const {
-    return elapsed > Seconds::zero() ? static_cast<double>(frames) / elapsed.count() : 0.0;
-  }
-
-  void CountFailure(const Fault& fault) {
-    ++failures;
-    ++faults.try_emplace(fault.code, fault, 0).first->second.second;
-    const bool is_new = printed.emplace(fault.code, fault.reason.to_do).second;
-    if (is_new) std::cerr << fault.Sentence() << "\n" << fault.reason.Text();
-  }
-
-  std::string Line() const {
-    return Counted(frames, "frame") + " in " + Fixed(elapsed.count(), 1) + " s, " + Fixed(FramesPerSecond(), 1) +
-           " frames/s, " + Counted(failures, "failure") + ", stream rate " +
-           Fixed(static_cast<double>(stream_rate_bytes_per_s) / 1e6, 1) + " MB/s";
-  }
-};
-
-Json ToJson(const LiveReport& report, const std::string& camera) {
-  Json errors = Json::array();
-  for (const auto& [code, fault_and_count] : report.faults) {
-    Json error = ToJson(fault_and_count.first);
-    error["count"] = fault_and_count.second;
-    errors.push_back(error);
-  }
-  Json document = {{"camera", camera},
-                   {"frames", report.frames},
-                   {"failures", report.failures},
-                   {"errors", errors},
-                   {"seconds", report.elapsed.count()},
-                   {"framesPerSecond", report.FramesPerSecond()},
-                   {"streamBytesPerSecond", report.stream_rate_bytes_per_s},
-                   {"interrupted", Interrupted()}};
-  if (report.lost) document["error"] = ToJson(*report.lost);
-  return document;
-}
 
 std::int64_t StreamRate(const CameraSession& camera) {
   const CallWatch::Call call(camera.Watch(), Operation::kControls);
@@ -79,35 +29,28 @@ std::int64_t StreamRate(const CameraSession& camera) {
 void RunUntilOver(const Options& options, const CameraSession& camera, AcquisitionRun& run, LiveReport& report) {
   const BImagingDevice& device = camera.Device();
   LostCamera lost(options.lost_after);
-  ProgressLine progress(!options.verbose && !options.quiet);
+  bool is_lost = false;
   const BSmartRef<BBaseAoi> area(new BBaseAoi(PictureKind(options, device),
                                               Wide(options.area_text.empty() ? kFastConversion : options.area_text)));
-  const Clock::time_point start = Clock::now();
-  Clock::time_point next_progress = start + kProgressInterval;
-  while (!Interrupted() && !report.lost && (!options.duration || report.elapsed < *options.duration)) {
+  Clock::time_point next_rate = Clock::now();
+  report.Start();
+  while (!Interrupted() && !is_lost && !report.HasLostReader() &&
+         (!options.duration || report.Elapsed() < *options.duration)) {
+    if (Clock::now() >= next_rate) {
+      report.SetStreamRate(StreamRate(camera));
+      next_rate = Clock::now() + kStreamRateInterval;
+    }
     const std::optional<Fault> fault = run.Snap(*area, options.timeout);
-    if (fault) {
-      progress.Wipe();
-      report.CountFailure(*fault);
-    } else {
-      ++report.frames;
-    }
-    if (lost.IsLostAfter(fault && camera.LooksGone())) {
-      report.lost = lost.AsFault();
-      std::cerr << report.lost->Sentence() << "\n";
-    }
-    const Clock::time_point now = Clock::now();
-    report.elapsed = now - start;
-    if (!progress.IsShown() || now < next_progress) continue;
-    report.stream_rate_bytes_per_s = StreamRate(camera);
-    progress.Show(report.Line());
-    next_progress = now + kProgressInterval;
+    fault ? report.AddFailure(*fault) : report.AddFrame();
+    is_lost = lost.IsLostAfter(fault && camera.LooksGone());
   }
+  report.Stop();
+  if (is_lost) report.AddLoss(lost.AsFault());
 }
 
 }  // namespace
 
-ExitCode RunLive(const Options& options, const Module& module, const MessageLog& log) {
+ExitCode RunLive(const Options& options, const Module& module, MessageLog& log) {
   if (!options.profile_file.empty()) PrintUnusedKeys(options.profile_file);
   const CameraSession camera(module, log, options);
   BImagingDevice& device = camera.Device();
@@ -117,22 +60,19 @@ ExitCode RunLive(const Options& options, const Module& module, const MessageLog&
   }
   const TriggerChoice trigger = options.trigger.value_or(TriggerChoice::kFree);
   const TriggerSetting trigger_setting(device, trigger, options.trigger.has_value());
-  LiveReport report;
+  const FrameIds ids(log);
+  LiveReport report(options, ids);
   AcquisitionRun run(camera, false, trigger);
   if (run.StartFault()) {
-    report.CountFailure(*run.StartFault());
+    report.AddFailure(*run.StartFault());
   } else {
     RunUntilOver(options, camera, run, report);
   }
   // Asked for before stop-snap, which adapts it for the next run.
-  report.stream_rate_bytes_per_s = StreamRate(camera);
-  if (const std::optional<Fault> fault = run.Stop()) report.CountFailure(*fault);
-  if (options.json) {
-    PrintDocument(ToJson(report, Utf8(WString(device.Name()))));
-  } else {
-    std::cout << report.Line() << "\n";
-  }
-  return report.failures ? kFailed : kDone;
+  report.SetStreamRate(StreamRate(camera));
+  if (const std::optional<Fault> fault = run.Stop()) report.AddFailure(*fault);
+  report.PrintTotal(Utf8(WString(device.Name())));
+  return report.HasFailed() ? kFailed : kDone;
 }
 
 }  // namespace Kelcam

@@ -5,6 +5,7 @@
 #include "commands.h"
 #include "interrupt.h"
 #include "picture_details.h"
+#include "picture_notices.h"
 #include "picture_series.h"
 #include "platform.h"
 #include "profile_check.h"
@@ -43,6 +44,7 @@ ExitCode RunSnap(const Options& options, const Module& module, const MessageLog&
     const CallWatch::Call call(camera.Watch(), Operation::kControls);
     SetUpCamera(options, device);
   }
+  PrintPictureNotices(options, camera);
   const bool single = options.mode == SnapMode::kSingle;
   const TriggerChoice trigger = options.trigger.value_or(single ? TriggerChoice::kSoftware : TriggerChoice::kFree);
   const TriggerSetting trigger_setting(device, trigger, options.trigger.has_value());

@@ -12,7 +12,8 @@ namespace Kelcam {
 ExitCode RunList(const Options& options, const Module& module, const MessageLog& log);
 ExitCode RunInfo(const Options& options, const Module& module, const MessageLog& log);
 ExitCode RunSnap(const Options& options, const Module& module, const MessageLog& log);
-ExitCode RunLive(const Options& options, const Module& module, const MessageLog& log);
+// The log: what comes in between reads the messages on their way to it.
+ExitCode RunLive(const Options& options, const Module& module, MessageLog& log);
 ExitCode RunProfileNew(const Options& options, const Module& module, const MessageLog& log);
 ExitCode RunProfileCheck(const Options& options);
 

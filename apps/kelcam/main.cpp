@@ -2,6 +2,7 @@
 // kelcam: a camera driver module's host on the command line.
 #include <filesystem>
 #include <iostream>
+#include <optional>
 
 #include "commands.h"
 #include "interrupt.h"
@@ -38,17 +39,34 @@ void PrintSimulationNotice(const Module& module) {
 }
 
 int PrintVersion(const Options& options) {
-  std::cout << "kelcam " << KEL_VERSION << "\n";
+  Json document = {{"version", KEL_VERSION}, {"vimbac", nullptr}};
+  std::string text = std::string("kelcam ") + KEL_VERSION + "\n";
   try {
     const Module module = LoadModule(options);
     if (const auto& vimba = module.Vimba()) {
-      std::cout << "VimbaC " << vimba->Version() << ", " << vimba->Description() << "\n";
+      text += "VimbaC " + vimba->Version() + ", " + vimba->Description() + "\n";
+      document["vimbac"] = ToJson(*vimba);
     }
   } catch (const Failure& failure) {
-    std::cout << failure.what() << "\n";
+    text += std::string(failure.what()) + "\n";
+    document["error"] = ToJson(failure.What());
+  }
+  if (options.json) {
+    PrintDocument(document);
+  } else {
+    std::cout << text;
   }
   CheckOutput();
   return kDone;
+}
+
+// Of live every document is one line.
+void PrintErrorDocument(const Fault& fault, Command command) {
+  if (command == Command::kLive) {
+    PrintLine({{"event", "error"}, {"error", ToJson(fault)}});
+  } else {
+    PrintDocument({{"error", ToJson(fault)}});
+  }
 }
 
 // Those that need neither module nor camera.
@@ -97,7 +115,7 @@ int RunCommand(const Options& options) {
 }
 
 int Run(int argc, char** argv) {
-  bool json = false;
+  std::optional<Command> command_with_json;
   try {
     const auto parsed = ParseCommandLine(Utf8Arguments(argc, argv));
     if (const auto* text = std::get_if<std::string>(&parsed)) {
@@ -106,7 +124,7 @@ int Run(int argc, char** argv) {
       return kDone;
     }
     const Options& options = std::get<Options>(parsed);
-    json = options.json;
+    if (options.json) command_with_json = options.command;
     if (options.command == Command::kVersion) return PrintVersion(options);
     return RunCommand(options);
   } catch (const UsageError& error) {
@@ -115,7 +133,7 @@ int Run(int argc, char** argv) {
   } catch (...) {
     const Fault fault = FaultOfCurrentException();
     std::cerr << fault.Sentence() << "\n" << fault.reason.Text();
-    if (json) PrintDocument({{"error", ToJson(fault)}});
+    if (command_with_json) PrintErrorDocument(fault, *command_with_json);
     if (Interrupted()) return InterruptedExitCode();
     return kFailed;
   }

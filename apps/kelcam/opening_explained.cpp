@@ -23,6 +23,7 @@ constexpr wchar_t kBySerial[] = L"Serial";
 constexpr std::string_view kFailures[] = {" failed", " fails : ", "returns error", "GeVTLIsPresent = false"};
 
 constexpr const char* kSerialFailed = " - InitBySerial failed";
+constexpr const char* kAddressFailed = " - InitByAddr failed";
 
 bool IsFailure(std::string_view line) {
   return std::any_of(std::begin(kFailures), std::end(kFailures), [&](auto part) { return Contains(line, part); });
@@ -66,6 +67,10 @@ bool HasNoneAttached(const Evidence& evidence) {
   return FoundNone(evidence) && !NamesNoCamera(evidence) && evidence.attached && evidence.attached->empty();
 }
 
+bool IsAddressSilent(const Evidence& evidence) { return evidence.at_address == AtAddress::kNobody; }
+bool IsAddressInUse(const Evidence& evidence) { return evidence.at_address == AtAddress::kInUse; }
+bool IsAddressOpenable(const Evidence& evidence) { return evidence.at_address == AtAddress::kOpenable; }
+
 bool LacksBayerType(const Evidence& evidence) { return !evidence.profile.has_bayer_type; }
 
 struct OpeningCause {
@@ -95,14 +100,21 @@ constexpr OpeningCause kOpeningCauses[] = {
      "write Init.Method = Serial and Serial.Number at the head of the profile; kelcam list shows the serial numbers"},
     {nullptr, HasNoSuchSerial, "no attached camera has this serial number",
      "compare it with kelcam list; check the camera's power and cable, and that it is in the adapter's subnet"},
-    {" - InitByAddr failed", FoundNone,
+    {kAddressFailed, FoundNone,
      "no camera could be opened at this address: there is none, or another program has it open",
      "check the address and that the computer is in its subnet; end the program that has the camera open"},
+    {kAddressFailed, IsAddressSilent, "no camera answers at this address",
+     "compare it with kelcam list --long; check the camera's power and cable, and that the computer is in its subnet"},
     {" - InitByUid failed", FoundNone,
      "no camera with this id could be opened: there is none, or another program has it open",
      "check the id and the camera's power and cable; end the program that has the camera open"},
     {nullptr, HasNoneAttached, "no camera is attached",
      "check power, cable and firewall, and that camera and network adapter are in one subnet"},
+    {kAddressFailed, IsAddressInUse,
+     "the camera at this address is attached and cannot be opened: another program has it open",
+     "end that program; after a crash, wait 5 seconds and try again"},
+    {kAddressFailed, IsAddressOpenable, "the camera at this address could not be opened, and can be opened now",
+     "try again"},
     {" - InitByUid failed", IsListedButClosed,
      "the camera is attached and cannot be opened: another program has it open",
      "end that program; after a crash, wait 5 seconds and try again"},
@@ -194,6 +206,8 @@ ProfileFacts FactsOf(const BCamProfile& profile) {
 bool OpeningEvidence::IsWithoutCamera() const {
   return FoundNone(*this) && !NamesNoCamera(*this) && !AnyContains(lines, kSerialFailed);
 }
+
+bool OpeningEvidence::HasTriedAddress() const { return AnyContains(lines, kAddressFailed); }
 
 Reason ExplainOpening(const OpeningEvidence& evidence) {
   Reason reason;

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "bcamprofile.h"
+#include "camera_at_address.h"
 #include "driver_messages.h"
 #include "failure.h"
 #include "message_log.h"
@@ -31,10 +32,13 @@ ProfileFacts FactsOf(const BCamProfile& profile);
 struct OpeningEvidence {
   Lines lines;  // the driver's, since the opening began
   ProfileFacts profile;
-  std::optional<Lines> attached;  // the cameras that the module lists; none: not asked
+  std::optional<Lines> attached = {};  // the cameras that the module lists; none: not asked
+  AtAddress at_address = AtAddress::kUnknown;
 
   // Whether the driver found no camera and it matters which are attached.
   bool IsWithoutCamera() const;
+  // Whether it has tried the profile's address, too, or alone.
+  bool HasTriedAddress() const;
 };
 
 // The lines that failed, the cause and the next step; no cause where the lines fit none.

@@ -17,6 +17,7 @@
 #else
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 #endif
 
@@ -27,6 +28,8 @@ using NoteSignal = void (*)(int signal);
 
 std::atomic<NoteSignal> note_signal = nullptr;
 static_assert(std::atomic<NoteSignal>::is_always_lock_free, "a signal handler reads it");
+
+constexpr std::size_t kUsualTerminalWidth = 80;
 
 }  // namespace
 
@@ -93,6 +96,13 @@ std::filesystem::path ProgramFolder() { return FileOf(nullptr).parent_path(); }
 
 bool StandardErrorIsTerminal() { return _isatty(_fileno(stderr)) != 0; }
 bool StandardOutputIsTerminal() { return _isatty(_fileno(stdout)) != 0; }
+
+std::size_t TerminalWidth() {
+  CONSOLE_SCREEN_BUFFER_INFO info{};
+  if (!GetConsoleScreenBufferInfo(GetStdHandle(STD_ERROR_HANDLE), &info)) return kUsualTerminalWidth;
+  const int width = info.srWindow.Right - info.srWindow.Left + 1;
+  return width > 0 ? static_cast<std::size_t>(width) : kUsualTerminalWidth;
+}
 
 void MakeStandardOutputBinary() { std::ignore = _setmode(_fileno(stdout), _O_BINARY); }
 
@@ -199,6 +209,11 @@ std::filesystem::path ProgramFolder() { return std::filesystem::read_symlink("/p
 
 bool StandardErrorIsTerminal() { return isatty(STDERR_FILENO) == 1; }
 bool StandardOutputIsTerminal() { return isatty(STDOUT_FILENO) == 1; }
+
+std::size_t TerminalWidth() {
+  winsize size{};
+  return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsualTerminalWidth;
+}
 
 void MakeStandardOutputBinary() {}
 

@@ -2,6 +2,7 @@
 // The few things that differ between operating systems.
 #pragma once
 
+#include <cstddef>
 #include <ctime>
 #include <filesystem>
 #include <string>
@@ -34,6 +35,8 @@ std::filesystem::path ProgramFolder();
 
 bool StandardErrorIsTerminal();
 bool StandardOutputIsTerminal();
+// How many characters fit a line of the terminal at standard error; 80 if that is not known.
+std::size_t TerminalWidth();
 
 // From now on standard output passes on bytes as they are. Nothing may have been written to it.
 void MakeStandardOutputBinary();

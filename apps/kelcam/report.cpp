@@ -2,6 +2,7 @@
 // What the commands' reports have in common.
 #include "report.h"
 
+#include <algorithm>
 #include <atomic>
 #include <iomanip>
 #include <iostream>
@@ -14,6 +15,14 @@ namespace {
 
 std::atomic<bool> is_line_on_screen = false;
 
+constexpr int kIndent = 2;
+constexpr int kOneLine = -1;
+
+// A camera's texts may hold bytes that are no UTF-8; the document stays valid.
+std::string Dumped(const Json& document, int indent) {
+  return document.dump(indent, ' ', false, Json::error_handler_t::replace);
+}
+
 }  // namespace
 
 Json ToJson(const Fault& fault) {
@@ -24,10 +33,9 @@ Json ToJson(const Fault& fault) {
   return document;
 }
 
-void PrintDocument(const Json& document) {
-  // A camera's texts may hold bytes that are no UTF-8; the document stays valid.
-  std::cout << document.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
-}
+void PrintDocument(const Json& document) { std::cout << Dumped(document, kIndent) << "\n"; }
+
+void PrintLine(const Json& document) { std::cout << Dumped(document, kOneLine) << "\n" << std::flush; }
 
 std::string Fixed(double value, int decimals) {
   std::ostringstream text;
@@ -46,8 +54,9 @@ ProgressLine::~ProgressLine() { Wipe(); }
 void ProgressLine::Show(const std::string& text) {
   if (!m_shown) return;
   Wipe();
-  std::cerr << text << std::flush;
-  m_width = text.size();
+  // A terminal may begin a new line after one that fills it. The texts are in ASCII.
+  m_width = std::min(text.size(), TerminalWidth() - 1);
+  std::cerr << text.substr(0, m_width) << std::flush;
   is_line_on_screen = m_width > 0;
 }
 

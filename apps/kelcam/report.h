@@ -18,6 +18,9 @@ Json ToJson(const Fault& fault);
 // The one document of --json, on standard output.
 void PrintDocument(const Json& document);
 
+// One of several documents: on a line of its own, and at once.
+void PrintLine(const Json& document);
+
 // With that many decimals.
 std::string Fixed(double value, int decimals);
 
@@ -25,6 +28,7 @@ std::string Fixed(double value, int decimals);
 std::string Counted(std::uint64_t count, const std::string& noun);
 
 // A line on standard error that is written over again and again; only on a terminal, in a pipe it is silent.
+// It is cut to the terminal's width.
 class ProgressLine {
  public:
   explicit ProgressLine(bool wanted);

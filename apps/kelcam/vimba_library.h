@@ -8,6 +8,7 @@
 
 #include "VimbaC.h"
 #include "platform.h"
+#include "report.h"
 
 namespace Kelcam {
 
@@ -45,5 +46,8 @@ class VimbaLibrary {
   std::filesystem::path m_file;
   bool m_is_simulated = false;
 };
+
+// Its file and version, and whether its cameras are simulated.
+Json ToJson(const VimbaLibrary& library);
 
 }  // namespace Kelcam

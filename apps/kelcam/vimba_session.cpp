@@ -61,6 +61,12 @@ std::vector<CameraRecord> VimbaSession::Cameras() const {
   return cameras;
 }
 
+std::optional<VmbAccessMode_t> VimbaSession::PermittedAccess(const std::string& id) const {
+  VmbCameraInfo_t info{};
+  const VmbError_t code = KEL_VIMBA_CALL(m_library, VmbCameraInfoQuery)(id.c_str(), &info, sizeof info);
+  return code == VmbErrorSuccess ? std::optional(info.permittedAccess) : std::nullopt;
+}
+
 OpenedCamera::OpenedCamera(const VimbaSession& session, const std::string& id, VmbAccessMode_t access)
     : m_library(session.Library()), m_code(KEL_VIMBA_CALL(m_library, VmbCameraOpen)(id.c_str(), access, &m_handle)) {}
 

@@ -30,6 +30,8 @@ class VimbaSession {
 
   // Asks the network and returns the cameras in the library's order, which is that of a module's list.
   std::vector<CameraRecord> Cameras() const;
+  // How the camera with this id, serial number or address may be opened. None: the library knows no such camera.
+  std::optional<VmbAccessMode_t> PermittedAccess(const std::string& id) const;
   const VimbaLibrary& Library() const { return m_library; }
 
  private:

@@ -10,7 +10,7 @@
 // module once every device is released.
 class DriverModule {
  public:
-  // Throws std::runtime_error that names what is missing.
+  // Throws std::runtime_error, which names the missing file or export and has the system's reason.
   explicit DriverModule(const std::string& file);
 
   CreateImagingDeviceFunction* create;

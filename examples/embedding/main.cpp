@@ -2,16 +2,21 @@
 // The smallest whole host: lists the attached cameras, or opens the one that a profile names and takes a picture.
 //   embedding MODULE                      prints the cameras' identifiers
 //   embedding MODULE PROFILE PICTURE      writes a PPM from a colour camera, a PGM from a monochrome one
+// Exit codes: 0 done, 1 failed (standard error says why), 2 wrong usage.
 #include <fstream>
 #include <iostream>
+#include <new>
 #include <stdexcept>
 #include <string>
 
 #include "bbaseaoi.h"
 #include "driver_module.h"
 #include "imagingdevice.h"
+#include "nboard.h"
 
 namespace {
+
+enum ExitCode : int { kDone = 0, kFailed = 1, kWrongUsage = 2 };
 
 constexpr std::uint32_t kTimeoutMs = 5000;
 
@@ -24,6 +29,22 @@ class Notices final : public ImagingDevice::BSink {
   }
   void OnLogMessage(const WString& text, bool /*important*/) override { std::cerr << ToBString(text).c_str() << "\n"; }
 };
+
+// Called while an exception is handled: whatever profile, module or device throw.
+void PrintFailure() {
+  try {
+    throw;
+  } catch (const BError& error) {
+    std::cerr << "error " << error.ErrorCode() << ": " << ToBString(error.Message()).c_str() << "\n";
+  } catch (NBoard::Exception exception) {
+    // Its one value is eWrongImageKind.
+    std::cerr << "error: the area is of the wrong kind for the picture (" << static_cast<int>(exception) << ")\n";
+  } catch (const std::bad_alloc&) {
+    std::cerr << "error: out of memory\n";
+  } catch (const std::exception& error) {
+    std::cerr << "error: " << error.what() << "\n";
+  }
+}
 
 // An open camera, given back to the module that made it.
 class Camera {
@@ -42,12 +63,35 @@ class Camera {
   BImagingDevice* m_device;
 };
 
-// Every start that did not throw has its stop, also after a failed snap.
-BError TakePicture(BImagingDevice& device, BBaseAoi& area) {
-  device.StartSnap(true);
-  BError error = device.Snap(&area, kTimeoutMs);
-  device.StopSnap();
-  return error;
+// From StartSnap to StopSnap. A start that did not throw has its stop, whatever the snap does.
+class Acquisition {
+ public:
+  explicit Acquisition(BImagingDevice& device) : m_device(device) { m_device.StartSnap(true); }
+  ~Acquisition() {
+    if (m_is_stopped) return;
+    try {
+      m_device.StopSnap();
+    } catch (...) {
+      PrintFailure();
+    }
+  }
+  Acquisition(const Acquisition&) = delete;
+  Acquisition& operator=(const Acquisition&) = delete;
+  void Stop() {
+    m_is_stopped = true;
+    m_device.StopSnap();
+  }
+
+ private:
+  BImagingDevice& m_device;
+  bool m_is_stopped = false;
+};
+
+void TakePicture(BImagingDevice& device, BBaseAoi& area) {
+  Acquisition acquisition(device);
+  const BError error = device.Snap(&area, kTimeoutMs);
+  if (error.IsError()) throw error;
+  acquisition.Stop();
 }
 
 template <class Image>
@@ -69,6 +113,7 @@ void WritePicture(BBaseAoi& area, const std::string& file_name) {
 void List(const DriverModule& module) {
   DList<WString> identifiers;
   module.list(identifiers);
+  if (identifiers.IsEmpty()) throw std::runtime_error("no camera was found, or the camera system does not start");
   for (const WString& identifier : identifiers) std::cout << ToBString(identifier).c_str() << "\n";
 }
 
@@ -76,23 +121,19 @@ void Snap(const DriverModule& module, const std::string& profile_file, const std
   const Camera camera(module, profile_file);
   BImagingDevice& device = camera.Device();
   const BSmartRef<BBaseAoi> area(new BBaseAoi(device.IsColor() ? BBaseAoi::eRgb : BBaseAoi::eMono8));
-  const BError error = TakePicture(device, *area);
-  if (error.IsError()) throw error;
+  TakePicture(device, *area);
   WritePicture(*area, picture_file);
 }
 
-int Run(int argc, char** argv) {
+ExitCode Run(int argc, char** argv) {
   try {
     const DriverModule module(argv[1]);
     argc == 2 ? List(module) : Snap(module, argv[2], argv[3]);
-    return 0;
-  } catch (const BError& error) {
-    // Of the profile, of the module or of the snap.
-    std::cerr << "error " << error.ErrorCode() << ": " << ToBString(error.Message()).c_str() << "\n";
-  } catch (const std::exception& error) {
-    std::cerr << "error: " << error.what() << "\n";
+    return kDone;
+  } catch (...) {
+    PrintFailure();
+    return kFailed;
   }
-  return 1;
 }
 
 }  // namespace
@@ -100,11 +141,11 @@ int Run(int argc, char** argv) {
 int main(int argc, char** argv) {
   if (argc != 2 && argc != 4) {
     std::cerr << "usage: embedding MODULE [PROFILE PICTURE]\n";
-    return 2;
+    return kWrongUsage;
   }
   Notices notices;
   ImagingDevice::InstallSink(&notices);
-  const int result = Run(argc, argv);
+  const ExitCode result = Run(argc, argv);
   // Before the sink goes.
   ImagingDevice::InstallSink(nullptr);
   return result;

@@ -50,7 +50,7 @@ TEST_F(CommandLine, VersionIsOneLineOverAModuleThatNeedsNoLibrary) {
 
 TEST_F(CommandLine, AMissingOrUnknownCommandIsRefused) {
   ExpectUsageError({}, "A subcommand is required");
-  ExpectUsageError({"shoot"}, "A subcommand is required");
+  ExpectUsageError({"shoot"}, "there is no command shoot");
 }
 
 TEST_F(CommandLine, MissingRequiredOptionsAreNamed) {

@@ -67,11 +67,8 @@ TEST_F(Interrupt, ALogThatGrowsBeyondTheLimitEndsTheRunWithTheCameraClosed) {
 
 TEST_F(Interrupt, AListingEndsAtOnce) {
   Script("listing_s=3600");
-  Process list = Start(With("list", {"-v"}));
-  ASSERT_TRUE(list.WaitForError("List\n"));
-  ASSERT_TRUE(list.Interrupt());
 
-  EXPECT_EQ(list.Wait().exit_code, kInterrupted);
+  EXPECT_EQ(InterruptedAt("List\n", With("list", {"-v"})).exit_code, kInterrupted);
 }
 
 class InterruptedSearch : public SimulatedKelcamTest {
@@ -84,11 +81,7 @@ class InterruptedSearch : public SimulatedKelcamTest {
 
 // There are ten tries, 200 ms apart.
 TEST_F(InterruptedSearch, EndsBeforeTheNextTry) {
-  Process info = Start({"-v", "info", "--profile", Profile("mono")});
-  ASSERT_TRUE(info.WaitForError("InitBySerial failed"));
-  ASSERT_TRUE(info.Interrupt());
-
-  const ProcessResult result = info.Wait();
+  const ProcessResult result = InterruptedAt("InitBySerial failed", {"-v", "info", "--profile", Profile("mono")});
 
   int tries = 0;
   for (std::size_t at = 0; (at = result.err.find("InitBySerial failed", at)) != std::string::npos; ++at) ++tries;

@@ -71,10 +71,26 @@ Process KelcamTest::StartProgram(const std::filesystem::path& program, const Arg
   return Process(program, arguments, m_environment);
 }
 
+ProcessResult KelcamTest::InterruptedAt(const std::string& text, const Arguments& arguments) const {
+  Process kelcam = Start(arguments);
+  EXPECT_TRUE(kelcam.WaitForError(text)) << text;
+  EXPECT_TRUE(kelcam.Interrupt());
+  return kelcam.Wait();
+}
+
 nlohmann::json KelcamTest::Document(const Arguments& arguments) const {
   Arguments with_json{"--json"};
   with_json.insert(with_json.end(), arguments.begin(), arguments.end());
   return nlohmann::json::parse(Kelcam(with_json).out);
+}
+
+std::vector<nlohmann::json> KelcamTest::DocumentLines(const Arguments& arguments) const {
+  Arguments with_json{"--json"};
+  with_json.insert(with_json.end(), arguments.begin(), arguments.end());
+  std::vector<nlohmann::json> documents;
+  std::istringstream out(Kelcam(with_json).out);
+  for (std::string line; std::getline(out, line);) documents.push_back(nlohmann::json::parse(line));
+  return documents;
 }
 
 ScriptedKelcamTest::ScriptedKelcamTest() : m_profile(Write("camera.ini", "API = Vimba\n")), m_log(In("log.txt")) {}

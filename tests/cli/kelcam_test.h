@@ -44,7 +44,11 @@ class KelcamTest : public testing::Test {
   Process Start(const Arguments& arguments) const;
   Process StartProgram(const std::filesystem::path& program, const Arguments& arguments) const;
   ProcessResult Kelcam(const Arguments& arguments) const { return Start(arguments).Wait(); }
+  // The same, with Ctrl-C as soon as standard error has this text. The test fails when it does not come.
+  ProcessResult InterruptedAt(const std::string& text, const Arguments& arguments) const;
   nlohmann::json Document(const Arguments& arguments) const;  // what kelcam --json prints
+  // The same of a command that prints a document on each line.
+  std::vector<nlohmann::json> DocumentLines(const Arguments& arguments) const;
 
  private:
   std::filesystem::path m_folder;

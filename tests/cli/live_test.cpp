@@ -45,10 +45,10 @@ TEST_F(Live, PrintsASummaryAndNoProgressIntoAPipe) {
   EXPECT_EQ(result.exit_code, kDone);
 }
 
-TEST_F(Live, PrintsOneDocument) {
+TEST_F(Live, EndsWithADocumentOfTheTotal) {
   Script(Codes("snap", {BError::eTimeout, BError::eTimeout, BError::eFrameInvalid, BError::eSuccess}));
 
-  const auto document = Document(With("live", {"--seconds", "0.05"}));
+  const auto document = DocumentLines(With("live", {"--seconds", "0.05"})).back();
 
   EXPECT_GT(document["frames"], 0);
   EXPECT_EQ(document["failures"], 3);
@@ -93,11 +93,7 @@ TEST_F(Live, TakesTheSameSettingsAsSnap) {
 
 #if !defined(_WIN32)  // which sends no Ctrl-C to a process without a console
 TEST_F(Live, CtrlCStopsTheCameraAndEndsWith130) {
-  Process live = Start(With("live", {"-v"}));
-  ASSERT_TRUE(live.WaitForError("Snap(mono, '[l]', 5000 ms)"));
-  ASSERT_TRUE(live.Interrupt());
-
-  const ProcessResult result = live.Wait();
+  const ProcessResult result = InterruptedAt("Snap(mono, '[l]', 5000 ms)", With("live", {"-v"}));
 
   EXPECT_EQ(result.exit_code, kInterrupted);
   EXPECT_EQ(Last(Operations(), 3), (Lines{"StopSnap", "SetOff", "SetSource(software)"}));
@@ -106,11 +102,9 @@ TEST_F(Live, CtrlCStopsTheCameraAndEndsWith130) {
 }
 
 TEST_F(Live, CtrlCEndsALongSnapToo) {
-  Process snap = Start(With("snap", {"-v", "-n", "1000000", "-o", In("%d.pgm"), "--mode", "continuous"}));
-  ASSERT_TRUE(snap.WaitForError("Snap(mono, '', 5000 ms)"));
-  ASSERT_TRUE(snap.Interrupt());
+  const Arguments snap = With("snap", {"-v", "-n", "1000000", "-o", In("%d.pgm"), "--mode", "continuous"});
 
-  const ProcessResult result = snap.Wait();
+  const ProcessResult result = InterruptedAt("Snap(mono, '', 5000 ms)", snap);
 
   EXPECT_EQ(result.exit_code, kInterrupted);
   EXPECT_EQ(Last(Operations(), 3), (Lines{"StopSnap", "SetOff", "SetSource(software)"}));
@@ -136,11 +130,8 @@ TEST_F(PatientSnap, ASecondCtrlCDoesNotWaitForTheImage) {
 }
 
 TEST_F(PatientInfo, CtrlCLetsTheCameraBeClosed) {
-  Process info = Start({"-v", "info", "--profile", Profile("mono")});
-  ASSERT_TRUE(info.WaitForError("Initialize Object by Ini file"));
-  ASSERT_TRUE(info.Interrupt());
-
-  const ProcessResult result = info.Wait();
+  const ProcessResult result =
+      InterruptedAt("Initialize Object by Ini file", {"-v", "info", "--profile", Profile("mono")});
 
   EXPECT_EQ(result.exit_code, kInterrupted);
   EXPECT_THAT(result.out, HasSubstr("gain"));

@@ -16,6 +16,8 @@ constexpr const char* kById = "API = Vimba\nInit.Method = Id\nCamera_Identifier 
 constexpr const char* kByAddress = "API = Vimba\nInit.Method = IP\nIP = 169.254.76.101\n";
 constexpr const char* kAttached =
     "; attached: Vimba_Manta-G-507B_50-0536953957, Vimba_Manta-G-507C_50-0536953958, Vimba_GC1290C_02-2186A-06584\n";
+constexpr const char* kAddressInUse =
+    "why: the camera at this address is attached and cannot be opened: another program has it open";
 constexpr const char* kEndThatProgram = "to do: end that program; after a crash, wait 5 seconds and try again\n";
 
 json Fault(const std::string& call, int error, int count = 1) {
@@ -120,7 +122,34 @@ const FailedOpening kCamera[] = {
      std::string("  Camera (UniqueId - DEV_000F31034C65): - InitByUid failed (10 times)\n"
                  "why: the camera is attached and cannot be opened: another program has it open") +
          kAttached + kEndThatProgram},
-    {"AddressSilent", kByAddress, Fault("VmbCameraOpen", VmbErrorInvalidAccess, kEveryTime),
+    {"AddressSilent", "API = Vimba\nInit.Method = IP\nIP = 192.0.2.77\n", json::object(),
+     std::string("  Camera (IP: 192.0.2.77): - InitByAddr failed (2 times)\n"
+                 "why: no camera answers at this address") +
+         kAttached +
+         "to do: compare it with kelcam list --long; check the camera's power and cable, and that the computer is in "
+         "its subnet\n"},
+    {"AddressInUse", kByAddress, Fault("VmbCameraOpen", VmbErrorInvalidAccess, kEveryTime),
+     std::string("  Camera (IP: 169.254.76.101): - InitByAddr failed (2 times)\n") + kAddressInUse + kAttached +
+         kEndThatProgram},
+    // The library has another code for it, and permits nobody to open the camera.
+    {"AddressNotPermitted",
+     kByAddress,
+     {{"faults",
+       json::array(
+           {{{"call", "VmbCameraOpen"}, {"error", VmbErrorTimeout}, {"effect", true}, {"count", kEveryTime}}})}},
+     std::string("  Camera (IP: 169.254.76.101): - InitByAddr failed (2 times)\n") + kAddressInUse + kAttached +
+         kEndThatProgram},
+    {"AddressInUseAfterAnAbsentId", "API = Vimba\nInit.Method = Id\nCamera_Identifier = DEV_1\nIP = 169.254.76.101\n",
+     Fault("VmbCameraOpen", VmbErrorInvalidAccess, kEveryTime),
+     std::string("  Camera (UniqueId - DEV_1): - InitByUid failed (10 times)\n"
+                 "  Camera (IP: 169.254.76.101): - InitByAddr failed (2 times)\n") +
+         kAddressInUse + kAttached + kEndThatProgram},
+    {"AddressOpenableAgain", kByAddress, Fault("VmbCameraOpen", VmbErrorInvalidAccess, 2),
+     std::string("  Camera (IP: 169.254.76.101): - InitByAddr failed (2 times)\n"
+                 "why: the camera at this address could not be opened, and can be opened now") +
+         kAttached + "to do: try again\n"},
+    // The library knows the camera, so it is not absent.
+    {"AddressUnclear", kByAddress, Fault("VmbCameraOpen", VmbErrorNotFound, kEveryTime),
      std::string("  Camera (IP: 169.254.76.101): - InitByAddr failed (2 times)\n"
                  "why: no camera could be opened at this address: there is none, or another program has it open") +
          kAttached +

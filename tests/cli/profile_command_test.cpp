@@ -1,12 +1,11 @@
 // profile_command_test.cpp
 // kelcam profile new, kelcam profile check, and what snap and live say of a profile's keys.
-#include <fstream>
 #include <regex>
 #include <set>
-#include <sstream>
 
 #include "berror.h"
 #include "simulated_kelcam_test.h"
+#include "support/documented_keys.h"
 
 namespace {
 
@@ -102,21 +101,6 @@ class NewProfile : public SimulatedKelcamTest {
   }
 };
 
-// The keys in the first column of the document's tables.
-std::set<std::string> DocumentedKeys() {
-  std::ostringstream text;
-  text << std::ifstream(KEL_PROFILE_DOCUMENT, std::ios::binary).rdbuf();
-  const std::string document = text.str();
-  const std::regex row("(^|\n)\\| (`[^|]*)\\|");
-  const std::regex name("`([^`]+)`");
-  std::set<std::string> keys;
-  for (std::sregex_iterator it(document.begin(), document.end(), row), end; it != end; ++it) {
-    const std::string cell = (*it)[2];
-    for (std::sregex_iterator key(cell.begin(), cell.end(), name); key != end; ++key) keys.insert((*key)[1]);
-  }
-  return keys;
-}
-
 TEST_F(NewProfile, HasEveryKeyOfTheDocumentAndNoOther) {
   EXPECT_EQ(Make("2").exit_code, kDone);
 
@@ -124,7 +108,7 @@ TEST_F(NewProfile, HasEveryKeyOfTheDocumentAndNoOther) {
   const std::regex line("(^|\n);?([A-Za-z0-9_.]+) = ");
   std::set<std::string> keys;
   for (std::sregex_iterator it(text.begin(), text.end(), line), end; it != end; ++it) keys.insert((*it)[2]);
-  EXPECT_EQ(keys, DocumentedKeys());
+  EXPECT_EQ(keys, DocumentedKeys(KEL_PROFILE_DOCUMENT));
 }
 
 TEST_F(NewProfile, IsGoodAndOpensItsCameraAsItIs) {

@@ -86,6 +86,15 @@ TEST_F(Scenarios, ACameraInUseIsNotOpenedAndTheOthersAre) {
   EXPECT_EQ(free.exit_code, kDone) << free.err;
 }
 
+TEST_F(Scenarios, ACameraInUseIsNoAbsentOneByItsAddressToo) {
+  const auto why = [&](const std::string& address) {
+    return Kelcam({"--simulated=in-use", "info", "--camera", address}).err;
+  };
+
+  EXPECT_THAT(why("169.254.76.101"), HasSubstr("\nwhy: the camera at this address is attached and cannot be opened: "));
+  EXPECT_THAT(why("169.254.76.201"), HasSubstr("\nwhy: no camera answers at this address; attached: "));
+}
+
 TEST_F(Scenarios, AnUnpluggedCameraSendsThreePictures) {
   const ProcessResult result = SnapIn("unplugged", "mono", {"-n", "4", "-o", In("%d.pgm"), "--timeout", "8000"});
 

@@ -86,7 +86,7 @@ TEST_F(SimulatedCameras, ALineThatDoesNotMoveTimesOut) {
 }
 
 TEST_F(SimulatedCameras, LiveCountsFramesForAsLongAsAsked) {
-  const nlohmann::json live = Document({"live", "--profile", Profile("mono"), "--seconds", "3"});
+  const nlohmann::json live = DocumentLines({"live", "--profile", Profile("mono"), "--seconds", "3"}).back();
 
   EXPECT_GE(live["frames"], 2);
   EXPECT_EQ(live["failures"], 0) << live;
@@ -116,11 +116,10 @@ TEST_F(SimulatedCameras, ACameraThatIsNotThereIsAnErrorWithItsReasons) {
   EXPECT_EQ(result.err, "error: the camera of the profile " + profile +
                             " cannot be opened\n"
                             "  Camera (IP: 192.0.2.77): - InitByAddr failed (2 times)\n"
-                            "why: no camera could be opened at this address: there is none, or another program has it "
-                            "open; attached: Vimba_Manta-G-507B_50-0536953957, Vimba_Manta-G-507C_50-0536953958, "
-                            "Vimba_GC1290C_02-2186A-06584\n"
-                            "to do: check the address and that the computer is in its subnet; end the program that has "
-                            "the camera open\n"
+                            "why: no camera answers at this address; attached: Vimba_Manta-G-507B_50-0536953957, "
+                            "Vimba_Manta-G-507C_50-0536953958, Vimba_GC1290C_02-2186A-06584\n"
+                            "to do: compare it with kelcam list --long; check the camera's power and cable, and that "
+                            "the computer is in its subnet\n"
                             "(-v prints every message, --log FILE writes them to a file)\n");
   EXPECT_EQ(result.exit_code, kFailed);
 }

@@ -265,7 +265,9 @@ TEST_F(LostCamera, EndsALiveRunThatHasNoOtherEnd) {
 TEST_F(LostCamera, IsTheErrorOfADocument) {
   const json lost{{"code", 0}, {"text", "camera lost: it does not answer, and 1 image has failed"}};
 
-  EXPECT_EQ(Document({"live", "--profile", Profile("mono"), "--timeout", "300", "--retries", "1"})["error"], lost);
+  const auto lines = DocumentLines({"live", "--profile", Profile("mono"), "--timeout", "300", "--retries", "1"});
+
+  EXPECT_EQ(lines.back()["error"], lost);
 }
 
 // A camera that answers, and whose frames do not come, is not lost.

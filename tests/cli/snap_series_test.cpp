@@ -144,11 +144,9 @@ TEST_F(SnapSeries, LinesAndErrorsComeInTheOrderOfTheImages) {
 }
 
 TEST_F(SnapSeries, AnInterruptEndsTheWaitForTheNextImage) {
-  Process snap = Start(With("snap", {"-v", "-n", "2", "-o", In("%d.pgm"), "--interval", "3600"}));
-  ASSERT_TRUE(snap.WaitForError("=== LogMessage\nStopSnap"));
-  ASSERT_TRUE(snap.Interrupt());
+  const Arguments snap = With("snap", {"-v", "-n", "2", "-o", In("%d.pgm"), "--interval", "3600"});
 
-  const ProcessResult result = snap.Wait();
+  const ProcessResult result = InterruptedAt("=== LogMessage\nStopSnap", snap);
 
   EXPECT_THAT(result.err, HasSubstr("1 of 2 images taken\n"));
   EXPECT_TRUE(IsReleased());

@@ -26,6 +26,7 @@ ERRORS = {"eAcquisitionFailed": 12103, "eTimeout": 12106, "eFrameTooSmall": 1210
 
 SERIAL = "API = Vimba\nInit.Method = Serial\nSerial.Number = "
 MONO, COLOUR = SERIAL + "50-0536953957\n", SERIAL + "50-0536953958\n"
+ADDRESS = "API = Vimba\nInit.Method = IP\nIP = "
 SNAP = "kelcam snap --profile camera.ini -o picture.png"
 
 # name: (profile, simulated cameras, command)
@@ -34,6 +35,12 @@ CASES = {
     "section": ("[camera]\n" + MONO, {}, "kelcam info --profile camera.ini"),
     "absent": (SERIAL + "50-0503318719\n", {}, "kelcam info --profile camera.ini"),
     "in-use": (MONO, {"faults": [{"call": "VmbCameraOpen", "error": -6, "count": 0}]}, "kelcam info --profile camera.ini"),
+    "address-absent": (ADDRESS + "169.254.76.201\n", {}, "kelcam info --profile camera.ini"),
+    "address-in-use": (
+        ADDRESS + "169.254.76.101\n",
+        {"faults": [{"call": "VmbCameraOpen", "error": -6, "count": 0}]},
+        "kelcam info --profile camera.ini",
+    ),
     "transport-layer": (MONO, {"system": {"geVTLIsPresent": False}}, "kelcam list"),
     "lost-packets": (MONO, {"faults": [{"frame": 0, "status": -1}]}, SNAP),
     "line": (MONO, {}, SNAP + " --trigger line --timeout 1000"),

@@ -5,21 +5,12 @@
 #include <sstream>
 #include <string_view>
 
+#include "support/simulator_text.h"
 #include "vimba_simulator.h"
 
 namespace {
 
 constexpr std::string_view kUnreturned = " = ...";
-
-std::string Record() {
-  std::string text;
-  for (std::size_t needed = VimbaSimCalls(nullptr, 0); needed > text.size();
-       needed = VimbaSimCalls(text.data(), text.size())) {
-    text.resize(needed);
-  }
-  text.resize(text.find('\0'));
-  return text;
-}
 
 std::string Unquoted(const std::string& text) {
   return text.size() >= 2 && text.front() == '"' ? text.substr(1, text.size() - 2) : text;
@@ -53,7 +44,7 @@ CallLine Parsed(const std::string& text) {
 
 std::vector<CallLine> RecordedCalls() {
   std::vector<CallLine> lines;
-  std::istringstream text(Record());
+  std::istringstream text(SimulatorText(VimbaSimCalls));
   for (std::string line; std::getline(text, line);) lines.push_back(Parsed(line));
   return lines;
 }

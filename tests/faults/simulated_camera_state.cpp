@@ -2,12 +2,12 @@
 // What the simulated camera of the sweeps says of itself, past the API.
 #include "simulated_camera_state.h"
 
-#include <stdexcept>
 #include <tuple>
 
 #include "bbaseaoi.h"
 #include "bimagingdevice.h"
 #include "support/simulated_cameras.h"
+#include "support/simulator_text.h"
 #include "vimba_simulator.h"
 
 namespace {
@@ -15,12 +15,7 @@ namespace {
 // "Line2", which the module triggers by.
 constexpr int kTriggerLine = 2;
 
-nlohmann::json State() {
-  std::string text(VimbaSimState(nullptr, 0) + 256, '\0');
-  if (VimbaSimState(text.data(), text.size()) > text.size()) throw std::runtime_error("the state has grown");
-  text.resize(text.find('\0'));
-  return nlohmann::json::parse(text)["cameras"][SimulatedCamera::kId];
-}
+nlohmann::json State() { return nlohmann::json::parse(SimulatorText(VimbaSimState))["cameras"][SimulatedCamera::kId]; }
 
 }  // namespace
 

@@ -53,6 +53,7 @@ std::vector<std::string> Utf8Arguments(int argc, char** argv) { return {argv + 1
 std::filesystem::path ProgramFolder() { return "."; }
 bool StandardErrorIsTerminal() { return false; }
 bool StandardOutputIsTerminal() { return false; }
+std::size_t TerminalWidth() { return 80; }
 std::tm CalendarTime(std::time_t /*time*/) { return {}; }
 void OpenStandardStreams() {}
 
@@ -65,6 +66,7 @@ void* SharedLibrary::Symbol(const char* /*name*/) const { return m_handle; }
 void LoadChosenVimba(const Options& /*options*/) {}
 std::string VimbaLibrary::Version() const { return {}; }
 std::string VimbaLibrary::Description() const { return {}; }
+Json ToJson(const VimbaLibrary& /*library*/) { return Json::object(); }
 
 Module::Module(const std::filesystem::path& file)
     : m_library(file), m_create(nullptr), m_release(nullptr), m_list(nullptr) {}
@@ -84,7 +86,7 @@ ExitCode PrintScenarios(const Options& options) { return End(options); }
 ExitCode RunList(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) { return End(options); }
 ExitCode RunInfo(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) { return End(options); }
 ExitCode RunSnap(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) { return End(options); }
-ExitCode RunLive(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) { return End(options); }
+ExitCode RunLive(const Options& options, const Module& /*module*/, MessageLog& /*log*/) { return End(options); }
 ExitCode RunProfileNew(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) {
   return End(options);
 }

@@ -13,6 +13,7 @@
 #include "fuzz/fuzz_input.h"
 #include "nboard.h"
 #include "support/simulated_cameras.h"
+#include "support/simulator_text.h"
 #include "vimba_simulator.h"
 
 namespace {
@@ -107,9 +108,7 @@ void Use(BImagingDevice& device) {
 }
 
 void ExpectNothingLeft() {
-  std::string text(VimbaSimState(nullptr, 0) + 1024, '\0');
-  VimbaSimState(text.data(), text.size());
-  const auto state = nlohmann::json::parse(text.c_str());
+  const auto state = nlohmann::json::parse(SimulatorText(VimbaSimState));
   Expect(state["started"] == false, "Vimba is shut down with the last device");
   for (const auto& camera : state["cameras"]) {
     Expect(camera["openHandles"] == 0 && camera["announced"] == 0, "a released device leaves its camera closed");

@@ -9,6 +9,7 @@
 
 #include "VimbaC.h"
 #include "fuzz/fuzz_input.h"
+#include "support/simulator_text.h"
 #include "vimba_simulator.h"
 
 namespace {
@@ -127,8 +128,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   AddFaults(faults);
   ExpectAnswer(VimbaSimDeliverFrame("DEV_000F31034C65", frame.c_str()));
   Live();
-  std::string state(VimbaSimState(nullptr, 0) + 1, '\0');
-  VimbaSimState(state.data(), state.size());
-  Expect(json::accept(state.c_str()), "the state is JSON");
+  Expect(json::accept(SimulatorText(VimbaSimState)), "the state is JSON");
   return 0;
 }

@@ -13,6 +13,7 @@
 
 #include "berror.h"
 #include "memory/device_life.h"
+#include "support/simulator_text.h"
 #include "vimba_simulator.h"
 
 namespace Memory {
@@ -20,12 +21,6 @@ namespace {
 
 // Workers that have done their work still have to end.
 constexpr std::chrono::seconds kEndOfThreads{2};
-
-std::string TextOf(std::size_t (*read)(char*, std::size_t)) {
-  std::string text(read(nullptr, 0) + 1, '\0');
-  read(text.data(), text.size());
-  return text.c_str();
-}
 
 std::size_t CountEntries(const char* folder) {
   std::size_t count = 0;
@@ -37,7 +32,7 @@ std::size_t CountEntries(const char* folder) {
 }
 
 void LookAtState(Findings& findings) {
-  const auto state = nlohmann::json::parse(TextOf(VimbaSimState));
+  const auto state = nlohmann::json::parse(SimulatorText(VimbaSimState));
   if (state["started"] != false) findings.push_back("Vimba is not shut down");
   for (const auto& [id, camera] : state["cameras"].items()) {
     if (camera["openHandles"] != 0) findings.push_back(id + " is open");
@@ -56,7 +51,7 @@ std::string CameraOf(const std::string& call) {
 void LookAtCalls(Findings& findings) {
   std::map<std::string, int> counts;
   std::map<std::string, int> announced;
-  std::istringstream calls(TextOf(VimbaSimCalls));
+  std::istringstream calls(SimulatorText(VimbaSimCalls));
   for (std::string line; std::getline(calls, line);) {
     const std::string function = line.substr(0, line.find('('));
     const std::string camera = CameraOf(line);
@@ -85,7 +80,7 @@ void LookAtProfile(const ProfileFile& file, Findings& findings) {
 }  // namespace
 
 bool IsAnyCameraRunning() {
-  const auto state = nlohmann::json::parse(TextOf(VimbaSimState));
+  const auto state = nlohmann::json::parse(SimulatorText(VimbaSimState));
   const auto& cameras = state["cameras"];
   return std::any_of(cameras.begin(), cameras.end(), [](const auto& camera) { return camera["acquiring"] == true; });
 }

@@ -30,6 +30,11 @@ CAMERAS_OF_MANY = 16
 # Pixels: no sensor of theirs is as small.
 LEAST_SIDE = 500
 
+
+def vimbac_name():
+    return "VimbaC.dll" if options.system == "windows" else "libVimbaC.so"
+
+
 def png_head(file):
     """Width, height and colour type."""
     content = file.read_bytes()
@@ -50,10 +55,9 @@ class Packages(unittest.TestCase):
     def test_SimulatedVimbaCLiesOnlyInItsOwnFolder(self):
         for package in packages():
             with self.subTest(package.name):
-                library = "VimbaC.dll" if options.system == "windows" else "libVimbaC.so"
                 found = list(package.top.rglob("*VimbaC.*"))
                 found = [file for file in found if file.suffix not in (".h", ".a")]
-                self.assertEqual(found, [package.run_folder / "simulator" / library])
+                self.assertEqual(found, [package.run_folder / "simulator" / vimbac_name()])
 
     def test_SdkHasItsHeadersAndAllThatTheyInclude(self):
         for package in packages():
@@ -100,6 +104,7 @@ class Packages(unittest.TestCase):
                 self.assertEqual(names, sorted(file.stem for file in (share / "scenarios").glob("*.json")))
                 self.assertEqual(len(names), SCENARIOS)
                 self.assertTrue((share / "scenario.schema.json").is_file())
+                self.assertTrue((share / "kelcam-output.schema.json").is_file())
                 cameras = package.plain("--simulated=many-cameras", "list").stdout.splitlines()
                 self.assertEqual(len(cameras), CAMERAS_OF_MANY)
 
@@ -108,9 +113,10 @@ class Packages(unittest.TestCase):
             self.skipTest("this machine has a VimbaC of its own")
         for package in packages():
             with self.subTest(package.name):
-                library = "VimbaC.dll" if options.system == "windows" else "libVimbaC.so"
                 result = package.plain("list", expected=1)
-                self.assertIn(f"No VimbaC library was found: {library} is missing", result.stderr)
+                self.assertIn(f"No VimbaC library was found: {vimbac_name()} is missing", result.stderr)
+                result = package.run_example(package.build_example("embedding"), simulated=False, expected=1)
+                self.assertRegex(result.stderr, f"(?m)^error: cannot load .*: {re.escape(vimbac_name())}")
 
     def test_ExampleBuildsAgainstThePackageAndTakesAPicture(self):
         for package in packages():

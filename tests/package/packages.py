@@ -84,14 +84,17 @@ class Package:
         run("cmake", "--build", build)
         return build / (f"{name}.exe" if options.system == "windows" else name)
 
-    def run_example(self, program, *arguments, cwd=None):
-        folders = (self.run_folder, self.run_folder / "simulator")
+    def run_example(self, program, *arguments, cwd=None, simulated=True, expected=0):
+        """An example with the packaged module and, unless it is to find none, the simulated VimbaC."""
+        simulator = [self.run_folder / "simulator"] if simulated else []
         if options.system == "windows":
             module = windows_path(self.run_folder / "kelCameraVimba.dll")
-            environment = {"WINEPATH": ";".join(map(windows_path, folders))}
-            return run(options.launcher, program, module, *arguments, environment=environment, cwd=cwd)
-        environment = {"LD_LIBRARY_PATH": str(folders[1])}
-        return run(program, self.run_folder / "libkelCameraVimba.so", *arguments, environment=environment, cwd=cwd)
+            environment = {"WINEPATH": ";".join(map(windows_path, [self.run_folder, *simulator]))}
+            command = [options.launcher, program, module]
+        else:
+            environment = {"LD_LIBRARY_PATH": "".join(map(str, simulator))}
+            command = [program, self.run_folder / "libkelCameraVimba.so"]
+        return run(*command, *arguments, environment=environment, cwd=cwd, expected=expected)
 
 
 @functools.cache

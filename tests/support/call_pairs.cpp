@@ -5,6 +5,7 @@
 #include <map>
 #include <sstream>
 
+#include "support/simulator_text.h"
 #include "vimba_simulator.h"
 
 namespace {
@@ -18,15 +19,8 @@ struct Call {
 };
 
 std::vector<std::string> RecordedLines() {
-  std::string text;
-  // What is read may grow meanwhile.
-  for (std::size_t needed = VimbaSimCalls(nullptr, 0); needed > text.size();
-       needed = VimbaSimCalls(text.data(), text.size())) {
-    text.resize(2 * needed);
-  }
-  text.resize(text.find('\0'));
   std::vector<std::string> lines;
-  std::istringstream stream(text);
+  std::istringstream stream(SimulatorText(VimbaSimCalls));
   for (std::string line; std::getline(stream, line);) lines.push_back(line);
   return lines;
 }

@@ -5,6 +5,7 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "support/simulator_text.h"
 #include "vimba_simulator.h"
 
 namespace {
@@ -13,17 +14,6 @@ using nlohmann::json;
 
 void Check(int result) {
   if (result != 0) throw std::runtime_error(std::string("simulator: ") + VimbaSimLastError());
-}
-
-// What is read may grow meanwhile.
-std::string Text(std::size_t (*read)(char*, std::size_t)) {
-  std::string text;
-  for (std::size_t needed = read(nullptr, 0); needed > text.size(); needed = read(text.data(), text.size())) {
-    constexpr std::size_t kRoomToGrow = 1024;
-    text.resize(needed + kRoomToGrow);
-  }
-  text.resize(text.find('\0'));
-  return text;
 }
 
 std::string IdOf(int camera) { return "DEV_000F3100000" + std::to_string(camera); }
@@ -118,7 +108,7 @@ void SimulatedCameras::Unplug(int camera) { Check(VimbaSimUnplug(IdOf(camera).c_
 std::vector<std::string> SimulatedCameras::Calls() const {
   static const std::string kHandle = std::string("(") + SimulatedCamera::kId;
   std::vector<std::string> calls;
-  std::istringstream text(Text(VimbaSimCalls));
+  std::istringstream text(SimulatorText(VimbaSimCalls));
   for (std::string line; std::getline(text, line);) {
     line.resize(line.rfind(')') + 1);
     if (const std::size_t at = line.find(kHandle); at != std::string::npos) {
@@ -138,4 +128,6 @@ std::vector<std::string> SimulatedCameras::CallsOf(const std::string& function) 
 
 void SimulatedCameras::ClearCalls() { VimbaSimClearCalls(); }
 
-json SimulatedCameras::State(int camera) const { return json::parse(Text(VimbaSimState))["cameras"][IdOf(camera)]; }
+json SimulatedCameras::State(int camera) const {
+  return json::parse(SimulatorText(VimbaSimState))["cameras"][IdOf(camera)];
+}

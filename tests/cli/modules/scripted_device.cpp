@@ -2,7 +2,10 @@
 // A device without a camera: it does what the script says and logs every operation that it is asked for.
 #include "scripted_device.h"
 
+#include <chrono>
 #include <cmath>
+#include <new>
+#include <thread>
 
 #include "bbaseaoi.h"
 #include "imagingdevice.h"
@@ -28,6 +31,19 @@ std::string SourceName(int source) {
 
 std::string KindName(int kind) {
   return kind == BBaseAoi::eMono8 ? "mono" : kind == BBaseAoi::eRgb ? "rgb" : std::to_string(kind);
+}
+
+constexpr const char* kNoFrame = "none";
+
+// As a driver does when a frame arrives.
+void ReportFrame(const std::string& id) {
+  if (id == kNoFrame) return;
+  const std::string message =
+      "Camera 1 (Scripted) : Thread ID = 7 : OnFrameExt()\n   1 :       0.0 (  0.0) : Start\n   2 :       0.1 (  0.1) "
+      ": "
+      "Frame context id = 0 FrameStatusComplete FrameDimension = 5x3 FrameID = " +
+      id + " Timestamp = 17\n   3 :       0.2 (  0.1) : End\n";
+  ImagingDevice::ShowInfo(ToWString(message.c_str()).c_str(), L"");
 }
 
 // The integer units of the controls.
@@ -134,9 +150,12 @@ BError ScriptedDevice::Snap(BBaseAoi* aoi, std::uint32_t timeout_ms) {
       " ms)");
   if (TheScript().Next("report", 0))
     ImagingDevice::ShowInfo(L"Camera 1 : Snap\n   1 :       0.0 (  0.0) : Fire SW trigger\n", L"");
+  std::this_thread::sleep_for(std::chrono::seconds(TheScript().Next("snap_s", 0)));
+  ReportFrame(TheScript().Next("frame_id", kNoFrame));
   const std::string outcome = TheScript().Next("snap", kSuccess);
   if (outcome == "nomemory") return BError(BError::eAcquisitionFailed, L"out of memory");
   if (outcome == "wrongkind") throw NBoard::Exception::eWrongImageKind;
+  if (outcome == "exhausted") throw std::bad_alloc();
   if (outcome == "nopicture") return BError();
   if (outcome == "untouched") {
     aoi->Reset({ScriptedPicture::kWidth, ScriptedPicture::kHeight});

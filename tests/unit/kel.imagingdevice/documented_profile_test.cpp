@@ -12,21 +12,9 @@
 #include "bcamprofilekeys.h"
 #include "nboard.h"
 #include "profile/profile_keys.h"
+#include "support/documented_keys.h"
 
 namespace {
-
-// The keys in the first column of the document's tables.
-std::set<std::string> DocumentedKeys() {
-  const std::string document = BytesOf(std::filesystem::path(KEL_PROFILE_DOCUMENT));
-  const std::regex row("(^|\n)\\| (`[^|]*)\\|");
-  const std::regex name("`([^`]+)`");
-  std::set<std::string> keys;
-  for (std::sregex_iterator it(document.begin(), document.end(), row), end; it != end; ++it) {
-    const std::string cell = (*it)[2];
-    for (std::sregex_iterator key(cell.begin(), cell.end(), name); key != end; ++key) keys.insert((*key)[1]);
-  }
-  return keys;
-}
 
 std::set<std::string> KeysInUse() {
   std::set<std::string> keys;
@@ -47,7 +35,7 @@ std::set<std::string> KeysInUse() {
   return keys;
 }
 
-TEST(ProfileDocument, ListsEveryKeyAndNoOther) { EXPECT_EQ(DocumentedKeys(), KeysInUse()); }
+TEST(ProfileDocument, ListsEveryKeyAndNoOther) { EXPECT_EQ(DocumentedKeys(KEL_PROFILE_DOCUMENT), KeysInUse()); }
 
 std::string Example() {
   const std::string document = BytesOf(std::filesystem::path(KEL_PROFILE_DOCUMENT));
@@ -57,7 +45,7 @@ std::string Example() {
 }
 
 TEST(ProfileDocument, ShowsAProfileOfKeysThatItLists) {
-  const std::set<std::string> documented = DocumentedKeys();
+  const std::set<std::string> documented = DocumentedKeys(KEL_PROFILE_DOCUMENT);
   const std::string example = Example();
   const std::regex line("(^|\n)([^;=\n]+)=");
   int keys = 0;

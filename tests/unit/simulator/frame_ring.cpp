@@ -4,6 +4,8 @@
 
 #include <tuple>
 
+#include "support/simulator_text.h"
+
 OpenedHandle::OpenedHandle(const std::string& id, VmbAccessMode_t access) {
   EXPECT_EQ(VmbCameraOpen(id.c_str(), access, &m_handle), VmbErrorSuccess);
 }
@@ -108,13 +110,4 @@ void WaitIdle() {
   EXPECT_EQ(VimbaSimWaitIdle(static_cast<std::uint32_t>(kTimeout.count())), 0);
 }
 
-std::string RecordedCalls() {
-  std::string text;
-  // The record may grow between two looks.
-  for (std::size_t needed = VimbaSimCalls(nullptr, 0); needed > text.size();
-       needed = VimbaSimCalls(text.data(), text.size())) {
-    text.resize(needed);
-  }
-  text.resize(text.find('\0'));
-  return text;
-}
+std::string RecordedCalls() { return SimulatorText(VimbaSimCalls); }

@@ -1,0 +1,22 @@
+// camera_at_address.h
+// Whether a camera is at an address, and whether another program has it.
+#pragma once
+
+#include <string>
+
+#include "vimba_library.h"
+
+namespace Kelcam {
+
+enum class AtAddress {
+  kUnknown,  // nobody has asked, or the answers fit none of the others
+  kNobody,
+  kInUse,     // a camera that another program has open
+  kOpenable,  // a camera that can be opened now
+};
+
+// Asks the network, and tries to open the camera. No camera may be open: an interrupt ends the program at once. A
+// library that does not start gives kUnknown.
+AtAddress AskAddress(const std::string& address, const VimbaLibrary& library);
+
+}  // namespace Kelcam
