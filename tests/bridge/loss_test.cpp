@@ -75,9 +75,4 @@ TEST_F(LossyModule, ASnapFailsTheRateFallsAndTheNextGoodPictureIsRight) {
   EXPECT_TRUE(ShowsGrey(aoi, kArea));
 }
 
-TEST_F(LossyModule, ACameraThatSendsMoreThanItSaysFailsEverySnapWithFrameTooSmall) {
-  ASSERT_TRUE(Open(WireCamera().SaysHalfItsPayload()));
-  for (int snap = 0; snap < 3; ++snap) EXPECT_EQ(SnapOnce(nullptr), BError(BError::eFrameTooSmall));
-}
-
 }  // namespace

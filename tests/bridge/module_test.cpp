@@ -90,13 +90,27 @@ TEST_F(Module, AColourCamerasMosaicBecomesItsColour) {
 
 TEST_F(Module, ColourModeSwitchesTheCamerasFormatAndBack) {
   profile.Key("Bayertype", "RGGB").Key("COLORCODEcolor", "RGB");
+  ASSERT_TRUE(Open(WireCamera().Colour().WidestPayload()));
+  for (int round = 0; round < 2; ++round) {
+    BBaseAoi untouched(BBaseAoi::eRgb);
+    ASSERT_TRUE(Device().SetColorMode(true));
+    EXPECT_EQ(SnapOnce(&untouched), BError());
+    EXPECT_EQ(untouched.ImageSize(), kArea);
+    BBaseAoi converted(BBaseAoi::eRgb);
+    ASSERT_TRUE(Device().SetColorMode(false));
+    EXPECT_EQ(SnapOnce(&converted), BError());
+    EXPECT_TRUE(ShowsColour(converted, kArea));
+  }
+}
+
+// The module has announced its frames by then.
+TEST_F(Module, AColourFormatThatMakesThePayloadLargerFailsItsSnapsAndNoOthers) {
+  profile.Key("Bayertype", "RGGB").Key("COLORCODEcolor", "RGB");
   ASSERT_TRUE(Open(WireCamera().Colour()));
   ASSERT_TRUE(Device().SetColorMode(true));
-  BBaseAoi rgb(BBaseAoi::eRgb);
-  EXPECT_EQ(SnapOnce(&rgb), BError());
+  for (int snap = 0; snap < 3; ++snap) EXPECT_EQ(SnapOnce(nullptr), BError(BError::eFrameTooSmall));
   ASSERT_TRUE(Device().SetColorMode(false));
-  EXPECT_EQ(SnapOnce(&rgb), BError());
-  EXPECT_TRUE(ShowsColour(rgb, kArea));
+  EXPECT_EQ(SnapOnce(nullptr), BError());
 }
 
 TEST_F(Module, GainAndExposureReachTheCamera) {

@@ -72,8 +72,8 @@ WireCamera& WireCamera::Loses(double permille) {
   return *this;
 }
 
-WireCamera& WireCamera::SaysHalfItsPayload() {
-  m_arguments.insert(m_arguments.end(), {"--additions", CameraFile("half_payload.xml")});
+WireCamera& WireCamera::WidestPayload() {
+  m_arguments.insert(m_arguments.end(), {"--additions", CameraFile("widest_payload.xml")});
   return *this;
 }
 

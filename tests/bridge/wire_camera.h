@@ -29,7 +29,8 @@ class WireCamera {
 
   WireCamera& Colour();
   WireCamera& Loses(double permille);  // of the packets
-  WireCamera& SaysHalfItsPayload();    // of frames of Mono8
+  // Its payload is that of the widest format, whatever it sends.
+  WireCamera& WidestPayload();
 
   std::string Id() const;
   const std::filesystem::path& Program() const { return m_program; }

@@ -36,29 +36,29 @@ void InsertBefore(std::string& text, const std::string& mark, std::size_t from, 
   text.insert(place, added);
 }
 
-void Extend(std::string& description, const std::string& added) {
-  static const std::regex kEnumeration(R"re(<Enumeration Name="(\w+)">([^]*?)</Enumeration>)re");
-  std::string others;
-  auto after = added.cbegin();
-  for (std::sregex_iterator found(added.begin(), added.end(), kEnumeration), end; found != end; ++found) {
-    others.append(after, (*found)[0].first);
-    after = (*found)[0].second;
-    const std::size_t stock = description.find("<Enumeration Name=\"" + (*found)[1].str() + "\"");
-    if (stock == std::string::npos) {
-      others += (*found)[0];
-    } else {
-      InsertBefore(description, "<pValue>", stock, (*found)[2]);
-    }
+// One node of the additions.
+void Add(std::string& description, const std::smatch& node) {
+  const std::string head = '<' + node[1].str() + " Name=\"" + node[2].str() + '"';
+  const std::string end = "</" + node[1].str() + '>';
+  const std::size_t earlier = description.find(head);
+  if (earlier == std::string::npos) {
+    InsertBefore(description, "</RegisterDescription>", 0, node[0]);
+  } else if (node[1] == "Enumeration") {
+    InsertBefore(description, "<pValue>", earlier, node[3]);
+  } else {
+    description.replace(earlier, description.find(end, earlier) + end.size() - earlier, node[0]);
   }
-  others.append(after, added.cend());
-  InsertBefore(description, "</RegisterDescription>", 0, others);
 }
 
 }  // namespace
 
 std::string ExtendedDescription(const std::vector<std::string>& files) {
+  static const std::regex kNode(R"re(<(\w+) Name="(\w+)">([^]*?)</\1>)re");
   std::string description = StockDescription();
-  for (const std::string& file : files) Extend(description, TextOf(file));
+  for (const std::string& file : files) {
+    const std::string added = TextOf(file);
+    for (std::sregex_iterator node(added.begin(), added.end(), kNode), end; node != end; ++node) Add(description, *node);
+  }
   return description;
 }
 

@@ -5,9 +5,8 @@
 #include <string>
 #include <vector>
 
-// The stock description with what the files add: an <Enumeration> of a name that is there already gives its entries to that
-// one, everything else is added at the end. There a node takes the place of an earlier one of its name. Throws
-// std::runtime_error when something fits nowhere.
+// The stock description with the nodes of the files. One that has the name of an earlier one takes its place; an enumeration
+// gives that one its entries. Throws std::runtime_error when a file cannot be read or a node fits nowhere.
 std::string ExtendedDescription(const std::vector<std::string>& files);
 
 // A text in a file of its own for as long as the object lives.
