@@ -50,8 +50,7 @@ class ApiCall {
 
   template <class Body>
   VmbError_t Answer(Body body) {
-    if (m_needs_startup && !m_system.Started()) return VmbErrorApiNotStarted;
-    if (m_arguments.Error()) return m_arguments.Error();
+    if (const VmbError_t refused = Check()) return refused;
     return VimbaLibrary::ExceptionsAsErrors([&] { return VmbError_t{body(m_system)}; });
   }
   template <class Body>
@@ -60,6 +59,8 @@ class ApiCall {
   }
 
  private:
+  VmbError_t Check() const;
+
   VimbaSystem& m_system = VimbaSystem::Instance();
   bool m_needs_startup = true;
   VimbaLibrary::ArgumentChecks m_arguments;

@@ -51,8 +51,7 @@ struct FrameStream::Pending {
 
 FrameStream::FrameStream(VmbHandle_t camera, ArvDevice* device, BRecursiveMutex& camera_lock, const CameraClock& clock,
                          AcquisitionState& state)
-    : m_camera(camera),
-      m_device(device),
+    : m_device(device),
       m_camera_lock(camera_lock),
       m_clock(clock),
       m_state(state),

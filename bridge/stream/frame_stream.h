@@ -54,7 +54,6 @@ class FrameStream {
   void Deliver(Object<ArvBuffer> buffer);
   VmbFrame_t Describe(ArvBuffer* buffer, std::uint32_t announced_bytes);
 
-  const VmbHandle_t m_camera;
   ArvDevice* const m_device;
   BRecursiveMutex& m_camera_lock;
   const CameraClock& m_clock;

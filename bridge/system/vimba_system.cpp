@@ -16,8 +16,8 @@ constexpr VmbAccessMode_t kOpenable = VmbAccessModeFull | VmbAccessModeRead;
 
 VimbaSystem& VimbaSystem::Instance() {
   // Never destroyed: in a process that ends with the API started, threads still use it.
-  static auto* const system = new VimbaSystem;
-  return *system;
+  static VimbaSystem* only = new VimbaSystem;
+  return *only;
 }
 
 VimbaSystem::Run::Run()
