@@ -12,13 +12,11 @@
 
 namespace {
 
-constexpr std::int64_t kShortHeartbeatMs = 1'000;
 constexpr std::chrono::milliseconds kPause{20};
 
 void Run(const char* id) {
   const StartedVimba vimba;
   CameraHost host(id);
-  host.Set("GevHeartbeatTimeout", kShortHeartbeatMs);
   host.Start();
   if (!host.WaitForFrames(1)) throw std::runtime_error("no frame comes");
   std::cerr << "streaming" << std::endl;
