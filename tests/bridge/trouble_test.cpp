@@ -40,7 +40,7 @@ TEST_F(VanishingCamera, EndsTheRunAndIsReleasedInTimeForANewOne) {
     ADD_FAILURE() << "nobody can have stopped the camera";
   } catch (const BError& stop) {
     EXPECT_EQ(stop.ErrorCode(), BError::eAcquisitionFailed);
-    EXPECT_STREQ(stop.Text(0).Str(), L"?");
+    EXPECT_EQ(stop.Text(0), WString(L"AcquisitionStop failed"));
   }
   const auto begin = steady_clock::now();
   device->Release();
