@@ -231,13 +231,14 @@ class Mapping {
   // What the camera can do, and what the link carries at the present rate.
   void MapFrameRateLimit(std::shared_ptr<StreamRate> rate) {
     if (Find("AcquisitionFrameRateLimit")) return;
-    auto frames = std::shared_ptr<NativeFeature>(Find("AcquisitionFrameRate"));
+    // In Hz, whatever the camera calls it; null when it has none.
+    const auto mapped = m_features.find("AcquisitionFrameRateAbs");
+    const Feature* const frames = mapped == m_features.end() ? nullptr : mapped->second.get();
     auto payload = std::shared_ptr<NativeFeature>(Find("PayloadSize"));
-    const bool limited = frames && frames->Type() == FeatureType::kFloat;
-    if (!payload || (!limited && !rate)) return;
-    Add<ComputedFloat>("AcquisitionFrameRateLimit", [rate = std::move(rate), frames, payload, limited](double& hz) {
+    if (!payload || (!frames && !rate)) return;
+    Add<ComputedFloat>("AcquisitionFrameRateLimit", [rate = std::move(rate), frames, payload](double& hz) {
       VimbaLibrary::FloatRange range{0.0, std::numeric_limits<double>::max()};
-      if (limited) {
+      if (frames) {
         if (const VmbError_t error = frames->FloatRangeOf(range)) return error;
       }
       hz = range.max;
