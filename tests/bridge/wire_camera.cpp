@@ -52,10 +52,9 @@ bool EndsWithLine(int fd, const std::string& wanted) {
 WireCamera::WireCamera(int number)
     : m_number(number),
       m_program(ProgramFile("wire-camera")),
-      m_arguments{"--serial",    "000" + std::to_string(number),
-                  "--mac",       std::to_string(0x000F31000000 + number),
-                  "--address",   "127.0.0." + std::to_string(number),
-                  "--additions", CameraFile("additions.xml")} {}
+      m_arguments{
+          "--serial",  "000" + std::to_string(number),      "--mac",       std::to_string(0x000F31000000 + number),
+          "--address", "127.0.0." + std::to_string(number), "--additions", CameraFile("additions.xml")} {}
 
 WireCamera::WireCamera(std::filesystem::path program, std::vector<std::string> arguments)
     : m_program(std::move(program)), m_arguments(std::move(arguments)), m_says_ready(false) {}
