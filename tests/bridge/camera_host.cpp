@@ -67,7 +67,8 @@ void CameraHost::Start(std::size_t frame_bytes) {
     Check("VmbFrameAnnounce", VmbFrameAnnounce(m_camera, &m_frames[i], sizeof(VmbFrame_t)));
   }
   Check("VmbCaptureStart", VmbCaptureStart(m_camera));
-  for (const VmbFrame_t& frame : m_frames) Check("VmbCaptureFrameQueue", VmbCaptureFrameQueue(m_camera, &frame, OnFrame));
+  for (const VmbFrame_t& frame : m_frames)
+    Check("VmbCaptureFrameQueue", VmbCaptureFrameQueue(m_camera, &frame, OnFrame));
   Run("AcquisitionStart");
 }
 

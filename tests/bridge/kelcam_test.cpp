@@ -50,38 +50,44 @@ TEST_F(WireKelcam, ReportsWhatACameraWithEverythingHas) {
   const RunningCamera camera(WireCamera().Colour());
   const ProcessResult info = Run({"info", "--camera", "1"});
   EXPECT_EQ(info.exit_code, kDone) << info.err;
-  EXPECT_EQ(info.out, "name                  Vimba_Aravis Wire Camera_0001\n"
-                      "type                  Vimba\n"
-                      "library               VimbaC 1.8.3, " + Library() + "\n"
-                      "size                  2048 x 2048\n"
-                      "colour                yes\n"
-                      "gain                  0 dB = 1.0x (0 to 24 dB = 1.0x to 15.8x)\n"
-                      "exposure              100 = 10.0 ms (0 to 20000 = 0.0 to 2000.0 ms, steps of 0.1 ms)\n"
-                      "sensor temperature    47.5 °C\n"
-                      "board temperature     38.2 °C\n"
-                      "white balance         red 100, blue 100 (80 to 300)\n"
-                      "trigger               software\n"
-                      "stream rate           97700000 bytes/s\n"
-                      "frame rate            120.00 images/s\n"
-                      "max shutter for fast  20000 = 2000.0 ms\n");
+  EXPECT_EQ(info.out,
+            "name                  Vimba_Aravis Wire Camera_0001\n"
+            "type                  Vimba\n"
+            "library               VimbaC 1.8.3, " +
+                Library() +
+                "\n"
+                "size                  2048 x 2048\n"
+                "colour                yes\n"
+                "gain                  0 dB = 1.0x (0 to 24 dB = 1.0x to 15.8x)\n"
+                "exposure              100 = 10.0 ms (0 to 20000 = 0.0 to 2000.0 ms, steps of 0.1 ms)\n"
+                "sensor temperature    47.5 °C\n"
+                "board temperature     38.2 °C\n"
+                "white balance         red 100, blue 100 (80 to 300)\n"
+                "trigger               software\n"
+                "stream rate           97700000 bytes/s\n"
+                "frame rate            120.00 images/s\n"
+                "max shutter for fast  20000 = 2000.0 ms\n");
 }
 
 TEST_F(WireKelcam, ReportsWhatTheStockCameraLacks) {
   const RunningCamera camera(WireCamera::Stock());
   const ProcessResult info = Run({"info", "--camera", "1"});
   EXPECT_EQ(info.exit_code, kDone) << info.err;
-  EXPECT_EQ(info.out, "name                  Vimba_Aravis Fake_GV01\n"
-                      "type                  Vimba\n"
-                      "library               VimbaC 1.8.3, " + Library() + "\n"
-                      "size                  2048 x 2048\n"
-                      "colour                yes\n"
-                      "gain                  0 dB = 1.0x (0 to 10 dB = 1.0x to 3.2x)\n"
-                      "exposure              100 = 10.0 ms (0 to 20000 = 0.0 to 2000.0 ms, steps of 0.1 ms)\n"
-                      "white balance         none\n"
-                      "trigger               none\n"
-                      "stream rate           97700000 bytes/s\n"
-                      "frame rate            23.29 images/s\n"
-                      "max shutter for fast  20000 = 2000.0 ms\n");
+  EXPECT_EQ(info.out,
+            "name                  Vimba_Aravis Fake_GV01\n"
+            "type                  Vimba\n"
+            "library               VimbaC 1.8.3, " +
+                Library() +
+                "\n"
+                "size                  2048 x 2048\n"
+                "colour                yes\n"
+                "gain                  0 dB = 1.0x (0 to 10 dB = 1.0x to 3.2x)\n"
+                "exposure              100 = 10.0 ms (0 to 20000 = 0.0 to 2000.0 ms, steps of 0.1 ms)\n"
+                "white balance         none\n"
+                "trigger               none\n"
+                "stream rate           97700000 bytes/s\n"
+                "frame rate            23.29 images/s\n"
+                "max shutter for fast  20000 = 2000.0 ms\n");
 }
 
 TEST_F(WireKelcam, WritesAPictureOfTheRightColour) {
@@ -96,8 +102,9 @@ TEST_F(WireKelcam, WritesAPictureOfTheRightColour) {
 
 TEST_F(WireKelcam, WritesAGreyPictureRightToThePixel) {
   const RunningCamera camera;
-  const std::string profile = Write("camera.ini", "API = Vimba\nInit.Method = Serial\nSerial.Number = 0001\n"
-                                                  "AOIX = 640\nAOIY = 480\nAOIWIDTH = 320\nAOIHEIGHT = 200\n");
+  const std::string profile = Write("camera.ini",
+                                    "API = Vimba\nInit.Method = Serial\nSerial.Number = 0001\n"
+                                    "AOIX = 640\nAOIY = 480\nAOIWIDTH = 320\nAOIHEIGHT = 200\n");
   const ProcessResult snap = Run({"snap", "--profile", profile, "-o", In("p.png")});
   EXPECT_EQ(snap.exit_code, kDone) << snap.err;
   const DecodedPicture picture = Decoded(Text("p.png"));

@@ -178,7 +178,8 @@ TEST_F(Module, AReleasedCameraCanBeOpenedAgainAtOnce) {
   }
 }
 
-// The camera of Aravis as it is has neither lines nor a free-running source of that name, no white balance and no temperature.
+// The camera of Aravis as it is has neither lines nor a free-running source of that name, no white balance and no
+// temperature.
 struct StockCamera : WireDevice {
   StockCamera() { TakeArea(0, 0, kArea.width, kArea.height); }
 };

@@ -16,8 +16,8 @@ testing::AssertionResult WrongAt(std::size_t x, std::size_t y, int pixel, int ex
 
 testing::AssertionResult IsRow(const std::uint8_t* row, std::size_t width, std::uint64_t frame_id, BPoint at) {
   for (std::size_t x = 0; x < width; ++x) {
-    const std::uint8_t expected = PixelPattern::Grey(frame_id, static_cast<std::uint32_t>(at.x) + static_cast<std::uint32_t>(x),
-                                                     static_cast<std::uint32_t>(at.y));
+    const std::uint8_t expected = PixelPattern::Grey(
+        frame_id, static_cast<std::uint32_t>(at.x) + static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(at.y));
     if (row[x] != expected) return WrongAt(x, static_cast<std::size_t>(at.y), row[x], expected);
   }
   return testing::AssertionSuccess();
@@ -26,7 +26,8 @@ testing::AssertionResult IsRow(const std::uint8_t* row, std::size_t width, std::
 // Any id with which the frame begins as the row does: only the last byte of an id counts.
 std::uint64_t FrameOf(std::uint8_t first_pixel, BPoint at) {
   std::uint64_t id = 0;
-  while (PixelPattern::Grey(id, static_cast<std::uint32_t>(at.x), static_cast<std::uint32_t>(at.y)) != first_pixel) ++id;
+  while (PixelPattern::Grey(id, static_cast<std::uint32_t>(at.x), static_cast<std::uint32_t>(at.y)) != first_pixel)
+    ++id;
   return id;
 }
 
@@ -35,7 +36,8 @@ std::uint64_t FrameOf(std::uint8_t first_pixel, BPoint at) {
 testing::AssertionResult ShowsGrey(const std::uint8_t* pixels, BSize size, std::uint64_t frame_id, BPoint at) {
   const auto width = static_cast<std::size_t>(size.width);
   for (int y = 0; y < size.height; ++y) {
-    const testing::AssertionResult row = IsRow(pixels + static_cast<std::size_t>(y) * width, width, frame_id, {at.x, at.y + y});
+    const testing::AssertionResult row =
+        IsRow(pixels + static_cast<std::size_t>(y) * width, width, frame_id, {at.x, at.y + y});
     if (!row) return row;
   }
   return testing::AssertionSuccess();
@@ -46,7 +48,8 @@ testing::AssertionResult ShowsGrey(BBaseAoi& aoi, BSize size, BPoint at) {
   const BImage8u& image = *aoi.Mono();
   const std::uint64_t id = FrameOf(image.Row(0)[0], at);
   for (int y = 0; y < size.height; ++y) {
-    const testing::AssertionResult row = IsRow(image.Row(y), static_cast<std::size_t>(size.width), id, {at.x, at.y + y});
+    const testing::AssertionResult row =
+        IsRow(image.Row(y), static_cast<std::size_t>(size.width), id, {at.x, at.y + y});
     if (!row) return row;
   }
   return testing::AssertionSuccess();

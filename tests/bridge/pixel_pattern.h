@@ -7,8 +7,8 @@
 
 namespace PixelPattern {
 
-// Mono8: a ramp that moves from frame to frame. x and y are places on the sensor, whatever part of it the frame shows. The
-// camera counts its frames from 1 to 65535 and then from 1 again; whoever goes on counting gets the same.
+// Mono8: a ramp that moves from frame to frame. x and y are places on the sensor, whatever part of it the frame shows.
+// The camera counts its frames from 1 to 65535 and then from 1 again; whoever goes on counting gets the same.
 constexpr std::uint8_t Grey(std::uint64_t frame_id, std::uint32_t x, std::uint32_t y) {
   constexpr std::uint64_t kIds = 65'535;
   return static_cast<std::uint8_t>(7 * ((frame_id + kIds - 1) % kIds + 1) + x + std::uint64_t{3} * y);

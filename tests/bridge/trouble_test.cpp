@@ -79,7 +79,8 @@ TEST(SecondHost, ThatIsStoppedLosesTheCameraAndFindsOutWhenItGoesOn) {
   ASSERT_TRUE(stopped.Signal(SIGCONT));
   const ProcessResult result = stopped.Wait();
   EXPECT_EQ(result.exit_code, 0) << result.err;
-  EXPECT_THAT(result.err, HasSubstr("VmbFeatureIntGet answers " + std::to_string(VmbErrorDeviceNotOpen) + "\nclosed\n"));
+  EXPECT_THAT(result.err,
+              HasSubstr("VmbFeatureIntGet answers " + std::to_string(VmbErrorDeviceNotOpen) + "\nclosed\n"));
 }
 
 TEST(SecondHost, ThatIsKilledLeavesTheCameraFree) {

@@ -46,8 +46,8 @@ class WireCamera {
   bool m_says_ready = true;
 };
 
-// On the network when the object is made, off it when the object goes. It goes with this process, too, whatever ends it; so
-// make it on the main thread, whose end would be its own.
+// On the network when the object is made, off it when the object goes. It goes with this process, too, whatever ends
+// it; so make it on the main thread, whose end would be its own.
 class RunningCamera {
  public:
   // Throws std::runtime_error when the camera does not start.
@@ -70,5 +70,5 @@ class RunningCamera {
 // Whether the network is the machine's own, which has one address for cameras.
 bool NetworkIsShared();
 
-#define KEL_NEEDS_OWN_NETWORK()                                                          \
+#define KEL_NEEDS_OWN_NETWORK() \
   if (NetworkIsShared()) GTEST_SKIP() << "several cameras need a network of their own"

@@ -57,7 +57,8 @@ std::string ExtendedDescription(const std::vector<std::string>& files) {
   std::string description = StockDescription();
   for (const std::string& file : files) {
     const std::string added = TextOf(file);
-    for (std::sregex_iterator node(added.begin(), added.end(), kNode), end; node != end; ++node) Add(description, *node);
+    for (std::sregex_iterator node(added.begin(), added.end(), kNode), end; node != end; ++node)
+      Add(description, *node);
   }
   return description;
 }

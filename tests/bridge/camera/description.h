@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-// The stock description with the nodes of the files. One that has the name of an earlier one takes its place; an enumeration
-// gives that one its entries. Throws std::runtime_error when a file cannot be read or a node fits nowhere.
+// The stock description with the nodes of the files. One that has the name of an earlier one takes its place; an
+// enumeration gives that one its entries. Throws std::runtime_error when a file cannot be read or a node fits nowhere.
 std::string ExtendedDescription(const std::vector<std::string>& files);
 
 // A text in a file of its own for as long as the object lives.

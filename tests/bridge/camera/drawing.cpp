@@ -38,8 +38,8 @@ void DrawGrey(const Frame& frame) {
   Row ramp(width + kPeriod);
   for (std::size_t i = 0; i < ramp.size(); ++i) ramp[i] = static_cast<std::uint8_t>(i);
   frame.Fill(width, [&](gint y) {
-    return ramp.data() + PixelPattern::Grey(frame.id, static_cast<guint32>(frame.left),
-                                            static_cast<guint32>(frame.top + y));
+    return ramp.data() +
+           PixelPattern::Grey(frame.id, static_cast<guint32>(frame.left), static_cast<guint32>(frame.top + y));
   });
 }
 

@@ -39,7 +39,8 @@ struct Options {
 
 void Prepare(ArvFakeCamera* camera, Options options) {
   std::uint8_t mac[8];
-  for (unsigned i = 0; i < sizeof mac; ++i) mac[i] = static_cast<std::uint8_t>(options.mac >> (8 * (sizeof mac - 1 - i)));
+  for (unsigned i = 0; i < sizeof mac; ++i)
+    mac[i] = static_cast<std::uint8_t>(options.mac >> (8 * (sizeof mac - 1 - i)));
   arv_fake_camera_write_memory(camera, kMacRegister, sizeof mac, mac);
   options.model.resize(kModelBytes - 1);
   arv_fake_camera_write_memory(camera, kModelRegister, kModelBytes, options.model.c_str());
@@ -53,7 +54,8 @@ void Run(const Options& options) {
   if (!options.additions.empty()) extended.emplace(ExtendedDescription(options.additions));
   const std::string& file = extended ? extended->Path() : options.description;
   const std::unique_ptr<ArvGvFakeCamera, decltype(&g_object_unref)> device(
-      arv_gv_fake_camera_new_full(options.address.c_str(), options.serial.c_str(), file.empty() ? nullptr : file.c_str()),
+      arv_gv_fake_camera_new_full(options.address.c_str(), options.serial.c_str(),
+                                  file.empty() ? nullptr : file.c_str()),
       g_object_unref);
   extended.reset();
   if (!device || !arv_gv_fake_camera_is_running(device.get())) {

@@ -1,5 +1,6 @@
 // host/main.cpp
-// A second host: takes frames of the camera that is named until the camera is lost to it. Says on standard error how it goes.
+// A second host: takes frames of the camera that is named until the camera is lost to it. Says on standard error how it
+// goes.
 #include <sys/prctl.h>
 
 #include <chrono>
