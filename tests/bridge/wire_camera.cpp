@@ -21,8 +21,6 @@ namespace {
 
 constexpr std::chrono::seconds kDeadline{20};
 
-std::filesystem::path StockProgram() { return "/usr/bin/arv-fake-gv-camera-0.8"; }
-
 std::string CameraFile(const std::string& name) { return std::string(KEL_CAMERA_FILES) + '/' + name; }
 
 struct Pipe {
@@ -59,7 +57,7 @@ WireCamera::WireCamera(int number)
 WireCamera::WireCamera(std::filesystem::path program, std::vector<std::string> arguments)
     : m_program(std::move(program)), m_arguments(std::move(arguments)), m_says_ready(false) {}
 
-WireCamera WireCamera::Stock() { return {StockProgram(), {"--interface", kAddress}}; }
+WireCamera WireCamera::Stock() { return {KEL_STOCK_CAMERA, {"--interface", kAddress}}; }
 
 WireCamera& WireCamera::Colour() {
   m_arguments.emplace_back("--colour");
