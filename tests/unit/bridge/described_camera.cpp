@@ -2,6 +2,7 @@
 // The bridge's features over a camera that is a description and some memory: no network, no pictures.
 #include "described_camera.h"
 
+#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -57,11 +58,16 @@ void Check(const ErrorSlot& error) {
 
 const char* NameOf(VmbError_t error) {
   switch (error) {
-    case VmbErrorNotFound: return "NotFound";
-    case VmbErrorInvalidAccess: return "InvalidAccess";
-    case VmbErrorInvalidValue: return "InvalidValue";
-    case VmbErrorInternalFault: return "InternalFault";
-    default: return "another error";
+    case VmbErrorNotFound:
+      return "NotFound";
+    case VmbErrorInvalidAccess:
+      return "InvalidAccess";
+    case VmbErrorInvalidValue:
+      return "InvalidValue";
+    case VmbErrorInternalFault:
+      return "InternalFault";
+    default:
+      return "another error";
   }
 }
 
@@ -144,4 +150,30 @@ std::vector<std::string> Described(const Bridge::Features& features, const std::
   lines.reserve(names.size());
   for (const char* name : names) lines.push_back(name + ValueOf(features, name));
   return lines;
+}
+
+double FloatOf(DescribedCamera& camera, const char* feature) {
+  double value = 0.0;
+  EXPECT_EQ(camera.Features().GetFloat(feature, value), VmbErrorSuccess) << feature;
+  return value;
+}
+
+std::int64_t IntOf(DescribedCamera& camera, const char* feature) {
+  std::int64_t value = 0;
+  EXPECT_EQ(camera.Features().GetInteger(feature, value), VmbErrorSuccess) << feature;
+  return value;
+}
+
+std::string EntryOf(DescribedCamera& camera, const char* feature) {
+  const char* value = "";
+  EXPECT_EQ(camera.Features().GetEnum(feature, value), VmbErrorSuccess) << feature;
+  return value;
+}
+
+void ExpectFloatSet(DescribedCamera& camera, const char* feature, double value, VmbError_t expected) {
+  EXPECT_EQ(camera.Features().SetFloat(feature, value), expected) << feature << " = " << value;
+}
+
+void ExpectEntrySet(DescribedCamera& camera, const char* feature, const char* entry, VmbError_t expected) {
+  EXPECT_EQ(camera.Features().SetEnum(feature, entry), expected) << feature << " = " << entry;
 }

@@ -4,6 +4,7 @@
 
 #include <arv.h>
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,3 +35,11 @@ class DescribedCamera {
 
 // A line for each feature: "Width = 640 (16 to 1280)", "PixelFormat = Mono8", "AcquisitionStart", "Gain: NotFound".
 std::vector<std::string> Described(const Bridge::Features& features, const std::vector<const char*>& names);
+
+// The test fails when the bridge answers otherwise.
+double FloatOf(DescribedCamera& camera, const char* feature);
+std::int64_t IntOf(DescribedCamera& camera, const char* feature);
+std::string EntryOf(DescribedCamera& camera, const char* feature);
+void ExpectFloatSet(DescribedCamera& camera, const char* feature, double value, VmbError_t expected = VmbErrorSuccess);
+void ExpectEntrySet(DescribedCamera& camera, const char* feature, const char* entry,
+                    VmbError_t expected = VmbErrorSuccess);

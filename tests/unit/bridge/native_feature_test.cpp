@@ -49,8 +49,9 @@ TEST_F(NativeFeatures, OfEachTypeAreRead) {
 
 TEST_F(NativeFeatures, TakeWholeStepsWithinTheirRange) {
   EXPECT_EQ(features.SetInteger("Whole", 22), VmbErrorSuccess);
-  for (const std::int64_t refused : {std::int64_t{23}, std::int64_t{-3}, std::int64_t{107}, std::int64_t{20},
-                                     std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max()}) {
+  for (const std::int64_t refused :
+       {std::int64_t{23}, std::int64_t{-3}, std::int64_t{107}, std::int64_t{20},
+        std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max()}) {
     EXPECT_EQ(features.SetInteger("Whole", refused), VmbErrorInvalidValue) << refused;
   }
 
