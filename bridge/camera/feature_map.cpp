@@ -105,9 +105,9 @@ constexpr FixedRow kFixed[] = {
 // Cannot be changed while the camera sends.
 constexpr const char* kHeld[] = {"Width", "Height", "BinningHorizontal", "BinningVertical"};
 
-// The registers' own limits, from the GigE Vision standard.
+// From the GigE Vision standard. It allows less, but Aravis keeps a camera only once a second.
 constexpr std::uint64_t kHeartbeatRegister = 0x0938;
-constexpr IntegerRange kHeartbeatsMs{500, 0xffff'ffff, 1};
+constexpr IntegerRange kHeartbeatsMs{3'000, 0xffff'ffff, 1};
 
 // The first byte of the camera's address is the highest of the number; 0 for one that is no IPv4 address.
 std::int64_t AddressOf(ArvGvDevice* device) {

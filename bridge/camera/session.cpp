@@ -75,7 +75,8 @@ void Session::Close() {
     const BRecursiveMutexLock lock(m_mutex);
     if (std::exchange(m_closed, true)) return;
     // A camera that is gone would be asked in vain, and for seconds.
-    if (m_state.Acquiring() && !m_lost) std::ignore = m_features.Run("AcquisitionStop");
+    const bool answers = !m_lost && std::chrono::steady_clock::now() >= m_silent_until;
+    if (m_state.Acquiring() && answers) std::ignore = m_features.Run("AcquisitionStop");
   }
   if (m_stream) m_stream->Close();
   g_signal_handlers_disconnect_by_data(m_device.get(), this);

@@ -5,6 +5,7 @@
 #include <arv.h>
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -36,12 +37,16 @@ class Session {
 
   // Null without full access.
   FrameStream* Frames() const { return m_stream.get(); }
-  // The body gets the features, locked.
+  // The body gets the features, locked. A camera that has not answered in time is not asked again for a while: each
+  // question in vain takes seconds, and a release asks several.
   template <class Body>
   VmbError_t WithFeatures(Body body) {
     const BRecursiveMutexLock lock(m_mutex);
     if (m_closed) return VmbErrorBadHandle;
-    return body(m_features);
+    if (std::chrono::steady_clock::now() < m_silent_until) return VmbErrorTimeout;
+    const VmbError_t error = body(m_features);
+    if (error == VmbErrorTimeout) m_silent_until = std::chrono::steady_clock::now() + kSilence;
+    return error;
   }
   bool OnThread() const { return m_stream && m_stream->OnCallbackThread(); }
   // Ends capture and gives the camera up. Not from a callback.
@@ -49,6 +54,8 @@ class Session {
 
  private:
   Session(VmbHandle_t handle, std::string camera_id, Object<ArvDevice> device, VmbAccessMode_t access);
+  static constexpr std::chrono::seconds kSilence{3};
+
   static void OnControlLost(ArvDevice* device, gpointer self);
 
   const std::string m_camera_id;
@@ -60,6 +67,7 @@ class Session {
   CameraClock m_clock;
   Features m_features KEL_GUARDED_BY(m_mutex);
   bool m_closed KEL_GUARDED_BY(m_mutex) = false;
+  std::chrono::steady_clock::time_point m_silent_until KEL_GUARDED_BY(m_mutex);
   const std::unique_ptr<FrameStream> m_stream;
 };
 
