@@ -1,9 +1,8 @@
 // main.cpp
 // A host for measurements over the wire: takes frames of a GigE Vision camera and prints what that took, as JSON.
-//   bench_wire library SECONDS WIDTH HEIGHT PACKET RATE     frames through the calls of VimbaC, given back at once
-//   bench_wire module SECONDS WIDTH HEIGHT PACKET RATE      frames through the module, with its copy and its thread a
-//   frame bench_wire trigger COUNT WIDTH HEIGHT                   from the trigger's command to the callback, and to
-//   the picture
+//   bench_wire library SECONDS WIDTH HEIGHT PACKET RATE   frames through the calls of VimbaC, given back at once
+//   bench_wire module SECONDS WIDTH HEIGHT PACKET RATE    frames through the module: a copy and a thread for each
+//   bench_wire trigger COUNT WIDTH HEIGHT                 from the trigger's command to the callback and to the picture
 #include <unistd.h>
 
 #include <algorithm>

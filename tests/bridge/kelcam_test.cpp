@@ -10,7 +10,6 @@
 
 namespace {
 
-using testing::MatchesRegex;
 using testing::StartsWith;
 
 struct WireKelcam : KelcamTest {
@@ -24,7 +23,9 @@ struct WireKelcam : KelcamTest {
 
 TEST_F(WireKelcam, WithoutCamerasTheListIsEmpty) {
   const ProcessResult list = Run({"list"});
+  EXPECT_EQ(list.exit_code, kDone);
   EXPECT_EQ(list.out, "");
+  EXPECT_EQ(list.err, "notice: no camera found\n");
 }
 
 TEST_F(WireKelcam, ListsACameraByTheNameThatTheModuleGivesIt) {

@@ -108,6 +108,7 @@ void RunningCamera::Start(const WireCamera& camera, int ready_fd, int life_fd) c
   std::vector<std::string> words{camera.Program().string()};
   words.insert(words.end(), camera.Arguments().begin(), camera.Arguments().end());
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
   execv(camera.Program().c_str(), pointers.data());
