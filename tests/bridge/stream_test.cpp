@@ -6,11 +6,13 @@
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
+#include <iostream>
 #include <iterator>
 #include <memory>
 #include <thread>
 
 #include "bridge/camera_host.h"
+#include "bridge/idle_time.h"
 #include "bridge/picture_check.h"
 #include "bridge/wire_camera.h"
 
@@ -29,6 +31,17 @@ std::ptrdiff_t CountPacketSockets() {
 std::ptrdiff_t CountWithin(const std::vector<SeenFrame>& frames, seconds time) {
   return std::count_if(frames.begin(), frames.end(),
                        [&](const SeenFrame& frame) { return frame.time < frames.front().time + time; });
+}
+
+// On a busy machine a camera does not keep its own rate.
+void ExpectRate(const std::vector<SeenFrame>& frames, seconds time, std::ptrdiff_t least, const IdleTime& idle) {
+  const std::ptrdiff_t count = CountWithin(frames, time);
+  if (idle.WasEnough()) {
+    EXPECT_GE(count, least);
+  } else if (count < least) {
+    std::cout << "the machine was busy: " << count << " frames in " << time.count() << " s, not held to " << least
+              << std::endl;
+  }
 }
 
 void ExpectAllGood(const std::vector<SeenFrame>& frames) {
@@ -52,12 +65,13 @@ TEST_F(Stream, SmallFramesComeAtTheirRateWithoutAGapAndAreYoungerThanTheLatch) {
   host.Set("AcquisitionFrameRateAbs", 100.0);
   host.Run("GevTimestampControlLatch");
   const auto latched_ns = static_cast<std::uint64_t>(host.Integer("GevTimestampValue"));
+  const IdleTime idle;
   host.Start();
   ASSERT_TRUE(host.WaitForFrames(1'000));
   host.Stop();
 
   const std::vector<SeenFrame> frames = host.Seen();
-  EXPECT_GE(CountWithin(frames, kTime), 960);
+  ExpectRate(frames, kTime, 960, idle);
   EXPECT_GE(frames.front().timestamp_ns, latched_ns);
   ExpectAllGood(frames);
 }
@@ -67,12 +81,13 @@ TEST_F(Stream, LargeFramesAreCompleteFromTheFirstOn) {
   CameraHost host(WireCamera::kId);
   host.SetSize(WireCamera::kSensorWidth, WireCamera::kSensorHeight);
   host.Set("AcquisitionFrameRateAbs", 25.0);
+  const IdleTime idle;
   host.Start();
   ASSERT_TRUE(host.WaitForFrames(125));
   host.Stop();
 
   const std::vector<SeenFrame> frames = host.Seen();
-  EXPECT_GE(CountWithin(frames, kTime), 22 * kTime.count());
+  ExpectRate(frames, kTime, 22 * kTime.count(), idle);
   ExpectAllGood(frames);
 }
 
@@ -103,12 +118,13 @@ TEST(Streams, ThreeCamerasInOneProcessKeepTheirRates) {
     hosts.back()->SetSize(512, 512);
     hosts.back()->Set("AcquisitionFrameRateAbs", 25.0);
   }
+  const IdleTime idle;
   for (const auto& host : hosts) host->Start();
   for (const auto& host : hosts) ASSERT_TRUE(host->WaitForFrames(100));
   for (const auto& host : hosts) host->Stop();
 
   for (const auto& host : hosts) {
-    EXPECT_GE(CountWithin(host->Seen(), kTime), 23 * kTime.count());
+    ExpectRate(host->Seen(), kTime, 23 * kTime.count(), idle);
     ExpectAllGood(host->Seen());
   }
 }
