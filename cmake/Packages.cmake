@@ -15,6 +15,9 @@ set_target_properties(kel.tools PROPERTIES KEL_DESCRIPTION "Host SDK: images and
 set_target_properties(kel.imagingdevice PROPERTIES KEL_DESCRIPTION "Host SDK: imaging devices and host output")
 
 install(TARGETS kelcam RUNTIME DESTINATION ${KEL_INSTALL_RUN} COMPONENT kelcam)
+if(TARGET VimbaC-aravis)
+  install(TARGETS VimbaC-aravis LIBRARY DESTINATION ${KEL_INSTALL_RUN}/aravis COMPONENT kelcam)
+endif()
 if(WIN32)
   install(PROGRAMS packaging/kelcam-simulated.cmd DESTINATION bin COMPONENT kelcam)
 else()

@@ -106,8 +106,9 @@ void AddGlobalOptions(CLI::App& app, Options& options) {
 // After the other global options, which hold for them too.
 void AddVimbaOptions(CLI::App& app, Options& options) {
   app.add_option("--vimbac", options.vimbac_folder,
-                 "take the VimbaC library in this folder\n(default: the one that the system finds)")
-      ->option_text("FOLDER");
+                 "take the VimbaC library in this folder, or one that kelcam comes\nwith: aravis (GigE Vision cameras "
+                 "on Linux), simulated\n(default: the one that the system finds)")
+      ->option_text("FOLDER|NAME");
   const CLI::callback_t take_scenario = [&options](const CLI::results_t& words) {
     if (words.back() == kListScenarios) throw CommandByOption{Command::kScenarios};
     options.simulated = words.back() == kNoScenario ? std::string() : words.back();

@@ -11,6 +11,9 @@ namespace Kelcam {
 namespace {
 
 constexpr const char* kTitle = "the VimbaC library";
+// Names of --vimbac.
+constexpr const char* kAravis = "aravis";
+constexpr const char* kSimulated = "simulated";
 // What every such library has, and what only the simulated one has.
 constexpr const char* kAnyCall = "VmbVersionQuery";
 constexpr const char* kSimulatorCall = "VimbaSimConfigure";
@@ -19,6 +22,27 @@ constexpr const char* kSimulatorCall = "VimbaSimConfigure";
 std::filesystem::path SimulatedLibraryFile() {
   const std::filesystem::path own_folder = ProgramFolder() / "simulator" / kVimbaFileName;
   return std::filesystem::exists(own_folder) ? own_folder : ProgramFolder() / kVimbaFileName;
+}
+
+// The library for GigE Vision cameras of any maker, which comes with this program on Linux.
+std::filesystem::path AravisLibraryFile() {
+  std::filesystem::path file = ProgramFolder() / kAravis / kVimbaFileName;
+  if (!std::filesystem::exists(file)) {
+    throw Failure("--vimbac " + std::string(kAravis) +
+                  ": this kelcam was built without it (Linux with Aravis alone has it); " + Utf8(file) + " is missing");
+  }
+  return file;
+}
+
+// A name stands for a library that comes with this program; a folder of that name is written ./NAME.
+std::filesystem::path LibraryFileOf(const std::string& choice) {
+  if (choice == kSimulated) return SimulatedLibraryFile();
+  if (choice == kAravis) return AravisLibraryFile();
+  std::filesystem::path file = Path(choice) / kVimbaFileName;
+  if (!std::filesystem::exists(file)) {
+    throw Failure("--vimbac " + choice + ": there is no " + kVimbaFileName + " in this folder");
+  }
+  return file;
 }
 
 void SetUpScenario(const SharedLibrary& library, const std::string& scenario) {
@@ -44,11 +68,7 @@ void LoadChosenVimba(const Options& options) {
   if (options.simulated) {
     LoadSimulated(*options.simulated);
   } else if (!options.vimbac_folder.empty()) {
-    const std::filesystem::path file = Path(options.vimbac_folder) / kVimbaFileName;
-    if (!std::filesystem::exists(file)) {
-      throw Failure("--vimbac " + options.vimbac_folder + ": there is no " + kVimbaFileName + " in this folder");
-    }
-    const SharedLibrary library(file, kTitle);
+    const SharedLibrary library(LibraryFileOf(options.vimbac_folder), kTitle);
   }
 }
 

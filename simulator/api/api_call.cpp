@@ -7,9 +7,12 @@
 #include <thread>
 #include <utility>
 
-#include "camera/value_text.h"
+#include "library/value_text.h"
 
 namespace Simulator {
+
+using VimbaLibrary::QuotedText;
+using VimbaLibrary::ValueText;
 
 ApiCall::ApiCall(const char* function)
     : m_system(VimbaSystem::Instance()), m_texts(m_system.Record().Recording() || m_system.FaultSet().Any()) {
@@ -68,18 +71,34 @@ ApiCall& ApiCall::Frame(const VmbFrame_t* frame) {
   return Needs(frame);
 }
 
+// Numbered before the call's own line is made, as it names the frame.
+ApiCall& ApiCall::NewFrame(const VmbFrame_t* frame) {
+  if (m_system.Record().NumberFrame(m_handle, frame)) m_new_frame = frame;
+  return Frame(frame);
+}
+
+ApiCall& ApiCall::NoMoreFrames() {
+  m_no_more_frames = true;
+  return *this;
+}
+
+void ApiCall::CountFrames(VmbError_t result) {
+  if (result && m_new_frame) m_system.Record().ForgetFrame(m_handle, m_new_frame);
+  if (!result && m_no_more_frames) m_system.Record().ForgetFrames(m_handle);
+}
+
 ApiCall& ApiCall::Needs(const void* pointer) {
-  if (!pointer && !m_argument_error) m_argument_error = VmbErrorBadParameter;
+  m_arguments.Needs(pointer);
   return *this;
 }
 
 ApiCall& ApiCall::Needs(VmbInvalidationCallback callback) {
-  if (!callback && !m_argument_error) m_argument_error = VmbErrorBadParameter;
+  m_arguments.Needs(callback);
   return *this;
 }
 
 ApiCall& ApiCall::Size(std::uint32_t given, std::size_t needed) {
-  if (given != needed && !m_argument_error) m_argument_error = VmbErrorStructSize;
+  m_arguments.Size(given, needed);
   return *this;
 }
 
@@ -104,10 +123,13 @@ VmbError_t ApiCall::Check() {
       m_before.emplace_back(bytes.begin(), bytes.end());
     }
   }
-  return m_argument_error;
+  return m_arguments.Error();
 }
 
 VmbError_t ApiCall::Falsify() {
+  if (m_effect.done && m_pattern.call == "VmbFeatureCommandIsDone") {
+    Write(m_results.front(), std::int64_t{*m_effect.done ? 1 : 0});
+  }
   for (std::size_t i = 0; i < m_before.size(); ++i) std::ranges::copy(m_before[i], BytesOf(m_results[i]).begin());
   if (m_effect.answer) {
     const std::size_t known = std::min(m_results.size(), m_effect.answer->values.size());

@@ -3,8 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <exception>
-#include <new>
 #include <optional>
 #include <string>
 #include <utility>
@@ -14,6 +12,7 @@
 #include "api/out_parameter.h"
 #include "control/call_record.h"
 #include "control/faults.h"
+#include "library/argument_checks.h"
 #include "system/vimba_system.h"
 
 namespace Simulator {
@@ -30,6 +29,10 @@ class ApiCall {
   ApiCall& Value(std::int64_t value);
   ApiCall& Value(double value);
   ApiCall& Frame(const VmbFrame_t* frame);
+  // A frame that gets its number in the record of calls, and keeps it if the call succeeds.
+  ApiCall& NewFrame(const VmbFrame_t* frame);
+  // If the call succeeds, the camera's frames have no numbers any more.
+  ApiCall& NoMoreFrames();
   // Arguments that are checked but not recorded.
   ApiCall& Needs(const void* pointer);
   ApiCall& Needs(VmbInvalidationCallback callback);
@@ -52,10 +55,11 @@ class ApiCall {
     const CallRecord::Line line = Begin();
     VmbError_t result = Check();
     if (!result) {
-      result = Guarded(body);
+      result = VimbaLibrary::ExceptionsAsErrors([&] { return body(m_system); });
       if (!result) result = Falsify();
     }
     m_system.Record().End(line, result);
+    CountFrames(result);
     return result;
   }
   // For the call that returns nothing and cannot fail.
@@ -65,8 +69,6 @@ class ApiCall {
     body(m_system);
     m_system.Record().End(line, std::nullopt);
   }
-  // For the body: what a fault reports in place of a command's state.
-  const std::optional<bool>& FaultyDone() const { return m_effect.done; }
 
  private:
   CallRecord::Line Begin();
@@ -75,16 +77,7 @@ class ApiCall {
   // Faults of a call that has worked.
   VmbError_t Falsify();
   void Add(const std::string& argument);
-  template <class Body>
-  VmbError_t Guarded(Body& body) noexcept {
-    try {
-      return body(m_system);
-    } catch (const std::bad_alloc&) {
-      return VmbErrorResources;
-    } catch (const std::exception&) {
-      return VmbErrorInternalFault;
-    }
-  }
+  void CountFrames(VmbError_t result);
 
   VimbaSystem& m_system;
   // An unrecorded call without faults saves the time that texts cost.
@@ -98,7 +91,15 @@ class ApiCall {
   VmbHandle_t m_handle = nullptr;
   bool m_first_argument = true;
   bool m_needs_startup = true;
-  VmbError_t m_argument_error = VmbErrorSuccess;
+  VimbaLibrary::ArgumentChecks m_arguments;
+  const VmbFrame_t* m_new_frame = nullptr;
+  bool m_no_more_frames = false;
 };
 
 }  // namespace Simulator
+
+// What the calls of every VimbaC library are written with.
+namespace VimbaLibrary {
+using Simulator::ApiCall;
+using Simulator::VimbaSystem;
+}  // namespace VimbaLibrary

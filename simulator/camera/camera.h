@@ -17,9 +17,11 @@
 #include "engine/acquisition.h"
 #include "engine/camera_clock.h"
 #include "engine/counters.h"
-#include "engine/notifier.h"
+#include "library/notifier.h"
 
 namespace Simulator {
+
+using VimbaLibrary::Notifier;
 
 // Its features keep their values when it is closed and when the API shuts down. Plugging it in is a power-up.
 // [any thread]

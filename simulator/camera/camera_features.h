@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "camera/camera_configuration.h"
-#include "camera/feature.h"
+#include "camera/feature_nodes.h"
 #include "engine/camera_clock.h"
 #include "engine/capture_settings.h"
 #include "engine/clock.h"

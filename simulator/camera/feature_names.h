@@ -4,17 +4,6 @@
 
 namespace Simulator::FeatureName {
 
-// The Vimba system.
-inline constexpr char kGeVTLIsPresent[] = "GeVTLIsPresent";
-inline constexpr char kGeVDiscoveryAllOnce[] = "GeVDiscoveryAllOnce";
-inline constexpr char kGeVDiscoveryAllAuto[] = "GeVDiscoveryAllAuto";
-inline constexpr char kGeVDiscoveryAllOff[] = "GeVDiscoveryAllOff";
-inline constexpr char kGeVDiscoveryAllDuration[] = "GeVDiscoveryAllDuration";
-inline constexpr char kGeVDiscoveryStatus[] = "GeVDiscoveryStatus";
-inline constexpr char kDiscoveryCameraEvent[] = "DiscoveryCameraEvent";
-inline constexpr char kDiscoveryCameraIdent[] = "DiscoveryCameraIdent";
-inline constexpr char kElapsed[] = "Elapsed";
-
 // Identity.
 inline constexpr char kDeviceVendorName[] = "DeviceVendorName";
 inline constexpr char kDeviceModelName[] = "DeviceModelName";

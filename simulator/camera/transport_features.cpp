@@ -7,9 +7,12 @@
 
 #include "camera/camera_features.h"
 #include "camera/feature_names.h"
-#include "camera/value_text.h"
+#include "library/value_text.h"
 
 namespace Simulator {
+
+using VimbaLibrary::QuotedText;
+using VimbaLibrary::ValueText;
 
 std::vector<Feature> CameraFeatures::TimestampRows() {
   using namespace FeatureName;

@@ -162,8 +162,10 @@ CameraConfiguration ReadCamera(JsonMembers& members, Timing timing) {
 void ReadSystem(JsonMembers& members, SystemConfiguration& system) {
   members.Flag("geVTLIsPresent", system.gige_present);
   int status = 0;
-  if (members.Choice("discoveryStatus", {kDiscoveryStatusNames.begin(), kDiscoveryStatusNames.end()}, status)) {
-    system.discovery_status = static_cast<DiscoveryStatus>(status);
+  if (members.Choice("discoveryStatus",
+                     {VimbaLibrary::kDiscoveryStatusNames.begin(), VimbaLibrary::kDiscoveryStatusNames.end()},
+                     status)) {
+    system.discovery_status = static_cast<VimbaLibrary::DiscoveryStatus>(status);
   }
 }
 

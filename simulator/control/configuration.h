@@ -11,17 +11,11 @@
 
 #include "camera/camera_configuration.h"
 #include "control/faults.h"
+#include "library/system_features.h"
 
 namespace Simulator {
 
-enum class DiscoveryStatus { kOff, kAutomatic };
-// The entries of GeVDiscoveryStatus, by the values above.
-inline constexpr std::array<std::string_view, 2> kDiscoveryStatusNames{"Off", "Automatic"};
-
-struct SystemConfiguration {
-  bool gige_present = true;
-  DiscoveryStatus discovery_status = DiscoveryStatus::kOff;
-};
+using VimbaLibrary::SystemConfiguration;
 
 struct Configuration {
   std::vector<CameraConfiguration> cameras;

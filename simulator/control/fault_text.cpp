@@ -9,10 +9,12 @@
 #include <stdexcept>
 #include <utility>
 
-#include "camera/value_text.h"
 #include "control/configuration.h"
+#include "library/value_text.h"
 
 namespace Simulator {
+
+using VimbaLibrary::ValueText;
 namespace {
 
 constexpr std::chrono::milliseconds kMaxDelay = std::chrono::minutes(10);

@@ -5,9 +5,11 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "camera/value_text.h"
+#include "library/value_text.h"
 
 namespace Simulator {
+
+using VimbaLibrary::ValueText;
 namespace {
 
 constexpr char kNoTexts[] = "is no array of texts";

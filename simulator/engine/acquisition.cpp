@@ -227,7 +227,8 @@ std::optional<std::uint64_t> Acquisition::Deliver(const Exposure& exposure, Fram
   frame.frameID = exposure.frame_id;
   frame.timestamp = m_parts.clock.TicksAt(exposure.start);
   exposure.faults.ApplyTo(frame);
-  return m_frames.Complete(filling, frame, exposure.faults);
+  return m_frames.Complete(
+      filling, frame, {[&](VmbFrame_t& announced) { exposure.faults.Alter(announced); }, 1 + exposure.faults.again});
 }
 
 bool Acquisition::DeliverNow(const FrameOverride& override) {

@@ -16,7 +16,6 @@
 
 #include "bmutex.h"
 #include "engine/camera_clock.h"
-#include "engine/capture_queue.h"
 #include "engine/capture_settings.h"
 #include "engine/clock.h"
 #include "engine/counters.h"
@@ -24,8 +23,11 @@
 #include "engine/frame_override.h"
 #include "engine/link.h"
 #include "engine/picture_means.h"
+#include "library/capture_queue.h"
 
 namespace Simulator {
+
+using VimbaLibrary::CaptureQueue;
 
 // What the acquisition needs of the camera that it belongs to. All of it outlives the acquisition.
 struct SensorParts {

@@ -6,10 +6,12 @@
 #include <random>
 #include <vector>
 
-#include "engine/capture_queue.h"
 #include "engine/capture_settings.h"
+#include "library/capture_queue.h"
 
 namespace Simulator {
+
+using VimbaLibrary::CaptureQueue;
 
 struct FrameContent {
   // Null: the buffer's bytes stay as they are.

@@ -7,9 +7,11 @@
 #include "VimbaC.h"
 #include "camera/camera.h"
 #include "engine/acquisition.h"
-#include "engine/capture_queue.h"
+#include "library/capture_queue.h"
 
 namespace Simulator {
+
+using VimbaLibrary::CaptureQueue;
 
 // With full access it has a capture queue and an acquisition with a thread each, otherwise neither. [any thread]
 class Session {

@@ -20,6 +20,17 @@ struct Holder {
   }
 };
 
+VmbCameraInfo_t InfoOf(const Camera& camera) {
+  constexpr VmbAccessMode_t kOpenable = VmbAccessModeFull | VmbAccessModeRead;
+  const CameraConfiguration& configuration = camera.Configuration();
+  return {configuration.id.c_str(),
+          configuration.name.c_str(),
+          configuration.model.c_str(),
+          configuration.serial.c_str(),
+          camera.Claimed() ? static_cast<VmbAccessMode_t>(VmbAccessModeNone) : kOpenable,
+          configuration.interface_id.c_str()};
+}
+
 }  // namespace
 
 struct VimbaSystem::Access {
@@ -103,17 +114,18 @@ void VimbaSystem::Shutdown() {
   if (OnLibraryThread()) return;
   const BMutexLock lifecycle(m_lifecycle);
   if (m_startups == 0 || --m_startups != 0) return;
-  std::map<VmbHandle_t, std::shared_ptr<Session>> sessions;
+  std::vector<std::shared_ptr<Session>> sessions;
   std::shared_ptr<Notifier> notifier;
   std::shared_ptr<SystemFeatures> features;
   {
     const BMutexLock lock(m_mutex);
-    sessions.swap(m_sessions);
+    sessions = m_sessions.All();
+    m_sessions.Clear();
     notifier.swap(m_notifier);
     features.swap(m_features);
   }
-  for (const auto& [handle, session] : sessions) {
-    m_record.ForgetHandle(handle);
+  for (const auto& session : sessions) {
+    m_record.ForgetHandle(session->Handle());
     session->Close();
   }
   notifier->Stop();
@@ -138,9 +150,7 @@ std::shared_ptr<Notifier> VimbaSystem::CurrentNotifier() const {
 
 std::vector<std::shared_ptr<Session>> VimbaSystem::Sessions() const {
   const BMutexLock lock(m_mutex);
-  std::vector<std::shared_ptr<Session>> sessions;
-  for (const auto& [handle, session] : m_sessions) sessions.push_back(session);
-  return sessions;
+  return m_sessions.All();
 }
 
 std::vector<std::shared_ptr<Camera>> VimbaSystem::AllCameras() const {
@@ -148,11 +158,18 @@ std::vector<std::shared_ptr<Camera>> VimbaSystem::AllCameras() const {
   return m_world ? m_world->cameras : std::vector<std::shared_ptr<Camera>>{};
 }
 
-std::vector<std::shared_ptr<Camera>> VimbaSystem::PluggedCameras() const {
-  auto cameras = AllCameras();
-  cameras.erase(std::remove_if(cameras.begin(), cameras.end(), [](const auto& camera) { return !camera->Plugged(); }),
-                cameras.end());
-  return cameras;
+std::vector<VmbCameraInfo_t> VimbaSystem::CameraInfos() const {
+  std::vector<VmbCameraInfo_t> infos;
+  for (const auto& camera : AllCameras()) {
+    if (camera->Plugged()) infos.push_back(InfoOf(*camera));
+  }
+  return infos;
+}
+
+std::optional<VmbCameraInfo_t> VimbaSystem::CameraInfo(const char* name) const {
+  const std::shared_ptr<Camera> camera = FindCamera(name);
+  if (!camera || !camera->Plugged()) return std::nullopt;
+  return InfoOf(*camera);
 }
 
 std::shared_ptr<Camera> VimbaSystem::FindCamera(std::string_view name) const {
@@ -168,8 +185,7 @@ VmbError_t VimbaSystem::Open(const char* name, VmbAccessMode_t access, VmbHandle
   VmbHandle_t fresh = nullptr;
   {
     const BMutexLock lock(m_mutex);
-    // A handle is only ever compared.
-    fresh = reinterpret_cast<VmbHandle_t>(m_next_handle++);
+    fresh = m_sessions.NextHandle();
   }
   const bool full = access == VmbAccessModeFull;
   if (full ? !camera->Claim(fresh) : camera->Claimed()) return VmbErrorInvalidAccess;
@@ -177,7 +193,7 @@ VmbError_t VimbaSystem::Open(const char* name, VmbAccessMode_t access, VmbHandle
   const BMutexLock lock(m_mutex);
   // Shut down meanwhile: the session is closed at the end of this function.
   if (!m_features) return VmbErrorApiNotStarted;
-  m_sessions.emplace(fresh, session);
+  m_sessions.Add(fresh, session);
   m_record.NameHandle(fresh, camera->Configuration().id);
   handle = fresh;
   return VmbErrorSuccess;
@@ -189,11 +205,9 @@ VmbError_t VimbaSystem::Close(VmbHandle_t handle) {
   std::shared_ptr<Session> session;
   {
     const BMutexLock lock(m_mutex);
-    const auto found = m_sessions.find(handle);
-    if (found == m_sessions.end()) return VmbErrorBadHandle;
-    session = std::move(found->second);
-    m_sessions.erase(found);
+    session = m_sessions.Remove(handle);
   }
+  if (!session) return VmbErrorBadHandle;
   m_record.ForgetHandle(handle);
   session->Close();
   if (const auto notifier = CurrentNotifier()) notifier->Drop(handle);
@@ -202,8 +216,7 @@ VmbError_t VimbaSystem::Close(VmbHandle_t handle) {
 
 std::shared_ptr<Session> VimbaSystem::FindSession(VmbHandle_t handle) const {
   const BMutexLock lock(m_mutex);
-  const auto found = m_sessions.find(handle);
-  return found == m_sessions.end() ? nullptr : found->second;
+  return m_sessions.Find(handle);
 }
 
 std::shared_ptr<Session> VimbaSystem::FullSessionOf(const Camera& camera) const {
@@ -234,7 +247,8 @@ VmbError_t VimbaSystem::Watch(VmbHandle_t handle, const char* feature, VmbInvali
 void VimbaSystem::PresenceChanged(const Camera& camera, bool plugged) {
   const auto features = Features();
   if (!features) return;
-  features->Announce(camera.Configuration().id, plugged ? CameraEvent::kDetected : CameraEvent::kMissing);
+  features->Announce(camera.Configuration().id,
+                     plugged ? VimbaLibrary::CameraEvent::kDetected : VimbaLibrary::CameraEvent::kMissing);
 }
 
 // A part may set another one going that was already found idle. So nothing is idle unless there was no activity while

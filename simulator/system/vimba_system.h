@@ -4,8 +4,8 @@
 
 #include <atomic>
 #include <cstdint>
-#include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,11 +15,15 @@
 #include "control/configuration.h"
 #include "control/faults.h"
 #include "engine/link.h"
-#include "engine/notifier.h"
+#include "library/handle_table.h"
+#include "library/notifier.h"
+#include "library/system_features.h"
 #include "system/session.h"
-#include "system/system_features.h"
 
 namespace Simulator {
+
+using VimbaLibrary::Notifier;
+using VimbaLibrary::SystemFeatures;
 
 // What one configuration describes. The constructor throws as Camera's does, with the camera's index in front of the
 // message about a configured value.
@@ -59,7 +63,9 @@ class VimbaSystem {
   void Shutdown();
   bool Started() const { return m_startups != 0; }
 
-  std::vector<std::shared_ptr<Camera>> PluggedCameras() const;
+  // What callers see of the cameras that are plugged in. The texts are the cameras'.
+  std::vector<VmbCameraInfo_t> CameraInfos() const;
+  std::optional<VmbCameraInfo_t> CameraInfo(const char* name) const;
   std::vector<std::shared_ptr<Camera>> AllCameras() const;
   // Plugged in or not, by any of its names; null when there is none.
   std::shared_ptr<Camera> FindCamera(std::string_view name) const;
@@ -125,9 +131,7 @@ class VimbaSystem {
   std::shared_ptr<World> m_world KEL_GUARDED_BY(m_mutex);
   std::shared_ptr<Notifier> m_notifier KEL_GUARDED_BY(m_mutex);
   std::shared_ptr<SystemFeatures> m_features KEL_GUARDED_BY(m_mutex);
-  std::map<VmbHandle_t, std::shared_ptr<Session>> m_sessions KEL_GUARDED_BY(m_mutex);
-  // No handle is used twice, so that a stale one is recognised.
-  std::uintptr_t m_next_handle KEL_GUARDED_BY(m_mutex) = 0x1000;
+  VimbaLibrary::HandleTable<Session> m_sessions KEL_GUARDED_BY(m_mutex);
 };
 
 }  // namespace Simulator

@@ -53,6 +53,23 @@ TEST_F(VimbaLibraries, OfAFolderIsTheOneThatAnswers) {
   EXPECT_EQ(result.exit_code, kDone);
 }
 
+TEST_F(VimbaLibraries, NameStandsForOneThatComesWithTheProgram) {
+  const ProcessResult result = KelcamTest::Kelcam({"--vimbac", "simulated", "list"});
+
+  EXPECT_THAT(result.err, StartsWith(kSimulatedNotice));
+  EXPECT_EQ(result.exit_code, kDone);
+}
+
+TEST_F(VimbaLibraries, TheOneForRealCamerasIsMissedByItsFile) {
+  const auto program = ProgramWithoutVimba();
+
+  const ProcessResult result = StartProgram(program, {"--vimbac", "aravis", "list"}).Wait();
+
+  EXPECT_THAT(result.err, StartsWith("error: --vimbac aravis: this kelcam was built without it"));
+  EXPECT_THAT(result.err, HasSubstr(kVimbaFile + std::string(" is missing")));
+  EXPECT_EQ(result.exit_code, kFailed);
+}
+
 TEST_F(VimbaLibraries, AFolderWithoutOneIsNamed) {
   const ProcessResult result = KelcamTest::Kelcam({"--vimbac", In(""), "list"});
 

@@ -31,8 +31,8 @@ LIBRARY_FILES = {"vimba_library", "vimba_session"}
 # The one file that speaks to the operating system.
 PLATFORM_FILE = pathlib.PurePosixPath("diagnostics/platform.cpp")
 # Sources here belong to some program of every build that compiles any file of their folder.
-BUILT_FOLDERS = ("src", "host", "simulator", "apps", "tests", "examples", "benchmarks", "bridge")
-ALWAYS_BUILT = ("src", "host", "simulator", "apps", "tests")
+BUILT_FOLDERS = ("src", "host", "vimbac", "simulator", "apps", "tests", "examples", "benchmarks", "bridge")
+ALWAYS_BUILT = ("src", "host", "vimbac", "simulator", "apps", "tests")
 # Endings of the names of files of which one build compiles one.
 SYSTEMS = ("posix", "windows", "none")
 # Folders whose content is made.
@@ -50,7 +50,8 @@ def includes_of(file):
 
 def wrong_includes(source):
     """Includes of src/ that point against the arrows, or out of what the module may know."""
-    public = {header.name for folder in ("host", "vimbac") for header in (source / folder).rglob("*.h")}
+    public = {header.name for header in (source / "host").rglob("*.h")}
+    public |= {header.name for header in (source / "vimbac").glob("*.h")}
     for path in sorted((source / "src").rglob("*")):
         if path.suffix not in (".h", ".cpp"):
             continue
