@@ -47,6 +47,12 @@ std::int64_t CameraHost::Integer(const char* feature) const {
   return value;
 }
 
+std::string CameraHost::Entry(const char* feature) const {
+  const char* entry = nullptr;
+  Check(feature, VmbFeatureEnumGet(m_camera, feature, &entry));
+  return entry;
+}
+
 void CameraHost::SetSize(std::int64_t width, std::int64_t height) const {
   Set("Width", width);
   Set("Height", height);

@@ -45,6 +45,7 @@ class CameraHost {
   void Set(const char* feature, const char* entry) const;
   void Run(const char* command) const;
   std::int64_t Integer(const char* feature) const;
+  std::string Entry(const char* feature) const;
   void SetSize(std::int64_t width, std::int64_t height) const;
 
   // Announces frames of this many bytes, else of the camera's payload, and starts the camera.

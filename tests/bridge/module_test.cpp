@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "bridge/camera_host.h"
 #include "bridge/picture_check.h"
 #include "bridge/wire_device.h"
 
@@ -48,6 +49,17 @@ TEST_F(Module, ASnapWithoutTriggerTimesOutAndTheNextSucceeds) {
   BBaseAoi aoi(BBaseAoi::eMono8);
   EXPECT_EQ(SnapOnce(&aoi), BError());
   EXPECT_TRUE(ShowsGrey(aoi, kArea, kCorner));
+}
+
+TEST_F(Module, TheEdgeOfTheTriggerLineIsTheProfiles) {
+  for (const char* polarity : {"LOW", "HIGH"}) {
+    profile.Key("TRIGGERPOLARITY", polarity);
+    ASSERT_TRUE(Open());
+    device.reset();
+    const StartedVimba vimba;
+    const CameraHost host(WireCamera::kId);
+    EXPECT_EQ(host.Entry("TriggerActivation"), polarity == std::string("LOW") ? "FallingEdge" : "RisingEdge");
+  }
 }
 
 TEST_F(Module, AFreeRunGivesOnePictureAfterTheOther) {

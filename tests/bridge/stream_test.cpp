@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <thread>
 
@@ -15,6 +18,12 @@ namespace {
 
 using std::chrono::seconds;
 using std::chrono::steady_clock;
+
+// Sockets that read packets before the system's UDP layer, in this network. Behind a line of titles.
+std::ptrdiff_t CountPacketSockets() {
+  std::ifstream sockets("/proc/net/packet");
+  return std::count(std::istreambuf_iterator<char>(sockets), {}, '\n') - 1;
+}
 
 // How many of the frames came within this time after the first.
 std::ptrdiff_t CountWithin(const std::vector<SeenFrame>& frames, seconds time) {
@@ -65,6 +74,21 @@ TEST_F(Stream, LargeFramesAreCompleteFromTheFirstOn) {
   const std::vector<SeenFrame> frames = host.Seen();
   EXPECT_GE(CountWithin(frames, kTime), 22 * kTime.count());
   ExpectAllGood(frames);
+}
+
+TEST_F(Stream, APacketSocketIsUsedWhereTheEnvironmentAsksForItAndLosesNothing) {
+  KEL_NEEDS_OWN_NETWORK();
+  for (const bool wanted : {false, true}) {
+    setenv("VIMBA_ARAVIS_PACKET_SOCKET", wanted ? "1" : "0", 1);
+    CameraHost host(WireCamera::kId);
+    host.SetSize(WireCamera::kSensorWidth, WireCamera::kSensorHeight);
+    host.Start();
+    ASSERT_TRUE(host.WaitForFrames(10));
+    EXPECT_EQ(CountPacketSockets(), wanted ? 1 : 0);
+    host.Stop();
+    ExpectAllGood(host.Seen());
+  }
+  unsetenv("VIMBA_ARAVIS_PACKET_SOCKET");
 }
 
 TEST(Streams, ThreeCamerasInOneProcessKeepTheirRates) {
