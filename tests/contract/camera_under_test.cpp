@@ -18,7 +18,7 @@ std::optional<StartedApi> g_api;
 struct ShutDownAtTheEnd : testing::Environment {
   void TearDown() override { HaveApiStarted(false); }
 };
-[[maybe_unused]] testing::Environment* const environment = testing::AddGlobalTestEnvironment(new ShutDownAtTheEnd);
+[[maybe_unused]] testing::Environment* const kEnvironment = testing::AddGlobalTestEnvironment(new ShutDownAtTheEnd);
 
 }  // namespace
 

@@ -28,6 +28,15 @@ TEST(Exposure, InMillisecondsIsConvertedBothWays) {
   EXPECT_DOUBLE_EQ(FloatOf(camera, "ExposureTimeAbs"), 250.0);
 }
 
+TEST(Exposure, InSecondsIsConvertedBothWays) {
+  DescribedCamera camera("seconds");
+  EXPECT_DOUBLE_EQ(FloatOf(camera, "ExposureTimeAbs"), 250'000.0);
+
+  ExpectFloatSet(camera, "ExposureTimeAbs", 1'500.0);
+
+  EXPECT_DOUBLE_EQ(camera.OwnFloat("ExposureTime"), 0.0015);
+}
+
 TEST(Exposure, OutsideItsRangeIsRefusedAndLeftAlone) {
   DescribedCamera camera("factors");
 
