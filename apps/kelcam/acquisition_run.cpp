@@ -104,6 +104,7 @@ Fault AcquisitionRun::Explained(Fault fault, std::chrono::milliseconds timeout) 
     evidence.lines = LinesOf(m_camera.Log().AwaitMessage(m_first_message, kFailedFrame, kLatestMessageOfFrame));
   }
   evidence.trigger = m_choice;
+  evidence.has_trigger = m_device.Trigger() != nullptr;
   evidence.camera_is_gone = m_camera.LooksGone();
   evidence.has_clock = m_has_clock;
   evidence.timeout = timeout;

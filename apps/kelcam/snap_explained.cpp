@@ -50,6 +50,7 @@ bool RefusesFrames(const Evidence& evidence) { return AnyContains(evidence.lines
 bool IsTooShort(const Evidence& evidence) { return evidence.needed > evidence.timeout; }
 bool WaitsForLine(const Evidence& evidence) { return evidence.trigger == TriggerChoice::kLine; }
 bool WasFired(const Evidence& evidence) { return evidence.trigger == TriggerChoice::kSoftware; }
+bool CannotRunFree(const Evidence& evidence) { return !evidence.has_trigger; }
 bool IsRecordAltered(const Evidence& evidence) {
   return AnyContains(evidence.lines, "Frame record is not as announced") ||
          AnyContains(evidence.lines, "Frame is in hand already");
@@ -91,6 +92,9 @@ constexpr SnapCause kSnapCauses[] = {
      "check the signal and TRIGGERPOLARITY in the profile, or use --trigger software"},
     {BError::eTimeout, WasFired, "the trigger was fired and no frame came in <timeout>",
      "check cable, switch and firewall: commands pass to the camera, and packets of frames do not come back"},
+    {BError::eTimeout, CannotRunFree,
+     "the camera has no input line Line2, so the driver has no free running for it: it waits for single images",
+     "take single images: kelcam snap --mode single"},
     {BError::eTimeout, Always, "the camera runs free and no frame came in <timeout>",
      "check cable, switch and firewall: commands pass to the camera, and packets of frames do not come back"},
     {BError::eFrameTooSmall, Always, "the frame does not fit the buffers, which are announced for the raw format",

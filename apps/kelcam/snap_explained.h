@@ -18,6 +18,7 @@ struct SnapEvidence {
   std::string text;  // the error's
   Lines lines;       // the driver's, since the step began
   TriggerChoice trigger = TriggerChoice::kSoftware;
+  bool has_trigger = true;  // without one nothing but the driver's single images fires
   bool camera_is_gone = false;
   bool has_clock = true;  // without one the driver refuses every frame
   std::chrono::milliseconds timeout{0};

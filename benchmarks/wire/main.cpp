@@ -1,8 +1,8 @@
 // main.cpp
 // A host for measurements over the wire: takes frames of a GigE Vision camera and prints what that took, as JSON.
-//   bench_wire library SECONDS WIDTH HEIGHT PACKET RATE     frames through the calls of VimbaC, given back at once
-//   bench_wire module SECONDS WIDTH HEIGHT PACKET RATE      frames through the module, with its copy and its thread a frame
-//   bench_wire trigger COUNT WIDTH HEIGHT                   from the trigger's command to the callback, and to the picture
+//   bench_wire library SECONDS WIDTH HEIGHT PACKET RATE   frames through the calls of VimbaC, given back at once
+//   bench_wire module SECONDS WIDTH HEIGHT PACKET RATE    frames through the module: a copy and a thread for each
+//   bench_wire trigger COUNT WIDTH HEIGHT                 from the trigger's command to the callback and to the picture
 #include <unistd.h>
 
 #include <algorithm>
@@ -89,7 +89,8 @@ class LibraryHost {
       Check("VmbFrameAnnounce", VmbFrameAnnounce(m_camera, &m_records[i], sizeof(VmbFrame_t)));
     }
     Check("VmbCaptureStart", VmbCaptureStart(m_camera));
-    for (const VmbFrame_t& record : m_records) Check("VmbCaptureFrameQueue", VmbCaptureFrameQueue(m_camera, &record, OnFrame));
+    for (const VmbFrame_t& record : m_records)
+      Check("VmbCaptureFrameQueue", VmbCaptureFrameQueue(m_camera, &record, OnFrame));
     Check("AcquisitionStart", VmbFeatureCommandRun(m_camera, "AcquisitionStart"));
   }
   void Stop() {
@@ -193,7 +194,9 @@ Json ThroughModule(const Request& request) {
 
 Json Percentiles(std::vector<double> times_ms) {
   std::sort(times_ms.begin(), times_ms.end());
-  const auto at = [&](double share) { return times_ms[static_cast<std::size_t>(share * static_cast<double>(times_ms.size() - 1))]; };
+  const auto at = [&](double share) {
+    return times_ms[static_cast<std::size_t>(share * static_cast<double>(times_ms.size() - 1))];
+  };
   return {{"median_ms", at(0.5)}, {"p99_ms", at(0.99)}};
 }
 

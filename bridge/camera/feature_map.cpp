@@ -72,7 +72,7 @@ std::vector<FloatRow> FloatRows() {
   const auto units = [](const auto& rows) { return std::vector<UnitRow>(std::begin(rows), std::end(rows)); };
   return {{"ExposureTimeAbs", "ExposureTimeAbs", units(kTimes), false},
           {"ExposureTimeAbs", "ExposureTime", units(kTimes), true},
-          {"Gain", "Gain", units(kGains), false},
+          {"Gain", "Gain", units(kGains), true},
           {"BalanceRatioAbs", "BalanceRatioAbs", units(kRatios), false},
           {"BalanceRatioAbs", "BalanceRatio", units(kRatios), false},
           {"AcquisitionFrameRateAbs", "AcquisitionFrameRateAbs", units(kRates), false},
@@ -151,12 +151,12 @@ class Mapping {
     for (const FloatRow& row : FloatRows()) {
       if (m_features.contains(row.caller) && m_features[row.caller]) continue;
       Native native = Find(row.camera);
-      const bool number = native && (native->Type() == FeatureType::kFloat ||
-                                     (row.whole_too && native->Type() == FeatureType::kInteger));
-      if (!number) continue;
+      if (!native) continue;
+      const bool number =
+          native->Type() == FeatureType::kFloat || (row.whole_too && native->Type() == FeatureType::kInteger);
       const auto known = std::find_if(row.units.begin(), row.units.end(),
                                       [unit = native->Unit()](const UnitRow& each) { return each.unit == unit; });
-      if (known == row.units.end()) {
+      if (!number || known == row.units.end()) {
         AddNone(row.caller);
       } else {
         Add<ConvertedFloat>(row.caller, std::move(native), known->conversion);
@@ -231,13 +231,14 @@ class Mapping {
   // What the camera can do, and what the link carries at the present rate.
   void MapFrameRateLimit(std::shared_ptr<StreamRate> rate) {
     if (Find("AcquisitionFrameRateLimit")) return;
-    auto frames = std::shared_ptr<NativeFeature>(Find("AcquisitionFrameRate"));
+    // In Hz, whatever the camera calls it; null when it has none.
+    const auto mapped = m_features.find("AcquisitionFrameRateAbs");
+    const Feature* const frames = mapped == m_features.end() ? nullptr : mapped->second.get();
     auto payload = std::shared_ptr<NativeFeature>(Find("PayloadSize"));
-    const bool limited = frames && frames->Type() == FeatureType::kFloat;
-    if (!payload || (!limited && !rate)) return;
-    Add<ComputedFloat>("AcquisitionFrameRateLimit", [rate = std::move(rate), frames, payload, limited](double& hz) {
+    if (!payload || (!frames && !rate)) return;
+    Add<ComputedFloat>("AcquisitionFrameRateLimit", [rate = std::move(rate), frames, payload](double& hz) {
       VimbaLibrary::FloatRange range{0.0, std::numeric_limits<double>::max()};
-      if (limited) {
+      if (frames) {
         if (const VmbError_t error = frames->FloatRangeOf(range)) return error;
       }
       hz = range.max;

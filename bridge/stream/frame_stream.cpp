@@ -51,11 +51,9 @@ struct FrameStream::Pending {
 
 FrameStream::FrameStream(VmbHandle_t camera, ArvDevice* device, BRecursiveMutex& camera_lock, const CameraClock& clock,
                          AcquisitionState& state)
-    : m_device(device),
-      m_camera_lock(camera_lock),
-      m_clock(clock),
-      m_state(state),
-      m_frames(camera, [this] { Feed(); }) {}
+    : m_device(device), m_camera_lock(camera_lock), m_clock(clock), m_state(state), m_frames(camera, [this] {
+        Feed();
+      }) {}
 
 FrameStream::~FrameStream() { Close(); }
 

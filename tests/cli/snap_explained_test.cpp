@@ -129,6 +129,16 @@ const FailedSnap kTimeOuts[] = {
      std::string("error 12106: no image arrived in time\n"
                  "why: the camera runs free and no frame came in 300 ms\n") +
          kNothingComesBack},
+    {"CannotRunFree",
+     Faults({{"call", "VmbFeatureEnumSet"},
+             {"feature", "TriggerSource"},
+             {"value", "Line2"},
+             {"error", VmbErrorInvalidValue},
+             {"count", kEveryTime}}),
+     {"--timeout", "300", "--mode", "continuous"},
+     "error 12106: no image arrived in time\n"
+     "why: the camera has no input line Line2, so the driver has no free running for it: it waits for single images\n"
+     "to do: take single images: kelcam snap --mode single\n"},
 };
 
 const FailedSnap kStartsAndStops[] = {

@@ -2,7 +2,7 @@
 // Acquisition modes, trigger sources and edges, frame numbers and timestamps.
 #include <gmock/gmock.h>
 
-#include "frame_ring.h"
+#include "simulated_link.h"
 
 namespace {
 

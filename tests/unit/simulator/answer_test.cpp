@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "frame_ring.h"
+#include "simulated_link.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <random>
 
-#include "frame_ring.h"
+#include "simulated_link.h"
 #include "support/picture_file.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <future>
 #include <tuple>
 
-#include "frame_ring.h"
+#include "simulated_link.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <system_error>
 #include <tuple>
 
-#include "frame_ring.h"
+#include "simulated_link.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "bmutex.h"
-#include "frame_ring.h"
+#include "simulated_link.h"
 
 namespace {
 
@@ -49,30 +49,6 @@ std::uint32_t Listed() {
   VmbUint32_t found = 0;
   EXPECT_EQ(VmbCamerasList(nullptr, 0, &found, sizeof(VmbCameraInfo_t)), VmbErrorSuccess);
   return found;
-}
-
-TEST(SystemFeatures, ReportTheTransportLayer) {
-  const StartedCameras world;
-  VmbBool_t present = 0;
-
-  EXPECT_EQ(VmbFeatureBoolGet(gVimbaHandle, "GeVTLIsPresent", &present), VmbErrorSuccess);
-
-  EXPECT_EQ(present, 1);
-}
-
-TEST(SystemFeatures, ReportWhetherDiscoveryIsAutomatic) {
-  const StartedCameras world;
-  VmbInt64_t number = -1;
-  EXPECT_EQ(VmbFeatureEnumAsInt(gVimbaHandle, "GeVDiscoveryStatus", "Automatic", &number), VmbErrorSuccess);
-  EXPECT_EQ(number, 1);
-
-  EXPECT_EQ(EnumOf(gVimbaHandle, "GeVDiscoveryStatus"), "Off");
-  RunCommand(gVimbaHandle, "GeVDiscoveryAllOnce");
-  EXPECT_EQ(EnumOf(gVimbaHandle, "GeVDiscoveryStatus"), "Off");
-  RunCommand(gVimbaHandle, "GeVDiscoveryAllAuto");
-  EXPECT_EQ(EnumOf(gVimbaHandle, "GeVDiscoveryStatus"), "Automatic");
-  RunCommand(gVimbaHandle, "GeVDiscoveryAllOff");
-  EXPECT_EQ(EnumOf(gVimbaHandle, "GeVDiscoveryStatus"), "Off");
 }
 
 TEST(SystemFeatures, FollowTheConfiguration) {
@@ -192,14 +168,6 @@ TEST(Invalidation, ReportsEveryFeatureThatChangesWithAnother) {
   SetInt(camera, "Width", 32);
 
   EXPECT_THAT(log.Lines(), ElementsAre("Width", "PayloadSize", "OffsetX"));
-}
-
-TEST(Invalidation, OfAnUnknownFeatureIsNotFound) {
-  const StartedCameras world;
-  const OpenedHandle camera;
-
-  EXPECT_EQ(VmbFeatureInvalidationRegister(camera, "Widht", &EventLog::OnChange, nullptr), VmbErrorNotFound);
-  EXPECT_EQ(VmbFeatureInvalidationRegister(gVimbaHandle, "Width", &EventLog::OnChange, nullptr), VmbErrorNotFound);
 }
 
 TEST(Invalidation, EndsWithItsHandle) {

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "frame_ring.h"
+#include "simulated_link.h"
 
 namespace {
 

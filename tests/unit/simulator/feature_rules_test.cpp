@@ -1,12 +1,10 @@
 // feature_rules_test.cpp
-// Types, ranges, access rules, and how a camera's features depend on each other.
+// Access rules, and how a simulated camera's features depend on each other.
 #include <gmock/gmock.h>
 
-#include <limits>
-#include <string_view>
 #include <utility>
 
-#include "frame_ring.h"
+#include "simulated_link.h"
 
 namespace {
 
@@ -22,46 +20,6 @@ std::pair<std::int64_t, std::int64_t> RangeOf(VmbHandle_t camera, const char* fe
   VmbInt64_t max = 0;
   EXPECT_EQ(VmbFeatureIntRangeQuery(camera, feature, &min, &max), VmbErrorSuccess);
   return {min, max};
-}
-
-TEST_F(Features, OfUnknownNameAreNotFound) {
-  VmbInt64_t value = 0;
-
-  EXPECT_EQ(VmbFeatureIntGet(camera, "width", &value), VmbErrorNotFound);
-  EXPECT_EQ(VmbFeatureEnumSet(camera, "GeVDiscoveryStatus", "Off"), VmbErrorNotFound);
-  EXPECT_EQ(VmbFeatureIntGet(gVimbaHandle, "Width", &value), VmbErrorNotFound);
-}
-
-TEST_F(Features, AskedForAsAnotherTypeAreOfTheWrongType) {
-  VmbInt64_t integer = 0;
-  double number = 0.0;
-  VmbBool_t flag = 0;
-
-  EXPECT_EQ(VmbFeatureIntGet(camera, "Gain", &integer), VmbErrorWrongType);
-  EXPECT_EQ(VmbFeatureFloatGet(camera, "Width", &number), VmbErrorWrongType);
-  EXPECT_EQ(VmbFeatureFloatSet(camera, "PixelFormat", 1.0), VmbErrorWrongType);
-  EXPECT_EQ(VmbFeatureCommandRun(camera, "Width"), VmbErrorWrongType);
-  EXPECT_EQ(VmbFeatureCommandIsDone(camera, "Gain", &flag), VmbErrorWrongType);
-  EXPECT_EQ(VmbFeatureEnumSet(camera, "AcquisitionStart", "On"), VmbErrorWrongType);
-}
-
-TEST_F(Features, RefuseValuesOutsideTheirRange) {
-  EXPECT_EQ(VmbFeatureIntSet(camera, "Width", 65), VmbErrorInvalidValue);
-  EXPECT_EQ(VmbFeatureIntSet(camera, "Width", 7), VmbErrorInvalidValue);
-  EXPECT_EQ(VmbFeatureFloatSet(camera, "Gain", 40.5), VmbErrorInvalidValue);
-  EXPECT_EQ(VmbFeatureFloatSet(camera, "Gain", std::numeric_limits<double>::quiet_NaN()), VmbErrorInvalidValue);
-  EXPECT_EQ(VmbFeatureEnumSet(camera, "PixelFormat", "BayerGB8"), VmbErrorInvalidValue);
-
-  EXPECT_EQ(IntOf(camera, "Width"), SimulatedCamera::kWidth);
-  EXPECT_EQ(EnumOf(camera, "PixelFormat"), "BayerRG8");
-}
-
-TEST_F(Features, RefuseValuesBetweenTwoSteps) {
-  EXPECT_EQ(VmbFeatureIntSet(camera, "GVSPPacketSize", 1502), VmbErrorInvalidValue);
-
-  SetInt(camera, "GVSPPacketSize", 1504);
-
-  EXPECT_EQ(IntOf(camera, "GVSPPacketSize"), 1504);
 }
 
 TEST_F(Features, ThatAreReadOnlyCannotBeWritten) {
@@ -96,18 +54,6 @@ TEST_F(Features, ThatAreAutomaticCannotBeWrittenByHand) {
 
   SetEnum(camera, "ExposureAuto", "Off");
   SetFloat(camera, "ExposureTimeAbs", 500.0);
-}
-
-TEST_F(Features, PayloadFollowsSizeAndFormat) {
-  SetInt(camera, "Width", 40);
-  SetInt(camera, "Height", 20);
-  EXPECT_EQ(IntOf(camera, "PayloadSize"), 800);
-
-  SetEnum(camera, "PixelFormat", "YUV422Packed");
-  EXPECT_EQ(IntOf(camera, "PayloadSize"), 1600);
-
-  SetEnum(camera, "PixelFormat", "RGB8Packed");
-  EXPECT_EQ(IntOf(camera, "PayloadSize"), 2400);
 }
 
 TEST(WidestPayload, IsThatOfTheWidestFormat) {
@@ -176,68 +122,6 @@ TEST(Temperature, HasOneValueForEachPlace) {
   SetEnum(camera, "DeviceTemperatureSelector", "Main");
 
   EXPECT_EQ(FloatOf(camera, "DeviceTemperature"), 40.25);
-}
-
-TEST_F(Features, EntriesHaveTheirNumbers) {
-  VmbInt64_t value = 0;
-
-  EXPECT_EQ(VmbFeatureEnumAsInt(camera, "PixelFormat", "RGB8Packed", &value), VmbErrorSuccess);
-  EXPECT_EQ(value, VmbPixelFormatRgb8);
-  EXPECT_EQ(VmbFeatureEnumAsInt(camera, "PixelFormat", "Mono12", &value), VmbErrorInvalidValue);
-}
-
-constexpr std::string_view kModel = "Manta G-507B (E0022705)";
-
-TEST_F(Features, TextsFitTheirMaximumLength) {
-  VmbUint32_t length = 0;
-  EXPECT_EQ(VmbFeatureStringMaxlengthQuery(camera, "DeviceModelName", &length), VmbErrorSuccess);
-  std::vector<char> text(length);
-  VmbUint32_t filled = 0;
-
-  EXPECT_EQ(VmbFeatureStringGet(camera, "DeviceModelName", text.data(), length, &filled), VmbErrorSuccess);
-
-  EXPECT_EQ(std::string(text.data()), kModel);
-  EXPECT_EQ(filled, kModel.size() + 1);
-}
-
-TEST_F(Features, ATextThatDoesNotFitIsCutAndAnswersMoreData) {
-  char text[6] = "-----";
-  VmbUint32_t needed = 0;
-
-  EXPECT_EQ(VmbFeatureStringGet(camera, "DeviceModelName", text, sizeof text, &needed), VmbErrorMoreData);
-
-  EXPECT_STREQ(text, "Manta");
-  EXPECT_EQ(needed, kModel.size() + 1);
-}
-
-TEST_F(Features, ATextGoesNowhereWithoutRoom) {
-  char text[] = "-";
-
-  EXPECT_EQ(VmbFeatureStringGet(camera, "DeviceModelName", text, 0, nullptr), VmbErrorMoreData);
-
-  EXPECT_STREQ(text, "-");
-}
-
-TEST_F(Features, ATextWithoutBufferGivesTheNeededSize) {
-  VmbUint32_t needed = 0;
-
-  EXPECT_EQ(VmbFeatureStringGet(camera, "DeviceModelName", nullptr, 0, &needed), VmbErrorSuccess);
-
-  EXPECT_EQ(needed, kModel.size() + 1);
-}
-
-TEST_F(Features, TheLatchKeepsTheClocksReading) {
-  EXPECT_EQ(IntOf(camera, "GevTimestampValue"), 0);
-
-  RunCommand(camera, "GevTimestampControlLatch");
-  const std::int64_t first = IntOf(camera, "GevTimestampValue");
-  const std::int64_t again = IntOf(camera, "GevTimestampValue");
-  RunCommand(camera, "GevTimestampControlLatch");
-  const std::int64_t second = IntOf(camera, "GevTimestampValue");
-
-  EXPECT_GT(first, 0);
-  EXPECT_EQ(again, first);
-  EXPECT_GT(second, first);
 }
 
 TEST_F(Features, AResetSetsTheClockToZero) {

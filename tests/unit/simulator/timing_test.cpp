@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "frame_ring.h"
+#include "simulated_link.h"
 
 namespace {
 

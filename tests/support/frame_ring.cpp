@@ -1,16 +1,14 @@
 // frame_ring.cpp
-// A camera as a program uses it: opened, frames announced, every frame that came back kept.
-#include "frame_ring.h"
+// A camera as a program uses it through VimbaC: opened, frames announced, every frame that came back kept.
+#include "support/frame_ring.h"
 
 #include <tuple>
 
-#include "support/simulator_text.h"
-
-OpenedHandle::OpenedHandle(const std::string& id, VmbAccessMode_t access) {
+CameraHandle::CameraHandle(const std::string& id, VmbAccessMode_t access) {
   EXPECT_EQ(VmbCameraOpen(id.c_str(), access, &m_handle), VmbErrorSuccess);
 }
 
-OpenedHandle::~OpenedHandle() { std::ignore = VmbCameraClose(m_handle); }
+CameraHandle::~CameraHandle() { std::ignore = VmbCameraClose(m_handle); }
 
 FrameRing::FrameRing(VmbHandle_t camera, std::size_t count, std::optional<std::uint32_t> buffer_bytes)
     : m_camera(camera), m_frames(count) {
@@ -104,10 +102,3 @@ void TriggerBy(VmbHandle_t camera, const char* source) {
   SetEnum(camera, "TriggerMode", "On");
   SetEnum(camera, "TriggerSource", source);
 }
-
-void WaitIdle() {
-  constexpr std::chrono::milliseconds kTimeout = kDeadline;
-  EXPECT_EQ(VimbaSimWaitIdle(static_cast<std::uint32_t>(kTimeout.count())), 0);
-}
-
-std::string RecordedCalls() { return SimulatorText(VimbaSimCalls); }

@@ -1,5 +1,5 @@
 // frame_ring.h
-// A camera as a program uses it: opened, frames announced, every frame that came back kept.
+// A camera as a program uses it through VimbaC: opened, frames announced, every frame that came back kept.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -15,14 +15,8 @@
 
 #include "VimbaC.h"
 #include "bmutex.h"
-#include "support/simulated_cameras.h"
-#include "vimba_simulator.h"
 
 inline constexpr std::chrono::seconds kDeadline{20};
-
-// What the functions of vimba_simulator.h answer.
-inline constexpr int kAccepted = 0;
-inline constexpr int kRefused = 1;
 
 // Asks again and again. False when the deadline passes before the condition holds.
 template <class Condition>
@@ -43,23 +37,13 @@ struct StartedApi {
   StartedApi& operator=(const StartedApi&) = delete;
 };
 
-// Simulated cameras with the API started.
-struct StartedCameras {
-  SimulatedCameras cameras;
-  StartedApi api;
-
-  explicit StartedCameras(const SimulatedCamera& camera = SimulatedCamera()) : cameras(camera) {}
-  explicit StartedCameras(const std::vector<SimulatedCamera>& all, const nlohmann::json& system = nullptr)
-      : cameras(all, system) {}
-};
-
-// Opened with full access; closed with the object unless it is closed already.
-class OpenedHandle {
+// An opened camera; closed with the object unless it is closed already.
+class CameraHandle {
  public:
-  explicit OpenedHandle(const std::string& id = SimulatedCamera::kId, VmbAccessMode_t access = VmbAccessModeFull);
-  ~OpenedHandle();
-  OpenedHandle(const OpenedHandle&) = delete;
-  OpenedHandle& operator=(const OpenedHandle&) = delete;
+  explicit CameraHandle(const std::string& id, VmbAccessMode_t access = VmbAccessModeFull);
+  ~CameraHandle();
+  CameraHandle(const CameraHandle&) = delete;
+  CameraHandle& operator=(const CameraHandle&) = delete;
   operator VmbHandle_t() const { return m_handle; }
 
  private:
@@ -113,6 +97,3 @@ void SetEnum(VmbHandle_t camera, const char* feature, const char* value);
 void RunCommand(VmbHandle_t camera, const char* command);
 // Trigger mode on with this source.
 void TriggerBy(VmbHandle_t camera, const char* source);
-// Returns when no callback runs and no frame is due at once. The test fails when that takes too long.
-void WaitIdle();
-std::string RecordedCalls();
