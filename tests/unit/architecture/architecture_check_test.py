@@ -19,6 +19,7 @@ class Tree:
             "host/kel.core/bstring.h": "",
             "host/kel.core/bstring.cpp": "",
             "simulator/simulator.cpp": "",
+            "vimbac/library/calls.cpp": "",
             "apps/program.cpp": "",
             "tests/a_test.cpp": "",
             **files,
