@@ -54,7 +54,7 @@ class Session {
 
  private:
   Session(VmbHandle_t handle, std::string camera_id, Object<ArvDevice> device, VmbAccessMode_t access);
-  static constexpr std::chrono::seconds kSilence{3};
+  static constexpr std::chrono::seconds kSilence{8};
 
   static void OnControlLost(ArvDevice* device, gpointer self);
 
