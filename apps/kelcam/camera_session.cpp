@@ -48,7 +48,12 @@ Failure CameraSession::WhyNotOpened(const std::string& title, std::uint64_t firs
   if (evidence.IsWithoutCamera() && !Interrupted()) {
     evidence.attached = AttachedCameras(m_module, m_watch);
     const auto& vimba = m_module.Vimba();
-    if (vimba && evidence.HasTriedAddress()) evidence.at_address = AskAddress(evidence.profile.address, *vimba);
+    // The driver tries the address after the id.
+    if (vimba && evidence.HasTriedAddress()) {
+      evidence.at_address = AskForCamera(evidence.profile.address, *vimba);
+    } else if (vimba && evidence.HasTriedId()) {
+      evidence.with_id = AskForCamera(evidence.profile.camera_id, *vimba);
+    }
   }
   return Failure(OpeningFault(title + " cannot be opened", evidence, m_log));
 }

@@ -24,6 +24,7 @@ constexpr std::string_view kFailures[] = {" failed", " fails : ", "returns error
 
 constexpr const char* kSerialFailed = " - InitBySerial failed";
 constexpr const char* kAddressFailed = " - InitByAddr failed";
+constexpr const char* kIdFailed = " - InitByUid failed";
 
 bool IsFailure(std::string_view line) {
   return std::any_of(std::begin(kFailures), std::end(kFailures), [&](auto part) { return Contains(line, part); });
@@ -67,9 +68,13 @@ bool HasNoneAttached(const Evidence& evidence) {
   return FoundNone(evidence) && !NamesNoCamera(evidence) && evidence.attached && evidence.attached->empty();
 }
 
-bool IsAddressSilent(const Evidence& evidence) { return evidence.at_address == AtAddress::kNobody; }
-bool IsAddressInUse(const Evidence& evidence) { return evidence.at_address == AtAddress::kInUse; }
-bool IsAddressOpenable(const Evidence& evidence) { return evidence.at_address == AtAddress::kOpenable; }
+bool IsAddressSilent(const Evidence& evidence) { return evidence.at_address == CameraAnswer::kNobody; }
+bool IsAddressInUse(const Evidence& evidence) { return evidence.at_address == CameraAnswer::kInUse; }
+bool IsAddressOpenable(const Evidence& evidence) { return evidence.at_address == CameraAnswer::kOpenable; }
+
+bool IsIdSilent(const Evidence& evidence) { return evidence.with_id == CameraAnswer::kNobody; }
+bool IsIdInUse(const Evidence& evidence) { return evidence.with_id == CameraAnswer::kInUse; }
+bool IsIdOpenable(const Evidence& evidence) { return evidence.with_id == CameraAnswer::kOpenable; }
 
 bool LacksBayerType(const Evidence& evidence) { return !evidence.profile.has_bayer_type; }
 
@@ -105,9 +110,10 @@ constexpr OpeningCause kOpeningCauses[] = {
      "check the address and that the computer is in its subnet; end the program that has the camera open"},
     {kAddressFailed, IsAddressSilent, "no camera answers at this address",
      "compare it with kelcam list --long; check the camera's power and cable, and that the computer is in its subnet"},
-    {" - InitByUid failed", FoundNone,
-     "no camera with this id could be opened: there is none, or another program has it open",
+    {kIdFailed, FoundNone, "no camera with this id could be opened: there is none, or another program has it open",
      "check the id and the camera's power and cable; end the program that has the camera open"},
+    {kIdFailed, IsIdSilent, "no camera with this id is attached",
+     "compare it with kelcam list --long; check the camera's power and cable"},
     {nullptr, HasNoneAttached, "no camera is attached",
      "check power, cable and firewall, and that camera and network adapter are in one subnet"},
     {kAddressFailed, IsAddressInUse,
@@ -115,8 +121,10 @@ constexpr OpeningCause kOpeningCauses[] = {
      "end that program; after a crash, wait 5 seconds and try again"},
     {kAddressFailed, IsAddressOpenable, "the camera at this address could not be opened, and can be opened now",
      "try again"},
-    {" - InitByUid failed", IsListedButClosed,
-     "the camera is attached and cannot be opened: another program has it open",
+    {kIdFailed, IsIdInUse, "the camera with this id is attached and cannot be opened: another program has it open",
+     "end that program; after a crash, wait 5 seconds and try again"},
+    {kIdFailed, IsIdOpenable, "the camera with this id could not be opened, and can be opened now", "try again"},
+    {kIdFailed, IsListedButClosed, "the camera is attached and cannot be opened: another program has it open",
      "end that program; after a crash, wait 5 seconds and try again"},
     {kSerialFailed, FoundNone,
      "the camera with this serial number is attached and cannot be opened: another program has "
@@ -208,6 +216,7 @@ bool OpeningEvidence::IsWithoutCamera() const {
 }
 
 bool OpeningEvidence::HasTriedAddress() const { return AnyContains(lines, kAddressFailed); }
+bool OpeningEvidence::HasTriedId() const { return AnyContains(lines, kIdFailed); }
 
 Reason ExplainOpening(const OpeningEvidence& evidence) {
   Reason reason;

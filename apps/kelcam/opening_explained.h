@@ -7,10 +7,10 @@
 #include <string>
 
 #include "bcamprofile.h"
-#include "camera_at_address.h"
 #include "driver_messages.h"
 #include "failure.h"
 #include "message_log.h"
+#include "named_camera.h"
 
 namespace Kelcam {
 
@@ -33,12 +33,14 @@ struct OpeningEvidence {
   Lines lines;  // the driver's, since the opening began
   ProfileFacts profile;
   std::optional<Lines> attached = {};  // the cameras that the module lists; none: not asked
-  AtAddress at_address = AtAddress::kUnknown;
+  CameraAnswer at_address = CameraAnswer::kUnknown;
+  CameraAnswer with_id = CameraAnswer::kUnknown;
 
   // Whether the driver found no camera and it matters which are attached.
   bool IsWithoutCamera() const;
   // Whether it has tried the profile's address, too, or alone.
   bool HasTriedAddress() const;
+  bool HasTriedId() const;
 };
 
 // The lines that failed, the cause and the next step; no cause where the lines fit none.

@@ -112,7 +112,21 @@ const FailedOpening kCamera[] = {
                  "why: the camera with this serial number is attached and cannot be opened: another program has it "
                  "open\n") +
          kEndThatProgram},
-    {"IdInUseOrAbsent", kById, Fault("VmbCameraOpen", VmbErrorInvalidAccess, kEveryTime),
+    {"IdInUseByItsOpening", kById, Fault("VmbCameraOpen", VmbErrorInvalidAccess, kEveryTime),
+     std::string("  Camera (UniqueId - DEV_000F31034C65): - InitByUid failed (10 times)\n"
+                 "why: the camera with this id is attached and cannot be opened: another program has it open") +
+         kAttached + kEndThatProgram},
+    {"IdAbsent", "API = Vimba\nInit.Method = Id\nCamera_Identifier = DEV_NONE\n", json::object(),
+     std::string("  Camera (UniqueId - DEV_NONE): - InitByUid failed (10 times)\n"
+                 "why: no camera with this id is attached") +
+         kAttached + "to do: compare it with kelcam list --long; check the camera's power and cable\n"},
+    // It can be opened by the time that kelcam asks.
+    {"IdOpenableAgain", kById, Fault("VmbCameraOpen", VmbErrorInvalidAccess, 10),
+     std::string("  Camera (UniqueId - DEV_000F31034C65): - InitByUid failed (10 times)\n"
+                 "why: the camera with this id could not be opened, and can be opened now") +
+         kAttached + "to do: try again\n"},
+    // The answers of the library fit nothing.
+    {"IdInUseOrAbsent", kById, Fault("VmbCameraOpen", VmbErrorIO, kEveryTime),
      std::string("  Camera (UniqueId - DEV_000F31034C65): - InitByUid failed (10 times)\n"
                  "why: no camera with this id could be opened: there is none, or another program has it open") +
          kAttached +

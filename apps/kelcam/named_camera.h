@@ -1,5 +1,5 @@
-// camera_at_address.h
-// Whether a camera is at an address, and whether another program has it.
+// named_camera.h
+// Whether a camera is there that is named by its address or id, and whether another program has it.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace Kelcam {
 
-enum class AtAddress {
+enum class CameraAnswer {
   kUnknown,  // nobody has asked, or the answers fit none of the others
   kNobody,
   kInUse,     // a camera that another program has open
@@ -17,6 +17,6 @@ enum class AtAddress {
 
 // Asks the network, and tries to open the camera. No camera may be open: an interrupt ends the program at once. A
 // library that does not start gives kUnknown.
-AtAddress AskAddress(const std::string& address, const VimbaLibrary& library);
+CameraAnswer AskForCamera(const std::string& name, const VimbaLibrary& library);
 
 }  // namespace Kelcam
