@@ -18,8 +18,8 @@
 namespace {
 
 constexpr std::int64_t kNsPerSecond = 1'000'000'000;
-// A sleep beside work that never ends takes this part of its time, counted in what the processors do for this process:
-// on a loaded machine its threads get as far.
+// A sleep beside work that never ends takes this part of its time, counted in what the processors do for the threads that
+// work: on a loaded machine they get as far, however long they wait for a processor.
 constexpr std::int64_t kLongestPart = 20;
 // Work that waits itself is not waited for longer than so many times the sleep.
 constexpr std::int64_t kLongestWait = 50;
@@ -35,6 +35,9 @@ std::int64_t RealNow(clockid_t clock) {
   syscall(SYS_clock_gettime, clock, &now);
   return InNs(now);
 }
+
+// What the processors have done for the other threads of this process.
+std::int64_t WorkOfOthers() { return RealNow(CLOCK_PROCESS_CPUTIME_ID) - RealNow(CLOCK_THREAD_CPUTIME_ID); }
 
 template <class Function>
 Function* Next(const char* name) {
@@ -123,9 +126,9 @@ int nanosleep(const timespec* wanted, timespec* left) {
   if (!on) return kNext(wanted, left);
   const std::int64_t time = InNs(*wanted);
   const std::int64_t begin = RealNow(CLOCK_MONOTONIC);
-  const std::int64_t most_work = RealNow(CLOCK_PROCESS_CPUTIME_ID) + time / kLongestPart;
+  const std::int64_t most_work = WorkOfOthers() + time / kLongestPart;
   std::int64_t passed = 0;
-  while (passed < kLongestWait * time && SomebodyWorks() && RealNow(CLOCK_PROCESS_CPUTIME_ID) < most_work) {
+  while (passed < kLongestWait * time && SomebodyWorks() && WorkOfOthers() < most_work) {
     sched_yield();
     passed = RealNow(CLOCK_MONOTONIC) - begin;
   }
