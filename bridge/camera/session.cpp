@@ -29,8 +29,8 @@ bool CameraRecord::IsCalled(std::string_view text) const {
          (!mac_address.empty() && PlainMac(text) == PlainMac(mac_address));
 }
 
-std::shared_ptr<Session> Session::Open(VmbHandle_t handle, const CameraRecord& camera, VmbAccessMode_t access,
-                                       VmbError_t& error) {
+std::shared_ptr<Session> Session::Open(VmbHandle_t handle, const CameraRecord& camera,
+                                       std::unique_ptr<Claims::Claim> claim, VmbError_t& error) {
   ErrorSlot slot;
   Object<ArvDevice> device(arv_open_device(camera.ip_address.c_str(), slot.Take()));
   if (!device) {
@@ -39,30 +39,29 @@ std::shared_ptr<Session> Session::Open(VmbHandle_t handle, const CameraRecord& c
   }
   if (ARV_IS_GV_DEVICE(device.get())) {
     ArvGvDevice* const camera_device = ARV_GV_DEVICE(device.get());
-    const bool full = access == VmbAccessModeFull;
-    if (full && !arv_gv_device_is_controller(camera_device)) {
+    if (claim && !arv_gv_device_is_controller(camera_device)) {
       error = VmbErrorInvalidAccess;
       return nullptr;
     }
     // Who only reads leaves control to others.
-    if (!full && arv_gv_device_is_controller(camera_device)) arv_gv_device_leave_control(camera_device, slot.Take());
+    if (!claim && arv_gv_device_is_controller(camera_device)) arv_gv_device_leave_control(camera_device, slot.Take());
     // The packet size is the caller's to choose.
     arv_gv_device_set_packet_size_adjustment(camera_device, ARV_GV_PACKET_SIZE_ADJUSTMENT_NEVER);
   }
   arv_device_set_range_check_policy(device.get(), ARV_RANGE_CHECK_POLICY_ENABLE);
   arv_device_set_access_check_policy(device.get(), ARV_ACCESS_CHECK_POLICY_ENABLE);
   error = VmbErrorSuccess;
-  return std::shared_ptr<Session>(new Session(handle, camera.id, std::move(device), access));
+  return std::shared_ptr<Session>(new Session(handle, std::move(claim), std::move(device)));
 }
 
-Session::Session(VmbHandle_t handle, std::string camera_id, Object<ArvDevice> device, VmbAccessMode_t access)
-    : m_camera_id(std::move(camera_id)),
+Session::Session(VmbHandle_t handle, std::unique_ptr<Claims::Claim> claim, Object<ArvDevice> device)
+    : m_claim(std::move(claim)),
       m_device(std::move(device)),
       m_clock(m_device.get()),
       m_features(m_device.get(), m_clock, m_state),
-      m_stream(access == VmbAccessModeFull
-                   ? std::make_unique<FrameStream>(handle, m_device.get(), m_mutex, m_clock, m_state)
-                   : nullptr) {
+      m_stream(m_claim ? std::make_unique<FrameStream>(handle, m_device.get(), m_mutex, m_clock, m_state) : nullptr) {
+  // A camera may still send to a program that has died.
+  if (m_claim) std::ignore = m_features.Run("AcquisitionStop");
   g_signal_connect(m_device.get(), "control-lost", G_CALLBACK(OnControlLost), this);
 }
 

@@ -7,7 +7,6 @@
 #include <atomic>
 #include <chrono>
 #include <memory>
-#include <string>
 
 #include "VimbaC.h"
 #include "aravis/object.h"
@@ -15,6 +14,7 @@
 #include "camera/acquisition_state.h"
 #include "camera/camera_clock.h"
 #include "camera/camera_record.h"
+#include "camera/claims.h"
 #include "camera/features.h"
 #include "stream/frame_stream.h"
 
@@ -23,14 +23,14 @@ namespace Bridge {
 // [any thread] but where a function says otherwise.
 class Session {
  public:
-  // Null, and an error, when the camera does not answer or another program has it.
-  static std::shared_ptr<Session> Open(VmbHandle_t handle, const CameraRecord& camera, VmbAccessMode_t access,
-                                       VmbError_t& error);
+  // With full access if there is a claim, otherwise for reading alone. Null, and an error, when the camera does not
+  // answer or another program has it.
+  static std::shared_ptr<Session> Open(VmbHandle_t handle, const CameraRecord& camera,
+                                       std::unique_ptr<Claims::Claim> claim, VmbError_t& error);
   ~Session();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
-  const std::string& CameraId() const { return m_camera_id; }
   bool HasFullAccess() const { return m_stream != nullptr; }
   // DeviceNotOpen once the connection is lost.
   VmbError_t Alive() const { return m_lost ? VmbErrorDeviceNotOpen : VmbErrorSuccess; }
@@ -53,12 +53,13 @@ class Session {
   void Close();
 
  private:
-  Session(VmbHandle_t handle, std::string camera_id, Object<ArvDevice> device, VmbAccessMode_t access);
+  Session(VmbHandle_t handle, std::unique_ptr<Claims::Claim> claim, Object<ArvDevice> device);
   static constexpr std::chrono::seconds kSilence{8};
 
   static void OnControlLost(ArvDevice* device, gpointer self);
 
-  const std::string m_camera_id;
+  // Given up after the camera is.
+  const std::unique_ptr<Claims::Claim> m_claim;
   const Object<ArvDevice> m_device;
   std::atomic<bool> m_lost{false};
   // Held through every use of the camera's description, which Aravis does not guard.

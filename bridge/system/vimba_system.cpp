@@ -12,6 +12,13 @@ namespace {
 
 constexpr VmbAccessMode_t kOpenable = VmbAccessModeFull | VmbAccessModeRead;
 
+VmbCameraInfo_t InfoOf(const CameraRecord& camera, const Claims& claims) {
+  // Whether another program has the camera is known when it is opened, not before.
+  const VmbAccessMode_t access = claims.Has(camera.id) ? VmbAccessMode_t{VmbAccessModeNone} : kOpenable;
+  return {camera.id.c_str(),          camera.name.c_str(), camera.model.c_str(), camera.serial.c_str(), access,
+          camera.interface_id.c_str()};
+}
+
 }  // namespace
 
 VimbaSystem& VimbaSystem::Instance() {
@@ -50,7 +57,6 @@ void VimbaSystem::Shutdown() {
     const BMutexLock lock(m_mutex);
     sessions = m_sessions.All();
     m_sessions.Clear();
-    m_claimed.clear();
     run.swap(m_run);
     discovery.swap(m_discovery);
   }
@@ -80,26 +86,18 @@ bool VimbaSystem::OnLibraryThread() const {
   return std::any_of(sessions.begin(), sessions.end(), [](const auto& session) { return session->OnThread(); });
 }
 
-VmbCameraInfo_t VimbaSystem::InfoOf(const CameraRecord& camera) const {
-  const BMutexLock lock(m_mutex);
-  // Whether another program has the camera is known when it is opened, not before.
-  const VmbAccessMode_t access = m_claimed.contains(camera.id) ? VmbAccessMode_t{VmbAccessModeNone} : kOpenable;
-  return {camera.id.c_str(),          camera.name.c_str(), camera.model.c_str(), camera.serial.c_str(), access,
-          camera.interface_id.c_str()};
-}
-
 std::vector<VmbCameraInfo_t> VimbaSystem::CameraInfos() const {
   std::vector<VmbCameraInfo_t> infos;
   const auto run = Running();
   if (!run) return infos;
-  for (const auto& camera : run->cameras.All()) infos.push_back(InfoOf(*camera));
+  for (const auto& camera : run->cameras.All()) infos.push_back(InfoOf(*camera, *run->claims));
   return infos;
 }
 
 std::optional<VmbCameraInfo_t> VimbaSystem::CameraInfo(const char* name) const {
   const auto run = Running();
   const auto camera = run ? run->cameras.Find(name) : nullptr;
-  return camera ? std::optional(InfoOf(*camera)) : std::nullopt;
+  return camera ? std::optional(InfoOf(*camera, *run->claims)) : std::nullopt;
 }
 
 VmbError_t VimbaSystem::Open(const char* name, VmbAccessMode_t access, VmbHandle_t& handle) {
@@ -107,23 +105,24 @@ VmbError_t VimbaSystem::Open(const char* name, VmbAccessMode_t access, VmbHandle
   if (!run) return VmbErrorApiNotStarted;
   const auto camera = run->cameras.Find(name);
   if (!camera) return VmbErrorNotFound;
-  const bool full = access == VmbAccessModeFull;
+  std::unique_ptr<Claims::Claim> claim;
+  if (access == VmbAccessModeFull) {
+    claim = run->claims->Take(camera->id);
+    if (!claim) return VmbErrorInvalidAccess;
+  } else if (run->claims->Has(camera->id)) {
+    return VmbErrorInvalidAccess;
+  }
   VmbHandle_t fresh = nullptr;
   {
     const BMutexLock lock(m_mutex);
-    if (m_claimed.contains(camera->id)) return VmbErrorInvalidAccess;
-    if (full) m_claimed.insert(camera->id);
     fresh = m_sessions.NextHandle();
   }
   VmbError_t error = VmbErrorSuccess;
-  const std::shared_ptr<Session> session = Session::Open(fresh, *camera, access, error);
+  const std::shared_ptr<Session> session = Session::Open(fresh, *camera, std::move(claim), error);
+  if (error) return error;
   const BMutexLock lock(m_mutex);
   // Shut down meanwhile: the session is closed at the end of this function.
-  if (!error && m_run != run) error = VmbErrorApiNotStarted;
-  if (error) {
-    if (full) m_claimed.erase(camera->id);
-    return error;
-  }
+  if (m_run != run) return VmbErrorApiNotStarted;
   m_sessions.Add(fresh, session);
   handle = fresh;
   return VmbErrorSuccess;
@@ -139,13 +138,9 @@ VmbError_t VimbaSystem::Close(VmbHandle_t handle) {
   }
   if (!session) return VmbErrorBadHandle;
   session->Close();
-  const std::string id = session->CameraId();
-  const bool full = session->HasFullAccess();
   // Gives the camera up, unless another thread's call on it has not returned yet.
   session.reset();
   if (const auto run = Running()) run->notifier->Drop(handle);
-  const BMutexLock lock(m_mutex);
-  if (full) m_claimed.erase(id);
   return VmbErrorSuccess;
 }
 

@@ -5,12 +5,12 @@
 #include <atomic>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
 #include "VimbaC.h"
 #include "bmutex.h"
+#include "camera/claims.h"
 #include "camera/session.h"
 #include "library/handle_table.h"
 #include "library/notifier.h"
@@ -27,7 +27,7 @@ namespace Bridge {
 //   2. the lock of the system's features, then of a search for cameras
 //   3. the lock of a camera's stream
 //   4. the lock of its features
-//   5. m_mutex, or the lock of a capture queue
+//   5. m_mutex, the lock of the claims, or of a capture queue
 // No lock at all is held while a callback of the caller runs.
 class VimbaSystem {
  public:
@@ -78,6 +78,7 @@ class VimbaSystem {
     Run();
     std::shared_ptr<VimbaLibrary::Notifier> notifier = std::make_shared<VimbaLibrary::Notifier>();
     mutable CameraDirectory cameras;
+    std::shared_ptr<Claims> claims = std::make_shared<Claims>();
     VimbaLibrary::SystemFeatures features;
   };
 
@@ -85,7 +86,6 @@ class VimbaSystem {
   std::shared_ptr<Run> Running() const;
   std::vector<std::shared_ptr<Session>> Sessions() const;
   bool OnLibraryThread() const;
-  VmbCameraInfo_t InfoOf(const CameraRecord& camera) const;
   template <class Body>
   VmbError_t WriteSystem(Body body) {
     const auto running = Running();
@@ -105,8 +105,6 @@ class VimbaSystem {
   std::shared_ptr<Run> m_run KEL_GUARDED_BY(m_mutex);
   std::unique_ptr<Discovery> m_discovery KEL_GUARDED_BY(m_mutex);
   VimbaLibrary::HandleTable<Session> m_sessions KEL_GUARDED_BY(m_mutex);
-  // By id: opened with full access, or being opened.
-  std::set<std::string> m_claimed KEL_GUARDED_BY(m_mutex);
 };
 
 }  // namespace Bridge

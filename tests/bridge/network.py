@@ -34,7 +34,7 @@ def run_inside(program):
     subprocess.run(["ip", "link", "set", "lo", "up"], check=True)
     for address in ADDRESSES:
         subprocess.run(["ip", "address", "add", address + "/8", "dev", "lo"], check=True)
-    os.execv(program[0], program)
+    os.execvp(program[0], program)
 
 
 def open_lock(path):
@@ -52,7 +52,7 @@ def run_on_the_machines_own(program):
     # The program keeps the lock until it ends.
     os.set_inheritable(lock, True)
     os.environ["KEL_SHARED_NETWORK"] = "1"
-    os.execv(program[0], program)
+    os.execvp(program[0], program)
 
 
 def main(arguments):

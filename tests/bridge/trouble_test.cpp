@@ -89,9 +89,13 @@ TEST(SecondHost, ThatIsKilledLeavesTheCameraFree) {
   ASSERT_TRUE(killed.WaitForError("streaming"));
   ASSERT_TRUE(killed.Signal(SIGKILL));
   const StartedVimba vimba;
-  const CameraHost host(WireCamera::kId);
+  CameraHost host(WireCamera::kId);
   host.SetSize(64, 64);
   EXPECT_EQ(host.Integer("PayloadSize"), 64 * 64);
+  // The camera still sent to the other one.
+  host.Start();
+  EXPECT_TRUE(host.WaitForFrames(2));
+  host.Stop();
 }
 
 TEST(Haste, SixtyRoundsOfStartQueueFlushAndEndWhileFramesArrive) {
