@@ -41,11 +41,14 @@ constexpr UnitRow kTimes[] = {
 double DecibelsOf(double factor) { return 20.0 * std::log10(factor); }
 double FactorOf(double decibels) { return std::pow(10.0, decibels / 20.0); }
 
+// A factor of nothing has no value in dB. From here on the sensor's noise would be all that is left: -60 dB.
+constexpr double kLeastFactor = 1e-3;
+
 // A caller's gain is in dB. Of gains the convention names no unit, so one without is not believed.
 constexpr UnitRow kGains[] = {
     {"dB", {Same, Same}},
-    {"x", {DecibelsOf, FactorOf}},
-    {"times", {DecibelsOf, FactorOf}},
+    {"x", {DecibelsOf, FactorOf, kLeastFactor}},
+    {"times", {DecibelsOf, FactorOf, kLeastFactor}},
 };
 
 // A factor for one colour, by the convention: whole numbers are raw ones, of which nobody knows what stands for 1.

@@ -35,8 +35,11 @@ VmbError_t ConvertedFloat::GetFloat(double& value) const {
   } else {
     error = m_native->GetFloat(read);
   }
-  if (!error) value = m_conversion.to_caller(read);
-  return error;
+  if (error) return error;
+  const double converted = m_conversion.to_caller(read);
+  if (!std::isfinite(converted)) return VmbErrorInvalidValue;
+  value = converted;
+  return VmbErrorSuccess;
 }
 
 VmbError_t ConvertedFloat::SetFloat(double value) {
@@ -47,27 +50,40 @@ VmbError_t ConvertedFloat::SetFloat(double value) {
   const double converted = m_conversion.to_camera(value);
   if (m_native->Type() == FeatureType::kInteger) {
     IntegerRange whole;
-    if (const VmbError_t error = m_native->IntegerRangeOf(whole)) return error;
+    if (const VmbError_t error = WholeRange(whole)) return error;
     return m_native->SetInteger(NearestStep(converted, whole));
   }
   // There and back, an end of the range may come out a bit beyond it.
   FloatRange ends;
-  if (const VmbError_t error = m_native->FloatRangeOf(ends)) return error;
+  if (const VmbError_t error = NativeRange(ends)) return error;
   return m_native->SetFloat(std::clamp(converted, ends.min, std::max(ends.min, ends.max)));
+}
+
+VmbError_t ConvertedFloat::WholeRange(IntegerRange& range) const {
+  if (const VmbError_t error = m_native->IntegerRangeOf(range)) return error;
+  if (static_cast<double>(range.min) >= m_conversion.least) return VmbErrorSuccess;
+  const double steps = (m_conversion.least - static_cast<double>(range.min)) / static_cast<double>(range.step);
+  range.min += static_cast<std::int64_t>(std::ceil(steps)) * range.step;
+  return range.min > range.max ? VmbError_t{VmbErrorInvalidValue} : VmbError_t{VmbErrorSuccess};
+}
+
+VmbError_t ConvertedFloat::NativeRange(FloatRange& range) const {
+  if (m_native->Type() == FeatureType::kInteger) {
+    IntegerRange whole;
+    if (const VmbError_t error = WholeRange(whole)) return error;
+    range = {static_cast<double>(whole.min), static_cast<double>(whole.max)};
+    return VmbErrorSuccess;
+  }
+  if (const VmbError_t error = m_native->FloatRangeOf(range)) return error;
+  range.min = std::max(range.min, m_conversion.least);
+  return range.min > range.max ? VmbError_t{VmbErrorInvalidValue} : VmbError_t{VmbErrorSuccess};
 }
 
 VmbError_t ConvertedFloat::FloatRangeOf(FloatRange& range) const {
   FloatRange native;
-  VmbError_t error = VmbErrorSuccess;
-  if (m_native->Type() == FeatureType::kInteger) {
-    IntegerRange whole;
-    error = m_native->IntegerRangeOf(whole);
-    native = {static_cast<double>(whole.min), static_cast<double>(whole.max)};
-  } else {
-    error = m_native->FloatRangeOf(native);
-  }
-  if (!error) range = {m_conversion.to_caller(native.min), m_conversion.to_caller(native.max)};
-  return error;
+  if (const VmbError_t error = NativeRange(native)) return error;
+  range = {m_conversion.to_caller(native.min), m_conversion.to_caller(native.max)};
+  return VmbErrorSuccess;
 }
 
 RenamedEnum::RenamedEnum(std::unique_ptr<NativeFeature> native, std::vector<Name> names)

@@ -2,6 +2,7 @@
 // Features that a camera has in another form than callers expect, or not at all.
 #pragma once
 
+#include <limits>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -17,6 +18,8 @@ namespace Bridge {
 struct Conversion {
   double (*to_caller)(double);
   double (*to_camera)(double);
+  // The camera's smallest number that a caller can ask for, whatever the range of the camera.
+  double least = -std::numeric_limits<double>::infinity();
 };
 
 // A real number in another unit. The camera's may be whole: then the nearest step is written.
@@ -29,6 +32,10 @@ class ConvertedFloat final : public Feature {
   VmbError_t FloatRangeOf(VimbaLibrary::FloatRange& range) const override;
 
  private:
+  // What a caller can ask for, in the camera's numbers.
+  VmbError_t WholeRange(VimbaLibrary::IntegerRange& range) const;
+  VmbError_t NativeRange(VimbaLibrary::FloatRange& range) const;
+
   const std::unique_ptr<NativeFeature> m_native;
   const Conversion m_conversion;
 };

@@ -90,6 +90,38 @@ TEST(Gain, AsAFactorTakesBothEndsOfItsRange) {
   ExpectFloatSet(camera, "Gain", -0.1, VmbErrorInvalidValue);
 }
 
+// A factor of nothing has no value in dB.
+TEST(Gain, AsAFactorFromNothingOnBeginsAtMinus60Decibels) {
+  DescribedCamera camera("factor_from_zero");
+  VimbaLibrary::FloatRange range;
+  ASSERT_EQ(camera.Features().FloatRangeOf("Gain", range), VmbErrorSuccess);
+  EXPECT_NEAR(range.min, -60.0, 1e-9);
+  EXPECT_NEAR(range.max, 20.0, 1e-9);
+
+  ExpectFloatSet(camera, "Gain", range.min);
+  EXPECT_NEAR(camera.OwnFloat("Gain"), 0.001, 1e-12);
+  ExpectFloatSet(camera, "Gain", -60.1, VmbErrorInvalidValue);
+
+  camera.SetOwn("Gain", "0");
+  double gain_db = 4.0;
+  EXPECT_EQ(camera.Features().GetFloat("Gain", gain_db), VmbErrorInvalidValue);
+  EXPECT_EQ(gain_db, 4.0);
+}
+
+TEST(Gain, AsAWholeFactorFromNothingOnBeginsAtOne) {
+  DescribedCamera camera("whole_factor");
+  VimbaLibrary::FloatRange range;
+  ASSERT_EQ(camera.Features().FloatRangeOf("Gain", range), VmbErrorSuccess);
+  EXPECT_EQ(range.min, 0.0);
+  EXPECT_NEAR(range.max, 20.0, 1e-9);
+
+  ExpectFloatSet(camera, "Gain", 0.0);
+  EXPECT_EQ(camera.OwnInteger("Gain"), 1);
+  ExpectFloatSet(camera, "Gain", 9.0);
+  EXPECT_EQ(camera.OwnInteger("Gain"), 3);
+  ExpectFloatSet(camera, "Gain", -1.0, VmbErrorInvalidValue);
+}
+
 TEST(Gain, InRawStepsIsNotFoundAndCannotBeSet) {
   DescribedCamera camera("absolute");
 
