@@ -44,11 +44,12 @@ AcquisitionControl::AcquisitionControl(ArvDevice* device, AcquisitionState& stat
 VmbError_t AcquisitionControl::Start() {
   FrameLayout layout;
   if (const VmbError_t error = ReadLayout(layout)) return error;
+  const bool was_acquiring = m_state.Acquiring();
   // Before the first frame can come.
   m_state.Begin(layout);
   SetLocked(true);
   const VmbError_t error = m_start->Run();
-  if (error) {
+  if (error && !was_acquiring) {
     SetLocked(false);
     m_state.End();
   }

@@ -18,8 +18,8 @@
 namespace {
 
 constexpr std::int64_t kNsPerSecond = 1'000'000'000;
-// A sleep beside work that never ends takes this part of its time, counted in what the processors do for the threads that
-// work: on a loaded machine they get as far, however long they wait for a processor.
+// A sleep beside work that never ends takes this part of its time, counted in what the processors do for the threads
+// that work: on a loaded machine they get as far, however long they wait for a processor.
 constexpr std::int64_t kLongestPart = 20;
 // Work that waits itself is not waited for longer than so many times the sleep.
 constexpr std::int64_t kLongestWait = 50;

@@ -174,6 +174,27 @@ TEST(Acquisition, LocksWhatTheCameraLocks) {
   EXPECT_FALSE(camera.State().Acquiring());
 }
 
+TEST(Acquisition, GoesOnWhenASecondStartFails) {
+  DescribedCamera camera("convention");
+  EXPECT_EQ(camera.Features().Run("AcquisitionStart"), VmbErrorSuccess);
+  camera.SetOwn("Ready", "0");
+
+  EXPECT_NE(camera.Features().Run("AcquisitionStart"), VmbErrorSuccess);
+
+  EXPECT_TRUE(camera.State().Acquiring());
+  EXPECT_EQ(camera.OwnInteger("TLParamsLocked"), 1);
+}
+
+TEST(Acquisition, ThatDoesNotStartHoldsNothing) {
+  DescribedCamera camera("convention");
+  camera.SetOwn("Ready", "0");
+
+  EXPECT_NE(camera.Features().Run("AcquisitionStart"), VmbErrorSuccess);
+
+  EXPECT_FALSE(camera.State().Acquiring());
+  EXPECT_EQ(camera.OwnInteger("TLParamsLocked"), 0);
+}
+
 TEST(Acquisition, KnowsWhatItsFramesWillBe) {
   DescribedCamera camera("convention");
   EXPECT_EQ(camera.Features().SetInteger("Width", 320), VmbErrorSuccess);
