@@ -96,7 +96,7 @@ TEST_F(LiveLines, ASecondWithoutAnImageHasALineToo) {
 TEST_F(LiveLines, FrameIdsThatAreNotReportedAreNotKnown) {
   Script("snap=0");
 
-  EXPECT_EQ(DocumentLines(With("live", {"--seconds", "0.05"})).back()["missingFrameIds"], nullptr);
+  EXPECT_EQ(DocumentLines(With("live", {"--seconds", "0.5"})).back()["missingFrameIds"], nullptr);
 }
 
 TEST_F(LiveLines, QuietLeavesTheSecondsOut) {

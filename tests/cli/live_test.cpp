@@ -28,7 +28,7 @@ class PatientInfo : public SimulatedKelcamTest {
 };
 
 TEST_F(Live, RunsContinuouslyWithTheFastConversionAndEndsWithAStop) {
-  Kelcam(With("live", {"--seconds", "0.05"}));
+  Kelcam(With("live", {"--seconds", "0.5"}));
 
   EXPECT_EQ(First(Operations(), 3),
             (Lines{"SetSource(free run)", "StartSnap(continuous)", "Snap(mono, '[l]', 5000 ms)"}));
@@ -39,7 +39,7 @@ TEST_F(Live, PrintsASummaryAndNoProgressIntoAPipe) {
   const ProcessResult result = Kelcam(With("live", {"--seconds", "0.6"}));
 
   EXPECT_TRUE(std::regex_match(
-      result.out, std::regex("[0-9]+ frames in 0\\.6 s, [0-9.]+ frames/s, 0 failures, stream rate 45\\.0 MB/s\n")))
+      result.out, std::regex("[0-9]+ frames in [0-9.]+ s, [0-9.]+ frames/s, 0 failures, stream rate 45\\.0 MB/s\n")))
       << result.out;
   EXPECT_EQ(result.err, "");
   EXPECT_EQ(result.exit_code, kDone);
@@ -48,7 +48,7 @@ TEST_F(Live, PrintsASummaryAndNoProgressIntoAPipe) {
 TEST_F(Live, EndsWithADocumentOfTheTotal) {
   Script(Codes("snap", {BError::eTimeout, BError::eTimeout, BError::eFrameInvalid, BError::eSuccess}));
 
-  const auto document = DocumentLines(With("live", {"--seconds", "0.05"})).back();
+  const auto document = DocumentLines(With("live", {"--seconds", "0.5"})).back();
 
   EXPECT_GT(document["frames"], 0);
   EXPECT_EQ(document["failures"], 3);
@@ -56,7 +56,7 @@ TEST_F(Live, EndsWithADocumentOfTheTotal) {
             nlohmann::json::array(
                 {{{"code", BError::eTimeout}, {"text", "no image arrived in time"}, {"count", 2}},
                  {{"code", BError::eFrameInvalid}, {"text", "the received frame is invalid"}, {"count", 1}}}));
-  EXPECT_GE(document["seconds"], 0.05);
+  EXPECT_GE(document["seconds"], 0.5);
   EXPECT_EQ(document["streamBytesPerSecond"], 45000000);
   EXPECT_EQ(document["interrupted"], false);
 }
@@ -64,7 +64,7 @@ TEST_F(Live, EndsWithADocumentOfTheTotal) {
 TEST_F(Live, PrintsEachErrorOnceAndFails) {
   Script(Codes("snap", {BError::eTimeout, BError::eTimeout, BError::eFrameInvalid, BError::eSuccess}));
 
-  const ProcessResult result = Kelcam(With("live", {"--seconds", "0.05"}));
+  const ProcessResult result = Kelcam(With("live", {"--seconds", "0.5"}));
 
   EXPECT_EQ(result.err, "error 12106: no image arrived in time\nerror 12110: the received frame is invalid\n");
   EXPECT_EQ(result.exit_code, kFailed);
@@ -84,8 +84,8 @@ TEST_F(Live, AFailedStartIsNotFollowedBySnap) {
 TEST_F(Live, TakesTheSameSettingsAsSnap) {
   Script("color=1");
 
-  Kelcam(With("live", {"--seconds", "0.01", "--trigger", "software", "--kind", "mono", "--area", "[p]", "--timeout",
-                       "9", "--color", "on", "--set", "gain=4"}));
+  Kelcam(With("live", {"--seconds", "0.5", "--trigger", "software", "--kind", "mono", "--area", "[p]", "--timeout", "9",
+                       "--color", "on", "--set", "gain=4"}));
 
   EXPECT_EQ(First(Operations(), 5), (Lines{"SetColorMode(true)", "gain.SetValue(4)", "StartSnap(continuous)", "Fire",
                                            "Snap(mono, '[p]', 9 ms)"}));
