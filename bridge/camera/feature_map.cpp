@@ -231,17 +231,21 @@ class Mapping {
     });
   }
 
-  // What the camera can do, and what the link carries at the present rate.
+  // What the camera can do, and what the link carries at the present rate. A camera whose rate is mapped may not know
+  // of it in a limit of its own.
   void MapFrameRateLimit(std::shared_ptr<StreamRate> rate) {
-    if (Find("AcquisitionFrameRateLimit")) return;
+    auto limit = std::shared_ptr<NativeFeature>(Find("AcquisitionFrameRateLimit"));
+    if (limit && !rate) return;
     // In Hz, whatever the camera calls it; null when it has none.
     const auto mapped = m_features.find("AcquisitionFrameRateAbs");
     const Feature* const frames = mapped == m_features.end() ? nullptr : mapped->second.get();
     auto payload = std::shared_ptr<NativeFeature>(Find("PayloadSize"));
     if (!payload || (!frames && !rate)) return;
-    Add<ComputedFloat>("AcquisitionFrameRateLimit", [rate = std::move(rate), frames, payload](double& hz) {
+    Add<ComputedFloat>("AcquisitionFrameRateLimit", [limit, rate = std::move(rate), frames, payload](double& hz) {
       VimbaLibrary::FloatRange range{0.0, std::numeric_limits<double>::max()};
-      if (frames) {
+      if (limit) {
+        if (const VmbError_t error = limit->GetFloat(range.max)) return error;
+      } else if (frames) {
         if (const VmbError_t error = frames->FloatRangeOf(range)) return error;
       }
       hz = range.max;
