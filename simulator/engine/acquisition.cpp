@@ -222,7 +222,7 @@ void Acquisition::LosePackets(const Link::Transfer& transfer, const std::vector<
   lost = PacketsLostBy(losses, packets, m_random);
   LoseAtRandom(lost, m_parts.packet_loss, packets, m_random);
   if (settings.instant) return;
-  const bool too_large = settings.packet_bytes + kPacketHeaderBytes > static_cast<std::size_t>(link.mtu_bytes);
+  const bool too_large = static_cast<std::int64_t>(settings.packet_bytes) + kPacketHeaderBytes > link.mtu_bytes;
   if (too_large) lost.assign(static_cast<std::size_t>(std::ceil(packets)), true);
   if (lost.empty()) return;
   frame.due = transfer.end + ClockDuration(link.frame_timeout);

@@ -4,9 +4,7 @@
 
 using Simulator::Seconds;
 
-Simulator::Period Once(double from_s, double length_s) {
-  return {Seconds(from_s), Seconds(length_s), Seconds::zero()};
-}
+Simulator::Period Once(double from_s, double length_s) { return {Seconds(from_s), Seconds(length_s), Seconds::zero()}; }
 
 FramesOnALink::Id FramesOnALink::Send(double start_s, double end_s, double rate_bytes_per_s) {
   transfers.push_back({Seconds(start_s), Seconds(end_s), rate_bytes_per_s});

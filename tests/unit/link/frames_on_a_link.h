@@ -10,9 +10,9 @@
 #include "link/resend_queue.h"
 
 // What the settings of these tests have in common: a link that carries a million bytes a second.
-inline constexpr double kCapacity_bytes_per_s = 1e6;
+inline constexpr double kCapacityBytesPerSecond = 1e6;
 // Sums of exact parts, in bytes.
-inline constexpr double kRounding_bytes = 1e-3;
+inline constexpr double kRoundingBytes = 1e-3;
 
 // Background or a dead cable from this moment on.
 Simulator::Period Once(double from_s, double length_s);
@@ -34,7 +34,7 @@ struct FramesOnALink {
 struct LinkTest : testing::Test {
   Simulator::LinkSettings settings = [] {
     Simulator::LinkSettings link;
-    link.network = {kCapacity_bytes_per_s, 0.0};
+    link.network = {kCapacityBytesPerSecond, 0.0};
     return link;
   }();
 };

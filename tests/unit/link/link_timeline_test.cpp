@@ -18,12 +18,12 @@ using testing::ElementsAre;
 
 using LinkTimelineTest = LinkTest;
 
-auto Bytes(double bytes) { return DoubleNear(bytes, kRounding_bytes); }
+auto Bytes(double bytes) { return DoubleNear(bytes, kRoundingBytes); }
 
 TEST_F(LinkTimelineTest, OneFrameThatTheLinkCarriesLosesNothing) {
   FramesOnALink link(settings);
 
-  EXPECT_TRUE(link.timeline.Judge(link.Send(0.0, 1.0, kCapacity_bytes_per_s)).empty());
+  EXPECT_TRUE(link.timeline.Judge(link.Send(0.0, 1.0, kCapacityBytesPerSecond)).empty());
 }
 
 // 1.2 of the capacity are sent, so that a sixth of each is too much.
@@ -96,8 +96,8 @@ TEST_F(LinkTimelineTest, FramesLoseOnlyWhereTheyOverlap) {
 
 TEST_F(LinkTimelineTest, FramesInTurnLoseNothing) {
   FramesOnALink link(settings);
-  const auto first = link.Send(0.0, 1.0, kCapacity_bytes_per_s);
-  const auto second = link.Send(1.0, 2.0, kCapacity_bytes_per_s);
+  const auto first = link.Send(0.0, 1.0, kCapacityBytesPerSecond);
+  const auto second = link.Send(1.0, 2.0, kCapacityBytesPerSecond);
 
   EXPECT_THAT(link.LostBytes({first, second}), ElementsAre(0.0, 0.0));
 }
@@ -245,6 +245,13 @@ TEST_F(LinkTimelineTest, NothingIsFreeWhileAQueueDrainsOrTheCableIsDead) {
 
   EXPECT_DOUBLE_EQ(through(300'000.0).count(), 1.4);
   EXPECT_DOUBLE_EQ(through(500'000.0).count(), 2.1);
+}
+
+TEST_F(LinkTimelineTest, AFrameThatTakesNoTimeLosesNothing) {
+  settings.dead = {Period{}};
+  FramesOnALink link(settings);
+
+  EXPECT_TRUE(link.timeline.Judge(link.Send(0.0, 0.0, 1e12)).empty());
 }
 
 TEST_F(LinkTimelineTest, WhatItRemembersStaysBounded) {

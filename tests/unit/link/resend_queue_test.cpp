@@ -16,8 +16,8 @@ struct ResendQueueTest : LinkTest {
   ResendQueueTest() { settings.frame_timeout = Seconds(1.0); }
 
   std::shared_ptr<ResendQueue::Request> Ask(double bytes, double from_s) {
-    auto request =
-        std::make_shared<ResendQueue::Request>(ResendQueue::Request{bytes, 1e9, Seconds(from_s), Seconds(from_s + 1.0)});
+    auto request = std::make_shared<ResendQueue::Request>(
+        ResendQueue::Request{bytes, 1e9, Seconds(from_s), Seconds(from_s + 1.0)});
     queue.Add(request);
     return request;
   }

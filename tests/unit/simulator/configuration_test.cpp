@@ -205,7 +205,6 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{R"({"timing":"slow"})", "timing: \"slow\" is none of real, instant"},
         Refused{R"({"link":{"capacity":0}})", "link.capacity: 0 is no number from 1 to 1e+12"},
         Refused{R"({"link":{"capacity":1e999}})", "the text: 1e999 is too large a number"},
-        Refused{R"({"link":{"capacity":5},"links":[{}]})", "link: {\"capacity\":5} and links are both there"},
         Refused{R"({"system":{"geVTLIsPresent":1}})", "system.geVTLIsPresent: 1 is neither true nor false"},
         Refused{R"({"system":{"discoveryStatus":"On"}})", "system.discoveryStatus: \"On\" is none of Off, Automatic"},
         Refused{R"({"faults":[{}]})", "faults[0].call: a fault needs one of call, frame and unplugAtFrame"}));
@@ -221,26 +220,6 @@ INSTANTIATE_TEST_SUITE_P(ThatIsNoNumber, RefusedConfiguration,
                                                  "cameras[0].ranges.Width.step: [] is no number from -1e+18 to 1e+18"},
                                          Refused{R"({"cameras":[{"packetLoss":"0"}]})",
                                                  "cameras[0].packetLoss: \"0\" is no number from 0 to 1"}));
-
-INSTANTIATE_TEST_SUITE_P(
-    OfLinks, RefusedConfiguration,
-    testing::Values(
-        Refused{R"({"links":[]})", "links: [] holds no link"},
-        Refused{R"({"links":[{},{}]})", "links[1].name: \"link\" is taken already"},
-        Refused{R"({"links":[{"name":1}]})", "links[0].name: 1 is no text"},
-        Refused{R"({"links":[{"speed":1}]})", "links[0].speed: there is no such member"},
-        Refused{R"({"links":[{"buffer_bytes":-1}]})", "links[0].buffer_bytes: -1 is no number from 0 to 1e+12"},
-        Refused{R"({"links":[{"mtu":575}]})", "links[0].mtu: 575 is no whole number from 576 to 65535"},
-        Refused{R"({"links":[{"receiver":{"capacity":0}}]})",
-                "links[0].receiver.capacity: 0 is no number from 1 to 1e+12"},
-        Refused{R"({"links":[{"background":[{"rate_bytes_per_s":-1}]}]})",
-                "links[0].background[0].rate_bytes_per_s: -1 is no number from 0 to 1e+12"},
-        Refused{R"({"links":[{"dead":[{},{"every_ms":0}]}]})",
-                "links[0].dead[1].every_ms: 0 is no number from 1 to 1e+06"},
-        Refused{R"({"links":[{"resends":1}]})", "links[0].resends: 1 is neither true nor false"},
-        Refused{R"({"links":[{"frameTimeout_ms":-1}]})", "links[0].frameTimeout_ms: -1 is no number from 0 to 1e+06"},
-        Refused{R"({"links":[{"name":"A"},{"name":"B"}],"cameras":[{"link":"C"}]})",
-                "cameras[0].link: \"C\" is none of A, B"}));
 
 // With these ranges the camera would divide by zero, wait for ever or leave its clock's range.
 class RangeTooWide : public testing::TestWithParam<Refused> {};

@@ -1,7 +1,6 @@
 // link_test.cpp
 // Frames on links that lose, queue, delay and resend, through VimbaC. tests/unit/link/ holds the arithmetic.
-#include <gmock/gmock.h>
-
+#include <algorithm>
 #include <chrono>
 
 #include "simulated_link.h"
@@ -12,7 +11,6 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 using std::chrono::steady_clock;
 using Seconds = std::chrono::duration<double>;
-using testing::Each;
 
 constexpr int kCapacity = 1'000'000;
 constexpr int kPacketBytes = 500;
@@ -76,7 +74,9 @@ struct OneFrame {
   Seconds time{};
 };
 
-nlohmann::json Traffic(int rate_bytes_per_s) { return nlohmann::json::array({{{"rate_bytes_per_s", rate_bytes_per_s}}}); }
+nlohmann::json Traffic(int rate_bytes_per_s) {
+  return nlohmann::json::array({{{"rate_bytes_per_s", rate_bytes_per_s}}});
+}
 
 // 1.2 of the capacity are sent. A sixth of 200 packets is 33 and a third.
 TEST(Link, LosesAsManyPacketsAsTheExcessComesTo) {
@@ -249,6 +249,40 @@ TEST_F(Resends, CurePacketsLostAtRandom) {
 
   EXPECT_EQ(OneFrame().Take().receiveStatus, VmbFrameStatusComplete);
 }
+
+struct Refused {
+  const char* json;
+  const char* why;
+};
+
+class RefusedLink : public testing::TestWithParam<Refused> {};
+
+TEST_P(RefusedLink, NamesMemberAndValue) {
+  EXPECT_EQ(VimbaSimConfigure(GetParam().json), kRefused);
+
+  EXPECT_STREQ(VimbaSimLastError(), GetParam().why);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Link, RefusedLink,
+    testing::Values(
+        Refused{R"({"link":{"capacity":5},"links":[{}]})", "link: {\"capacity\":5} and links are both there"},
+        Refused{R"({"links":[]})", "links: [] holds no link"},
+        Refused{R"({"links":[{},{}]})", "links[1].name: \"link\" is taken already"},
+        Refused{R"({"links":[{"name":1}]})", "links[0].name: 1 is no text"},
+        Refused{R"({"links":[{"speed":1}]})", "links[0].speed: there is no such member"},
+        Refused{R"({"links":[{"buffer_bytes":-1}]})", "links[0].buffer_bytes: -1 is no number from 0 to 1e+12"},
+        Refused{R"({"links":[{"mtu":575}]})", "links[0].mtu: 575 is no whole number from 576 to 65535"},
+        Refused{R"({"links":[{"receiver":{"capacity":0}}]})",
+                "links[0].receiver.capacity: 0 is no number from 1 to 1e+12"},
+        Refused{R"({"links":[{"background":[{"rate_bytes_per_s":-1}]}]})",
+                "links[0].background[0].rate_bytes_per_s: -1 is no number from 0 to 1e+12"},
+        Refused{R"({"links":[{"dead":[{},{"every_ms":0}]}]})",
+                "links[0].dead[1].every_ms: 0 is no number from 1 to 1e+06"},
+        Refused{R"({"links":[{"resends":1}]})", "links[0].resends: 1 is neither true nor false"},
+        Refused{R"({"links":[{"frameTimeout_ms":-1}]})", "links[0].frameTimeout_ms: -1 is no number from 0 to 1e+06"},
+        Refused{R"({"links":[{"name":"A"},{"name":"B"}],"cameras":[{"link":"C"}]})",
+                "cameras[0].link: \"C\" is none of A, B"}));
 
 struct Negotiated {
   int mtu;
