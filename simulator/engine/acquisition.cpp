@@ -184,10 +184,20 @@ void Acquisition::Expose(BMutexLock& lock, const Exposure& exposure) {
   frame.content.rendered.clear();
   if (Send(lock, {sending, sent, settings.BytesPerSecondSent()}, frame)) {
     FinishFrame(std::max(sent, Clock::now()), exposure);
-    m_arriving.push_back(std::move(frame));
+    Receive(std::move(frame));
     std::ignore = HandOverArrived(lock);
   } else {
     m_scratch = std::move(frame.content.rendered);
+  }
+}
+
+void Acquisition::Receive(Arrival frame) {
+  const bool has_buffer = m_arriving.size() < m_frames.Count().queued;
+  // With none before it the capture queue decides. A fault that unplugs the camera needs no buffer.
+  if (has_buffer || m_arriving.empty() || frame.exposure.faults.unplug) {
+    m_arriving.push_back(std::move(frame));
+  } else {
+    ++m_parts.counters.dropped;
   }
 }
 

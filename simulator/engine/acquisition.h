@@ -114,6 +114,8 @@ class Acquisition {
   void Await(BMutexLock& lock, Clock::time_point moment) KEL_REQUIRES(m_mutex);
   bool WaitUntil(BMutexLock& lock, Clock::time_point moment, const Exposure& exposure) KEL_REQUIRES(m_mutex);
   void FinishFrame(Clock::time_point arrived, const Exposure& exposure) KEL_REQUIRES(m_mutex);
+  // Puts the frame in the line of those that arrive, or drops it when those before it need all queued frames.
+  void Receive(Arrival frame) KEL_REQUIRES(m_mutex);
   // Hands over the frames that have arrived, one after the other. Returns whether there was one.
   bool HandOverArrived(BMutexLock& lock) KEL_REQUIRES(m_mutex);
   bool HasArrived(Arrival& frame) KEL_REQUIRES(m_mutex);

@@ -190,6 +190,18 @@ TEST_F(FrameTimeout, DoesNotHoldUpTheCamera) {
   EXPECT_LT(Seconds(between), kLongTimeout);
 }
 
+TEST_F(FrameTimeout, KeepsQueuedFramesInUse) {
+  const LinkedCameras world(Camera().Feature("AcquisitionMode", "Continuous"), Link(seconds(600)));
+  const OpenedHandle camera;
+  FrameRing ring(camera, 2);
+  ring.Start();
+
+  RunCommand(camera, "AcquisitionStart");
+
+  EXPECT_TRUE(Eventually([&] { return IntOf(camera, "StatFrameDropped") > 0; }));
+  EXPECT_EQ(ring.Arrived(), 0u);
+}
+
 TEST_F(FrameTimeout, EndsWithAnAbort) {
   const LinkedCameras world(Camera(), Link(seconds(600)));
   OneFrame frame;
