@@ -29,12 +29,12 @@ Cells RowOf(const Options& options, const CameraGroup::Member& member) {
   const SnapCamera& camera = CameraOf(member);
   const SnapFigures& figures = camera.Figures();
   Cells cells{CellOf(camera.Session().Identifier()),
-              std::to_string(camera.Taken()) + " of " + std::to_string(options.images),
-              std::to_string(figures.Snaps()), Failures(figures)};
+              std::to_string(camera.Taken()) + " of " + std::to_string(options.images), std::to_string(figures.Snaps()),
+              Failures(figures)};
   if (const auto rates = figures.Rates()) {
-    cells.insert(cells.end(), {Megabytes(static_cast<double>(rates->first_bytes_per_s)),
-                               Megabytes(static_cast<double>(rates->last_bytes_per_s)),
-                               Megabytes(rates->mean_bytes_per_s)});
+    cells.insert(cells.end(),
+                 {Megabytes(static_cast<double>(rates->first_bytes_per_s)),
+                  Megabytes(static_cast<double>(rates->last_bytes_per_s)), Megabytes(rates->mean_bytes_per_s)});
   } else {
     cells.insert(cells.end(), {"-", "-", "-"});
   }

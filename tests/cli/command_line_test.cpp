@@ -82,8 +82,7 @@ TEST_F(CommandLine, PicturesOfSeveralCamerasNeedNamesOfTheirOwn) {
     return arguments;
   };
 
-  ExpectUsageError(to("x%t.png"),
-                   "-o x%t.png: the pictures of several cameras need a %c in the name for the camera");
+  ExpectUsageError(to("x%t.png"), "-o x%t.png: the pictures of several cameras need a %c in the name for the camera");
   ExpectUsageError(to("-"), "-o -: the pictures of several cameras need files, with a %c in the name");
 }
 
