@@ -24,6 +24,8 @@ constexpr int kMaxImages = 1000000;
 constexpr int kMaxRetries = 1000000;
 constexpr std::chrono::duration<double> kMaxInterval = std::chrono::hours(366 * 24);
 constexpr std::size_t kOptionColumnWidth = 32;
+// What the parser calls the value of an option, in its own messages.
+constexpr const char* kTextType = "TEXT";
 
 // --simulated without a scenario, and the one that asks for their names.
 constexpr const char* kNoScenario = "true";
@@ -136,7 +138,7 @@ CLI::Option* AddEachTime(CLI::App& command, const std::string& name,
     take(words.back());
     return true;
   };
-  return command.add_option(name, take_words, description)->trigger_on_parse();
+  return command.add_option(name, take_words, description)->type_name(kTextType)->trigger_on_parse();
 }
 
 // How a command gets its cameras.
@@ -144,9 +146,10 @@ void AddCameraOptions(CLI::App& command, Options& options) {
   const auto take_profile = [&options](const std::string& file) {
     options.cameras.push_back({.profile_file = file, .word = {}});
   };
-  AddEachTime(command, "--profile", take_profile,
-              "the ini file that names the camera;\nthe driver writes back to it. May be given several times, as "
-              "--camera")
+  AddEachTime(
+      command, "--profile", take_profile,
+      "the ini file that names the camera;\nthe driver writes back to it. It and --camera may be given several\n"
+      "times, for several cameras")
       ->option_text("FILE");
   const auto take_camera = [&options](const std::string& word) {
     options.cameras.push_back({.profile_file = {}, .word = word});
