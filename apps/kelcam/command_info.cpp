@@ -8,6 +8,8 @@
 
 #include "camera_session.h"
 #include "commands.h"
+#include "distinct_cameras.h"
+#include "interrupt.h"
 #include "report.h"
 #include "utf8.h"
 
@@ -195,12 +197,49 @@ void Print(const DeviceReport& report) {
   PrintRow("max shutter for fast", report.max_shutter_for_fast_text);
 }
 
-}  // namespace
-
-ExitCode RunInfo(const Options& options, const Module& module, const MessageLog& log) {
-  const CameraSession camera(module, log, options);
+DeviceReport ReportOfChosen(const CameraChoice& choice, const Module& module, MessageLog& log) {
+  const CameraSession camera(module, log, choice);
   DeviceReport report = WatchedReportOf(camera);
   report.vimba = module.Vimba();
+  return report;
+}
+
+// What the document has of one camera. One that fails is reported, and does not keep the next from being asked.
+Json PrintOneOfSeveral(const Options& options, const CameraChoice& choice, const Module& module, MessageLog& log,
+                       ExitCode& result) {
+  try {
+    const DeviceReport report = ReportOfChosen(choice, module, log);
+    if (options.json) return ToJson(report);
+    if (&choice != &options.cameras.front()) std::cout << "\n";
+    Print(report);
+    std::cout << std::flush;
+    return {};
+  } catch (...) {
+    const Fault fault = FaultOfCurrentException();
+    std::cerr << fault.Sentence() + "\n" + fault.reason.Text();
+    result = kFailed;
+    return {{"camera", choice.Name()}, {"error", ToJson(fault)}};
+  }
+}
+
+// One camera after the other, each closed before the next is opened.
+ExitCode InfoOfSeveral(const Options& options, const Module& module, MessageLog& log) {
+  CheckDistinct(options.cameras, module);
+  ExitCode result = kDone;
+  Json cameras = Json::array();
+  for (const CameraChoice& choice : options.cameras) {
+    cameras.push_back(Interrupted() ? Json{{"camera", choice.Name()}}
+                                    : PrintOneOfSeveral(options, choice, module, log, result));
+  }
+  if (options.json) PrintDocument({{"cameras", cameras}});
+  return result;
+}
+
+}  // namespace
+
+ExitCode RunInfo(const Options& options, const Module& module, MessageLog& log) {
+  if (options.cameras.size() > 1) return InfoOfSeveral(options, module, log);
+  const DeviceReport report = ReportOfChosen(options.cameras.front(), module, log);
   options.json ? PrintDocument(ToJson(report)) : Print(report);
   return kDone;
 }
