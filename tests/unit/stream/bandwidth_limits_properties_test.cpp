@@ -44,11 +44,10 @@ struct RateProperties : RandomCases {
     constexpr int kMostSnaps = 5'000;
     DrawLimits(state);
     state.snap_count = random.OneIn(8) ? 0 : random.Between(1, random.OneIn(2) ? 100 : kMostSnaps);
-    const std::int64_t average =
-        state.snap_count == 0   ? 0
-        : random.OneIn(8)       ? std::abs(AnyRate())
-        : state.min < state.max ? random.BetweenWide(state.min, state.max)
-                                : state.min;
+    const std::int64_t average = state.snap_count == 0   ? 0
+                                 : random.OneIn(8)       ? std::abs(AnyRate())
+                                 : state.min < state.max ? random.BetweenWide(state.min, state.max)
+                                                         : state.min;
     state.average = static_cast<double>(average);
     return {state.min, state.max, average * state.snap_count, state.snap_count, 0};
   }

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdlib>
+#include <functional>
 #include <future>
 #include <iostream>
 #include <limits>
@@ -29,7 +30,7 @@
 namespace {
 
 using Texts = std::vector<std::wstring>;
-using Calls = std::vector<std::string>;
+using CallTexts = std::vector<std::string>;
 using Handles = std::vector<VmbHandle_t>;
 
 constexpr std::int64_t kHighest = std::numeric_limits<std::int64_t>::max();
@@ -105,7 +106,7 @@ struct RandomPartners : Fleet {
   }
   // Each partner is read once, then the camera itself; to set its rate it is read once more.
   void ExpectCalls(std::size_t camera, std::optional<std::int64_t> set) {
-    Calls expected(lists[camera].size() + (set ? 2 : 1), "VmbFeatureIntGet(StreamBytesPerSecond)");
+    CallTexts expected(lists[camera].size() + (set ? 2 : 1), "VmbFeatureIntGet(StreamBytesPerSecond)");
     if (set) expected.push_back("VmbFeatureIntSet(StreamBytesPerSecond, " + std::to_string(*set) + ")");
     ASSERT_EQ(Library().Calls(), expected);
   }
@@ -146,6 +147,58 @@ TEST_F(RandomPartners, AreReadSlowedAndAbortedAsTheirListsSay) {
     for (int action = 0; action < kActions; ++action) {
       Act();
       ASSERT_FALSE(HasFailure()) << "fleet " << fleet << ", action " << action;
+    }
+  }
+}
+
+// While one camera compares rates, from its first call to its last, each of these waits for the partner mutex.
+struct ComparedPartners : Fleet {
+  using Call = std::function<void()>;
+
+  std::vector<Call> Calls() {
+    return {[this] { std::ignore = Partners(1).AddBandwidthPartner(&Partners(2)); },
+            [this] { std::ignore = Partners(1).RemoveBandwidthPartner(&Partners(0)); },
+            [this] { Partners(1).AbortPartners(); },
+            [this] {
+              BLogCollector log(L"title");
+              Partners(2).SynchBandwidth(log);
+            }};
+  }
+  // Makes the call on another thread at the n-th access of the comparison; gives how many accesses there were.
+  int CompareAndCall(int at_access, const Call& call) {
+    constexpr std::chrono::milliseconds kFarTooLong{20};
+    std::future<void> other;
+    int accesses = 0;
+    const std::thread::id own_thread = std::this_thread::get_id();
+    Library().OnInteger([&](VmbHandle_t) {
+      if (std::this_thread::get_id() != own_thread || accesses++ != at_access) return;
+      other = std::async(std::launch::async, call);
+      EXPECT_EQ(other.wait_for(kFarTooLong), std::future_status::timeout) << "at access " << at_access;
+    });
+    {
+      BLogCollector log(L"title");
+      Partners(0).SynchBandwidth(log);
+    }
+    if (other.valid()) other.wait();
+    Library().OnInteger(nullptr);
+    return accesses;
+  }
+};
+
+TEST_F(ComparedPartners, KeepEverybodyWaitingFromTheFirstCallToTheLast) {
+  // Two partners, the camera itself, and to slow it down its rate once more and the new one.
+  constexpr int kAccesses = 5;
+  for (int access = 0; access < kAccesses; ++access) {
+    for (std::size_t call = 0; call < Calls().size(); ++call) {
+      Fill(3);
+      for (const auto& camera : cameras) camera->SetOnCamera(50'000'000);
+      cameras[0]->SetOnCamera(90'000'000);
+      for (const std::size_t one : {0U, 1U}) {
+        for (std::size_t other = 0; other < cameras.size(); ++other) {
+          if (one != other) std::ignore = Partners(one).AddBandwidthPartner(&Partners(other));
+        }
+      }
+      EXPECT_EQ(CompareAndCall(access, Calls()[call]), kAccesses) << "call " << call;
     }
   }
 }
