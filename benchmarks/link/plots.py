@@ -1,0 +1,34 @@
+"""plots.py: each camera's rate over the snaps of a case, one panel for each way."""
+import matplotlib
+
+matplotlib.use("Agg")
+# The same file from the same figures.
+matplotlib.rcParams["svg.hashsalt"] = "link"
+import matplotlib.pyplot as plt  # noqa: E402
+
+import rule  # noqa: E402
+
+MEGA = 1e6
+
+
+def draw(case, rounds, ideals, path):
+    """As PATH.svg and PATH.png; both by the way's name."""
+    figure, panels = plt.subplots(len(rounds), 1, figsize=(8, 1.9 * len(rounds)), sharex=True, sharey=True)
+    for panel, (way, results) in zip(panels, rounds.items()):
+        numbers = range(1, len(results) + 1)
+        panel.plot(numbers, [snaps[0].rate / MEGA for snaps in ideals[way]], color="0.75", linewidth=1.5)
+        for camera in range(case.cameras):
+            panel.plot(numbers, [snaps[camera].rate / MEGA for snaps in results], linewidth=0.7)
+        bad = [i for i, snaps in zip(numbers, results) if any(snap.code != rule.SUCCESS for snap in snaps)]
+        panel.plot(bad, [0] * len(bad), "|", color="black", markersize=5, markeredgewidth=0.4)
+        panel.axhline(case.usable / case.cameras / MEGA, color="black", linestyle="--", linewidth=0.7)
+        panel.set_ylim(0, 130)
+        panel.set_ylabel(f"{way}\nMB/s")
+    panels[0].set_title(f"{case.title}: each camera's rate (gray: on an ideal link; dashed: the fair share; "
+                        "strokes: failed snaps)", fontsize=8)
+    panels[-1].set_xlabel("snap")
+    panels[-1].set_xlim(0, len(next(iter(rounds.values()))))
+    figure.tight_layout()
+    for kind in ("svg", "png"):
+        figure.savefig(f"{path}.{kind}", metadata={"Date": None} if kind == "svg" else {}, dpi=110)
+    plt.close(figure)
