@@ -2,10 +2,13 @@
 // A host whose simulated cameras snap on links: prints what became of each snap.
 //   bench_link RIG.json [--real-clock]
 // The rig, of which every member but `simulator` may be missing:
-//   {"simulator": {...}, "profile": {"BYTEPERSECOND": "57000000"}, "linked": true, "in_turn": false, "snaps": 1000,
-//    "timeout_ms": 5000}
-// `simulator` is a configuration of the simulated cameras; each is opened with the keys of `profile`. They snap all
-// together, each on its own thread, or one after the other. A line of the output is one snap of one camera:
+//   {"simulator": {...}, "profile": {"BYTEPERSECOND": "57000000"}, "linked": true, "pace": "together", "joins_after":
+//   0,
+//    "host_rate_bytes_per_s": 0, "snaps": 1000, "timeout_ms": 5000}
+// `simulator` is a configuration of the simulated cameras; each is opened with the keys of `profile`. Each snaps on a
+// thread of its own: all together, one after the other ("in turn"), or each at its own pace ("own"). All but the first
+// join in after so many of its snaps. A rate that is not 0 is set by the host before each snap. A line of the output is
+// one snap of one camera:
 //   snap,camera,code,bytes_per_s,begin_ms,end_ms
 #include <dlfcn.h>
 #include <unistd.h>
@@ -119,18 +122,20 @@ class Meeting {
 class OpenedRig {
  public:
   explicit OpenedRig(const Json& rig)
-      : m_in_turn(rig.value("in_turn", false)),
+      : m_keys(rig.value("profile", Json({}))),
+        m_linked(rig.value("linked", false)),
+        m_pace(rig.value("pace", "together")),
+        m_joins_after(rig.value("joins_after", 0)),
+        m_host_rate_bytes_per_s(rig.value("host_rate_bytes_per_s", 0)),
         m_snaps(rig.value("snaps", 1000)),
         m_timeout_ms(rig.value("timeout_ms", 5000U)) {
     if (VimbaSimConfigure(rig.at("simulator").dump().c_str()) != 0) throw std::runtime_error(VimbaSimLastError());
     VimbaSimRecordCalls(0);
-    for (const Json& camera : rig.at("simulator").at("cameras")) Open(camera.at("id"), rig.value("profile", Json({})));
-    if (!rig.value("linked", false)) return;
-    for (BImagingDevice* one : m_devices) {
-      for (BImagingDevice* other : m_devices) {
-        if (one != other) one->AddBandwidthPartner(other);
-      }
-    }
+    for (const Json& camera : rig.at("simulator").at("cameras")) m_ids.push_back(camera.at("id"));
+    // A place stays where it is while another camera joins.
+    m_devices.reserve(m_ids.size());
+    const std::size_t at_once = m_joins_after > 0 ? 1 : m_ids.size();
+    for (std::size_t camera = 0; camera < at_once; ++camera) Join();
   }
   ~OpenedRig() {
     for (BImagingDevice* device : m_devices) m_module.release(&device);
@@ -138,44 +143,40 @@ class OpenedRig {
   OpenedRig(const OpenedRig&) = delete;
   OpenedRig& operator=(const OpenedRig&) = delete;
 
-  // Of each camera.
+  // Of each camera; those that join have no snaps before.
   std::vector<std::vector<Snap>> TakeAll() {
-    const int count = static_cast<int>(m_devices.size());
-    Meeting meeting(count);
-    std::vector<std::vector<Snap>> snaps(m_devices.size());
+    std::vector<std::vector<Snap>> snaps(m_ids.size());
+    Meeting meeting(static_cast<int>(m_ids.size()));
     std::vector<std::thread> hosts;
-    for (int camera = 0; camera < count; ++camera) {
-      hosts.emplace_back([&, camera] {
-        for (int snap = 0; snap < m_snaps; ++snap) {
-          meeting.Meet();
-          if (m_in_turn) meeting.AwaitTurn(camera);
-          const auto place = static_cast<std::size_t>(camera);
-          snaps[place].push_back(TakeOne(*m_devices[place]));
-          if (m_in_turn) meeting.EndTurn();
-        }
-      });
+    for (std::size_t camera = 0; camera < m_ids.size(); ++camera) {
+      hosts.emplace_back([&, camera] { Take(camera, meeting, snaps[camera]); });
     }
     for (std::thread& host : hosts) host.join();
     return snaps;
   }
+  int FirstSnapOf(std::size_t camera) const { return camera == 0 ? 1 : m_joins_after + 1; }
 
  private:
-  void Open(const std::string& id, const Json& keys) {
-    const std::filesystem::path file =
-        std::filesystem::temp_directory_path() / ("bench_link_" + std::to_string(getpid()) + ".ini");
-    std::ofstream text(file);
-    text << "API=Vimba\nCamera_Identifier=" << id << "\n";
-    for (const auto& [key, value] : keys.items()) text << key << "=" << value.get<std::string>() << "\n";
-    text.close();
-    BImagingDevice* const device = m_module.create(new BCamProfile(WString(file.wstring())));
-    std::filesystem::remove(file);
-    if (!device) throw std::runtime_error(id + " does not open");
-    m_devices.push_back(device);
+  void Take(std::size_t camera, Meeting& meeting, std::vector<Snap>& snaps) {
+    const bool in_turn = m_pace == "in turn";
+    for (int number = 1; number <= m_snaps; ++number) {
+      // The first goes on until it has to wait for them.
+      if (camera == 1 && m_joins_after > 0 && number == FirstSnapOf(camera)) {
+        while (m_devices.size() < m_ids.size()) Join();
+      }
+      if (m_pace != "own") meeting.Meet();
+      if (in_turn) meeting.AwaitTurn(static_cast<int>(camera));
+      if (number >= FirstSnapOf(camera)) snaps.push_back(TakeOne(*m_devices[camera]));
+      if (in_turn) meeting.EndTurn();
+    }
   }
   // The rate is that of the frame: after the start, which brings it down to the partners'.
   Snap TakeOne(BImagingDevice& device) const {
     Snap snap;
     snap.begin = Clock::now();
+    if (m_host_rate_bytes_per_s != 0 && !device.SetBandwidth(m_host_rate_bytes_per_s)) {
+      throw std::runtime_error("a camera does not take the host's rate");
+    }
     device.StartSnap(true);
     snap.rate_bytes_per_s = device.GetBandwidth();
     snap.code = device.Snap(nullptr, m_timeout_ms).ErrorCode();
@@ -183,12 +184,39 @@ class OpenedRig {
     snap.end = Clock::now();
     return snap;
   }
+  // Opens the next camera.
+  void Join() {
+    BImagingDevice* const device = Open(m_ids[m_devices.size()]);
+    for (BImagingDevice* other : m_devices) {
+      if (!m_linked) break;
+      device->AddBandwidthPartner(other);
+      other->AddBandwidthPartner(device);
+    }
+    m_devices.push_back(device);
+  }
+  BImagingDevice* Open(const std::string& id) {
+    const std::filesystem::path file =
+        std::filesystem::temp_directory_path() / ("bench_link_" + std::to_string(getpid()) + ".ini");
+    std::ofstream text(file);
+    text << "API=Vimba\nCamera_Identifier=" << id << "\n";
+    for (const auto& [key, value] : m_keys.items()) text << key << "=" << value.get<std::string>() << "\n";
+    text.close();
+    BImagingDevice* const device = m_module.create(new BCamProfile(WString(file.wstring())));
+    std::filesystem::remove(file);
+    if (!device) throw std::runtime_error(id + " does not open");
+    return device;
+  }
 
-  const bool m_in_turn;
+  const Json m_keys;
+  const bool m_linked;
+  const std::string m_pace;
+  const int m_joins_after;
+  const std::int32_t m_host_rate_bytes_per_s;
   const int m_snaps;
   const std::uint32_t m_timeout_ms;
   Silence m_silence;
   Module m_module;
+  std::vector<std::string> m_ids;
   std::vector<BImagingDevice*> m_devices;
 };
 
@@ -204,8 +232,9 @@ void Run(const std::string& file) {
   for (std::size_t camera = 0; camera < all.size(); ++camera) {
     for (std::size_t i = 0; i < all[camera].size(); ++i) {
       const Snap& snap = all[camera][i];
-      std::cout << i + 1 << "," << camera + 1 << "," << snap.code << "," << snap.rate_bytes_per_s << ","
-                << MsSince(start, snap.begin) << "," << MsSince(start, snap.end) << "\n";
+      std::cout << static_cast<std::size_t>(rig.FirstSnapOf(camera)) + i << "," << camera + 1 << "," << snap.code << ","
+                << snap.rate_bytes_per_s << "," << MsSince(start, snap.begin) << "," << MsSince(start, snap.end)
+                << "\n";
     }
   }
 }

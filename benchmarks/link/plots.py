@@ -9,6 +9,7 @@ import matplotlib.pyplot as plt  # noqa: E402
 import rule  # noqa: E402
 
 MEGA = 1e6
+LOWEST, HIGHEST = 20, 130
 
 
 def draw(case, rounds, ideals, path):
@@ -16,16 +17,19 @@ def draw(case, rounds, ideals, path):
     figure, panels = plt.subplots(len(rounds), 1, figsize=(8, 1.9 * len(rounds)), sharex=True, sharey=True)
     for panel, (way, results) in zip(panels, rounds.items()):
         numbers = range(1, len(results) + 1)
-        panel.plot(numbers, [snaps[0].rate / MEGA for snaps in ideals[way]], color="0.75", linewidth=1.5)
         for camera in range(case.cameras):
-            panel.plot(numbers, [snaps[camera].rate / MEGA for snaps in results], linewidth=0.7)
-        bad = [i for i, snaps in zip(numbers, results) if any(snap.code != rule.SUCCESS for snap in snaps)]
-        panel.plot(bad, [0] * len(bad), "|", color="black", markersize=5, markeredgewidth=0.4)
-        panel.axhline(case.usable / case.cameras / MEGA, color="black", linestyle="--", linewidth=0.7)
-        panel.set_ylim(0, 130)
-        panel.set_ylabel(f"{way}\nMB/s")
-    panels[0].set_title(f"{case.title}: each camera's rate (gray: on an ideal link; dashed: the fair share; "
-                        "strokes: failed snaps)", fontsize=8)
+            panel.plot(numbers, [snaps[camera].rate / MEGA if snaps[camera] else float("nan") for snaps in results],
+                       linewidth=0.7)
+        if ideals[way]:
+            panel.plot(numbers, [snaps[0].rate / MEGA for snaps in ideals[way]], color="black", linewidth=0.5,
+                       linestyle=":")
+        bad = [i for i, snaps in zip(numbers, results) if any(snap.code != rule.SUCCESS for snap in snaps if snap)]
+        panel.plot(bad, [LOWEST + 2] * len(bad), "|", color="black", markersize=4, markeredgewidth=0.3)
+        panel.axhline(case.usable / case.cameras / MEGA, color="black", linestyle="--", linewidth=0.6)
+        panel.set_ylim(LOWEST, HIGHEST)
+        panel.set_ylabel(f"{way}\n10⁶ bytes/s")
+    panels[0].set_title(f"{case.title}\neach camera's rate; dotted: on an ideal link; dashed: the fair share; strokes: "
+                        "failed snaps", fontsize=8)
     panels[-1].set_xlabel("snap")
     panels[-1].set_xlim(0, len(next(iter(rounds.values()))))
     figure.tight_layout()

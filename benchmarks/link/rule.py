@@ -4,12 +4,14 @@ Nothing here is the module's code: the rule is written down a second time, from 
 
 An ideal link carries everything up to its capacity and has no queue. While the cameras that send are faster together, each of
 them loses packets, and a frame that has lost a packet is a failed snap. All begin at the same moment, or each when the one
-before has ended. A snap takes the exposure, then the time in which the frame is sent, and ends at the next of the moments at
-which a waiting snap looks for its frame.
+before has ended. A snap takes the exposure, then the time in which the frame is sent, for a lost frame also the time-out of
+the library, and ends at the next of the moments at which a waiting snap looks for its frame. Of partners that lose their
+frames at the same moment one reports its loss, and that aborts the others.
 """
 import dataclasses
 import fractions
 import math
+import random
 
 STEP = 100_000
 FLOOR = 45_000_000
@@ -96,26 +98,55 @@ class IdealLink:
         return most
 
 
-def run(rates, link, snaps, frame_bytes, exposure_ms, linked, in_turn):
-    """The snaps of each round, a list with one of each camera."""
-    rounds, now = [], 0.0
-    for _ in range(snaps):
-        if linked:
-            lowest = min(rate.now for rate in rates)
+@dataclasses.dataclass
+class IdealRig:
+    """Cameras of one size of frames that snap together or in turn, and what the link adds to the time of a snap."""
+
+    link: IdealLink
+    rates: list
+    frame_bytes: int
+    exposure_ms: float
+    timeout_ms: float
+    linked: bool = False
+    in_turn: bool = False
+    joins_after: int = 0
+    host_rate: int = 0
+    # Probability that the last camera loses a frame by itself.
+    loss: float = 0.0
+    seed: int = 1
+
+    def run(self, count):
+        """The snaps of each round, a list with one of each camera; None of one that has not joined yet."""
+        chance, now, rounds = random.Random(self.seed), 0.0, []
+        for number in range(1, count + 1):
+            present = self.rates[:1] if number <= self.joins_after else self.rates
+            if self.in_turn:
+                snaps = []
+                for rate in present:
+                    snaps += self.together([rate], present, snaps[-1].end_ms if snaps else now, chance)
+            else:
+                snaps = self.together(present, present, now, chance)
+            now = snaps[-1].end_ms if self.in_turn else max(snap.end_ms for snap in snaps)
+            rounds.append(snaps + [None] * (len(self.rates) - len(snaps)))
+        return rounds
+
+    def together(self, rates, partners, begin, chance):
+        for rate in rates:
+            rate.now = self.host_rate or rate.now
+        if self.linked:
+            lowest = min(rate.now for rate in partners)
             for rate in rates:
                 rate.now = min(rate.now, lowest)
-        results = []
-        for place, rate in enumerate(rates):
-            together = [rate] if in_turn else rates
-            begin = now if not in_turn or place == 0 else results[-1].end_ms
-            send = begin + exposure_ms
-            sent = send + 1000.0 * frame_bytes / rate.now
-            others = link.background_between(send - exposure_ms, sent - exposure_ms)
-            good = sum(one.now for one in together) + others <= link.capacity
-            end = begin + math.ceil((sent - begin) / POLL_MS) * POLL_MS
-            results.append(Snap(SUCCESS if good else INCOMPLETE, rate.now, begin, end))
-        for rate, snap in zip(rates, results):
+        snaps = []
+        for rate in rates:
+            sent = begin + self.exposure_ms + 1000.0 * self.frame_bytes / rate.now
+            others = self.link.background_between(begin, sent - self.exposure_ms)
+            overloaded = sum(one.now for one in rates) + others > self.link.capacity
+            good = not overloaded and not (rate is self.rates[-1] and chance.random() < self.loss)
+            aborted = overloaded and self.linked and snaps
+            arrived = sent if good else sent + self.timeout_ms
+            code = SUCCESS if good else ABORTED if aborted else INCOMPLETE
+            snaps.append(Snap(code, rate.now, begin, begin + math.ceil((arrived - begin) / POLL_MS) * POLL_MS))
+        for rate, snap in zip(rates, snaps):
             rate.after(snap.code == SUCCESS)
-        now = max(snap.end_ms for snap in results)
-        rounds.append(results)
-    return rounds
+        return snaps

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """study.py: several cameras on one link: how many snaps fail while the module looks for the rate, and at which rate it ends.
 
-    study.py PROGRAM [--out FOLDER] [--only NAME...] [--snaps N] [--seed S] [--jobs J] [--real-clock]
+    study.py PROGRAM [--out FOLDER] [--only NAME...] [--snaps N] [--seed S] [--buffer BYTES] [--jobs J]
+             [--real-clock]
 
 PROGRAM is bench_link. Each case runs in each of three ways, a process of its own: the rate fixed at the highest, each camera
 on its own, and the cameras as bandwidth partners. Beside each figure is, in brackets, what the rule comes to on an ideal link
@@ -31,13 +32,13 @@ HEADS = {"first_good": "first good", "failed_1_50": "failed 1-50", "failed_1_200
 
 def simulated(case, way, options):
     """Its snaps, as rounds of one snap of each camera."""
-    file = options.out / "link" / f"{case.name}-{way}"
-    file.with_suffix(".json").write_text(json.dumps(case.rig(way, options.seed, options.snaps)))
-    command = [options.program, file.with_suffix(".json")] + (["--real-clock"] if options.real_clock else [])
-    with open(file.with_suffix(".csv"), "w") as output:
+    rig, snaps = (options.out / "link" / f"{case.name}-{way}.{ending}" for ending in ("json", "csv"))
+    rig.write_text(json.dumps(case.rig(way, options.seed, options.snaps, options.buffer)))
+    command = [options.program, rig] + (["--real-clock"] if options.real_clock else [])
+    with open(snaps, "w") as output:
         subprocess.run(command, stdout=output, check=True)
     rounds = [[None] * case.cameras for _ in range(options.snaps)]
-    with open(file.with_suffix(".csv")) as lines:
+    with open(snaps) as lines:
         for line in csv.DictReader(lines):
             rounds[int(line["snap"]) - 1][int(line["camera"]) - 1] = rule.Snap(
                 int(line["code"]), int(line["bytes_per_s"]), float(line["begin_ms"]), float(line["end_ms"]))
@@ -45,21 +46,27 @@ def simulated(case, way, options):
 
 
 def ideal(case, way, options):
+    """None where the arithmetic does not say it: whose snaps overlap is a matter of time."""
+    if case.pace == "own":
+        return None
     keys = {key: int(value) for key, value in case.keys(way).items()}
     rates = [rule.Rate(cases.CAMERA_MIN, cases.CAMERA_MAX, keys.get("MIN_BYTEPERSECOND"), keys.get("BYTEPERSECOND"))
              for _ in range(case.cameras)]
-    link = rule.IdealLink(case.usable, list(case.background))
-    return rule.run(rates, link, options.snaps, cases.FRAME_BYTES, cases.EXPOSURE_MS, way == "linked", case.in_turn)
+    packets = -(-cases.FRAME_BYTES // cases.PACKET_BYTES)
+    return rule.IdealRig(
+        rule.IdealLink(case.usable, list(case.background)), rates, cases.FRAME_BYTES, case.exposure_ms(0),
+        cases.FRAME_TIMEOUT_MS, way == "linked", case.pace == "in turn", case.joins_after, case.host_rate,
+        1.0 - (1.0 - case.loss) ** packets, options.seed).run(options.snaps)
 
 
 def failed(rounds, first, last):
-    snaps = [snap for results in rounds[first - 1:last] for snap in results]
+    snaps = [snap for results in rounds[first - 1:last] for snap in results if snap]
     return sum(snap.code != rule.SUCCESS for snap in snaps) / len(snaps) if snaps else float("nan")
 
 
 def figures(case, way, rounds):
-    good = (i + 1 for i, results in enumerate(rounds) if all(snap.code == rule.SUCCESS for snap in results))
-    snaps = [snap for results in rounds for snap in results]
+    good = (i + 1 for i, results in enumerate(rounds) if all(snap.code == rule.SUCCESS for snap in results if snap))
+    snaps = [snap for results in rounds for snap in results if snap]
     mean = sum(snap.rate for snap in snaps) / len(snaps)
     return {
         "case": case.name, "way": way, "cameras": case.cameras, "capacity": case.usable,
@@ -68,9 +75,13 @@ def figures(case, way, rounds):
         "failed_1_200": f"{failed(rounds, 1, 200):.3f}",
         "failed_201_1000": f"{failed(rounds, 201, 1000):.3f}",
         "mean_rate_over_share": f"{mean * case.cameras / case.usable:.3f}",
-        "ms_per_snap": f"{max(snap.end_ms for snap in rounds[-1]) / len(rounds):.1f}",
+        "ms_per_snap": f"{ended_ms(rounds) / len(rounds):.1f}",
         "aborts": sum(snap.code == rule.ABORTED for snap in snaps),
     }
+
+
+def ended_ms(rounds):
+    return max(snap.end_ms for snap in rounds[-1] if snap)
 
 
 def write(file, rows):
@@ -83,10 +94,15 @@ def write(file, rows):
 def print_table(rows, ideal_rows):
     print("| case | way | " + " | ".join(HEADS[figure] for figure in FIGURES) + " |")
     print("|---|---|" + "---:|" * len(FIGURES))
-    for row, beside in zip(rows, ideal_rows):
-        cells = [f"{row[figure] if row[figure] != '' else 'none'} ({beside[figure] if beside[figure] != '' else 'none'})"
-                 for figure in FIGURES]
+    for row in rows:
+        beside = ideal_rows.get((row["case"], row["way"]))
+        cells = [cell(row[figure], beside[figure] if beside else None) for figure in FIGURES]
         print(f"| {row['case']} | {row['way']} | " + " | ".join(cells) + " |")
+
+
+def cell(figure, beside):
+    shown = figure if figure != "" else "none"
+    return f"{shown}" if beside is None else f"{shown} ({beside if beside != '' else 'none'})"
 
 
 def main():
@@ -96,6 +112,7 @@ def main():
     parser.add_argument("--only", nargs="+", choices=[case.name for case in cases.CASES])
     parser.add_argument("--snaps", type=int, default=1000)
     parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--buffer", type=int, default=cases.SWITCH_BUFFER_BYTES, help="bytes that the switch holds")
     parser.add_argument("--jobs", type=int, default=os.cpu_count())
     parser.add_argument("--real-clock", action="store_true")
     options = parser.parse_args()
@@ -111,14 +128,14 @@ def main():
     took_s = time.monotonic() - began
     ideals = {run: ideal(*run, options) for run in runs}
     rows = [figures(*run, rounds[run]) for run in runs]
-    ideal_rows = [figures(*run, ideals[run]) for run in runs]
+    ideal_rows = [figures(*run, ideals[run]) for run in runs if ideals[run]]
     write(options.out / "link.csv", rows)
     write(options.out / "link-ideal.csv", ideal_rows)
     for case in chosen:
         plots.draw(case, {way: rounds[case, way] for way in cases.WAYS}, {way: ideals[case, way] for way in cases.WAYS},
                    options.out / f"link-{case.name}")
-    print_table(rows, ideal_rows)
-    virtual_s = sum(max(snap.end_ms for snap in rounds[run][-1]) for run in runs) / 1000
+    print_table(rows, {(row["case"], row["way"]): row for row in ideal_rows})
+    virtual_s = sum(ended_ms(rounds[run]) for run in runs) / 1000
     clock = "the machine's" if options.real_clock else "virtual"
     print(f"\nsimulated: {virtual_s:.0f} s in {took_s:.0f} s, clock: {clock}, seed {options.seed}, {options.snaps} snaps, "
           f"{options.jobs} processes at a time", file=sys.stderr)
