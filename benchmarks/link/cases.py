@@ -94,6 +94,8 @@ CASES = (
     Case("two-57m", "two cameras, gigabit, BYTEPERSECOND=57000000", 2, highest=57_000_000),
     Case("two-background", "two cameras, gigabit, other traffic comes and goes", 2, background=COMES_AND_GOES),
     Case("two-receiver", "two cameras, gigabit, a receiver of 90,000,000 bytes/s", 2, receiver=90_000_000),
+    Case("two-receiver-45m", "two cameras, a receiver of 90,000,000 bytes/s, BYTEPERSECOND=45000000", 2,
+         highest=45_000_000, receiver=90_000_000),
     Case("two-in-turn", "two cameras, gigabit, triggered in turn", 2, pace="in turn"),
     Case("two-resends", "two cameras, gigabit, lost packets are sent again", 2, resends=True),
     Case("two-own-pace", "two cameras, gigabit, each at its own pace", 2, pace="own", exposures_ms=(5, 12)),

@@ -24,8 +24,11 @@ import rule
 
 COLUMNS = ("case,way,cameras,capacity,first_good,failed_1_50,failed_1_200,failed_201_1000,mean_rate_over_share,ms_per_snap,"
            "aborts").split(",")
-FIGURES = COLUMNS[4:]
-HEADS = {"first_good": "first good", "failed_1_50": "failed 1-50", "failed_1_200": "failed 1-200",
+# The table has one more than the file.
+LAST = "last_failed"
+FIGURES = [COLUMNS[4], LAST, *COLUMNS[5:]]
+HEADS = {LAST: "last failed",
+         "first_good": "first good", "failed_1_50": "failed 1-50", "failed_1_200": "failed 1-200",
          "failed_201_1000": "failed 201-1000", "mean_rate_over_share": "rate/share", "ms_per_snap": "ms/snap",
          "aborts": "aborts"}
 
@@ -65,12 +68,14 @@ def failed(rounds, first, last):
 
 
 def figures(case, way, rounds):
-    good = (i + 1 for i, results in enumerate(rounds) if all(snap.code == rule.SUCCESS for snap in results if snap))
+    good = [i + 1 for i, results in enumerate(rounds) if all(snap.code == rule.SUCCESS for snap in results if snap)]
+    bad = sorted({*range(1, len(rounds) + 1)} - {*good})
     snaps = [snap for results in rounds for snap in results if snap]
     mean = sum(snap.rate for snap in snaps) / len(snaps)
     return {
         "case": case.name, "way": way, "cameras": case.cameras, "capacity": case.usable,
-        "first_good": next(good, ""),
+        "first_good": good[0] if good else "",
+        LAST: bad[-1] if bad else "",
         "failed_1_50": f"{failed(rounds, 1, 50):.3f}",
         "failed_1_200": f"{failed(rounds, 1, 200):.3f}",
         "failed_201_1000": f"{failed(rounds, 201, 1000):.3f}",
@@ -86,7 +91,7 @@ def ended_ms(rounds):
 
 def write(file, rows):
     with open(file, "w", newline="") as output:
-        writer = csv.DictWriter(output, COLUMNS, lineterminator="\n")
+        writer = csv.DictWriter(output, COLUMNS, extrasaction="ignore", lineterminator="\n")
         writer.writeheader()
         writer.writerows(rows)
 
