@@ -17,7 +17,7 @@ constexpr char kLinks[] = "links";
 constexpr char kName[] = "name";
 
 constexpr double kMaxBytes = 1e12;
-constexpr std::int64_t kMinMtu_bytes = 576;
+constexpr std::int64_t kMinMtuBytes = 576;
 constexpr Milliseconds kLongest = std::chrono::seconds(1000);
 // Shorter ones would make much work of a long time without frames.
 constexpr Milliseconds kShortestRound{1.0};
@@ -42,7 +42,7 @@ LinkSettings ReadLink(JsonMembers& members) {
   members.Text(kName, link.name);
   ReadBottleneck(members, link.network);
   members.Object("receiver", [&](JsonMembers& receiver) { ReadBottleneck(receiver, link.receiver); });
-  members.Integer("mtu", link.mtu_bytes, kMinMtu_bytes, kMaxPacketBytes);
+  members.Integer("mtu", link.mtu_bytes, kMinMtuBytes, kMaxPacketBytes);
   members.Objects("background", [&](JsonMembers& traffic) {
     BackgroundTraffic& one = link.background.emplace_back();
     traffic.Number("rate_bytes_per_s", one.rate_bytes_per_s, 0.0, kMaxBytes);

@@ -21,6 +21,7 @@ void Acquisition::Close() {
     const BMutexLock lock(m_mutex);
     m_closing = true;
     m_running = false;
+    AbandonTransfer();
     m_changed.NotifyAll();
   }
   if (m_thread.joinable()) m_thread.join();
@@ -64,6 +65,7 @@ void Acquisition::Abort() {
   Stop();
   const BMutexLock lock(m_mutex);
   ++m_aborts;
+  AbandonTransfer();
   m_changed.NotifyAll();
 }
 
@@ -189,22 +191,26 @@ void Acquisition::Expose(BMutexLock& lock, const Exposure& exposure) {
   }
 }
 
-// False when the frame was dropped on the way.
 bool Acquisition::Send(BMutexLock& lock, const Link::Transfer& transfer, Arrival& frame) {
   const CaptureSettings& settings = frame.exposure.settings;
-  std::optional<Link::Id> id;
-  if (!settings.instant) id = m_parts.link.Begin(transfer);
-  bool arrives = WaitUntil(lock, transfer.start, frame.exposure);
-  if (arrives && !settings.instant) {
+  if (!settings.instant) m_transfer = m_parts.link.Begin(transfer);
+  if (!WaitUntil(lock, transfer.start, frame.exposure)) return false;
+  if (!settings.instant) {
     const BMutexUnlock unlocked(m_mutex, lock);
     // Rendering takes place while the frame is sent, so that it costs no time of its own.
     if (frame.content.scene && m_frames.HasQueued()) frame.content.Render(settings);
   }
-  arrives = arrives && WaitUntil(lock, transfer.end, frame.exposure);
-  if (id && !arrives) m_parts.link.Abandon(*id, Clock::now());
-  if (!arrives) return false;
-  LosePackets(transfer, id ? m_parts.link.Judge(*id) : std::vector<Link::Loss>{}, frame);
+  if (!WaitUntil(lock, transfer.end, frame.exposure)) return false;
+  std::vector<Link::Loss> losses;
+  if (m_transfer) losses = m_parts.link.Judge(*m_transfer);
+  m_transfer.reset();
+  LosePackets(transfer, losses, frame);
   return WaitUntil(lock, transfer.end + frame.exposure.faults.delay, frame.exposure);
+}
+
+void Acquisition::AbandonTransfer() {
+  if (m_transfer) m_parts.link.Abandon(*m_transfer, Clock::now());
+  m_transfer.reset();
 }
 
 void Acquisition::LosePackets(const Link::Transfer& transfer, const std::vector<Link::Loss>& losses, Arrival& frame) {
@@ -216,7 +222,7 @@ void Acquisition::LosePackets(const Link::Transfer& transfer, const std::vector<
   lost = PacketsLostBy(losses, packets, m_random);
   LoseAtRandom(lost, m_parts.packet_loss, packets, m_random);
   if (settings.instant) return;
-  const bool too_large = settings.packet_bytes + kPacketHeaderBytes > static_cast<std::size_t>(link.mtu_bytes);
+  const bool too_large = static_cast<std::int64_t>(settings.packet_bytes) + kPacketHeaderBytes > link.mtu_bytes;
   if (too_large) lost.assign(static_cast<std::size_t>(std::ceil(packets)), true);
   if (lost.empty()) return;
   frame.due = transfer.end + ClockDuration(link.frame_timeout);

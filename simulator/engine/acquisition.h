@@ -105,7 +105,10 @@ class Acquisition {
   bool NextStart(BMutexLock& lock, Clock::time_point& start) KEL_REQUIRES(m_mutex);
   Exposure BeginExposure(Clock::time_point start) KEL_REQUIRES(m_mutex);
   void Expose(BMutexLock& lock, const Exposure& exposure) KEL_REQUIRES(m_mutex);
+  // Returns false when the frame was dropped on the way.
   bool Send(BMutexLock& lock, const Link::Transfer& transfer, Arrival& frame) KEL_REQUIRES(m_mutex);
+  // Takes the frame that is being sent off the link.
+  void AbandonTransfer() KEL_REQUIRES(m_mutex);
   void LosePackets(const Link::Transfer& transfer, const std::vector<Link::Loss>& losses, Arrival& frame);
   // Waits for a change, but no longer than until that moment, or hands over what has arrived.
   void Await(BMutexLock& lock, Clock::time_point moment) KEL_REQUIRES(m_mutex);
@@ -146,6 +149,8 @@ class Acquisition {
   Clock::time_point m_ready KEL_GUARDED_BY(m_mutex);
   Clock::time_point m_last_start KEL_GUARDED_BY(m_mutex);
   Clock::time_point m_last_arrival KEL_GUARDED_BY(m_mutex);
+  // Of the frame that is being exposed or sent.
+  std::optional<Link::Id> m_transfer KEL_GUARDED_BY(m_mutex);
   // In the order in which they were sent. One that waits for its time-out holds up those behind it.
   std::deque<Arrival> m_arriving KEL_GUARDED_BY(m_mutex);
   // The memory of the last rendered picture, for the next one.

@@ -23,11 +23,11 @@ struct Bottleneck {
   // The next four hold until the queue turns.
   double BacklogAfter(Seconds time, double backlog_bytes, double inflow_bytes_per_s) const {
     // Rounding leaves less than this of a queue that has turned.
-    constexpr double kNothing_bytes = 1e-6;
+    constexpr double kRoundingBytes = 1e-6;
     if (UntilTurn(backlog_bytes, inflow_bytes_per_s) == kNever) return backlog_bytes;
     const double bytes = backlog_bytes + (inflow_bytes_per_s - capacity_bytes_per_s) * time.count();
-    if (bytes < kNothing_bytes) return 0.0;
-    return bytes > buffer_bytes - kNothing_bytes ? buffer_bytes : bytes;
+    if (bytes < kRoundingBytes) return 0.0;
+    return bytes > buffer_bytes - kRoundingBytes ? buffer_bytes : bytes;
   }
   // The part of the inflow for which a full queue has no room, 0 to 1.
   double LostShare(double backlog_bytes, double inflow_bytes_per_s) const {

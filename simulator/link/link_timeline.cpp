@@ -55,7 +55,9 @@ void LinkTimeline::ForEachStretch(Seconds from, Seconds end, Body body) const {
   auto stretch = after == m_stretches.begin() ? after : std::prev(after);
   for (; stretch != m_stretches.end() && stretch->start < end; ++stretch) {
     const Seconds next = std::next(stretch) == m_stretches.end() ? m_now : std::next(stretch)->start;
-    if (!body(std::max(from, stretch->start), std::min(end, next), *stretch)) return;
+    const Seconds begin = std::max(from, stretch->start);
+    const Seconds stop = std::min(end, next);
+    if (begin < stop && !body(begin, stop, *stretch)) return;
   }
 }
 

@@ -45,7 +45,7 @@ class LinkTimeline {
   std::vector<Loss> Judge(Id transfer);
 
   // When so many bytes, sent from that moment on and no faster than this, have found free capacity; kNever: not by the
-  // end. It looks back as far as the link's time-out.
+  // end. The end is no later than the link's time-out after the beginning.
   Seconds Through(double bytes, double bytes_per_s, Seconds from, Seconds end);
 
   // How many transfers and stretches of time it remembers.

@@ -9,7 +9,7 @@ namespace Simulator {
 namespace {
 
 // Rounding, of times above all, makes up less of a packet than this.
-constexpr double kNothing_packets = 1e-3;
+constexpr double kRoundingPackets = 1e-3;
 
 std::size_t WholePackets(double frame_packets) { return static_cast<std::size_t>(std::ceil(frame_packets)); }
 
@@ -38,7 +38,7 @@ LostPackets PacketsLostBy(const std::vector<LinkTimeline::Loss>& losses, double 
   double owed = 0.0;
   for (const auto& [begin, end, share] : losses) {
     owed += share * (end - begin) * frame_packets;
-    const double wanted = std::ceil(owed - kNothing_packets);
+    const double wanted = std::ceil(owed - kRoundingPackets);
     if (wanted < 1.0) continue;
     lost.resize(WholePackets(frame_packets));
     const auto first = static_cast<std::size_t>(std::max(0.0, std::floor(begin * frame_packets)));

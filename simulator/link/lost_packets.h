@@ -19,8 +19,7 @@ using LostPackets = std::vector<bool>;
 // While a queue is full, the switch drops what comes at a moment without room. The packets of several cameras
 // interleave there, so that the lost ones spread over the whole time in which the queue is full. Which they are is
 // random. How many they are is not: as many as it takes to hold the lost bytes.
-LostPackets PacketsLostBy(const std::vector<LinkTimeline::Loss>& losses, double frame_packets,
-                          std::mt19937_64& random);
+LostPackets PacketsLostBy(const std::vector<LinkTimeline::Loss>& losses, double frame_packets, std::mt19937_64& random);
 
 // Each packet gets lost with this probability, too.
 void LoseAtRandom(LostPackets& lost, double probability, double frame_packets, std::mt19937_64& random);
