@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <functional>
@@ -203,10 +204,11 @@ TEST_F(ComparedPartners, KeepEverybodyWaitingFromTheFirstCallToTheLast) {
   }
 }
 
+// Which comparison of rates the thread is in; 0: in none.
+thread_local int synch_of_thread = 0;
+
 // Threads that do what a device does, to any camera.
 struct PressedPartners : Fleet {
-  // Which comparison of rates the thread is in; 0: in none.
-  static thread_local int synch_of_thread;
   struct Access {
     int synch;
     VmbHandle_t camera;
@@ -269,6 +271,7 @@ struct PressedPartners : Fleet {
   void Press(int threads, int actions) {
     constexpr std::chrono::minutes kPatience{2};
     std::vector<std::future<void>> hosts;
+    hosts.reserve(static_cast<std::size_t>(threads));
     for (int i = 0; i < threads; ++i) {
       hosts.push_back(std::async(std::launch::async, [this, actions, own = random.Seed()] {
         Random chance(own);
@@ -300,8 +303,6 @@ struct PressedPartners : Fleet {
     return comparisons;
   }
 };
-
-thread_local int PressedPartners::synch_of_thread = 0;
 
 TEST_F(PressedPartners, CompareTheirRatesOneAfterTheOtherWithoutADeadlock) {
   constexpr int kRounds = 5;

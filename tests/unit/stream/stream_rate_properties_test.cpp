@@ -62,7 +62,7 @@ struct RandomRates : RandomCases {
     constexpr int kHighestKey = 2'000'000'000;
     Rig rig;
     rig.camera_min = random.Between(1'000, 2 * kFloor);
-    rig.camera_max = random.BetweenWide(rig.camera_min, random.OneIn(2) ? 3 * kFloor : kFastLink);
+    rig.camera_max = random.BetweenWide(rig.camera_min, random.OneIn(2) ? std::int64_t{3} * kFloor : kFastLink);
     if (rig.camera_min <= kFloor && random.OneIn(8)) rig.camera_max = kFloor + random.Below(2);
     if (random.OneIn(3)) rig.profile_min = random.Between(-1'000, random.OneIn(2) ? 2 * kFloor : kHighestKey);
     if (random.OneIn(3)) rig.profile_max = random.Between(-1'000, random.OneIn(2) ? 3 * kFloor : kHighestKey);
