@@ -57,6 +57,7 @@ class Module {
     if (!m_library) throw std::runtime_error(dlerror());
     create = reinterpret_cast<CreateImagingDeviceFunction*>(dlsym(m_library, "CreateImagingDevice"));
     release = reinterpret_cast<ReleaseImagingDeviceFunction*>(dlsym(m_library, "ReleaseImagingDevice"));
+    if (!create || !release) throw std::runtime_error("the module does not export what a host needs");
   }
   ~Module() { dlclose(m_library); }
   Module(const Module&) = delete;
