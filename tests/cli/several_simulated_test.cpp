@@ -75,11 +75,12 @@ TEST_F(SeveralSimulated, TheOrderIsThatOfTheCommandLine) {
 TEST_F(SeveralSimulated, OneCameraUnderTwoNamesIsWrongUsage) {
   SimulateWith();
   const std::string profile = Profile("mono");
-  const std::string same = " name the same camera, " + std::string(kMonoId) + "\n(see kelcam --help)\n";
+  const std::string begin = "kelcam: --profile " + profile + " and --camera ";
+  const std::string same = std::string(" name the same camera, ") + kMonoId + "\n(see kelcam --help)\n";
 
   for (const char* word : {"1", "50-0536953957", "169.254.76.101", kMonoId, kMono}) {
     const ProcessResult result = Kelcam({"live", "--profile", profile, "--camera", word});
-    EXPECT_EQ(result.err, "kelcam: --profile " + profile + " and --camera " + word + same);
+    EXPECT_EQ(result.err, std::string(begin).append(word).append(same));
     EXPECT_EQ(result.exit_code, kWrongUsage);
   }
 }
@@ -92,7 +93,9 @@ TEST_F(SeveralSimulated, OneCameraInTwoProfilesIsWrongUsage) {
 
   for (const auto& [first, second] : {std::pair(serial, id), std::pair(id, address), std::pair(address, serial)}) {
     const ProcessResult result = Kelcam({"info", "--profile", first, "--profile", second});
-    EXPECT_THAT(result.err, HasSubstr("--profile " + first + " and --profile " + second + " name the same camera"));
+    std::string same = "--profile ";
+    same.append(first).append(" and --profile ").append(second).append(" name the same camera, ").append(kMonoId);
+    EXPECT_THAT(result.err, HasSubstr(same));
     EXPECT_EQ(result.exit_code, kWrongUsage);
   }
 }
