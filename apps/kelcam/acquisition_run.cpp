@@ -48,14 +48,14 @@ AcquisitionRun::AcquisitionRun(const CameraSession& camera, bool one_shot, Trigg
       m_one_shot(one_shot),
       m_choice(choice),
       m_fire(!one_shot && choice == TriggerChoice::kSoftware),
-      m_first_message(camera.Log().Count()),
+      m_first_message(camera.Messages().Count()),
       m_messages_of_step(m_first_message) {
   m_start_fault = FaultIn([&]() -> std::optional<Fault> {
     const CallWatch::Call call(m_camera.Watch(), Operation::kStart);
     m_device.StartSnap(one_shot);
     return std::nullopt;
   });
-  m_has_clock = HasClock(LinesOf(m_camera.Log().MessagesSince(m_first_message)));
+  m_has_clock = HasClock(LinesOf(m_camera.Messages().MessagesSince(m_first_message)));
   if (m_start_fault) m_start_fault = Explained(*m_start_fault);
 }
 
@@ -70,7 +70,7 @@ std::optional<Fault> AcquisitionRun::Snap(BBaseAoi& area, std::chrono::milliseco
     return error.IsError() ? std::optional(FaultOf(error)) : untouched.FaultAfterSnap();
   });
   if (fault) fault = Explained(*fault, timeout);
-  m_messages_of_step = m_camera.Log().Count();
+  m_messages_of_step = m_camera.Messages().Count();
   return fault;
 }
 
@@ -84,7 +84,7 @@ void AcquisitionRun::Fire() {
 std::optional<Fault> AcquisitionRun::Stop() {
   if (m_stopped) return std::nullopt;
   m_stopped = true;
-  m_messages_of_step = m_camera.Log().Count();
+  m_messages_of_step = m_camera.Messages().Count();
   std::optional<Fault> fault = FaultIn([&]() -> std::optional<Fault> {
     const CallWatch::Call call(m_camera.Watch(), Operation::kStop);
     m_device.StopSnap();
@@ -97,11 +97,11 @@ std::optional<Fault> AcquisitionRun::Stop() {
 Fault AcquisitionRun::Explained(Fault fault, std::chrono::milliseconds timeout) const {
   if (fault.code == Fault::kNoCode) return fault;
   SnapEvidence evidence{
-      .code = fault.code, .text = fault.text, .lines = LinesOf(m_camera.Log().MessagesSince(m_messages_of_step))};
+      .code = fault.code, .text = fault.text, .lines = LinesOf(m_camera.Messages().MessagesSince(m_messages_of_step))};
   if (evidence.lines.empty()) return fault;
   // In a continuous run the frame may have come during the snap before.
   if (IsOfAFrame(fault)) {
-    evidence.lines = LinesOf(m_camera.Log().AwaitMessage(m_first_message, kFailedFrame, kLatestMessageOfFrame));
+    evidence.lines = LinesOf(m_camera.Messages().AwaitMessage(m_first_message, kFailedFrame, kLatestMessageOfFrame));
   }
   evidence.trigger = m_choice;
   evidence.has_trigger = m_device.Trigger() != nullptr;

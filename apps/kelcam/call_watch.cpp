@@ -26,13 +26,13 @@ std::chrono::seconds TimeOfNotice(std::size_t number) {
 
 // While no camera is open the first ends it, see interrupt.h.
 const char* HowToEnd(Operation operation) {
-  if (operation == Operation::kListing) return "Ctrl-C";
+  if (operation == Operation::kListing && SomethingToClose::Count() == 0) return "Ctrl-C";
   return Interrupted() ? "Ctrl-C again" : "Ctrl-C twice";
 }
 
 }  // namespace
 
-CallWatch::CallWatch(const MessageLog& log) : m_log(log), m_thread([this] { Run(); }) {}
+CallWatch::CallWatch(const MessageMemory& messages) : m_messages(messages), m_thread([this] { Run(); }) {}
 
 CallWatch::~CallWatch() {
   {
@@ -43,8 +43,13 @@ CallWatch::~CallWatch() {
   m_thread.join();
 }
 
+void CallWatch::SetLabel(const std::string& label) {
+  const BMutexLock lock(m_mutex);
+  m_label = label;
+}
+
 CallWatch::Call::Call(CallWatch& watch, Operation operation, std::chrono::milliseconds may_wait) : m_watch(watch) {
-  const std::uint64_t first_message = watch.m_log.Count();
+  const std::uint64_t first_message = watch.m_messages.Count();
   const BMutexLock lock(watch.m_mutex);
   watch.m_call = CallUnderWay{{operation, may_wait, Clock::now()}, first_message, {}, 0};
 }
@@ -64,7 +69,7 @@ void CallWatch::Run() {
 
 // Under the lock, so that no notice is printed of a call that has returned.
 void CallWatch::Look(CallUnderWay& under_way) const {
-  const std::vector<DriverMessage> messages = m_log.MessagesSince(under_way.first_message);
+  const std::vector<DriverMessage> messages = m_messages.MessagesSince(under_way.first_message);
   const Clock::time_point silent_since = SilentSince(under_way.call, messages);
   if (silent_since != under_way.silent_since) under_way.notices = 0;
   under_way.silent_since = silent_since;
@@ -72,10 +77,11 @@ void CallWatch::Look(CallUnderWay& under_way) const {
   if (Clock::now() - silent_since < next) return;
   ++under_way.notices;
   const Awaited awaited = WhatIsAwaited(under_way.call, messages);
-  std::string line = "notice: waiting for " + awaited.what + " for " + std::to_string(next.count()) + " s (";
+  std::string line =
+      "notice: " + m_label + "waiting for " + awaited.what + " for " + std::to_string(next.count()) + " s (";
   if (!awaited.remark.empty()) line += awaited.remark + "; ";
   line += HowToEnd(under_way.call.operation);
-  std::cerr << (ProgressLine::IsOnScreen() ? "\n" : "") + line + " ends the program)\n" << std::flush;
+  std::cerr << (ProgressLines::LeaveOnScreen() ? "\n" : "") + line + " ends the program)\n" << std::flush;
 }
 
 }  // namespace Kelcam

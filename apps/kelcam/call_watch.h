@@ -5,22 +5,27 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <thread>
 
 #include "bmutex.h"
 #include "call_awaited.h"
-#include "message_log.h"
+#include "message_memory.h"
 
 namespace Kelcam {
 
 // A thread that prints a notice on standard error when the call under way has neither returned nor reported anything
-// for 3 seconds, longer than it may wait, and again after 10, 30 and 60. Calls are made on one thread, one at a time.
+// for 3 seconds, longer than it may wait, and again after 10, 30 and 60. Calls are made one at a time.
 class CallWatch {
  public:
-  explicit CallWatch(const MessageLog& log);
+  // messages: what the driver reports of its calls.
+  explicit CallWatch(const MessageMemory& messages);
   ~CallWatch();
   CallWatch(const CallWatch&) = delete;
   CallWatch& operator=(const CallWatch&) = delete;
+
+  // What notices begin with; empty: nothing.
+  void SetLabel(const std::string& label);
 
   // A call of the driver, from construction to destruction.
   class Call {
@@ -44,12 +49,13 @@ class CallWatch {
   };
 
   void Run();
-  void Look(CallUnderWay& under_way) const;
+  void Look(CallUnderWay& under_way) const KEL_REQUIRES(m_mutex);
 
-  const MessageLog& m_log;
+  const MessageMemory& m_messages;
   BMutex m_mutex;
   BCondition m_ended;
   std::optional<CallUnderWay> m_call KEL_GUARDED_BY(m_mutex);
+  std::string m_label KEL_GUARDED_BY(m_mutex);
   bool m_ends KEL_GUARDED_BY(m_mutex) = false;
   std::thread m_thread;
 };

@@ -11,14 +11,17 @@ namespace {
 constexpr std::string_view kIdent = "Camera ident (DiscoveryCameraIdent): ";
 constexpr std::string_view kMissing = "Reason (DiscoveryCameraEvent): Missing";
 
+// To its end: an id may be the beginning of another one.
+std::string IdentLine(const std::string& id) { return std::string(kIdent) + id + "\n"; }
+
 }  // namespace
 
-CameraPresence::CameraPresence(BImagingDevice& device, const MessageLog& log, std::string id)
+CameraPresence::CameraPresence(BImagingDevice& device, const MessageMemory& messages, std::string id)
     : m_device(device),
-      m_log(log),
+      m_messages(messages),
       m_id(std::move(id)),
       m_has_rate(device.GetBandwidth() > 0),
-      m_messages_read(log.Count()) {}
+      m_messages_read(messages.Count()) {}
 
 bool CameraPresence::LooksGone() {
   ReadReports();
@@ -28,9 +31,9 @@ bool CameraPresence::LooksGone() {
 // A camera that has come back does not answer to the old opening either.
 void CameraPresence::ReadReports() {
   const std::uint64_t read = m_messages_read;
-  m_messages_read = m_log.Count();
-  for (const DriverMessage& message : m_log.MessagesSince(read)) {
-    if (Contains(message.text, kMissing) && Contains(message.text, std::string(kIdent) + m_id)) {
+  m_messages_read = m_messages.Count();
+  for (const DriverMessage& message : m_messages.MessagesSince(read)) {
+    if (Contains(message.text, kMissing) && Contains(message.text, IdentLine(m_id))) {
       m_reported_missing = true;
     }
   }

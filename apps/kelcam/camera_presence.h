@@ -7,7 +7,7 @@
 
 #include "bimagingdevice.h"
 #include "failure.h"
-#include "message_log.h"
+#include "message_memory.h"
 
 namespace Kelcam {
 
@@ -15,7 +15,7 @@ namespace Kelcam {
 class CameraPresence {
  public:
   // An open camera and its id in the driver's messages.
-  CameraPresence(BImagingDevice& device, const MessageLog& log, std::string id);
+  CameraPresence(BImagingDevice& device, const MessageMemory& messages, std::string id);
 
   // Asks the camera, so it must not be asked for each image.
   bool LooksGone();
@@ -24,7 +24,7 @@ class CameraPresence {
   void ReadReports();
 
   BImagingDevice& m_device;
-  const MessageLog& m_log;
+  const MessageMemory& m_messages;
   const std::string m_id;
   const bool m_has_rate;  // a camera without a stream rate cannot be asked for it
   std::uint64_t m_messages_read;

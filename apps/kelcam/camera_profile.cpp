@@ -101,9 +101,9 @@ const CameraRecord* Match(const std::vector<CameraRecord>& cameras, const std::s
                 (cameras.size() == 1 ? " is" : " are") + " attached: kelcam list --long)");
 }
 
-std::string TextFor(const std::string& word, const VimbaLibrary& library) {
+std::string TextFor(const CameraChoice& choice, const VimbaLibrary& library) {
   const VimbaSession session(library);
-  const NamedCamera named = FindCamera(word, session);
+  const NamedCamera named = FindCamera(choice.word, session);
   std::string text = ProfileLine("API", "Vimba");
   text += named.is_address ? ProfileLine("Init.Method", "IP") + ProfileLine("IP", named.id)
                            : ProfileLine("Init.Method", "Id") + ProfileLine("Camera_Identifier", named.id);
@@ -111,7 +111,7 @@ std::string TextFor(const std::string& word, const VimbaLibrary& library) {
   // The driver tries again, and reports what it meets.
   if (!camera.IsOpen()) return text;
   if (const std::optional<std::string> order = FindBayerOrder(camera)) {
-    std::cerr << "notice: the order of the colours on the sensor is " << *order
+    std::cerr << "notice: " << choice.LabelBeforeOpening() << "the order of the colours on the sensor is " << *order
               << ", found by trying (in a profile: Bayertype = " << *order << ")\n";
     text += ProfileLine("Bayertype", *order);
   }
@@ -129,6 +129,13 @@ NamedCamera FindCamera(const std::string& word, const VimbaSession& session) {
     const NothingToClose searching;
     std::this_thread::sleep_for(kPauseAfterFailure);
   }
+}
+
+std::optional<std::string> IdOfNamed(const std::string& word, const VimbaSession& session) {
+  if (IsAddress(word)) return session.IdOf(word);
+  const std::vector<CameraRecord> cameras = session.Cameras();
+  const CameraRecord* camera = Match(cameras, word);
+  return camera ? std::optional(camera->id) : std::nullopt;
 }
 
 std::optional<std::string> FindBayerOrder(const OpenedCamera& camera) {
@@ -161,15 +168,10 @@ BSmartRef<BCamProfile> ProfileInMemory(const std::string& text) {
   return BSmartRef<BCamProfile>(new MemoryProfile(Wide(Utf8(file.Path()))));
 }
 
-BSmartRef<BCamProfile> ProfileOf(const Options& options, const Module& module) {
-  if (options.camera.empty()) return BSmartRef<BCamProfile>(new BCamProfile(Wide(options.profile_file)));
-  if (!module.Vimba())
-    throw Failure("--camera " + options.camera + ": this module has no VimbaC library; use --profile");
-  return ProfileInMemory(TextFor(options.camera, *module.Vimba()));
-}
-
-std::string CameraTitle(const Options& options) {
-  return options.camera.empty() ? "the camera of the profile " + options.profile_file : "the camera " + options.camera;
+BSmartRef<BCamProfile> ProfileOf(const CameraChoice& choice, const Module& module) {
+  if (choice.word.empty()) return BSmartRef<BCamProfile>(new BCamProfile(Wide(choice.profile_file)));
+  if (!module.Vimba()) throw Failure(choice.Text() + ": this module has no VimbaC library; use --profile");
+  return ProfileInMemory(TextFor(choice, *module.Vimba()));
 }
 
 }  // namespace Kelcam

@@ -7,7 +7,7 @@
 
 #include "bcamprofile.h"
 #include "bsmartref.h"
-#include "command_line.h"
+#include "camera_choice.h"
 #include "module.h"
 #include "vimba_session.h"
 
@@ -16,10 +16,7 @@ namespace Kelcam {
 // The profile of --profile, or one for the camera of --camera, which is kept in memory: what the driver writes to it is
 // gone with it. A colour camera's order of colours is found by trying, and a notice reports it. Throws Failure for a
 // camera that there is not.
-BSmartRef<BCamProfile> ProfileOf(const Options& options, const Module& module);
-
-// "the camera of the profile FILE", or "the camera WORD".
-std::string CameraTitle(const Options& options);
+BSmartRef<BCamProfile> ProfileOf(const CameraChoice& choice, const Module& module);
 
 // What the word of --camera means: an address as it is, else the id of the one attached camera with this serial number,
 // id, identifier or place in the list. Searches for up to two seconds. Throws Failure when there is none.
@@ -28,6 +25,8 @@ struct NamedCamera {
   bool is_address = false;
 };
 NamedCamera FindCamera(const std::string& word, const VimbaSession& session);
+// The id of that camera, as far as the library knows it now.
+std::optional<std::string> IdOfNamed(const std::string& word, const VimbaSession& session);
 
 // A value of Bayertype: the order of the colours on the sensor. None: no colours, or no raw format. The camera's pixel
 // format is as before.

@@ -11,24 +11,43 @@
 #include "failure.h"
 #include "interrupt.h"
 #include "opening_explained.h"
+#include "report.h"
 #include "utf8.h"
 
 namespace Kelcam {
 
-CameraSession::CameraSession(const Module& module, const MessageLog& log, const Options& options)
-    : CameraSession(module, log, ProfileOf(options, module), CameraTitle(options)) {}
+CameraSession::CameraSession(const Module& module, MessageLog& log, const CameraChoice& choice)
+    : CameraSession(module, log, ProfileOf(choice, module), choice.Title(), choice.LabelBeforeOpening()) {}
 
-CameraSession::CameraSession(const Module& module, const MessageLog& log, BSmartRef<BCamProfile> profile,
+CameraSession::CameraSession(const Module& module, MessageLog& log, BSmartRef<BCamProfile> profile,
                              const std::string& title)
-    : m_module(module), m_log(log), m_profile(std::move(profile)), m_watch(log) {
-  const std::uint64_t first_message = m_log.Count();
+    : CameraSession(module, log, std::move(profile), title, {}) {}
+
+CameraSession::CameraSession(const Module& module, MessageLog& log, BSmartRef<BCamProfile> profile,
+                             const std::string& title, const std::string& label_before_opening)
+    : m_module(module),
+      m_messages(log),
+      m_profile(std::move(profile)),
+      m_label(label_before_opening),
+      m_watch(m_messages.Memory()) {
+  m_watch.SetLabel(m_label);
+  const std::uint64_t first_message = Messages().Count();
   m_device = Open();
   PrintComplaints();
   if (!m_device) throw WhyNotOpened(title, first_message);
+  m_open.emplace();
+  m_identifier = Utf8(WString(m_device->Name()));
+  if (!m_label.empty()) TakeName();
   const CallWatch::Call call(m_watch, Operation::kControls);
   WString id;
   m_profile->ReadString(CamProfileKey::kCameraIdentifier, id);
-  m_presence = std::make_unique<CameraPresence>(*m_device, m_log, Utf8(id));
+  m_presence = std::make_unique<CameraPresence>(*m_device, Messages(), Utf8(id));
+}
+
+void CameraSession::TakeName() {
+  m_label = Printable(m_identifier) + ": ";
+  m_watch.SetLabel(m_label);
+  m_messages.SetIdentifier(m_identifier);
 }
 
 BImagingDevice* CameraSession::Open() {
@@ -43,7 +62,7 @@ BImagingDevice* CameraSession::Open() {
 }
 
 Failure CameraSession::WhyNotOpened(const std::string& title, std::uint64_t first_message) const {
-  OpeningEvidence evidence{.lines = LinesOf(m_log.MessagesSince(first_message)), .profile = FactsOf(*m_profile)};
+  OpeningEvidence evidence{.lines = LinesOf(Messages().MessagesSince(first_message)), .profile = FactsOf(*m_profile)};
   // The camera system went with the opening, and is started again for this.
   if (evidence.IsWithoutCamera() && !Interrupted()) {
     evidence.attached = AttachedCameras(m_module, m_watch);
@@ -55,7 +74,7 @@ Failure CameraSession::WhyNotOpened(const std::string& title, std::uint64_t firs
       evidence.with_id = AskForCamera(evidence.profile.camera_id, *vimba);
     }
   }
-  return Failure(OpeningFault(title + " cannot be opened", evidence, m_log));
+  return Failure(OpeningFault(title + " cannot be opened", evidence, Messages()));
 }
 
 CameraSession::~CameraSession() {
@@ -74,7 +93,7 @@ bool CameraSession::LooksGone() const {
 void CameraSession::PrintComplaints() {
   const std::vector<WString>& complaints = m_profile->Complaints();
   for (; m_complaints_printed < complaints.size(); ++m_complaints_printed) {
-    std::cerr << "notice: " << Utf8(complaints[m_complaints_printed]) << "\n";
+    std::cerr << "notice: " + m_label + Utf8(complaints[m_complaints_printed]) + "\n";
   }
 }
 

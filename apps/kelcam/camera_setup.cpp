@@ -8,8 +8,12 @@
 
 namespace Kelcam {
 
-void SetUpCamera(const Options& options, BImagingDevice& device) {
-  if (options.color && !device.IsColor()) std::cerr << "notice: --color has no effect on a monochrome camera\n";
+void SetUpCamera(const Options& options, const CameraSession& camera) {
+  BImagingDevice& device = camera.Device();
+  const CallWatch::Call call(camera.Watch(), Operation::kControls);
+  if (options.color && !device.IsColor()) {
+    std::cerr << "notice: " + camera.Label() + "--color has no effect on a monochrome camera\n";
+  }
   if (options.color && !device.SetColorMode(*options.color)) {
     throw Failure(std::string("the camera refused to switch colour mode ") + (*options.color ? "on" : "off"));
   }

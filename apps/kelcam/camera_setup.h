@@ -2,13 +2,14 @@
 // What snap and live ask of a camera before the first image.
 #pragma once
 
+#include "camera_session.h"
 #include "command_line.h"
 
 namespace Kelcam {
 
 // Colour mode first, then the controls in the order of the command line: switching the mode brings that mode's white
 // balance.
-void SetUpCamera(const Options& options, BImagingDevice& device);
+void SetUpCamera(const Options& options, const CameraSession& camera);
 
 // The kind of picture asked for, else the camera's own.
 BBaseAoi::Kind PictureKind(const Options& options, const BImagingDevice& device);

@@ -8,6 +8,8 @@
 
 #include "camera_session.h"
 #include "commands.h"
+#include "distinct_cameras.h"
+#include "interrupt.h"
 #include "report.h"
 #include "utf8.h"
 
@@ -195,12 +197,41 @@ void Print(const DeviceReport& report) {
   PrintRow("max shutter for fast", report.max_shutter_for_fast_text);
 }
 
-}  // namespace
-
-ExitCode RunInfo(const Options& options, const Module& module, const MessageLog& log) {
-  const CameraSession camera(module, log, options);
+DeviceReport ReportOfChosen(const CameraChoice& choice, const Module& module, MessageLog& log) {
+  const CameraSession camera(module, log, choice);
   DeviceReport report = WatchedReportOf(camera);
   report.vimba = module.Vimba();
+  return report;
+}
+
+// One camera after the other, each closed before the next. One that fails is named in its place.
+ExitCode InfoOfSeveral(const Options& options, const Module& module, MessageLog& log) {
+  CheckDistinct(options.cameras, module);
+  ExitCode result = kDone;
+  Json cameras = Json::array();
+  for (const CameraChoice& choice : options.cameras) {
+    if (Interrupted()) break;
+    try {
+      const DeviceReport report = ReportOfChosen(choice, module, log);
+      if (!options.json && &choice != &options.cameras.front()) std::cout << "\n";
+      options.json ? cameras.push_back(ToJson(report)) : Print(report);
+    } catch (...) {
+      const Fault fault = FaultOfCurrentException();
+      std::cout << std::flush;
+      std::cerr << fault.Sentence() + "\n" + fault.reason.Text();
+      cameras.push_back({{"camera", choice.Name()}, {"error", ToJson(fault)}});
+      result = kFailed;
+    }
+  }
+  if (options.json) PrintDocument({{"cameras", cameras}});
+  return result;
+}
+
+}  // namespace
+
+ExitCode RunInfo(const Options& options, const Module& module, MessageLog& log) {
+  if (options.cameras.size() > 1) return InfoOfSeveral(options, module, log);
+  const DeviceReport report = ReportOfChosen(options.cameras.front(), module, log);
   options.json ? PrintDocument(ToJson(report)) : Print(report);
   return kDone;
 }

@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <map>
 #include <sstream>
@@ -59,6 +60,7 @@ constexpr const char* kFooter = R"(Examples:
   kelcam snap --profile colour.ini -o picture.png
   kelcam snap --profile colour.ini --set exposure=12.5ms --set gain=2x -o bright.png
   kelcam snap --profile mono.ini -n 10 --mode continuous -o "run/%d.pgm"
+  kelcam snap --profile left.ini --profile right.ini --link -n 10 -o "%c-%d.png"
   kelcam snap --profile mono.ini -n 1000 --interval 60 --no-clobber -o "%04d-%t.tif"
   kelcam --log messages.txt live --profile mono.ini --seconds 10
   kelcam --simulated=lost-packets snap --profile mono.ini -o picture.png
@@ -126,16 +128,36 @@ void AddVimbaOptions(CLI::App& app, Options& options) {
       "print the versions of the program and of the VimbaC library,\nand which file that is");
 }
 
-// How a command gets its camera.
+// Each time that an option is given; otherwise options are taken one after the other, and not as they were mixed.
+CLI::Option* AddEachTime(CLI::App& command, const std::string& name,
+                         const std::function<void(const std::string&)>& take, const std::string& description) {
+  const CLI::callback_t take_words = [take](const CLI::results_t& words) {
+    take(words.back());
+    return true;
+  };
+  return command.add_option(name, take_words, description)->trigger_on_parse();
+}
+
+// How a command gets its cameras.
 void AddCameraOptions(CLI::App& command, Options& options) {
-  command
-      .add_option("--profile", options.profile_file,
-                  "the ini file that names the camera;\nthe driver writes back to it")
+  const auto take_profile = [&options](const std::string& file) {
+    options.cameras.push_back({.profile_file = file, .word = {}});
+  };
+  AddEachTime(command, "--profile", take_profile,
+              "the ini file that names the camera;\nthe driver writes back to it. May be given several times, as "
+              "--camera")
       ->option_text("FILE");
-  command
-      .add_option("--camera", options.camera,
-                  "instead of a profile: the camera's serial number, id, address,\nor its number in the list, from 1")
+  const auto take_camera = [&options](const std::string& word) {
+    options.cameras.push_back({.profile_file = {}, .word = word});
+  };
+  AddEachTime(command, "--camera", take_camera,
+              "instead of a profile: the camera's serial number, id, address,\nor its number in the list, from 1")
       ->option_text("CAMERA");
+}
+
+void AddLinkOption(CLI::App& command, Options& options) {
+  command.add_flag("--link", options.link,
+                   "the cameras share a link: make them bandwidth partners, each of\neach other one");
 }
 
 void AddRetriesOption(CLI::App& command, Options& options) {
@@ -200,9 +222,11 @@ std::string WhyNotPositive(const std::string& text) {
 }
 
 void AddPictureOptions(CLI::App& snap, Options& options) {
-  snap.add_option("-o", options.pattern,
-                  "the file to write (required); its ending is the format. %d becomes\nthe image's number, from 1 "
-                  "(%04d: 0001), %t its time, %s the\ncamera's serial number, %% a percent sign; -: standard output")
+  snap.add_option(
+          "-o", options.pattern,
+          "the file to write (required); its ending is the format. %d becomes\nthe image's number, from 1 "
+          "(%04d: 0001), %t its time, %c the\ncamera's identifier, %s its serial number, %% a percent sign;\n-: "
+          "standard output")
       ->required()
       ->option_text("PATTERN");
   AddChoice(snap, "--format", options.format, kFormats, "the format, whatever the ending (default for -: png)");
@@ -238,16 +262,18 @@ void AddSnapCommand(CLI::App& app, Options& options, std::vector<std::string>& s
   AddCameraOptions(*snap, options);
   AddPictureOptions(*snap, options);
   AddSeriesOptions(*snap, options);
+  AddLinkOption(*snap, options);
   AddImageOptions(*snap, options, settings, kSnapTexts);
 }
 
 void AddLiveCommand(CLI::App& app, Options& options, std::vector<std::string>& settings) {
-  CLI::App* live = app.add_subcommand("live", "run the camera and print its rate, failures and bandwidth");
+  CLI::App* live = app.add_subcommand("live", "run the cameras and print rate, failures and bandwidth");
   AddCameraOptions(*live, options);
   const auto take_duration = [&options](double seconds) { options.duration = std::chrono::duration<double>(seconds); };
   live->add_option_function<double>("--seconds", take_duration, "for how long (default: until Ctrl-C)")
       ->check(CLI::Validator(WhyNotPositive, {}))
       ->option_text("S");
+  AddLinkOption(*live, options);
   AddImageOptions(*live, options, settings, kLiveTexts);
 }
 
@@ -293,15 +319,18 @@ void AddCommands(CLI::App& app, Options& options, std::vector<std::string>& sett
   AddProfileCommands(app, options);
 }
 
-// How a command gets its camera and its library.
-void CheckCamera(const Options& options) {
+// How a command gets its cameras and its library.
+void CheckCameras(Options& options) {
   if (options.simulated && !options.vimbac_folder.empty()) throw UsageError("--simulated excludes --vimbac");
   const bool has_camera =
       options.command == Command::kInfo || options.command == Command::kSnap || options.command == Command::kLive;
-  if (has_camera && options.profile_file.empty() && options.camera.empty()) {
+  const auto is_empty = [](const CameraChoice& choice) { return choice.Name().empty(); };
+  if (has_camera && std::all_of(options.cameras.begin(), options.cameras.end(), is_empty)) {
     throw UsageError("--profile or --camera is required");
   }
-  if (!options.profile_file.empty() && !options.camera.empty()) throw UsageError("--camera excludes --profile");
+  CheckEachOnce(options.cameras);
+  if (options.link && options.cameras.size() < 2) throw UsageError("--link: one camera has no partner; name another");
+  for (CameraChoice& choice : options.cameras) choice.is_one_of_several = options.cameras.size() > 1;
 }
 
 void CheckPgm(const Options& options) {
@@ -334,6 +363,7 @@ void CheckSnap(Options& options) {
   if (options.interval && IsTimedByCamera(options)) {
     throw UsageError("--interval: a continuous run needs --trigger software for it");
   }
+  if (options.cameras.size() > 1) pattern.CheckForSeveralCameras();
   if (pattern.IsStandardOutput()) CheckStandardOutput(options);
   if (options.raw) return CheckRaw(options, pattern.Format());
   if (pattern.Format() != PictureFormat::kPgm) return;
@@ -380,7 +410,7 @@ std::variant<Options, std::string> ParseCommandLine(const std::vector<std::strin
   for (const std::string& setting : settings) options.settings.push_back(ParseControlSetting(setting));
   if (options.quiet && options.verbose)
     throw UsageError("-q and -v: messages of the driver are printed or they are not");
-  CheckCamera(options);
+  CheckCameras(options);
   if (options.command == Command::kSnap) CheckSnap(options);
   return options;
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "bbaseaoi.h"
+#include "camera_choice.h"
 #include "control_setting.h"
 #include "file_pattern.h"
 #include "trigger_setting.h"
@@ -29,12 +30,14 @@ struct Options {
   std::string vimbac_folder;
   std::optional<std::string> simulated;  // a scenario; empty: the built-in cameras, or those of VIMBA_SIM_CONFIG
 
-  // info, snap, live, profile
-  std::string profile_file;
-  std::string camera;  // the word that names it; empty: the profile's
+  // info, snap, live: in the order of the command line
+  std::vector<CameraChoice> cameras;
 
-  // profile new
+  // profile new: the word that names its camera, and the file to write
+  std::string camera;
   std::string new_file;
+  // profile check
+  std::string profile_file;
 
   // list
   bool long_list = false;
@@ -48,6 +51,7 @@ struct Options {
   std::vector<ControlSetting> settings;
   std::optional<TriggerChoice> trigger;
   int lost_after = 3;  // failures in a row of a camera that seems to be gone
+  bool link = false;   // the cameras become bandwidth partners
 
   // snap
   int images = 1;

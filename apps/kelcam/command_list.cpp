@@ -19,15 +19,15 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kPauseBetweenLists{250};
 
 // Those of the last list before the time is over.
-std::vector<std::string> WaitForCameras(const Options& options, const Module& module, const MessageLog& log) {
-  CallWatch watch(log);
+std::vector<std::string> WaitForCameras(const Options& options, const Module& module, const MessageMemory& messages) {
+  CallWatch watch(messages);
   const Clock::time_point start = Clock::now();
   for (;;) {
-    const std::uint64_t first_message = log.Count();
+    const std::uint64_t first_message = messages.Count();
     const std::optional<std::vector<std::string>> cameras = AttachedCameras(module, watch);
     if (!cameras) {
-      const OpeningEvidence evidence{.lines = LinesOf(log.MessagesSince(first_message)), .profile = {}};
-      throw Failure(OpeningFault("the camera system cannot be started", evidence, log));
+      const OpeningEvidence evidence{.lines = LinesOf(messages.MessagesSince(first_message)), .profile = {}};
+      throw Failure(OpeningFault("the camera system cannot be started", evidence, messages));
     }
     if (!cameras->empty() || !options.wait || Clock::now() - start >= *options.wait) return *cameras;
     const NothingToClose waiting;
@@ -37,8 +37,8 @@ std::vector<std::string> WaitForCameras(const Options& options, const Module& mo
 
 }  // namespace
 
-ExitCode RunList(const Options& options, const Module& module, const MessageLog& log) {
-  const std::vector<std::string> identifiers = WaitForCameras(options, module, log);
+ExitCode RunList(const Options& options, const Module& module, MessageLog& log) {
+  const std::vector<std::string> identifiers = WaitForCameras(options, module, log.Messages());
   if (options.wait && identifiers.empty()) {
     throw Failure("no camera was found within " + Fixed(options.wait->count(), 1) + " s");
   }

@@ -39,7 +39,7 @@ Json ToJson(const ProfileFinding& finding) {
 
 }  // namespace
 
-ExitCode RunProfileNew(const Options& options, const Module& module, const MessageLog& log) {
+ExitCode RunProfileNew(const Options& options, const Module& module, MessageLog& log) {
   CheckIsNew(options.new_file);
   const NewProfile profile = ProfileOfCamera(options.camera, module, log);
   WriteNew(options.new_file, profile.text);

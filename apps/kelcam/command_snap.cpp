@@ -1,58 +1,57 @@
 // command_snap.cpp
 // kelcam snap: images as files.
-#include "camera_session.h"
-#include "camera_setup.h"
+#include <iostream>
+
+#include "camera_group.h"
 #include "commands.h"
-#include "interrupt.h"
-#include "picture_details.h"
-#include "picture_notices.h"
-#include "picture_series.h"
+#include "distinct_cameras.h"
+#include "picture_names.h"
 #include "platform.h"
 #include "profile_check.h"
-#include "raw_frame.h"
 #include "report.h"
-#include "utf8.h"
+#include "snap_camera.h"
+#include "snap_summary.h"
 
 namespace Kelcam {
 namespace {
 
-Json ToJson(PictureSeries& series, const std::string& camera) {
-  Json document = {{"camera", camera},
-                   {"kind", series.KindName()},
-                   {"images", series.Report().Images()},
-                   {"taken", series.Report().Taken()},
-                   {"interrupted", Interrupted()}};
-  if (series.RunFault()) document["error"] = ToJson(*series.RunFault());
-  return document;
+std::unique_ptr<SnapCamera> Opened(const Options& options, const CameraChoice& choice, const Module& module,
+                                   MessageLog& log, Screen& screen) {
+  if (!choice.profile_file.empty()) PrintUnusedKeys(choice.profile_file);
+  const auto line = static_cast<std::size_t>(&choice - options.cameras.data());
+  return std::make_unique<SnapCamera>(options, choice, module, log, screen, line);
 }
 
-std::optional<int> FrameOrderOf(const CameraSession& camera) {
-  if (!camera.Device().IsColor()) return std::nullopt;
-  return BayerOrderOf(camera.Profile());
+ExitCode SnapOne(const Options& options, const Module& module, MessageLog& log, Screen& screen) {
+  const auto camera = Opened(options, options.cameras.front(), module, log, screen);
+  camera->SetUp();
+  camera->Run();
+  if (options.json) PrintDocument(camera->Document());
+  camera->PrintSummary();
+  return camera->HasFailed() ? kFailed : kDone;
+}
+
+ExitCode SnapSeveral(const Options& options, const Module& module, MessageLog& log, Screen& screen) {
+  CheckDistinct(options.cameras, module);
+  CameraGroup group(options.cameras,
+                    [&](const CameraChoice& choice) { return Opened(options, choice, module, log, screen); });
+  CheckNamesDiffer(options, group.OpenCameras());
+  if (options.link) group.Link();
+  group.Run();
+  screen.Clear();
+  if (options.json) PrintDocument(SnapDocument(group));
+  if (!options.quiet) std::cerr << SnapSummary(options, group);
+  return group.Result();
 }
 
 }  // namespace
 
-ExitCode RunSnap(const Options& options, const Module& module, const MessageLog& log) {
-  PictureSeries::CheckFiles(options, std::nullopt);
+ExitCode RunSnap(const Options& options, const Module& module, MessageLog& log) {
+  PictureSeries::CheckFiles(options, nullptr);
   if (IsStandardOutput(options)) MakeStandardOutputBinary();
-  if (!options.profile_file.empty()) PrintUnusedKeys(options.profile_file);
-  const CameraSession camera(module, log, options);
-  BImagingDevice& device = camera.Device();
-  PictureSeries::CheckFiles(options, SerialOf(device));
-  {
-    const CallWatch::Call call(camera.Watch(), Operation::kControls);
-    SetUpCamera(options, device);
-  }
-  PrintPictureNotices(options, camera);
-  const bool single = options.mode == SnapMode::kSingle;
-  const TriggerChoice trigger = options.trigger.value_or(single ? TriggerChoice::kSoftware : TriggerChoice::kFree);
-  const TriggerSetting trigger_setting(device, trigger, options.trigger.has_value());
-  PictureSeries series(options, camera, FrameOrderOf(camera));
-  single ? series.TakeSingle(trigger) : series.TakeContinuous(trigger);
-  if (options.json) PrintDocument(ToJson(series, Utf8(WString(device.Name()))));
-  series.Report().PrintSummary(series.RunFault().has_value());
-  return series.HasFailed() ? kFailed : kDone;
+  Screen screen(options.cameras.size(), SnapReport::WantsProgress(options));
+  return options.cameras.size() == 1 ? SnapOne(options, module, log, screen)
+                                     : SnapSeveral(options, module, log, screen);
 }
 
 }  // namespace Kelcam

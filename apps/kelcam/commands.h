@@ -9,12 +9,11 @@
 
 namespace Kelcam {
 
-ExitCode RunList(const Options& options, const Module& module, const MessageLog& log);
-ExitCode RunInfo(const Options& options, const Module& module, const MessageLog& log);
-ExitCode RunSnap(const Options& options, const Module& module, const MessageLog& log);
-// The log: what comes in between reads the messages on their way to it.
+ExitCode RunList(const Options& options, const Module& module, MessageLog& log);
+ExitCode RunInfo(const Options& options, const Module& module, MessageLog& log);
+ExitCode RunSnap(const Options& options, const Module& module, MessageLog& log);
 ExitCode RunLive(const Options& options, const Module& module, MessageLog& log);
-ExitCode RunProfileNew(const Options& options, const Module& module, const MessageLog& log);
+ExitCode RunProfileNew(const Options& options, const Module& module, MessageLog& log);
 ExitCode RunProfileCheck(const Options& options);
 
 }  // namespace Kelcam

@@ -13,6 +13,9 @@ namespace {
 
 constexpr std::string_view kSeparator = " : ";
 constexpr std::string_view kThread = " : Thread ID = ";
+// A title may begin with this, a letter and the camera's identifier: "Camera 7 (IDENTIFIER) : Thread ID = ".
+constexpr std::string_view kCamera = "Camera ";
+constexpr std::size_t kLongestLetter = 4;
 constexpr std::string_view kFirstLine = "Start";
 constexpr std::string_view kLastLine = "End";
 
@@ -58,6 +61,14 @@ Lines LinesOf(const std::vector<DriverMessage>& messages) {
     }
   }
   return lines;
+}
+
+bool IsAbout(std::string_view message, std::string_view identifier) {
+  const bool names_camera = message.starts_with(kCamera) && Contains(message, kThread);
+  if (identifier.empty() || !names_camera) return true;
+  std::string name = " (";
+  name.append(identifier).append(")").append(kThread);
+  return message.find(name) <= kCamera.size() + kLongestLetter;
 }
 
 bool Contains(std::string_view text, std::string_view part) { return text.find(part) != std::string_view::npos; }

@@ -21,6 +21,10 @@ using Lines = std::vector<std::string>;
 // title. Starts and ends of messages are left out.
 Lines LinesOf(const std::vector<DriverMessage>& messages);
 
+// Whether a message is about the camera with this identifier: its title names that camera, or none. An empty identifier
+// stands for any camera.
+bool IsAbout(std::string_view message, std::string_view identifier);
+
 bool Contains(std::string_view text, std::string_view part);
 bool AnyContains(const Lines& lines, std::string_view part);
 std::size_t CountContaining(const Lines& lines, std::string_view part);

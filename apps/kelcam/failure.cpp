@@ -18,8 +18,8 @@ std::string Reason::Text() const {
   return text;
 }
 
-std::string Fault::Sentence() const {
-  return (code == kNoCode ? std::string("error") : "error " + std::to_string(code)) + ": " + text;
+std::string Fault::Sentence(const std::string& label) const {
+  return (code == kNoCode ? std::string("error") : "error " + std::to_string(code)) + ": " + label + text;
 }
 
 Fault FaultOf(const BError& error) { return {error.ErrorCode(), Utf8(error.Message())}; }

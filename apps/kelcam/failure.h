@@ -42,8 +42,8 @@ struct Fault {
   std::string text;    // a sentence in UTF-8, without a full stop
   Reason reason{};
 
-  // "error 12106: no image arrived in time", or without a code "error: ..."
-  std::string Sentence() const;
+  // "error 12106: no image arrived in time", or without a code "error: ...". A label comes before the text.
+  std::string Sentence(const std::string& label = {}) const;
 };
 
 class Failure : public std::runtime_error {

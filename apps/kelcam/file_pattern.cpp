@@ -13,7 +13,9 @@ namespace Kelcam {
 namespace {
 
 constexpr std::string_view kStandardOutput = "-";
-constexpr std::string_view kUnknownSerial = "unknown";
+constexpr std::string_view kUnknown = "unknown";
+// Of an identifier in a name, which has room for 255 in all.
+constexpr std::size_t kLongestCamera = 100;
 
 PictureFormat FormatByEnding(const std::string& pattern) {
   std::string ending = Utf8(Path(pattern).extension());
@@ -50,9 +52,9 @@ std::string Padded(int number, std::size_t width) {
   return std::string(width - std::min(width, digits.size()), '0') + digits;
 }
 
-// A camera may claim any serial number; a part of a file name is what becomes of it.
+// A camera may claim any text; a part of a file name is what becomes of it.
 std::string AsPartOfName(std::string_view text) {
-  std::string name(text.empty() ? kUnknownSerial : text);
+  std::string name(text.empty() ? kUnknown : text);
   const auto is_plain = [](unsigned char c) { return c < 0x80 && (std::isalnum(c) || c == '-'); };
   std::replace_if(
       name.begin(), name.end(), [&](char c) { return !is_plain(static_cast<unsigned char>(c)); }, '_');
@@ -77,8 +79,8 @@ std::vector<FilePattern::Part> FilePattern::Parts(const std::string& pattern) {
     if (const NumberMark number = NumberMarkOf(all.substr(at)); number.length > 0) {
       parts.push_back({Mark::kNumber, {}, number.width});
       at += number.length;
-    } else if (two == "%t" || two == "%s") {
-      parts.push_back({two == "%t" ? Mark::kTime : Mark::kSerial, {}});
+    } else if (two == "%t" || two == "%s" || two == "%c") {
+      parts.push_back({two == "%t" ? Mark::kTime : two == "%s" ? Mark::kSerial : Mark::kCamera, {}});
       at += two.size();
     } else {
       if (parts.empty() || parts.back().mark != Mark::kText) parts.push_back({Mark::kText, {}});
@@ -95,7 +97,13 @@ bool FilePattern::Has(Mark mark) const {
 
 bool FilePattern::IsStandardOutput(const std::string& pattern) { return pattern == kStandardOutput; }
 bool FilePattern::HasTime() const { return Has(Mark::kTime); }
-bool FilePattern::HasSerial() const { return Has(Mark::kSerial); }
+bool FilePattern::NamesCamera() const { return Has(Mark::kSerial) || Has(Mark::kCamera); }
+
+void FilePattern::CheckForSeveralCameras() const {
+  if (IsStandardOutput()) throw UsageError("-o -: the pictures of several cameras need files, with a %c in the name");
+  if (NamesCamera()) return;
+  throw UsageError("-o " + m_text + ": the pictures of several cameras need a %c in the name for the camera");
+}
 
 std::filesystem::path FilePattern::File(const PictureIdentity& picture) const {
   std::string file;
@@ -112,6 +120,9 @@ std::filesystem::path FilePattern::File(const PictureIdentity& picture) const {
         break;
       case Mark::kSerial:
         file += AsPartOfName(picture.serial);
+        break;
+      case Mark::kCamera:
+        file += AsPartOfName(picture.camera).substr(0, kLongestCamera);
         break;
     }
   }

@@ -17,6 +17,7 @@ struct PictureIdentity {
   int number = 0;                              // %d, or with zeros in front %04d
   std::chrono::system_clock::time_point time;  // %t
   std::string serial;                          // %s, the camera's; "unknown" where it is empty
+  std::string camera;                          // %c, its identifier; the same
 };
 
 // A pattern of file names: the marks above are replaced, and %% is a percent sign. Nothing else in it is special. The
@@ -32,13 +33,15 @@ class FilePattern {
   bool IsStandardOutput() const { return IsStandardOutput(m_text); }
   // Whether names are known before pictures are taken, and before a camera is open.
   bool HasTime() const;
-  bool HasSerial() const;
+  bool NamesCamera() const;
+  // Throws UsageError when several cameras would write to one name, whatever their identifiers.
+  void CheckForSeveralCameras() const;
   std::filesystem::path File(const PictureIdentity& picture) const;
   // As it was written.
   const std::string& Text() const { return m_text; }
 
  private:
-  enum class Mark { kText, kNumber, kTime, kSerial };
+  enum class Mark { kText, kNumber, kTime, kSerial, kCamera };
   struct Part {
     Mark mark;
     std::string text;       // of kText

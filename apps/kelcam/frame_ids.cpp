@@ -3,47 +3,43 @@
 #include "frame_ids.h"
 
 #include <algorithm>
-#include <cwchar>
+#include <cstdlib>
 #include <limits>
 #include <string_view>
-#include <tuple>
+#include <utility>
 
 namespace Kelcam {
 namespace {
 
-constexpr std::wstring_view kTitle = L"OnFrameExt()";
-constexpr std::wstring_view kId = L" FrameID = ";
+constexpr std::string_view kTitle = "OnFrameExt()";
+constexpr std::string_view kId = " FrameID = ";
 // A frame of the run before, and one whose id may be anything.
-constexpr std::wstring_view kNotCounted[] = {L"Invalid timestamp ", L"Frame record is not as announced"};
-
-bool Contains(std::wstring_view text, std::wstring_view part) { return text.find(part) != std::wstring_view::npos; }
+constexpr std::string_view kNotCounted[] = {"Invalid timestamp ", "Frame record is not as announced"};
 
 // The id in the message of a frame that arrived.
-std::optional<std::uint64_t> IdIn(std::wstring_view message) {
-  if (!message.substr(0, message.find(L'\n')).ends_with(kTitle)) return std::nullopt;
-  const std::size_t id = message.find(kId);
-  if (id == std::wstring_view::npos) return std::nullopt;
+std::optional<std::uint64_t> IdIn(const std::string& message) {
+  const std::string_view text = message;
+  if (!text.substr(0, text.find('\n')).ends_with(kTitle)) return std::nullopt;
+  const std::size_t id = text.find(kId);
+  if (id == std::string_view::npos) return std::nullopt;
   const bool is_counted = std::none_of(std::begin(kNotCounted), std::end(kNotCounted),
-                                       [&](std::wstring_view part) { return Contains(message, part); });
-  // The message ends with a zero.
-  return is_counted ? std::optional<std::uint64_t>(std::wcstoull(message.data() + id + kId.size(), nullptr, 10))
+                                       [&](std::string_view part) { return Contains(text, part); });
+  return is_counted ? std::optional<std::uint64_t>(std::strtoull(message.c_str() + id + kId.size(), nullptr, 10))
                     : std::nullopt;
 }
 
 }  // namespace
 
-FrameIds::FrameIds(ImagingDevice::BSink& receiver) : m_receiver(receiver) {
-  std::ignore = ImagingDevice::InstallSink(this);
+FrameIds::FrameIds(MessageLog& log, std::string identifier) : m_log(log), m_identifier(std::move(identifier)) {
+  m_log.Add(*this);
 }
 
-FrameIds::~FrameIds() { std::ignore = ImagingDevice::InstallSink(&m_receiver); }
+FrameIds::~FrameIds() { m_log.Remove(*this); }
 
-void FrameIds::OnShowInfo(const wchar_t* text, const wchar_t* caption) {
-  if (const std::optional<std::uint64_t> id = IdIn(text)) Note(*id);
-  m_receiver.OnShowInfo(text, caption);
+void FrameIds::OnMessage(const std::string& message) {
+  if (!IsAbout(message, m_identifier)) return;
+  if (const std::optional<std::uint64_t> id = IdIn(message)) Note(*id);
 }
-
-void FrameIds::OnLogMessage(const WString& text, bool important) { m_receiver.OnLogMessage(text, important); }
 
 // Frames of a camera arrive in their order, so a lower id begins a new count.
 void FrameIds::Note(std::uint64_t id) {

@@ -4,22 +4,25 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 #include "bmutex.h"
-#include "imagingdevice.h"
+#include "message_log.h"
 
 namespace Kelcam {
 
-// Reads the driver's messages on their way to their receiver, and counts the ids between those of two frames that
-// arrived one after the other. A frame that arrived incomplete is not missing.
-class FrameIds : public ImagingDevice::BSink {
+// Counts the ids between those of two frames that arrived one after the other. A frame that arrived incomplete is not
+// missing.
+class FrameIds : public MessageListener {
  public:
-  // Takes the place of the host's sink until it is destroyed, and passes everything on to it.
-  explicit FrameIds(ImagingDevice::BSink& receiver);
-  ~FrameIds() override;
+  // Listens until it is destroyed, to the messages about the camera with this identifier; empty: to all. The log must
+  // outlive the object.
+  FrameIds(MessageLog& log, std::string identifier);
+  ~FrameIds();
+  FrameIds(const FrameIds&) = delete;
+  FrameIds& operator=(const FrameIds&) = delete;
 
-  void OnShowInfo(const wchar_t* text, const wchar_t* caption) override;
-  void OnLogMessage(const WString& text, bool important) override;
+  void OnMessage(const std::string& message) override;
 
   // How many ids did not arrive; none: no frame with an id has arrived. [any thread]
   std::optional<std::uint64_t> Missing() const;
@@ -27,7 +30,8 @@ class FrameIds : public ImagingDevice::BSink {
  private:
   void Note(std::uint64_t id);
 
-  ImagingDevice::BSink& m_receiver;
+  MessageLog& m_log;
+  const std::string m_identifier;
   mutable BMutex m_mutex;
   std::optional<std::uint64_t> m_last KEL_GUARDED_BY(m_mutex);
   std::uint64_t m_missing KEL_GUARDED_BY(m_mutex) = 0;

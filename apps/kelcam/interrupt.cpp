@@ -16,6 +16,7 @@ constexpr int kSignalBase = 128;
 
 std::atomic<int> first_signal = kNoSignal;
 std::atomic<bool> nothing_to_close = false;
+std::atomic<int> open_cameras = 0;
 static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_always_lock_free,
               "a signal handler may touch nothing else");
 
@@ -34,11 +35,15 @@ bool Interrupted() { return first_signal != kNoSignal; }
 int InterruptedExitCode() { return kSignalBase + first_signal; }
 
 void EndIfInterrupted() {
-  if (Interrupted()) std::_Exit(InterruptedExitCode());
+  if (Interrupted() && SomethingToClose::Count() == 0) std::_Exit(InterruptedExitCode());
 }
 
+SomethingToClose::SomethingToClose() { ++open_cameras; }
+SomethingToClose::~SomethingToClose() { --open_cameras; }
+int SomethingToClose::Count() { return open_cameras; }
+
 NothingToClose::NothingToClose() {
-  nothing_to_close = true;
+  nothing_to_close = SomethingToClose::Count() == 0;
   EndIfInterrupted();
 }
 

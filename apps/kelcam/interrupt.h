@@ -11,10 +11,22 @@ bool Interrupted();
 // The program's exit code after an interrupt: 128 and the number of the signal, 130 for Ctrl-C.
 int InterruptedExitCode();
 
-// Ends the program when it was interrupted. For places from which there is no other way out; no camera may be open.
+// Ends the program when it was interrupted and no camera is open. For places from which there is no other way out.
 void EndIfInterrupted();
 
-// While it lives no camera is open, and an interrupt ends the program at once.
+// A camera that is open as long as this lives. The program must close it before it ends.
+class SomethingToClose {
+ public:
+  SomethingToClose();
+  ~SomethingToClose();
+  SomethingToClose(const SomethingToClose&) = delete;
+  SomethingToClose& operator=(const SomethingToClose&) = delete;
+
+  // How many cameras are open. [any thread]
+  static int Count();
+};
+
+// The program waits, and opens no camera while this lives: if none is open, an interrupt ends the program at once.
 class NothingToClose {
  public:
   NothingToClose();

@@ -7,8 +7,9 @@ namespace {
 
 constexpr double kBytesPerMegabyte = 1e6;
 
-// " (12103: 2, 12106: 1)", or nothing.
-std::string ByCode(const std::map<int, std::uint64_t>& failures) {
+}  // namespace
+
+std::string CountsByCode(const std::map<int, std::uint64_t>& failures) {
   std::string text;
   for (const auto& [code, count] : failures) {
     text += text.empty() ? " (" : ", ";
@@ -16,8 +17,6 @@ std::string ByCode(const std::map<int, std::uint64_t>& failures) {
   }
   return text.empty() ? text : text + ")";
 }
-
-}  // namespace
 
 std::uint64_t LiveFigures::Failures() const {
   std::uint64_t sum = 0;
@@ -34,7 +33,8 @@ std::string LiveFigures::Line() const {
 }
 
 std::string LiveFigures::Rates() const {
-  std::string text = Fixed(FramesPerSecond(), 1) + " frames/s, " + Counted(Failures(), "failure") + ByCode(failures);
+  std::string text =
+      Fixed(FramesPerSecond(), 1) + " frames/s, " + Counted(Failures(), "failure") + CountsByCode(failures);
   if (missing_frame_ids) text += ", " + Counted(*missing_frame_ids, "missing frame id");
   return text + ", stream rate " + Fixed(static_cast<double>(stream_rate_bytes_per_s) / kBytesPerMegabyte, 1) + " MB/s";
 }

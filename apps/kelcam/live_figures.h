@@ -12,6 +12,9 @@
 
 namespace Kelcam {
 
+// " (12103: 2, 12106: 1)", or nothing.
+std::string CountsByCode(const std::map<int, std::uint64_t>& failures);
+
 struct LiveFigures {
   using Seconds = std::chrono::duration<double>;
 

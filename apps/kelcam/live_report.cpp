@@ -1,12 +1,13 @@
 // live_report.cpp
-// What live prints: a line that changes on a terminal, a line a second elsewhere, and the total.
+// What live prints: lines that change on a terminal, a line a second elsewhere, and the total; each of every camera.
 #include "live_report.h"
 
 #include <algorithm>
 #include <iostream>
+#include <utility>
+#include <vector>
 
 #include "image_time.h"
-#include "interrupt.h"
 #include "platform.h"
 
 namespace Kelcam {
@@ -21,109 +22,119 @@ constexpr const char* kEvent = "event";
 
 }  // namespace
 
-// On a terminal the line that changes shows everything.
-LiveReport::LiveReport(const Options& options, const FrameIds& ids)
+// On a terminal the lines that change show everything.
+LiveReport::LiveReport(const Options& options)
     : m_json(options.json),
-      m_ids(ids),
-      m_progress(!options.verbose && !options.quiet),
-      m_has_seconds(!options.quiet && (options.json || !StandardOutputIsTerminal() || !StandardErrorIsTerminal())) {}
+      m_has_seconds(!options.quiet && (options.json || !StandardOutputIsTerminal() || !StandardErrorIsTerminal())),
+      m_progress(!options.verbose && !options.quiet) {}
 
-LiveReport::~LiveReport() { Stop(); }
+LiveReport::~LiveReport() { End(); }
 
-void LiveReport::Start() {
-  m_start = Clock::now();
-  {
-    const BMutexLock lock(m_mutex);
-    m_runs = true;
-    m_second_start = m_start;
-  }
+LiveReport::Camera LiveReport::AddCamera(const std::string& name, const std::string& label, const FrameIds& ids) {
+  const BMutexLock lock(m_mutex);
+  m_rows.push_back({name, label, LiveCount(ids)});
+  return m_rows.size() - 1;
+}
+
+void LiveReport::Start(Camera camera) {
+  const Clock::time_point now = Clock::now();
+  const BMutexLock lock(m_mutex);
+  m_rows.at(camera).count.Start(now);
+  if (m_start) return;
+  m_start = now;
   m_thread = std::thread([this] { Run(); });
 }
 
-void LiveReport::Stop() {
-  if (!m_thread.joinable()) return;
+void LiveReport::Stop(Camera camera) {
+  const BMutexLock lock(m_mutex);
+  m_rows.at(camera).count.Stop(Clock::now());
+}
+
+Seconds LiveReport::Elapsed() const {
+  const BMutexLock lock(m_mutex);
+  return m_start ? Clock::now() - *m_start : Seconds::zero();
+}
+
+void LiveReport::End() {
+  std::thread thread;
   {
     const BMutexLock lock(m_mutex);
-    m_total = TotalUntil(Clock::now());
-    m_runs = false;
-    m_stopped.NotifyOne();
+    m_ends = true;
+    m_ended.NotifyAll();
+    thread = std::move(m_thread);
   }
-  m_thread.join();
+  if (thread.joinable()) thread.join();
   const BMutexLock lock(m_mutex);
   m_progress.Wipe();
 }
 
-Seconds LiveReport::Elapsed() const { return Clock::now() - m_start; }
-
 void LiveReport::Run() {
   BMutexLock lock(m_mutex);
-  Clock::time_point next_progress = m_start + kProgressInterval;
-  Clock::time_point next_second = m_start + kSecond;
-  while (m_runs) {
-    m_stopped.WaitUntil(lock, std::min(next_progress, next_second));
+  Clock::time_point next_progress = *m_start + kProgressInterval;
+  Clock::time_point next_second = *m_start + kSecond;
+  while (!m_ends) {
+    m_ended.WaitUntil(lock, std::min(next_progress, next_second));
     const Clock::time_point now = Clock::now();
-    if (!m_runs) return;
+    if (m_ends) return;
     if (now >= next_second) {
-      if (m_has_seconds) PrintSecond(now);
+      if (m_has_seconds) PrintSeconds(now);
       // A second that nobody had time for is part of the one that is printed.
       next_second += (now - next_second) / kSecond * kSecond + kSecond;
     }
     if (now >= next_progress) {
-      m_progress.Show(TotalUntil(now).Line());
+      ShowProgress(now);
       next_progress = now + kProgressInterval;
     }
   }
 }
 
-LiveFigures LiveReport::TotalUntil(Clock::time_point now) const {
-  LiveFigures total = m_total;
-  total.elapsed = now - m_start;
-  total.missing_frame_ids = m_ids.Missing();
-  return total;
+void LiveReport::ShowProgress(Clock::time_point now) {
+  std::vector<std::string> lines;
+  for (const Row& row : m_rows) lines.push_back(row.label + row.count.Total(now).Line());
+  m_progress.Show(lines);
 }
 
-void LiveReport::PrintSecond(Clock::time_point now) {
-  const std::optional<std::uint64_t> missing = m_ids.Missing();
-  const Seconds elapsed = now - m_start;
-  m_second.elapsed = now - m_second_start;
-  if (missing) m_second.missing_frame_ids = *missing - m_total.missing_frame_ids.value_or(0);
-  m_second.stream_rate_bytes_per_s = m_total.stream_rate_bytes_per_s;
+// A camera that has stopped has its total alone.
+void LiveReport::PrintSeconds(Clock::time_point now) {
   m_progress.Wipe();
-  if (m_json) {
-    Json document = {{kEvent, "second"},
-                     {"time", LocalTimeOf(std::chrono::system_clock::now()).Extended()},
-                     {"elapsedSeconds", elapsed.count()}};
-    m_second.AppendTo(document);
-    PrintLine(document);
-  } else {
-    const std::string frames = Counted(m_second.frames, "frame");
-    std::cout << Fixed(elapsed.count(), 0) + " s: " + frames + ", " + m_second.Rates() + "\n" << std::flush;
+  for (Row& row : m_rows) {
+    if (row.count.Runs()) PrintSecond(row, now);
   }
   if (!std::cout) m_has_lost_reader = true;
-  m_total.missing_frame_ids = missing;
-  m_second = LiveFigures();
-  m_second_start = now;
 }
 
-void LiveReport::AddFrame() {
-  const BMutexLock lock(m_mutex);
-  ++m_total.frames;
-  ++m_second.frames;
+void LiveReport::PrintSecond(Row& row, Clock::time_point now) {
+  const LiveFigures second = row.count.TakeSecond(now);
+  const Seconds elapsed = now - *m_start;
+  if (m_json) {
+    Json document = {{kEvent, "second"}};
+    if (!row.label.empty()) document["camera"] = row.name;
+    document["time"] = LocalTimeOf(std::chrono::system_clock::now()).Extended();
+    document["elapsedSeconds"] = elapsed.count();
+    second.AppendTo(document);
+    PrintLine(document);
+    return;
+  }
+  const std::string frames = Counted(second.frames, "frame");
+  std::cout << Fixed(elapsed.count(), 0) + " s: " + row.label + frames + ", " + second.Rates() + "\n" << std::flush;
 }
 
-void LiveReport::AddFailure(const Fault& fault) {
+void LiveReport::AddFrame(Camera camera) {
   const BMutexLock lock(m_mutex);
-  ++m_total.failures[fault.code];
-  ++m_second.failures[fault.code];
-  m_first_of_code.try_emplace(fault.code, fault);
-  const bool is_new = m_printed.emplace(fault.code, fault.reason.to_do).second;
-  if (is_new) PrintError(fault.Sentence() + "\n" + fault.reason.Text());
+  m_rows.at(camera).count.AddFrame();
 }
 
-void LiveReport::AddLoss(const Fault& fault) {
+void LiveReport::AddFailure(Camera camera, const Fault& fault) {
   const BMutexLock lock(m_mutex);
-  m_loss = fault;
-  PrintError(fault.Sentence() + "\n");
+  Row& row = m_rows.at(camera);
+  if (row.count.AddFailure(fault)) PrintError(fault.Sentence(row.label) + "\n" + fault.reason.Text());
+}
+
+void LiveReport::AddLoss(Camera camera, const Fault& fault) {
+  const BMutexLock lock(m_mutex);
+  Row& row = m_rows.at(camera);
+  row.count.SetLoss(fault);
+  PrintError(fault.Sentence(row.label) + "\n");
 }
 
 void LiveReport::PrintError(const std::string& text) {
@@ -131,37 +142,27 @@ void LiveReport::PrintError(const std::string& text) {
   std::cerr << text << std::flush;
 }
 
-void LiveReport::SetStreamRate(std::int64_t rate_bytes_per_s) {
+void LiveReport::SetStreamRate(Camera camera, std::int64_t rate_bytes_per_s) {
   const BMutexLock lock(m_mutex);
-  m_total.stream_rate_bytes_per_s = rate_bytes_per_s;
+  m_rows.at(camera).count.SetStreamRate(rate_bytes_per_s);
 }
 
-bool LiveReport::HasFailed() const {
+bool LiveReport::HasFailed(Camera camera) const {
   const BMutexLock lock(m_mutex);
-  return m_total.Failures() > 0;
+  return m_rows.at(camera).count.HasFailed();
 }
 
-Json LiveReport::ErrorsByCode() const {
-  Json errors = Json::array();
-  for (const auto& [code, fault] : m_first_of_code) {
-    Json error = ToJson(fault);
-    error["count"] = m_total.failures.at(code);
-    errors.push_back(error);
-  }
-  return errors;
-}
-
-void LiveReport::PrintTotal(const std::string& camera) {
+void LiveReport::PrintTotal(Camera camera) {
   const BMutexLock lock(m_mutex);
+  const Row& row = m_rows.at(camera);
+  const LiveFigures total = row.count.Total(Clock::now());
   if (!m_json) {
-    std::cout << m_total.Line() + "\n";
+    std::cout << row.label + total.Line() + "\n";
     return;
   }
-  Json document = {{kEvent, "total"}, {"camera", camera}};
-  m_total.AppendTo(document);
-  document["errors"] = ErrorsByCode();
-  document["interrupted"] = Interrupted();
-  if (m_loss) document["error"] = ToJson(*m_loss);
+  Json document = {{kEvent, "total"}, {"camera", row.name}};
+  total.AppendTo(document);
+  row.count.AppendErrorsTo(document);
   PrintLine(document);
 }
 

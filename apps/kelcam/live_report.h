@@ -1,22 +1,20 @@
 // live_report.h
-// What live prints: a line that changes on a terminal, a line a second elsewhere, and the total.
+// What live prints: lines that change on a terminal, a line a second elsewhere, and the total; each of every camera.
 #pragma once
 
 #include <atomic>
 #include <chrono>
 #include <cstdint>
-#include <map>
+#include <deque>
 #include <optional>
-#include <set>
 #include <string>
 #include <thread>
-#include <utility>
 
 #include "bmutex.h"
 #include "command_line.h"
 #include "failure.h"
 #include "frame_ids.h"
-#include "live_figures.h"
+#include "live_count.h"
 #include "report.h"
 
 namespace Kelcam {
@@ -24,56 +22,65 @@ namespace Kelcam {
 // Prints on a thread of its own, so that a second without an image has its line, too.
 class LiveReport {
  public:
-  LiveReport(const Options& options, const FrameIds& ids);
+  explicit LiveReport(const Options& options);
   ~LiveReport();
   LiveReport(const LiveReport&) = delete;
   LiveReport& operator=(const LiveReport&) = delete;
 
-  // Time is counted from the start to the stop; a stop without a start does nothing. [the command's thread]
-  void Start();
-  void Stop();
+  // A camera's place in the report.
+  using Camera = std::size_t;
+  // name: its identifier. label: with what its lines begin; empty: nothing. The ids must outlive the report.
+  // [any thread]
+  Camera AddCamera(const std::string& name, const std::string& label, const FrameIds& ids);
+
+  // Time is counted from a camera's start to its stop, and printed from the first start on; a stop without a start does
+  // nothing. [any thread]
+  void Start(Camera camera);
+  void Stop(Camera camera);
   std::chrono::duration<double> Elapsed() const;
 
   // [any thread]
-  void AddFrame();
+  void AddFrame(Camera camera);
   // Prints the error, if it is the first of its code and next step.
-  void AddFailure(const Fault& fault);
+  void AddFailure(Camera camera, const Fault& fault);
   // Prints that the camera is gone.
-  void AddLoss(const Fault& fault);
-  void SetStreamRate(std::int64_t rate_bytes_per_s);
-  bool HasFailed() const;
+  void AddLoss(Camera camera, const Fault& fault);
+  void SetStreamRate(Camera camera, std::int64_t rate_bytes_per_s);
+  bool HasFailed(Camera camera) const;
   // Nobody reads the lines any more.
   bool HasLostReader() const { return m_has_lost_reader; }
 
-  // After the stop.
-  void PrintTotal(const std::string& camera);
+  // The last time that anything but totals is printed. [one thread]
+  void End();
+  // After that.
+  void PrintTotal(Camera camera);
 
  private:
-  using Clock = std::chrono::steady_clock;
+  using Clock = LiveCount::Clock;
+
+  struct Row {
+    std::string name;
+    std::string label;
+    LiveCount count;
+  };
 
   void Run();
-  void PrintSecond(Clock::time_point now) KEL_REQUIRES(m_mutex);
+  void PrintSeconds(Clock::time_point now) KEL_REQUIRES(m_mutex);
+  void PrintSecond(Row& row, Clock::time_point now) KEL_REQUIRES(m_mutex);
+  void ShowProgress(Clock::time_point now) KEL_REQUIRES(m_mutex);
   void PrintError(const std::string& text) KEL_REQUIRES(m_mutex);
-  LiveFigures TotalUntil(Clock::time_point now) const KEL_REQUIRES(m_mutex);
-  Json ErrorsByCode() const KEL_REQUIRES(m_mutex);
 
   const bool m_json;
-  const FrameIds& m_ids;
-  Clock::time_point m_start;  // set before the thread begins
+  const bool m_has_seconds;
   std::atomic<bool> m_has_lost_reader = false;
 
   mutable BMutex m_mutex;
-  BCondition m_stopped;
-  bool m_runs KEL_GUARDED_BY(m_mutex) = false;
-  ProgressLine m_progress KEL_GUARDED_BY(m_mutex);
-  const bool m_has_seconds;
-  LiveFigures m_total KEL_GUARDED_BY(m_mutex);
-  LiveFigures m_second KEL_GUARDED_BY(m_mutex);  // the present one
-  Clock::time_point m_second_start KEL_GUARDED_BY(m_mutex);
-  std::map<int, Fault> m_first_of_code KEL_GUARDED_BY(m_mutex);
-  std::set<std::pair<int, std::string>> m_printed KEL_GUARDED_BY(m_mutex);  // code and next step
-  std::optional<Fault> m_loss KEL_GUARDED_BY(m_mutex);
-  std::thread m_thread;
+  BCondition m_ended;
+  std::optional<Clock::time_point> m_start KEL_GUARDED_BY(m_mutex);
+  bool m_ends KEL_GUARDED_BY(m_mutex) = false;
+  ProgressLines m_progress KEL_GUARDED_BY(m_mutex);
+  std::deque<Row> m_rows KEL_GUARDED_BY(m_mutex);
+  std::thread m_thread KEL_GUARDED_BY(m_mutex);
 };
 
 }  // namespace Kelcam

@@ -1,6 +1,5 @@
 // main.cpp
 // kelcam: a camera driver module's host on the command line.
-#include <filesystem>
 #include <iostream>
 #include <optional>
 
@@ -19,12 +18,12 @@ void CheckOutput() {
   if (!std::cout.flush()) throw Failure("the result could not be written to standard output");
 }
 
-// Whether both names lead to one file, or would if it were there.
-bool IsSameFile(const std::filesystem::path& a, const std::filesystem::path& b) {
-  std::error_code error;
-  if (std::filesystem::equivalent(a, b, error)) return true;
-  const std::filesystem::path same = std::filesystem::weakly_canonical(a, error);
-  return !error && same == std::filesystem::weakly_canonical(b, error) && !error;
+void CheckLog(const Options& options) {
+  for (const CameraChoice& choice : options.cameras) {
+    if (options.log_file.empty() || choice.profile_file.empty()) continue;
+    if (!IsSameFile(options.log_file, choice.profile_file)) continue;
+    throw UsageError("--log " + options.log_file + ": this file is the profile");
+  }
 }
 
 Module LoadModule(const Options& options) {
@@ -78,10 +77,7 @@ int RunAlone(const Options& options) {
 
 int RunCommand(const Options& options) {
   if (options.command == Command::kScenarios || options.command == Command::kProfileCheck) return RunAlone(options);
-  if (!options.log_file.empty() && !options.profile_file.empty() &&
-      IsSameFile(Path(options.log_file), Path(options.profile_file))) {
-    throw UsageError("--log " + options.log_file + ": this file is the profile");
-  }
+  CheckLog(options);
   MessageLog log(options.log_file, options.verbose);
   const Module module = LoadModule(options);
   PrintSimulationNotice(module);

@@ -1,5 +1,5 @@
 // message_log.cpp
-// Receives what the driver reports to its host, writes it down and remembers the last of it.
+// Receives what the driver reports to its host, writes it down and passes it on.
 #include "message_log.h"
 
 #include <algorithm>
@@ -7,7 +7,6 @@
 #include <cstring>
 #include <iostream>
 #include <iterator>
-#include <sstream>
 #include <utility>
 
 #include "failure.h"
@@ -17,11 +16,6 @@
 
 namespace Kelcam {
 namespace {
-
-constexpr std::size_t kNoticesKept = 5;
-constexpr std::size_t kMessagesKept = 200;
-// A long run's last message lists all of its frames.
-constexpr std::size_t kLongestKeptBytes = 20'000;
 
 // Whether the driver reports that it could not open a camera, in whichever way it tried, and may try again.
 bool IsFailedTry(const std::string& message) {
@@ -60,7 +54,8 @@ void MessageLog::OnShowInfo(const wchar_t* text, const wchar_t* caption) {
   const std::string message = Utf8(WString(text));
   const BMutexLock lock(m_mutex);
   Write(caption_text.empty() ? "=== ShowInfo" : "=== ShowInfo [" + caption_text + "]", message);
-  Remember(message);
+  m_messages.Add(message);
+  for (MessageListener* listener : m_listeners) listener->OnMessage(message);
   // The search holds the thread for seconds, and between two tries no camera is open.
   if (IsFailedTry(message)) EndIfInterrupted();
 }
@@ -76,65 +71,14 @@ void MessageLog::Write(const std::string& heading, const std::string& text) {
   if (m_verbose) std::cerr << entry << std::flush;
 }
 
-void MessageLog::Keep(const std::string& message) {
-  m_messages.push_back({message.substr(0, kLongestKeptBytes), std::chrono::steady_clock::now()});
-  if (m_messages.size() > kMessagesKept) m_messages.pop_front();
-  ++m_count;
-  m_arrived.NotifyAll();
-}
-
-std::uint64_t MessageLog::Count() const {
+void MessageLog::Add(MessageListener& listener) {
   const BMutexLock lock(m_mutex);
-  return m_count;
+  m_listeners.push_back(&listener);
 }
 
-std::vector<DriverMessage> MessageLog::MessagesSince(std::uint64_t count) const {
+void MessageLog::Remove(MessageListener& listener) {
   const BMutexLock lock(m_mutex);
-  return Since(count);
-}
-
-std::vector<DriverMessage> MessageLog::Since(std::uint64_t count) const {
-  const std::uint64_t wanted = std::min<std::uint64_t>(m_count - count, m_messages.size());
-  return {m_messages.end() - static_cast<std::ptrdiff_t>(wanted), m_messages.end()};
-}
-
-std::vector<DriverMessage> MessageLog::AwaitMessage(std::uint64_t count, const std::string& text,
-                                                    std::chrono::milliseconds timeout) const {
-  const auto deadline = std::chrono::steady_clock::now() + timeout;
-  BMutexLock lock(m_mutex);
-  while (true) {
-    std::vector<DriverMessage> messages = Since(count);
-    const bool has_come = std::any_of(messages.begin(), messages.end(),
-                                      [&](const DriverMessage& message) { return Contains(message.text, text); });
-    if (has_come || std::chrono::steady_clock::now() >= deadline) return messages;
-    m_arrived.WaitUntil(lock, deadline);
-  }
-}
-
-void MessageLog::Remember(const std::string& message) {
-  Keep(message);
-  m_last_message = message;
-  // The same notice comes for each of the driver's tries to open a camera; it is kept once.
-  const bool one_line = message.find('\n') == std::string::npos;
-  if (!one_line || (!m_notices.empty() && m_notices.back() == message)) return;
-  m_notices.push_back(message);
-  if (m_notices.size() > kNoticesKept) m_notices.pop_front();
-}
-
-std::vector<std::string> MessageLog::LastNotices() const {
-  const BMutexLock lock(m_mutex);
-  if (!m_notices.empty()) return {m_notices.begin(), m_notices.end()};
-  std::vector<std::string> lines;
-  std::istringstream message(m_last_message);
-  for (std::string line; std::getline(message, line);) lines.push_back(line);
-  return lines;
-}
-
-std::string MessageLog::WithLastNotices(std::string sentence) const {
-  const std::vector<std::string> notices = LastNotices();
-  sentence += notices.empty() ? "; the driver gave no reason" : "; the driver's last messages were:";
-  for (const std::string& notice : notices) sentence += "\n  " + notice;
-  return sentence + "\n" + kMoreMessages;
+  std::erase(m_listeners, &listener);
 }
 
 void MessageLog::CheckWritten() const {

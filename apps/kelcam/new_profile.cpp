@@ -161,7 +161,7 @@ std::string TextOf(const std::string& camera, const Entries& entries) {
 
 }  // namespace
 
-NewProfile ProfileOfCamera(const std::string& word, const Module& module, const MessageLog& log) {
+NewProfile ProfileOfCamera(const std::string& word, const Module& module, MessageLog& log) {
   if (!module.Vimba()) throw Failure("--camera " + word + ": this module has no VimbaC library that could be asked");
   Entries entries;
   CameraRecord record;

@@ -16,6 +16,6 @@ struct NewProfile {
 
 // Opens the camera that the word of --camera names, and leaves it as it was. A key that has no effect on this camera,
 // or that the driver writes itself, is a comment. Throws Failure when the camera cannot be found or opened.
-NewProfile ProfileOfCamera(const std::string& word, const Module& module, const MessageLog& log);
+NewProfile ProfileOfCamera(const std::string& word, const Module& module, MessageLog& log);
 
 }  // namespace Kelcam

@@ -202,7 +202,8 @@ ProfileFacts FactsOf(const BCamProfile& profile) {
   facts.has_api_in_section = FileHasApiInSection(Path(Utf8(profile.FileName())));
   WString method;
   profile.ReadString(CamProfileKey::kInitMethod, method);
-  facts.is_by_serial = method.IEquals(kBySerial) && !TextIn(profile, CamProfileKey::kSerialNumber).empty();
+  facts.serial = TextIn(profile, CamProfileKey::kSerialNumber);
+  facts.is_by_serial = method.IEquals(kBySerial) && !facts.serial.empty();
   facts.camera_id = TextIn(profile, CamProfileKey::kCameraIdentifier);
   facts.address = TextIn(profile, CamProfileKey::kIp);
   facts.has_bayer_type = !TextIn(profile, kBayerType).empty();
@@ -231,9 +232,9 @@ Reason ExplainOpening(const OpeningEvidence& evidence) {
   return reason;
 }
 
-Fault OpeningFault(std::string sentence, const OpeningEvidence& evidence, const MessageLog& log) {
+Fault OpeningFault(std::string sentence, const OpeningEvidence& evidence, const MessageMemory& messages) {
   Reason reason = ExplainOpening(evidence);
-  if (reason.why.empty()) return {Fault::kNoCode, log.WithLastNotices(std::move(sentence))};
+  if (reason.why.empty()) return {Fault::kNoCode, messages.WithLastNotices(std::move(sentence))};
   reason.has_more = true;
   return {Fault::kNoCode, std::move(sentence), std::move(reason)};
 }

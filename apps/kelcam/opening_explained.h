@@ -9,7 +9,7 @@
 #include "bcamprofile.h"
 #include "driver_messages.h"
 #include "failure.h"
-#include "message_log.h"
+#include "message_memory.h"
 #include "named_camera.h"
 
 namespace Kelcam {
@@ -19,6 +19,7 @@ struct ProfileFacts {
   std::string api;  // empty: the head of the file has none
   bool has_api_in_section = false;
   bool is_by_serial = false;  // Init.Method = Serial, with a serial number
+  std::string serial;         // Serial.Number
   std::string camera_id;      // Camera_Identifier
   std::string address;        // IP
   bool has_bayer_type = false;
@@ -47,7 +48,7 @@ struct OpeningEvidence {
 Reason ExplainOpening(const OpeningEvidence& evidence);
 
 // What opening or listing ends with, with its reason. Where that is not known, with the driver's last messages.
-Fault OpeningFault(std::string sentence, const OpeningEvidence& evidence, const MessageLog& log);
+Fault OpeningFault(std::string sentence, const OpeningEvidence& evidence, const MessageMemory& messages);
 
 // The next step after an error that the opening threw; empty where the error says it all.
 Reason ExplainOpeningError(int code);

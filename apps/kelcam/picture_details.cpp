@@ -55,6 +55,13 @@ std::string SerialOf(const BImagingDevice& device) {
   return last_part == std::string::npos ? std::string() : camera.substr(last_part + 1);
 }
 
+PictureIdentity IdentityOf(const BImagingDevice& device) {
+  PictureIdentity identity;
+  identity.serial = SerialOf(device);
+  identity.camera = WithoutControlCharacters(Utf8(WString(device.Name())));
+  return identity;
+}
+
 PictureDetails DetailsOf(BImagingDevice& device) {
   PictureDetails details;
   details.camera = WithoutControlCharacters(Utf8(WString(device.Name())));

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "bimagingdevice.h"
+#include "file_pattern.h"
 
 namespace Kelcam {
 
@@ -26,6 +27,9 @@ struct PictureDetails {
 
 // The camera's serial number, which ends its identifier; empty when it has none.
 std::string SerialOf(const BImagingDevice& device);
+
+// What a picture's name may hold of the device.
+PictureIdentity IdentityOf(const BImagingDevice& device);
 
 // Of the pictures that the device takes as it is set now; the time is left open.
 PictureDetails DetailsOf(BImagingDevice& device);

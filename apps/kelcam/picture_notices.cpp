@@ -25,7 +25,7 @@ struct Facts {
   bool is_grey = false;   // the picture is grey
   bool is_turned = false;
   BSize size;      // before it is turned
-  Lines messages;  // the driver's, since the program began
+  Lines messages;  // the driver's, since the camera was opened
 };
 
 // A number that the profile asks for; without one that can be used, 0.
@@ -129,7 +129,7 @@ Facts FactsOf(const Options& options, const CameraSession& camera) {
   facts.is_color = camera.Device().IsColor();
   facts.is_grey = !options.raw && PictureKind(options, camera.Device()) == BBaseAoi::eMono8;
   facts.size = camera.Device().ImageSize(facts.is_turned);
-  facts.messages = LinesOf(camera.Log().MessagesSince(0));
+  facts.messages = LinesOf(camera.Messages().MessagesSince(0));
   return facts;
 }
 
@@ -145,7 +145,7 @@ std::string SentenceOf(const PictureNotice& notice, const Facts& facts) {
 void PrintPictureNotices(const Options& options, const CameraSession& camera) {
   const Facts facts = FactsOf(options, camera);
   for (const PictureNotice& notice : kPictureNotices) {
-    if (notice.holds(facts)) std::cerr << "notice: " + SentenceOf(notice, facts) + "\n";
+    if (notice.holds(facts)) std::cerr << "notice: " + camera.Label() + SentenceOf(notice, facts) + "\n";
   }
 }
 

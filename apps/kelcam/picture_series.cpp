@@ -3,7 +3,6 @@
 #include "picture_series.h"
 
 #include <algorithm>
-#include <iostream>
 #include <utility>
 
 #include "camera_setup.h"
@@ -27,7 +26,8 @@ void KeepFirst(std::optional<Fault>& fault, std::optional<Fault> later) {
 
 }  // namespace
 
-PictureSeries::PictureSeries(const Options& options, const CameraSession& camera, std::optional<int> bayer_order)
+PictureSeries::PictureSeries(const Options& options, const CameraSession& camera, std::optional<int> bayer_order,
+                             PlaceOnScreen place)
     : m_options(options),
       m_camera(camera),
       m_pattern(options.pattern, options.format, options.images),
@@ -38,15 +38,17 @@ PictureSeries::PictureSeries(const Options& options, const CameraSession& camera
       m_details(DetailsOf(camera.Device())),
       m_schedule(options.interval),
       m_lost(options.lost_after),
-      m_report(options, m_kind_name),
+      m_report(options, m_kind_name, std::move(place)),
       m_writing(kMostWaitingPictures) {}
 
-void PictureSeries::CheckFiles(const Options& options, const std::optional<std::string>& serial) {
+void PictureSeries::CheckFiles(const Options& options, const BImagingDevice* camera) {
   const FilePattern pattern(options.pattern, options.format, options.images);
-  if (pattern.IsStandardOutput() || pattern.HasSerial() != serial.has_value()) return;
+  if (pattern.IsStandardOutput() || pattern.NamesCamera() != (camera != nullptr)) return;
   const auto file = [&](int number, int second) {
-    const std::chrono::system_clock::time_point time{std::chrono::seconds(second)};
-    return pattern.File({number, time, serial.value_or(std::string())});
+    PictureIdentity picture = camera ? IdentityOf(*camera) : PictureIdentity();
+    picture.number = number;
+    picture.time += std::chrono::seconds(second);
+    return pattern.File(picture);
   };
   const bool folder_has_time = file(1, 0).parent_path() != file(1, 1).parent_path();
   if (!folder_has_time) CheckFolder(file(1, 0));
@@ -55,6 +57,7 @@ void PictureSeries::CheckFiles(const Options& options, const std::optional<std::
 }
 
 void PictureSeries::TakeSingle(TriggerChoice trigger) {
+  m_figures.Start();
   for (int number = 1; number <= m_options.images && WaitForTurn(number); ++number) {
     TakeImage(number, [&](TakenImage& image) {
       const Clock::time_point start = Clock::now();
@@ -62,6 +65,7 @@ void PictureSeries::TakeSingle(TriggerChoice trigger) {
       image.result.fault = run.StartFault();
       Snap(run, image);
       image.result.time = Clock::now() - start;
+      NoteRate(image);
       KeepFirst(image.result.fault, run.Stop());
     });
   }
@@ -69,6 +73,7 @@ void PictureSeries::TakeSingle(TriggerChoice trigger) {
 }
 
 void PictureSeries::TakeContinuous(TriggerChoice trigger) {
+  m_figures.Start();
   std::optional<AcquisitionRun> run;
   const auto start = [&] { return run.emplace(m_camera, false, trigger).StartFault(); };
   if (!m_options.keep_going) m_run_fault = start();
@@ -78,6 +83,7 @@ void PictureSeries::TakeContinuous(TriggerChoice trigger) {
       const Clock::time_point begin = Clock::now();
       Snap(*run, image);
       image.result.time = Clock::now() - begin;
+      NoteRate(image);
       if (run->StartFault()) run.reset();
     });
   }
@@ -87,7 +93,9 @@ void PictureSeries::TakeContinuous(TriggerChoice trigger) {
 
 void PictureSeries::Finish() {
   m_writing.Finish();
-  if (m_run_fault) std::cerr << m_run_fault->Sentence() + "\n" + m_run_fault->reason.Text();
+  if (!m_run_fault) return;
+  m_figures.AddRunFault(*m_run_fault);
+  m_report.AddRunFault(*m_run_fault);
 }
 
 bool PictureSeries::IsOver() const { return m_is_over || m_run_fault || Interrupted(); }
@@ -111,6 +119,7 @@ void PictureSeries::TakeImage(int number, const Take& take) {
     image.result.tries = tries;
     m_report.ShowProgress(number);
     take(image);
+    m_figures.AddSnap(image.result.fault, image.rate_bytes_per_s);
     const bool is_lost = EndsForLostCamera(image.result);
     if (image.result.fault && !is_lost && tries <= m_options.retries && !Interrupted()) {
       m_writing.Push([this, result = image.result] { NoticeRetry(result); });
@@ -136,6 +145,12 @@ bool PictureSeries::EndsForLostCamera(const ImageResult& result) {
   if (!m_lost.IsLostAfter(result.fault && m_camera.LooksGone())) return false;
   m_run_fault = m_lost.AsFault();
   return true;
+}
+
+void PictureSeries::NoteRate(TakenImage& image) {
+  if (m_options.cameras.size() < 2) return;
+  const CallWatch::Call call(m_camera.Watch(), Operation::kControls);
+  image.rate_bytes_per_s = m_camera.Device().GetBandwidth();
 }
 
 void PictureSeries::NoticeRetry(const ImageResult& result) {
@@ -174,7 +189,8 @@ void PictureSeries::Write(TakenImage& image) {
     image.result.file = m_pattern.Text();
     return WriteToStandardOutput(bytes);
   }
-  const std::filesystem::path file = m_pattern.File({image.result.number, details.time, details.serial});
+  const std::filesystem::path file =
+      m_pattern.File({image.result.number, details.time, details.serial, details.camera});
   image.result.file = Utf8(file);
   WritePictureFile(file, bytes, m_options.no_clobber ? ExistingFile::kStays : ExistingFile::kIsReplaced);
 }

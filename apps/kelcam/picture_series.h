@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -17,6 +18,7 @@
 #include "job_queue.h"
 #include "picture_details.h"
 #include "schedule.h"
+#include "snap_figures.h"
 #include "snap_report.h"
 
 namespace Kelcam {
@@ -25,16 +27,20 @@ namespace Kelcam {
 class PictureSeries {
  public:
   // bayer_order: of a colour camera's raw frames. The camera must be open as long as this lives.
-  PictureSeries(const Options& options, const CameraSession& camera, std::optional<int> bayer_order);
+  PictureSeries(const Options& options, const CameraSession& camera, std::optional<int> bayer_order,
+                PlaceOnScreen place);
 
-  // Throws Failure when a picture's name is taken, or its folder is not there, as far as that is known beforehand.
-  static void CheckFiles(const Options& options, const std::optional<std::string>& serial);
+  // Throws Failure when a picture's name is taken, or its folder is not there, as far as that is known: before the
+  // camera is open, which is null then, or later.
+  static void CheckFiles(const Options& options, const BImagingDevice* camera);
 
-  // [the command's thread] Return when all images are written.
+  // [one thread] Return when all images are written.
   void TakeSingle(TriggerChoice trigger);
   void TakeContinuous(TriggerChoice trigger);
 
-  SnapReport& Report() { return m_report; }
+  // After that:
+  const SnapReport& Report() const { return m_report; }
+  const SnapFigures& Figures() const { return m_figures; }
   const std::optional<Fault>& RunFault() const { return m_run_fault; }
   const std::string& KindName() const { return m_kind_name; }
   bool HasFailed() const { return m_run_fault || m_report.HasFailed(); }
@@ -43,6 +49,7 @@ class PictureSeries {
   struct TakenImage {
     ImageResult result;
     BSmartRef<BBaseAoi> area;
+    std::int64_t rate_bytes_per_s = 0;  // of the stream, during the snap; 0: not asked for
   };
 
   // No further image is to be taken.
@@ -54,6 +61,8 @@ class PictureSeries {
   // Whether the series ends because the camera is gone.
   bool EndsForLostCamera(const ImageResult& result);
   void Finish();
+  // Asks a camera that is one of several for its stream rate, which stop-snap adapts.
+  void NoteRate(TakenImage& image);
   void NoticeRetry(const ImageResult& result);
 
   // [the queue's thread]
@@ -72,6 +81,7 @@ class PictureSeries {
   std::chrono::system_clock::time_point m_last_arrival;
   LostCamera m_lost;
   std::optional<Fault> m_run_fault;  // of a run as a whole
+  SnapFigures m_figures;
   SnapReport m_report;
   std::atomic<bool> m_is_over = false;  // no further image is to be taken
   JobQueue m_writing;                   // last: its jobs use all of the above

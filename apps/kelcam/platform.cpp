@@ -104,6 +104,13 @@ std::size_t TerminalWidth() {
   return width > 0 ? static_cast<std::size_t>(width) : kUsualTerminalWidth;
 }
 
+// A console interprets sequences when it is asked to; old ones never do.
+bool TerminalMovesUp() {
+  const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
+  DWORD mode = 0;
+  return GetConsoleMode(console, &mode) && SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+}
+
 void MakeStandardOutputBinary() { std::ignore = _setmode(_fileno(stdout), _O_BINARY); }
 
 std::tm CalendarTime(std::time_t time) {
@@ -214,6 +221,8 @@ std::size_t TerminalWidth() {
   winsize size{};
   return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsualTerminalWidth;
 }
+
+bool TerminalMovesUp() { return true; }
 
 void MakeStandardOutputBinary() {}
 

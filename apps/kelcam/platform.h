@@ -37,6 +37,8 @@ bool StandardErrorIsTerminal();
 bool StandardOutputIsTerminal();
 // How many characters fit a line of the terminal at standard error; 80 if that is not known.
 std::size_t TerminalWidth();
+// Whether the terminal at standard error follows the sequence that moves the cursor to the line above.
+bool TerminalMovesUp();
 
 // From now on standard output passes on bytes as they are. Nothing may have been written to it.
 void MakeStandardOutputBinary();

@@ -15,12 +15,21 @@ namespace {
 
 std::atomic<bool> is_line_on_screen = false;
 
+// Moves the cursor to the line above.
+constexpr const char* kUp = "\x1b[A";
+
 constexpr int kIndent = 2;
 constexpr int kOneLine = -1;
 
 // A camera's texts may hold bytes that are no UTF-8; the document stays valid.
 std::string Dumped(const Json& document, int indent) {
   return document.dump(indent, ' ', false, Json::error_handler_t::replace);
+}
+
+std::vector<std::string> OneLine(const std::vector<std::string>& texts) {
+  std::string line;
+  for (const std::string& text : texts) line.append(line.empty() ? "" : " | ").append(text);
+  return {line};
 }
 
 }  // namespace
@@ -43,29 +52,48 @@ std::string Fixed(double value, int decimals) {
   return text.str();
 }
 
+std::string Printable(std::string text) {
+  const auto is_control = [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; };
+  std::replace_if(text.begin(), text.end(), is_control, '?');
+  return text;
+}
+
 std::string Counted(std::uint64_t count, const std::string& noun) {
   return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
-ProgressLine::ProgressLine(bool wanted) : m_shown(wanted && StandardErrorIsTerminal()) {}
+ProgressLines::ProgressLines(bool wanted) : m_shown(wanted && StandardErrorIsTerminal()) {}
 
-ProgressLine::~ProgressLine() { Wipe(); }
+ProgressLines::~ProgressLines() { Wipe(); }
 
-void ProgressLine::Show(const std::string& text) {
+void ProgressLines::Show(const std::vector<std::string>& texts) {
   if (!m_shown) return;
   Wipe();
-  // A terminal may begin a new line after one that fills it. The texts are in ASCII.
-  m_width = std::min(text.size(), TerminalWidth() - 1);
-  std::cerr << text.substr(0, m_width) << std::flush;
-  is_line_on_screen = m_width > 0;
+  // A terminal that cannot move the cursor up has room for one.
+  const std::vector<std::string> lines = texts.size() > 1 && !TerminalMovesUp() ? OneLine(texts) : texts;
+  std::string all;
+  for (const std::string& line : lines) {
+    // A terminal may begin a new line after one that fills it. Most texts are in ASCII.
+    m_widths.push_back(std::min(line.size(), TerminalWidth() - 1));
+    if (m_widths.size() > 1) all += '\n';
+    all.append(line, 0, m_widths.back());
+  }
+  std::cerr << all << std::flush;
+  is_line_on_screen = !all.empty();
 }
 
-void ProgressLine::Wipe() {
-  if (m_width) std::cerr << "\r" << std::string(m_width, ' ') << "\r" << std::flush;
-  m_width = 0;
+void ProgressLines::Wipe() {
+  const bool has_gone_up = m_widths.size() > 1 && !is_line_on_screen;
+  std::string wiping;
+  for (std::size_t i = has_gone_up ? 0 : m_widths.size(); i > 0; --i) {
+    if (m_widths[i - 1]) wiping.append("\r").append(m_widths[i - 1], ' ').append("\r");
+    if (i > 1) wiping += kUp;
+  }
+  if (!wiping.empty()) std::cerr << wiping << std::flush;
+  m_widths.clear();
   is_line_on_screen = false;
 }
 
-bool ProgressLine::IsOnScreen() { return is_line_on_screen; }
+bool ProgressLines::LeaveOnScreen() { return is_line_on_screen.exchange(false); }
 
 }  // namespace Kelcam

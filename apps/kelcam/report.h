@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "failure.h"
 #include "nlohmann/json.hpp"
@@ -24,28 +25,32 @@ void PrintLine(const Json& document);
 // With that many decimals.
 std::string Fixed(double value, int decimals);
 
+// Without control characters, for a terminal: a camera may claim any text.
+std::string Printable(std::string text);
+
 // "1 image", "2 images"
 std::string Counted(std::uint64_t count, const std::string& noun);
 
-// A line on standard error that is written over again and again; only on a terminal, in a pipe it is silent.
-// It is cut to the terminal's width.
-class ProgressLine {
+// Lines on standard error that are written over again and again; only on a terminal, in a pipe they are silent.
+// They are cut to the terminal's width.
+class ProgressLines {
  public:
-  explicit ProgressLine(bool wanted);
-  ~ProgressLine();  // wipes it
-  ProgressLine(const ProgressLine&) = delete;
-  ProgressLine& operator=(const ProgressLine&) = delete;
+  explicit ProgressLines(bool wanted);
+  ~ProgressLines();  // wipes them
+  ProgressLines(const ProgressLines&) = delete;
+  ProgressLines& operator=(const ProgressLines&) = delete;
 
   bool IsShown() const { return m_shown; }
-  void Show(const std::string& text);
+  void Show(const std::vector<std::string>& texts);
   void Wipe();
 
-  // Whether one of the program's lines is on the terminal and open. [any thread]
-  static bool IsOnScreen();
+  // Whether lines of the program are on the terminal and open. They stay where they are: who asks begins a new line
+  // under them. [any thread]
+  static bool LeaveOnScreen();
 
  private:
   bool m_shown;
-  std::size_t m_width = 0;
+  std::vector<std::size_t> m_widths;  // of the lines on the terminal
 };
 
 }  // namespace Kelcam

@@ -27,22 +27,22 @@ Json ToJson(const ImageResult& result) {
   return image;
 }
 
-bool WantsProgress(const Options& options) { return options.images > 1 && !options.verbose && !options.quiet; }
-
 }  // namespace
 
-SnapReport::SnapReport(const Options& options, std::string kind_name)
-    : m_options(options), m_kind_name(std::move(kind_name)), m_progress(WantsProgress(options)) {}
+SnapReport::SnapReport(const Options& options, std::string kind_name, PlaceOnScreen place)
+    : m_options(options), m_kind_name(std::move(kind_name)), m_place(std::move(place)) {}
+
+bool SnapReport::WantsProgress(const Options& options) {
+  return options.images > 1 && !options.verbose && !options.quiet;
+}
 
 void SnapReport::ShowProgress(int number) {
-  const BMutexLock lock(m_mutex);
-  m_progress_text = "image " + std::to_string(number) + " of " + std::to_string(m_options.images);
-  m_progress.Show(m_progress_text);
+  m_place.screen.Show(m_place.line,
+                      m_place.label + "image " + std::to_string(number) + " of " + std::to_string(m_options.images));
 }
 
 void SnapReport::Notice(const std::string& text) {
-  const BMutexLock lock(m_mutex);
-  Print("notice: " + text + "\n", true);
+  m_place.screen.Print(std::cerr, "notice: " + m_place.label + text + "\n");
 }
 
 void SnapReport::Add(ImageResult result) {
@@ -51,19 +51,17 @@ void SnapReport::Add(ImageResult result) {
     const std::string image = m_options.images > 1 ? " (image " + std::to_string(result.number) + ")" : "";
     // A reason with the same next step as that of the failure before is not printed again.
     const Reason& reason = result.fault->reason;
-    Print(result.fault->Sentence() + image + "\n" + (reason.to_do == m_last_to_do ? "" : reason.Text()), true);
+    m_place.screen.Print(std::cerr, result.fault->Sentence(m_place.label) + image + "\n" +
+                                        (reason.to_do == m_last_to_do ? "" : reason.Text()));
     m_last_to_do = reason.to_do;
   } else if (!m_options.json && !m_options.quiet) {
-    Print(Line(result), IsStandardOutput(m_options));
+    m_place.screen.Print(IsStandardOutput(m_options) ? std::cerr : std::cout, Line(result));
   }
   m_results.push_back(std::move(result));
 }
 
-// In one piece: other threads write, too.
-void SnapReport::Print(const std::string& line, bool is_error) {
-  m_progress.Wipe();
-  (is_error ? std::cerr : std::cout) << line << std::flush;
-  if (!m_progress_text.empty()) m_progress.Show(m_progress_text);
+void SnapReport::AddRunFault(const Fault& fault) {
+  m_place.screen.Print(std::cerr, fault.Sentence(m_place.label) + "\n" + fault.reason.Text());
 }
 
 std::string SnapReport::Line(const ImageResult& result) const {
@@ -72,14 +70,11 @@ std::string SnapReport::Line(const ImageResult& result) const {
          " ms\n";
 }
 
-void SnapReport::PrintSummary(bool run_failed) {
+void SnapReport::PrintSummary(bool run_failed) const {
   const bool wanted = !m_options.quiet && (m_options.images > 1 || run_failed || HasFailed());
-  const int taken = Taken();
-  const BMutexLock lock(m_mutex);
-  m_progress_text.clear();
-  m_progress.Wipe();
+  m_place.screen.Clear();
   if (!wanted) return;
-  std::cerr << std::to_string(taken) + " of " + Counted(static_cast<std::uint64_t>(m_options.images), "image") +
+  std::cerr << std::to_string(Taken()) + " of " + Counted(static_cast<std::uint64_t>(m_options.images), "image") +
                    " taken\n";
 }
 

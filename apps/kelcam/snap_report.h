@@ -12,6 +12,7 @@
 #include "command_line.h"
 #include "failure.h"
 #include "report.h"
+#include "screen.h"
 
 namespace Kelcam {
 
@@ -28,18 +29,29 @@ struct ImageResult {
   Milliseconds writing{0.0};  // from pixels to a whole file
 };
 
-// Prints each result when it is there: on standard error if the picture itself goes to standard output. Its functions
-// may be called from several threads.
+// Where the lines about one camera appear, and with what they begin; empty: nothing.
+struct PlaceOnScreen {
+  Screen& screen;
+  std::size_t line = 0;  // the one that changes
+  std::string label = {};
+};
+
+// Prints each result of one camera when it is there: on standard error if the picture itself goes to standard output.
+// [any thread]
 class SnapReport {
  public:
-  SnapReport(const Options& options, std::string kind_name);
+  SnapReport(const Options& options, std::string kind_name, PlaceOnScreen place);
 
+  // Whether a command that takes pictures shows which one it takes.
+  static bool WantsProgress(const Options& options);
   // On a terminal: which image is being taken.
   void ShowProgress(int number);
   void Notice(const std::string& text);
   void Add(ImageResult result);
+  // What ended the run as a whole.
+  void AddRunFault(const Fault& fault);
   // After the last image: how many were taken, out of all. run_failed: the run as a whole.
-  void PrintSummary(bool run_failed);
+  void PrintSummary(bool run_failed) const;
 
   int Taken() const;
   // Whether one of the images failed.
@@ -48,14 +60,12 @@ class SnapReport {
   Json Images() const;
 
  private:
-  void Print(const std::string& line, bool is_error) KEL_REQUIRES(m_mutex);
   std::string Line(const ImageResult& result) const;
 
   const Options& m_options;
   const std::string m_kind_name;
+  const PlaceOnScreen m_place;
   mutable BMutex m_mutex;
-  ProgressLine m_progress KEL_GUARDED_BY(m_mutex);
-  std::string m_progress_text KEL_GUARDED_BY(m_mutex);
   std::string m_last_to_do KEL_GUARDED_BY(m_mutex);
   std::vector<ImageResult> m_results KEL_GUARDED_BY(m_mutex);
 };

@@ -67,6 +67,12 @@ std::optional<VmbAccessMode_t> VimbaSession::PermittedAccess(const std::string& 
   return code == VmbErrorSuccess ? std::optional(info.permittedAccess) : std::nullopt;
 }
 
+std::optional<std::string> VimbaSession::IdOf(const std::string& name) const {
+  VmbCameraInfo_t info{};
+  const VmbError_t code = KEL_VIMBA_CALL(m_library, VmbCameraInfoQuery)(name.c_str(), &info, sizeof info);
+  return code == VmbErrorSuccess ? std::optional(TextOf(info.cameraIdString)) : std::nullopt;
+}
+
 OpenedCamera::OpenedCamera(const VimbaSession& session, const std::string& id, VmbAccessMode_t access)
     : m_library(session.Library()), m_code(KEL_VIMBA_CALL(m_library, VmbCameraOpen)(id.c_str(), access, &m_handle)) {}
 

@@ -32,6 +32,8 @@ class VimbaSession {
   std::vector<CameraRecord> Cameras() const;
   // How the camera with this id, serial number or address may be opened. None: the library knows no such camera.
   std::optional<VmbAccessMode_t> PermittedAccess(const std::string& id) const;
+  // The id of the camera with this id, serial number or address. None: the library knows no such camera.
+  std::optional<std::string> IdOf(const std::string& name) const;
   const VimbaLibrary& Library() const { return m_library; }
 
  private:

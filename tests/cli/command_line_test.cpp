@@ -60,7 +60,37 @@ TEST_F(CommandLine, MissingRequiredOptionsAreNamed) {
 }
 
 TEST_F(CommandLine, ACameraIsNamedOnce) {
-  ExpectUsageError(With("info", {"--camera", "1"}), "--camera excludes --profile");
+  const std::string again = ": a camera can be named only once";
+  std::filesystem::create_directory(PathOf("folder"));
+
+  ExpectUsageError({"info", "--camera", "1", "--camera", "2", "--camera", "1"}, "--camera 1" + again);
+  ExpectUsageError(With("info", {"--profile", m_profile}), "--profile " + m_profile + again);
+  const std::string other_name = In("folder/../camera.ini");
+  ExpectUsageError(With("info", {"--profile", other_name}),
+                   "--profile " + other_name + " is --profile " + m_profile + again);
+}
+
+TEST_F(CommandLine, ALinkNeedsTwoCameras) {
+  ExpectUsageError(With("live", {"--link"}), "--link: one camera has no partner; name another");
+}
+
+TEST_F(CommandLine, PicturesOfSeveralCamerasNeedNamesOfTheirOwn) {
+  const Arguments cameras{"snap", "--camera", "1", "--camera", "2", "-o"};
+  const auto to = [&](const std::string& pattern) {
+    Arguments arguments = cameras;
+    arguments.push_back(pattern);
+    return arguments;
+  };
+
+  ExpectUsageError(to("x%t.png"), "-o x%t.png: the pictures of several cameras need a %c in the name for the camera");
+  ExpectUsageError(to("-"), "-o -: the pictures of several cameras need files, with a %c in the name");
+}
+
+TEST_F(CommandLine, TheLogIsNoneOfTheProfiles) {
+  const std::string other = Write("other.ini", "API = Vimba\n");
+  m_log = other;
+
+  ExpectUsageError(With("info", {"--profile", other}), "--log " + other + ": this file is the profile");
 }
 
 TEST_F(CommandLine, ValuesOutsideAChoiceAreNamed) {

@@ -8,6 +8,7 @@
 
 Script::Script() {
   const char* text = std::getenv("KELCAM_TEST_SCRIPT");
+  const BMutexLock lock(m_mutex);
   std::istringstream words(text ? text : "");
   for (std::string word; words >> word;) {
     const std::size_t equals = word.find('=');
@@ -19,6 +20,7 @@ Script::Script() {
 }
 
 std::string Script::Next(const std::string& key, const std::string& default_value) {
+  const BMutexLock lock(m_mutex);
   const auto found = m_values.find(key);
   if (found == m_values.end()) return default_value;
   Values& values = found->second;

@@ -6,7 +6,9 @@
 #include <string>
 #include <vector>
 
-// Words of the form KEY=VALUE[,VALUE]... in the variable KELCAM_TEST_SCRIPT.
+#include "bmutex.h"
+
+// Words of the form KEY=VALUE[,VALUE]... in the variable KELCAM_TEST_SCRIPT. [any thread]
 class Script {
  public:
   Script();
@@ -20,7 +22,8 @@ class Script {
     std::vector<std::string> list;
     std::size_t next = 0;
   };
-  std::map<std::string, Values> m_values;
+  BMutex m_mutex;
+  std::map<std::string, Values> m_values KEL_GUARDED_BY(m_mutex);
 };
 
 // A step that does not fail; every other number is the code that it fails with.

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "bbaseaoi.h"
+#include "bmutex.h"
 #include "imagingdevice.h"
 #include "script.h"
 #include "scripted_picture.h"
@@ -36,14 +37,28 @@ std::string KindName(int kind) {
 constexpr const char* kNoFrame = "none";
 
 // As a driver does when a frame arrives.
-void ReportFrame(const std::string& id) {
+void ReportFrame(const std::string& camera, const std::string& id) {
   if (id == kNoFrame) return;
   const std::string message =
-      "Camera 1 (Scripted) : Thread ID = 7 : OnFrameExt()\n   1 :       0.0 (  0.0) : Start\n   2 :       0.1 (  0.1) "
+      "Camera 1 (" + camera +
+      ") : Thread ID = 7 : OnFrameExt()\n   1 :       0.0 (  0.0) : Start\n   2 :       0.1 (  0.1) "
       ": "
       "Frame context id = 0 FrameStatusComplete FrameDimension = 5x3 FrameID = " +
       id + " Timestamp = 17\n   3 :       0.2 (  0.1) : End\n";
   ImagingDevice::ShowInfo(ToWString(message.c_str()).c_str(), L"");
+}
+
+// Waits until so many devices snap at the same time; false: a minute has passed.
+bool HaveMet(int devices) {
+  static BMutex mutex;
+  static BCondition changed;
+  static int here = 0;
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+  BMutexLock lock(mutex);
+  ++here;
+  changed.NotifyAll();
+  while (here < devices && std::chrono::steady_clock::now() < deadline) changed.WaitUntil(lock, deadline);
+  return here >= devices;
 }
 
 // The integer units of the controls.
@@ -101,13 +116,19 @@ bool ScriptedTrigger::SetSource(int source) {
   return TheScript().Next("source", 1) != 0;
 }
 
-ScriptedDevice::ScriptedDevice()
-    : m_color(TheScript().Next("color", 0) != 0),
+ScriptedDevice::ScriptedDevice(int number)
+    : m_number(number),
+      m_name(WString::Format(L"Vimba_Scripted_%d", number ? number : 1)),
+      m_color(TheScript().Next("color", 0) != 0),
       m_has_trigger(TheScript().Next("trigger", 1) != 0),
       m_has_exposure(TheScript().Next("exposure", 1) != 0),
       m_gain("gain", NBoard::eGain, 20, 0, 30),
       m_exposure("exposure", NBoard::eShutter, 100, 1, 20000),
       m_temperature("temperature", NBoard::eTemperatureSensor, 300, 0, 0) {}
+
+void ScriptedDevice::Log(const std::string& operation) const {
+  ::Log(m_number ? std::to_string(m_number) + ": " + operation : operation);
+}
 
 BSize ScriptedDevice::ImageSize(bool& rotated) const {
   rotated = TheScript().Next("rotated", 0) != 0;
@@ -142,7 +163,7 @@ bool ScriptedDevice::WhiteBalanceRange(int& min, int& max) {
 
 void ScriptedDevice::StartSnap(bool one_shot) {
   Log(one_shot ? "StartSnap(one shot)" : "StartSnap(continuous)");
-  if (const int code = TheScript().Next("start", 0)) throw BError(code, L"AcquisitionStart failed");
+  if (const int code = TheScript().Next(Key("start"), 0)) throw BError(code, L"AcquisitionStart failed");
 }
 
 BError ScriptedDevice::Snap(BBaseAoi* aoi, std::uint32_t timeout_ms) {
@@ -151,8 +172,11 @@ BError ScriptedDevice::Snap(BBaseAoi* aoi, std::uint32_t timeout_ms) {
   if (TheScript().Next("report", 0))
     ImagingDevice::ShowInfo(L"Camera 1 : Snap\n   1 :       0.0 (  0.0) : Fire SW trigger\n", L"");
   std::this_thread::sleep_for(std::chrono::seconds(TheScript().Next("snap_s", 0)));
-  ReportFrame(TheScript().Next("frame_id", kNoFrame));
-  const std::string outcome = TheScript().Next("snap", kSuccess);
+  if (const int devices = TheScript().Next("together", 0); devices && !HaveMet(devices)) {
+    return BError(BError::eTimeout);
+  }
+  ReportFrame(m_number ? ToBString(m_name.c_str()).Str() : "Scripted", TheScript().Next(Key("frame_id"), kNoFrame));
+  const std::string outcome = TheScript().Next(Key("snap"), kSuccess);
   if (outcome == "nomemory") return BError(BError::eAcquisitionFailed, L"out of memory");
   if (outcome == "wrongkind") throw NBoard::Exception::eWrongImageKind;
   if (outcome == "exhausted") throw std::bad_alloc();
@@ -168,5 +192,15 @@ BError ScriptedDevice::Snap(BBaseAoi* aoi, std::uint32_t timeout_ms) {
 
 void ScriptedDevice::StopSnap() {
   Log("StopSnap");
-  if (const int code = TheScript().Next("stop", 0)) throw BError(code, L"AcquisitionStop failed");
+  if (const int code = TheScript().Next(Key("stop"), 0)) throw BError(code, L"AcquisitionStop failed");
+}
+
+bool ScriptedDevice::AddBandwidthPartner(BImagingDevice* partner) {
+  Log("AddBandwidthPartner(" + ToBString(partner->Name()).Str() + ")");
+  return TheScript().Next("partner", 1) != 0;
+}
+
+bool ScriptedDevice::RemoveBandwidthPartner(BImagingDevice* partner) {
+  Log("RemoveBandwidthPartner(" + ToBString(partner->Name()).Str() + ")");
+  return true;
 }

@@ -46,11 +46,13 @@ class ScriptedTrigger : public BImagingDeviceTrigger {
 
 class ScriptedDevice : public BImagingDevice {
  public:
-  ScriptedDevice();
+  // number: 0 where there is one device only; every other one is in its name, in what it logs and in the keys of its
+  // script ("snap2").
+  explicit ScriptedDevice(int number);
 
   bool IsOpen() const override { return true; }
   const wchar_t* TypeName() const override { return L"Scripted"; }
-  const wchar_t* Name() const override { return L"Vimba_Scripted_1"; }
+  const wchar_t* Name() const override { return m_name.c_str(); }
   BSize ImageSize(bool& rotated) const override;
   int MaxShutterForFast() const override { return 20000; }
   bool FramesPerSecond(double& frames_per_second) override;
@@ -79,10 +81,16 @@ class ScriptedDevice : public BImagingDevice {
   bool IsColor() const override { return m_color; }
   std::int64_t GetBandwidth() override { return 45000000; }
   bool SetBandwidth(std::int32_t) override { return true; }
-  bool AddBandwidthPartner(BImagingDevice*) override { return false; }
-  bool RemoveBandwidthPartner(BImagingDevice*) override { return false; }
+  bool AddBandwidthPartner(BImagingDevice* partner) override;
+  bool RemoveBandwidthPartner(BImagingDevice* partner) override;
 
  private:
+  void Log(const std::string& operation) const;
+  // The key of a step of this device.
+  std::string Key(const std::string& step) const { return m_number ? step + std::to_string(m_number) : step; }
+
+  const int m_number;
+  const WString m_name;
   bool m_color, m_has_trigger, m_has_exposure;
   ScriptedControl m_gain, m_exposure, m_temperature;
   ScriptedTrigger m_trigger;

@@ -15,7 +15,7 @@ BImagingDevice* CreateImagingDevice(BSmartRef<BCamProfile> profile) {
   ImagingDevice::ShowInfo(L"Initialize camera \u00fc", nullptr);
   ImagingDevice::ShowInfo(L"Camera 1 : Initialize\n   1 :       0.0000 (  0.0000) : Start\n", L"");
   int number = 0;
-  profile->ReadInt(L"Number", number, 0, 0, 10);
+  profile->ReadInt(L"Number", number, 0, 0, 100);
   const std::string outcome = TheScript().Next("open", kSuccess);
   if (outcome == "null") {
     for (int i = 0; i < 3; ++i) ImagingDevice::ShowInfo(L"Camera 1: does not answer");
@@ -23,7 +23,7 @@ BImagingDevice* CreateImagingDevice(BSmartRef<BCamProfile> profile) {
     return nullptr;
   }
   if (outcome != kSuccess) throw BError(std::stoi(outcome), profile->Name(), L"RotateBy90Degree", L"2");
-  return new ScriptedDevice;
+  return new ScriptedDevice(number);
 }
 
 bool ReleaseImagingDevice(BImagingDevice** device) {
