@@ -1,0 +1,10 @@
+// camera/pacing.h
+// The pause between the packets of a frame, which a camera of Aravis has a register for and does not keep by itself.
+#pragma once
+
+#include <arv.h>
+
+// From now on each packet of a frame that this process sends takes the time that it takes on gigabit Ethernet, and the
+// pause of the camera's register after it. So the camera has the stream rate that it was told. What else it sends is
+// not held up. For one camera of the process, which must outlive its stream; call it before a host can connect.
+void PacePackets(ArvFakeCamera* camera);
