@@ -15,8 +15,12 @@ from idle_time import IdleTime
 INTERVAL_S = 0.25
 # Of a frame that came incomplete, and of one given up because a partner lost one.
 ACQUISITION_FAILED, ABORTED = 12103, 12109
-# From 97,700,000 bytes/s on, by 10 % each time, two cameras fit after five failures; from there on a few more come.
-FAILURES_UNTIL_THEY_FIT = 5
+# A camera that has just been opened sends its first picture up to a tenth of a second late, so those may not meet. From the
+# second on, which are sent at 97,700,000 bytes/s at least, five or six are lost until two cameras fit. A few more come after.
+FIRST_LOST = 2
+FIRST_THAT_FIT = 8
+# The share of the first rate that each may have at most when both fit is 0.59, and good pictures add a little.
+SLOWER = 0.7
 
 options = argparse.Namespace()
 
@@ -53,8 +57,10 @@ class SharedLinkTest(unittest.TestCase):
     def test_TwoCamerasOnTheirOwnLosePacketsAndNobodyAbortsThem(self):
         with self.unless_the_machine_is_busy():
             lost = self.link.lost_packets()
-            for camera in self.kelcam.snap(2, 3, INTERVAL_S, link=False)["cameras"]:
-                self.assertEqual(shared_link.failed(camera), dict.fromkeys((1, 2, 3), ACQUISITION_FAILED))
+            for camera in self.kelcam.snap(2, 4, INTERVAL_S, link=False)["cameras"]:
+                failed = shared_link.failed(camera)
+                self.assertLessEqual({FIRST_LOST, FIRST_LOST + 1}, set(failed))
+                self.assertEqual(set(failed.values()), {ACQUISITION_FAILED})
             self.assertGreater(self.link.lost_packets(), lost)
 
     def test_LinkedCamerasSlowDownTogetherUntilTheirFramesAreComplete(self):
@@ -64,12 +70,12 @@ class SharedLinkTest(unittest.TestCase):
             codes = {code for camera in cameras for code in shared_link.failed(camera).values()}
             self.assertEqual(codes, {ACQUISITION_FAILED, ABORTED})
             for camera in cameras:
+                failed = set(shared_link.failed(camera))
+                self.assertIn(FIRST_LOST, failed)
+                fitting = set(range(FIRST_THAT_FIT, images + 1))
+                self.assertGreater(len(fitting - failed), len(fitting) // 2)
                 rate = camera["summary"]["streamBytesPerSecond"]
-                self.assertLess(rate["last"], rate["first"])
-                self.assertLess(rate["mean"], rate["first"])
-                good_after = [n for n in range(FAILURES_UNTIL_THEY_FIT + 1, images + 1) if n not in shared_link.failed(camera)]
-                self.assertIn(1, shared_link.failed(camera))
-                self.assertGreater(len(good_after), (images - FAILURES_UNTIL_THEY_FIT) // 2)
+                self.assertLess(rate["last"], SLOWER * rate["first"])
 
 
 if __name__ == "__main__":

@@ -29,7 +29,8 @@ ETHERNET_BYTES = 14
 QUEUE_BYTES = 2 * (PACKET_BYTES + ETHERNET_BYTES)
 MTU = "9000"
 HOST = "10.0.0.100"
-ADDITIONS = pathlib.Path(__file__).resolve().parent / "camera/additions.xml"
+ADDITIONS = [str(pathlib.Path(__file__).resolve().parent / "camera" / name)
+             for name in ("additions.xml", "waits_for_triggers.xml")]  # fmt: skip
 PATH = os.environ.get("PATH", "") + os.pathsep + "/usr/sbin" + os.pathsep + "/sbin"
 
 
@@ -106,7 +107,7 @@ class SharedLink:
         network.run("ip", "link", "set", "eth0", "up")
         self.opened(Camera(network, [
             program, "--address", address, "--serial", f"000{number}", "--mac", str(0x000F31000000 + number),
-            "--additions", str(ADDITIONS), "--packet-bytes", str(PACKET_BYTES), "--paced"]))  # fmt: skip
+            "--additions", *ADDITIONS, "--packet-bytes", str(PACKET_BYTES), "--paced"]))  # fmt: skip
 
     def opened(self, part):
         self.open.append(part)
