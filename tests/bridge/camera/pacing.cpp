@@ -77,8 +77,8 @@ void PacePackets(ArvFakeCamera* camera) { s_camera = camera; }
 
 // Takes the place of GLib's function of this name, for Aravis too: a program's own symbols come before those of its
 // libraries.
-gssize g_socket_send_to(GSocket* socket, GSocketAddress* address, const gchar* buffer, gsize size,
-                        GCancellable* cancellable, GError** error) {
+[[gnu::visibility("default")]] gssize g_socket_send_to(GSocket* socket, GSocketAddress* address, const gchar* buffer,
+                                                       gsize size, GCancellable* cancellable, GError** error) {
   if (IsStreamPacket(address)) AwaitTurn(size);
   GOutputVector vector{buffer, size};
   return g_socket_send_message(socket, address, &vector, 1, nullptr, 0, G_SOCKET_MSG_NONE, cancellable, error);
