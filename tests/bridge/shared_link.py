@@ -176,7 +176,7 @@ class Kelcam:
                 else:
                     process.kill()
         if process.returncode not in (0, self.FAILED):
-            raise RuntimeError(f"kelcam ends with {process.returncode}: {errors.read_text()}")
+            raise RuntimeError(f"kelcam ends with {process.returncode}: {errors.read_text()[-1000:]}")
         return json.loads(output.read_text())
 
 

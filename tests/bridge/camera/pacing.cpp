@@ -41,7 +41,7 @@ guint32 Read(guint32 address) {
 }
 
 bool IsStreamPacket(GSocketAddress* to) {
-  return s_camera.load() && G_IS_INET_SOCKET_ADDRESS(to) &&
+  return G_IS_INET_SOCKET_ADDRESS(to) &&
          g_inet_socket_address_get_port(G_INET_SOCKET_ADDRESS(to)) == (Read(kStreamPortRegister) & 0xffff);
 }
 
@@ -71,6 +71,14 @@ void AwaitTurn(gsize bytes) {
   s_next = begin + TimeOf(bytes);
 }
 
+// waits_for_triggers.xml leaves the camera acquiring. It would take the next host's acquisition for the last one's, and
+// send the frames to the last one.
+void StopWithoutHost() {
+  if (arv_fake_camera_get_control_channel_privilege(s_camera) == 0) {
+    arv_fake_camera_write_register(s_camera, ARV_FAKE_CAMERA_REGISTER_ACQUISITION, 0);
+  }
+}
+
 }  // namespace
 
 void PacePackets(ArvFakeCamera* camera) { s_camera = camera; }
@@ -79,7 +87,7 @@ void PacePackets(ArvFakeCamera* camera) { s_camera = camera; }
 // libraries.
 [[gnu::visibility("default")]] gssize g_socket_send_to(GSocket* socket, GSocketAddress* address, const gchar* buffer,
                                                        gsize size, GCancellable* cancellable, GError** error) {
-  if (IsStreamPacket(address)) AwaitTurn(size);
+  if (s_camera.load()) IsStreamPacket(address) ? AwaitTurn(size) : StopWithoutHost();
   GOutputVector vector{buffer, size};
   return g_socket_send_message(socket, address, &vector, 1, nullptr, 0, G_SOCKET_MSG_NONE, cancellable, error);
 }

@@ -5,6 +5,7 @@
 #include <arv.h>
 
 // From now on each packet of a frame that this process sends takes the time that it takes on gigabit Ethernet, and the
-// pause of the camera's register after it. So the camera has the stream rate that it was told. What else it sends is
-// not held up. For one camera of the process, which must outlive its stream; call it before a host can connect.
+// pause of the camera's register after it. So the camera has the stream rate that it was told. Answers to the host are
+// not held up. With the one to a host that gives up control the acquisition ends. For one camera of the process, which
+// must outlive its stream; call it before a host takes control.
 void PacePackets(ArvFakeCamera* camera);
