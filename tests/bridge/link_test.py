@@ -16,8 +16,7 @@ INTERVAL_S = 0.25
 # Of a frame that came incomplete, and of one given up because a partner lost one.
 ACQUISITION_FAILED, ABORTED = 12103, 12109
 # A camera that has just been opened sends its first picture up to a tenth of a second late, so those may not meet. From the
-# second on, which are sent at 97,700,000 bytes/s at least, five or six are lost until two cameras fit. A few more come after.
-FIRST_LOST = 2
+# second on, sent at 97,700,000 bytes/s at least, five or six are lost until two cameras fit. A few more are lost after.
 FIRST_THAT_FIT = 8
 # The share of the first rate that each may have at most when both fit is 0.59, and good pictures add a little.
 SLOWER = 0.7
@@ -58,9 +57,7 @@ class SharedLinkTest(unittest.TestCase):
         with self.unless_the_machine_is_busy():
             lost = self.link.lost_packets()
             for camera in self.kelcam.snap(2, 4, INTERVAL_S, link=False)["cameras"]:
-                failed = shared_link.failed(camera)
-                self.assertLessEqual({FIRST_LOST, FIRST_LOST + 1}, set(failed))
-                self.assertEqual(set(failed.values()), {ACQUISITION_FAILED})
+                self.assertEqual(set(shared_link.failed(camera).values()), {ACQUISITION_FAILED})
             self.assertGreater(self.link.lost_packets(), lost)
 
     def test_LinkedCamerasSlowDownTogetherUntilTheirFramesAreComplete(self):
@@ -71,7 +68,8 @@ class SharedLinkTest(unittest.TestCase):
             self.assertEqual(codes, {ACQUISITION_FAILED, ABORTED})
             for camera in cameras:
                 failed = set(shared_link.failed(camera))
-                self.assertIn(FIRST_LOST, failed)
+                self.assertTrue(failed)
+                self.assertLess(min(failed), FIRST_THAT_FIT)
                 fitting = set(range(FIRST_THAT_FIT, images + 1))
                 self.assertGreater(len(fitting - failed), len(fitting) // 2)
                 rate = camera["summary"]["streamBytesPerSecond"]
