@@ -16,6 +16,7 @@
 
 #include "camera/description.h"
 #include "camera/drawing.h"
+#include "camera/pacing.h"
 
 namespace {
 
@@ -23,6 +24,7 @@ namespace {
 constexpr guint32 kMacRegister = 0x0008;
 constexpr guint32 kModelRegister = 0x0068;
 constexpr std::size_t kModelBytes = 32;
+constexpr guint32 kPacketSizeRegister = 0x0d04;
 constexpr guint32 kSensorTypeRegister = 0x8000;
 
 struct Options {
@@ -33,6 +35,8 @@ struct Options {
   double lost_permille = 0.0;
   double trigger_hz = 1000.0;
   bool colour = false;
+  bool paced = false;
+  std::uint32_t packet_bytes = 0;
   std::vector<std::string> additions;
   std::string description;
 };
@@ -47,6 +51,8 @@ void Prepare(ArvFakeCamera* camera, Options options) {
   if (options.colour) arv_fake_camera_write_register(camera, kSensorTypeRegister, 1);
   arv_fake_camera_set_trigger_frequency(camera, options.trigger_hz);
   arv_fake_camera_set_fill_pattern(camera, DrawPattern, nullptr);
+  if (options.packet_bytes != 0) arv_fake_camera_write_register(camera, kPacketSizeRegister, options.packet_bytes);
+  if (options.paced) PacePackets(camera);
 }
 
 void Run(const Options& options) {
@@ -82,6 +88,9 @@ int main(int argc, char** argv) {
   app.add_option("--lost", options.lost_permille, "of a thousand packets so many are not sent");
   app.add_option("--trigger-hz", options.trigger_hz, "how often the camera looks for a software trigger");
   app.add_flag("--colour", options.colour, "the sensor's type; in additions.xml");
+  app.add_option("--packet-bytes", options.packet_bytes,
+                 "with its IP, UDP and GVSP headers; this camera sends no test packets");
+  app.add_flag("--paced", options.paced, "keep the pause between packets, as a camera on gigabit Ethernet");
   app.add_option("--additions", options.additions, "files of features to add to the stock ones");
   app.add_option("--description", options.description, "a file of all features instead");
   CLI11_PARSE(app, argc, argv);
