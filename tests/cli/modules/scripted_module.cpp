@@ -22,6 +22,8 @@ BImagingDevice* CreateImagingDevice(BSmartRef<BCamProfile> profile) {
   Log("Create " + ToBString(profile->Name()).Str());
   ImagingDevice::ShowInfo(L"Initialize camera \u00fc", nullptr);
   ImagingDevice::ShowInfo(L"Camera 1 : Initialize\n   1 :       0.0000 (  0.0000) : Start\n", L"");
+  int unused = 0;
+  profile->ReadInt(L"Number", unused, 0, 0, 10);
   int number = 0;
   profile->ReadInt(kNumber, number, 0, 0, kMostNumber);
   const std::string outcome = TheScript().Next("open", kSuccess);
