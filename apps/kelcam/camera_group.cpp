@@ -13,7 +13,7 @@ namespace Kelcam {
 CameraGroup::CameraGroup(const std::vector<CameraChoice>& choices, const Open& open) {
   m_members.reserve(choices.size());
   for (const CameraChoice& choice : choices) {
-    m_members.push_back({choice, nullptr, std::nullopt});
+    m_members.push_back({choice, choice.Name(), nullptr, std::nullopt});
     if (!Interrupted()) Try(m_members.back(), open);
   }
 }
@@ -28,6 +28,7 @@ void CameraGroup::Try(Member& member, const Open& open) {
   try {
     member.run = open(member.choice);
     label = member.run->Session().Label();
+    member.name = member.run->Session().Identifier();
     member.run->SetUp();
   } catch (...) {
     member.NoteFault(label);

@@ -20,6 +20,7 @@ class CameraGroup {
  public:
   struct Member {
     const CameraChoice& choice;
+    std::string name;                // the camera's identifier; of one that was not opened, what the choice has
     std::unique_ptr<CameraRun> run;  // null: it has not got so far
     std::optional<Fault> fault;      // why, or what ended the run
     ExitCode result = kDone;         // of that fault

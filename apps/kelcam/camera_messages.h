@@ -11,7 +11,7 @@ namespace Kelcam {
 
 // Remembers messages for as long as it lives: all of them until it knows the camera's identifier, and then those about
 // this camera and those about none. So the messages of other cameras explain nothing of this one.
-class CameraMessages : public MessageListener {
+class CameraMessages final : public MessageListener {
  public:
   // The log must outlive the object.
   explicit CameraMessages(MessageLog& log);

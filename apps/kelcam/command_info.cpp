@@ -204,24 +204,32 @@ DeviceReport ReportOfChosen(const CameraChoice& choice, const Module& module, Me
   return report;
 }
 
-// One camera after the other, each closed before the next. One that fails is named in its place.
+// What the document has of one camera. One that fails is reported, and does not keep the next from being asked.
+Json PrintOneOfSeveral(const Options& options, const CameraChoice& choice, const Module& module, MessageLog& log,
+                       ExitCode& result) {
+  try {
+    const DeviceReport report = ReportOfChosen(choice, module, log);
+    if (options.json) return ToJson(report);
+    if (&choice != &options.cameras.front()) std::cout << "\n";
+    Print(report);
+    std::cout << std::flush;
+    return {};
+  } catch (...) {
+    const Fault fault = FaultOfCurrentException();
+    std::cerr << fault.Sentence() + "\n" + fault.reason.Text();
+    result = kFailed;
+    return {{"camera", choice.Name()}, {"error", ToJson(fault)}};
+  }
+}
+
+// One camera after the other, each closed before the next is opened.
 ExitCode InfoOfSeveral(const Options& options, const Module& module, MessageLog& log) {
   CheckDistinct(options.cameras, module);
   ExitCode result = kDone;
   Json cameras = Json::array();
   for (const CameraChoice& choice : options.cameras) {
-    if (Interrupted()) break;
-    try {
-      const DeviceReport report = ReportOfChosen(choice, module, log);
-      if (!options.json && &choice != &options.cameras.front()) std::cout << "\n";
-      options.json ? cameras.push_back(ToJson(report)) : Print(report);
-    } catch (...) {
-      const Fault fault = FaultOfCurrentException();
-      std::cout << std::flush;
-      std::cerr << fault.Sentence() + "\n" + fault.reason.Text();
-      cameras.push_back({{"camera", choice.Name()}, {"error", ToJson(fault)}});
-      result = kFailed;
-    }
+    cameras.push_back(Interrupted() ? Json{{"camera", choice.Name()}}
+                                    : PrintOneOfSeveral(options, choice, module, log, result));
   }
   if (options.json) PrintDocument({{"cameras", cameras}});
   return result;

@@ -12,6 +12,7 @@
 #include <sstream>
 
 #include "CLI/CLI.hpp"
+#include "command_line_checks.h"
 #include "failure.h"
 #include "platform.h"
 #include "unknown_word.h"
@@ -23,6 +24,8 @@ constexpr int kMaxImages = 1000000;
 constexpr int kMaxRetries = 1000000;
 constexpr std::chrono::duration<double> kMaxInterval = std::chrono::hours(366 * 24);
 constexpr std::size_t kOptionColumnWidth = 32;
+// What the parser calls the value of an option, in its own messages.
+constexpr const char* kTextType = "TEXT";
 
 // --simulated without a scenario, and the one that asks for their names.
 constexpr const char* kNoScenario = "true";
@@ -135,7 +138,7 @@ CLI::Option* AddEachTime(CLI::App& command, const std::string& name,
     take(words.back());
     return true;
   };
-  return command.add_option(name, take_words, description)->trigger_on_parse();
+  return command.add_option(name, take_words, description)->type_name(kTextType)->trigger_on_parse();
 }
 
 // How a command gets its cameras.
@@ -143,9 +146,10 @@ void AddCameraOptions(CLI::App& command, Options& options) {
   const auto take_profile = [&options](const std::string& file) {
     options.cameras.push_back({.profile_file = file, .word = {}});
   };
-  AddEachTime(command, "--profile", take_profile,
-              "the ini file that names the camera;\nthe driver writes back to it. May be given several times, as "
-              "--camera")
+  AddEachTime(
+      command, "--profile", take_profile,
+      "the ini file that names the camera;\nthe driver writes back to it. It and --camera may be given several\n"
+      "times, for several cameras")
       ->option_text("FILE");
   const auto take_camera = [&options](const std::string& word) {
     options.cameras.push_back({.profile_file = {}, .word = word});
@@ -319,59 +323,6 @@ void AddCommands(CLI::App& app, Options& options, std::vector<std::string>& sett
   AddProfileCommands(app, options);
 }
 
-// How a command gets its cameras and its library.
-void CheckCameras(Options& options) {
-  if (options.simulated && !options.vimbac_folder.empty()) throw UsageError("--simulated excludes --vimbac");
-  const bool has_camera =
-      options.command == Command::kInfo || options.command == Command::kSnap || options.command == Command::kLive;
-  const auto is_empty = [](const CameraChoice& choice) { return choice.Name().empty(); };
-  if (has_camera && std::all_of(options.cameras.begin(), options.cameras.end(), is_empty)) {
-    throw UsageError("--profile or --camera is required");
-  }
-  CheckEachOnce(options.cameras);
-  if (options.link && options.cameras.size() < 2) throw UsageError("--link: one camera has no partner; name another");
-  for (CameraChoice& choice : options.cameras) choice.is_one_of_several = options.cameras.size() > 1;
-}
-
-void CheckPgm(const Options& options) {
-  if (options.kind != BBaseAoi::eRgb) return;
-  throw UsageError("-o " + options.pattern + ": a .pgm file cannot hold the colour picture that --kind rgb asks for");
-}
-
-void CheckRaw(const Options& options, PictureFormat format) {
-  if (options.kind) throw UsageError("--raw and --kind: a raw picture is as the camera's frame is");
-  if (!options.area_text.empty()) throw UsageError("--raw and --area: a raw picture is not converted");
-  if (format == PictureFormat::kPpm) throw UsageError("--raw: a .ppm file is for colours, a raw picture is grey");
-}
-
-void CheckStandardOutput(const Options& options) {
-  if (options.json) throw UsageError("-o - and --json: standard output has room for one of them");
-  if (options.log_file == "/dev/stdout") throw UsageError("-o - and --log: standard output has room for one of them");
-  if (StandardOutputIsTerminal()) throw UsageError("-o -: standard output is a terminal, which shows no pictures");
-}
-
-// In a continuous run that nobody triggers, images come at the camera's own rate.
-bool IsTimedByCamera(const Options& options) {
-  return options.mode == SnapMode::kContinuous && options.trigger != TriggerChoice::kSoftware;
-}
-
-void CheckSnap(Options& options) {
-  const FilePattern pattern(options.pattern, options.format, options.images);
-  if (options.keep_going && options.fail_fast) {
-    throw UsageError("--keep-going and --fail-fast: a failure ends the run or it does not");
-  }
-  if (options.interval && IsTimedByCamera(options)) {
-    throw UsageError("--interval: a continuous run needs --trigger software for it");
-  }
-  if (options.cameras.size() > 1) pattern.CheckForSeveralCameras();
-  if (pattern.IsStandardOutput()) CheckStandardOutput(options);
-  if (options.raw) return CheckRaw(options, pattern.Format());
-  if (pattern.Format() != PictureFormat::kPgm) return;
-  CheckPgm(options);
-  options.is_grey_by_format = !options.kind;
-  options.kind = BBaseAoi::eMono8;
-}
-
 }  // namespace
 
 bool IsStandardOutput(const Options& options) {
@@ -408,10 +359,7 @@ std::variant<Options, std::string> ParseCommandLine(const std::vector<std::strin
   }
   options.command = CommandIn(app);
   for (const std::string& setting : settings) options.settings.push_back(ParseControlSetting(setting));
-  if (options.quiet && options.verbose)
-    throw UsageError("-q and -v: messages of the driver are printed or they are not");
-  CheckCameras(options);
-  if (options.command == Command::kSnap) CheckSnap(options);
+  CheckOptions(options);
   return options;
 }
 

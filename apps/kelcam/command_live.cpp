@@ -31,7 +31,7 @@ void PrintTotals(const Options& options, const CameraGroup& group) {
     if (member.run) {
       static_cast<const LiveCamera&>(*member.run).PrintTotal();
     } else if (options.json && member.fault) {
-      PrintLine({{"event", "error"}, {"camera", member.choice.Name()}, {"error", ToJson(*member.fault)}});
+      PrintLine({{"event", "error"}, {"camera", member.name}, {"error", ToJson(*member.fault)}});
     }
   }
 }

@@ -27,7 +27,7 @@ Id IdOf(const ProfileFacts& profile, const VimbaSession& session) {
   const auto found = std::find_if(cameras.begin(), cameras.end(), has_serial);
   if (profile.is_by_serial && found != cameras.end()) return found->id;
   if (!profile.is_by_serial && !profile.camera_id.empty()) {
-    if (const Id id = session.IdOf(profile.camera_id)) return id;
+    if (Id id = session.IdOf(profile.camera_id)) return id;
   }
   return profile.address.empty() ? std::nullopt : session.IdOf(profile.address);
 }
@@ -49,6 +49,7 @@ std::vector<Id> IdsOf(const std::vector<CameraChoice>& choices, const VimbaLibra
     // For its search: a library may know no camera before it.
     std::ignore = session.Cameras();
     std::vector<Id> ids;
+    ids.reserve(choices.size());
     for (const CameraChoice& choice : choices) ids.push_back(IdOf(choice, session));
     return ids;
   } catch (const Failure&) {

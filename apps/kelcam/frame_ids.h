@@ -13,7 +13,7 @@ namespace Kelcam {
 
 // Counts the ids between those of two frames that arrived one after the other. A frame that arrived incomplete is not
 // missing.
-class FrameIds : public MessageListener {
+class FrameIds final : public MessageListener {
  public:
   // Listens until it is destroyed, to the messages about the camera with this identifier; empty: to all. The log must
   // outlive the object.

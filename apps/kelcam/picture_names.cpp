@@ -42,6 +42,7 @@ int NumbersToCompare(const FilePattern& pattern, const std::vector<PictureIdenti
 void CheckNamesDiffer(const Options& options, const std::vector<const CameraSession*>& cameras) {
   const FilePattern pattern(options.pattern, options.format, options.images);
   std::vector<PictureIdentity> pictures;
+  pictures.reserve(cameras.size());
   for (const CameraSession* camera : cameras) pictures.push_back(IdentityOf(camera->Device()));
   const int numbers = NumbersToCompare(pattern, pictures, options.images);
   std::vector<std::pair<std::size_t, std::size_t>> names;  // each one's hash, and its camera

@@ -25,12 +25,11 @@ std::string Failures(const SnapFigures& figures) {
 }
 
 Cells RowOf(const Options& options, const CameraGroup::Member& member) {
-  if (!member.run) return {CellOf(member.choice.Name()), "-", "-", "not run", "-", "-", "-", "-"};
+  if (!member.run) return {CellOf(member.name), "-", "-", "not run", "-", "-", "-", "-"};
   const SnapCamera& camera = CameraOf(member);
   const SnapFigures& figures = camera.Figures();
-  Cells cells{CellOf(camera.Session().Identifier()),
-              std::to_string(camera.Taken()) + " of " + std::to_string(options.images), std::to_string(figures.Snaps()),
-              Failures(figures)};
+  Cells cells{CellOf(member.name), std::to_string(camera.Taken()) + " of " + std::to_string(options.images),
+              std::to_string(figures.Snaps()), Failures(figures)};
   if (const auto rates = figures.Rates()) {
     cells.insert(cells.end(),
                  {Megabytes(static_cast<double>(rates->first_bytes_per_s)),
@@ -56,7 +55,7 @@ Json SummaryOf(const SnapFigures& figures) {
 }
 
 Json DocumentOf(const CameraGroup::Member& member) {
-  Json document = {{"camera", member.choice.Name()}};
+  Json document = {{"camera", member.name}};
   if (member.run) {
     document = CameraOf(member).Document();
     document["summary"] = SummaryOf(CameraOf(member).Figures());

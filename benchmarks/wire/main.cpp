@@ -1,7 +1,8 @@
 // main.cpp
 // A host for measurements over the wire: takes frames of a GigE Vision camera and prints what that took, as JSON.
 //   bench_wire library SECONDS WIDTH HEIGHT PACKET RATE   frames through the calls of VimbaC, given back at once
-//   bench_wire module SECONDS WIDTH HEIGHT PACKET RATE    frames through the module: a copy and a thread for each
+//   bench_wire copies SECONDS WIDTH HEIGHT PACKET RATE    the same with a thread and two copies for each frame
+//   bench_wire module SECONDS WIDTH HEIGHT PACKET RATE    frames through the module, which has these by contract
 //   bench_wire trigger COUNT WIDTH HEIGHT                 from the trigger's command to the callback and to the picture
 #include <unistd.h>
 
@@ -10,6 +11,7 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
+#include <deque>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -72,7 +74,7 @@ class LibraryHost {
     Check("VmbStartup", VmbStartup());
     Check("VmbCameraOpen", VmbCameraOpen(FirstCamera().c_str(), VmbAccessModeFull, &m_camera));
   }
-  ~LibraryHost() { VmbShutdown(); }
+  virtual ~LibraryHost() { VmbShutdown(); }
   LibraryHost(const LibraryHost&) = delete;
   LibraryHost& operator=(const LibraryHost&) = delete;
 
@@ -108,17 +110,23 @@ class LibraryHost {
     return m_last;
   }
 
+ protected:
+  // A complete frame, to be given back. On the library's thread.
+  virtual void Take(VmbFrame_t* frame) { GiveBack(frame); }
+  void GiveBack(VmbFrame_t* frame) { std::ignore = VmbCaptureFrameQueue(m_camera, frame, OnFrame); }
+
  private:
-  static void OnFrame(VmbHandle_t camera, VmbFrame_t* frame) {
+  static void OnFrame(VmbHandle_t /*camera*/, VmbFrame_t* frame) {
     auto& self = *static_cast<LibraryHost*>(frame->context[0]);
     const auto now = Clock::now();
+    const bool complete = frame->receiveStatus == VmbFrameStatusComplete;
     {
       const BMutexLock lock(self.m_mutex);
-      ++(frame->receiveStatus == VmbFrameStatusComplete ? self.m_complete : self.m_others);
+      ++(complete ? self.m_complete : self.m_others);
       self.m_last = now;
       self.m_changed.NotifyAll();
     }
-    std::ignore = VmbCaptureFrameQueue(camera, frame, OnFrame);
+    complete ? self.Take(frame) : self.GiveBack(frame);
   }
 
   VmbHandle_t m_camera = nullptr;
@@ -129,6 +137,58 @@ class LibraryHost {
   std::atomic<std::int64_t> m_complete{0};
   std::atomic<std::int64_t> m_others{0};
   Clock::time_point m_last KEL_GUARDED_BY(m_mutex);
+};
+
+// Does with each frame what the module has to, and nothing else: a thread copies it and gives it back, and whoever
+// wants a picture looks for it every 10 ms and gets a copy of his own.
+class CopyingHost : public LibraryHost {
+ public:
+  ~CopyingHost() override {
+    while (m_workers != 0) std::this_thread::yield();
+  }
+
+  bool Snap(std::vector<std::uint8_t>& picture) {
+    std::vector<std::uint8_t> copy;
+    {
+      const BMutexLock lock(m_mutex);
+      if (m_copies.empty()) return false;
+      copy.swap(m_copies.front());
+      m_copies.pop_front();
+    }
+    picture.assign(copy.begin(), copy.end());
+    const BMutexLock lock(m_mutex);
+    m_spare.push_back(std::move(copy));
+    return true;
+  }
+
+ private:
+  void Take(VmbFrame_t* frame) override {
+    ++m_workers;
+    std::thread([this, frame] {
+      Copy(frame);
+      GiveBack(frame);
+      --m_workers;
+    }).detach();
+  }
+  void Copy(const VmbFrame_t* frame) {
+    std::vector<std::uint8_t> copy;
+    {
+      const BMutexLock lock(m_mutex);
+      if (!m_spare.empty()) {
+        copy.swap(m_spare.back());
+        m_spare.pop_back();
+      }
+    }
+    const auto* const pixels = static_cast<const std::uint8_t*>(frame->buffer);
+    copy.assign(pixels, pixels + frame->imageSize);
+    const BMutexLock lock(m_mutex);
+    m_copies.push_back(std::move(copy));
+  }
+
+  BMutex m_mutex;
+  std::deque<std::vector<std::uint8_t>> m_copies KEL_GUARDED_BY(m_mutex);
+  std::vector<std::vector<std::uint8_t>> m_spare KEL_GUARDED_BY(m_mutex);
+  std::atomic<int> m_workers{0};
 };
 
 // The module's device on the first camera, which is set up before: the module leaves rate and packet size as they are.
@@ -177,6 +237,25 @@ Json ThroughLibrary(const Request& request) {
   std::this_thread::sleep_for(std::chrono::duration<double>(request.seconds));
   host.Stop();
   return {{"complete", host.Complete()}, {"others", host.Others()}, {"seconds", SecondsSince(begin)}};
+}
+
+Json ThroughCopies(const Request& request) {
+  constexpr std::chrono::milliseconds kLook{10};
+  CopyingHost host;
+  SetUp(host.Camera(), request);
+  std::vector<std::uint8_t> picture;
+  std::int64_t complete = 0;
+  const auto begin = Clock::now();
+  host.Start();
+  while (SecondsSince(begin) < request.seconds) {
+    if (host.Snap(picture)) {
+      ++complete;
+    } else {
+      std::this_thread::sleep_for(kLook);
+    }
+  }
+  host.Stop();
+  return {{"complete", complete}, {"others", host.Others()}, {"seconds", SecondsSince(begin)}};
 }
 
 Json ThroughModule(const Request& request) {
@@ -248,7 +327,8 @@ int Run(const std::vector<std::string>& words) {
     return 0;
   }
   const Request request{number(1), whole(2), whole(3), whole(4), number(5)};
-  std::cout << (what == "library" ? ThroughLibrary(request) : ThroughModule(request)) << std::endl;
+  const auto measure = what == "library" ? ThroughLibrary : what == "copies" ? ThroughCopies : ThroughModule;
+  std::cout << measure(request) << std::endl;
   return 0;
 }
 

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """wire.py: frames of a GigE Vision camera over the wire: through the library for real cameras, through the module on it, and
-by Aravis' own test program, in turns, from the same camera.
+by Aravis' own test program, in turns, from the same camera. "copies" is the library with a thread and two copies for each
+frame, which the module has by contract, and nothing else of it.
 
-    wire.py HOST CAMERA LIBRARIES [--seconds S]    programs bench_wire and wire-camera; the folder of libVimbaC.so
+    wire.py HOST CAMERA LIBRARIES [--seconds S] [--packets BYTES]    programs bench_wire and wire-camera; the folder of libVimbaC.so
 
 To be run in a network of its own (tests/bridge/network.py). The processor's time for a frame is that of the whole process,
 between a short run and one that is S seconds longer: what start and end cost stands in a column of its own.
@@ -91,7 +92,9 @@ def measure(options, environment):
     print("| Picture | Packets | Set rate | | Frames/s | Incomplete | CPU a frame | Ratio | CPU of start and end |")
     print("|---|---|---|---|---|---|---|---|---|")
     for case in CASES:
-        rounds = {"Aravis": [], "library": [], "module": []}
+        if options.packets not in (None, case[1]):
+            continue
+        rounds = {"Aravis": [], "library": [], "copies": [], "module": []}
         for _ in range(ROUNDS):
             for way, results in rounds.items():
                 results.append([
@@ -114,6 +117,7 @@ def main():
     parser.add_argument("camera")
     parser.add_argument("libraries")
     parser.add_argument("--seconds", type=int, default=5)
+    parser.add_argument("--packets", type=int, help="packets of this size alone")
     options = parser.parse_args()
     environment = {**os.environ, "LD_LIBRARY_PATH": options.libraries}
     with Camera(options.camera, "--additions", str(ADDITIONS)):

@@ -56,7 +56,8 @@ AcquisitionCommands Camera::Commands() {
 }
 
 std::unique_ptr<CameraFeatures> Camera::PoweredUp() {
-  return std::make_unique<CameraFeatures>(m_configuration, m_clock, m_counters, Commands());
+  return std::make_unique<CameraFeatures>(m_configuration, m_link.Settings().mtu_bytes, m_clock, m_counters,
+                                          Commands());
 }
 
 bool Camera::IsCalled(std::string_view name) const {

@@ -2,6 +2,7 @@
 // What one simulated camera is: everything that does not change while it is on the link.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -86,6 +87,9 @@ struct CameraConfiguration {
   bool noise = true;
   double sensor_temperature_celsius = 41.5;
   double main_temperature_celsius = 46.25;
+
+  // The index of its link.
+  std::size_t link = 0;
 
   SceneKind scene = SceneKind::kChart;
   // The file of a picture, UTF-8.

@@ -49,9 +49,10 @@ const Row& RowOf(const Row (&rows)[kSize], const EnumEntry& entry) {
 
 }  // namespace
 
-CameraFeatures::CameraFeatures(const CameraConfiguration& configuration, CameraClock& clock, const Counters& counters,
-                               AcquisitionCommands commands)
+CameraFeatures::CameraFeatures(const CameraConfiguration& configuration, std::int64_t mtu_bytes, CameraClock& clock,
+                               const Counters& counters, AcquisitionCommands commands)
     : m_configuration(configuration),
+      m_mtu_bytes(mtu_bytes),
       m_clock(clock),
       m_counters(counters),
       m_commands(std::move(commands)),

@@ -15,9 +15,6 @@
 
 namespace Simulator {
 
-// Ethernet, IP, UDP and stream headers in each packet.
-inline constexpr std::int64_t kPacketHeaderBytes = 36;
-
 // What the acquisition commands do. All may be called while the features are locked.
 struct AcquisitionCommands {
   std::function<void()> start;
@@ -32,8 +29,8 @@ class CameraFeatures {
  public:
   // The arguments outlive this. Throws std::invalid_argument with the setting's name when a configured value cannot be
   // set.
-  CameraFeatures(const CameraConfiguration& configuration, CameraClock& clock, const Counters& counters,
-                 AcquisitionCommands commands);
+  CameraFeatures(const CameraConfiguration& configuration, std::int64_t mtu_bytes, CameraClock& clock,
+                 const Counters& counters, AcquisitionCommands commands);
   CameraFeatures(const CameraFeatures&) = delete;
   CameraFeatures& operator=(const CameraFeatures&) = delete;
 
@@ -78,6 +75,7 @@ class CameraFeatures {
   TriggerSettings Trigger() const;
 
   const CameraConfiguration& m_configuration;
+  const std::int64_t m_mtu_bytes;
   CameraClock& m_clock;
   const Counters& m_counters;
   const AcquisitionCommands m_commands;

@@ -40,7 +40,8 @@ void CameraFeatures::AdjustPacketSize() {
   // The node exists even when API calls do not find the feature.
   auto& node = m_map.Own<IntegerNode>(FeatureName::kGVSPPacketSize);
   const IntegerRange& range = node.fixed;
-  const std::int64_t wanted = std::clamp(m_configuration.negotiated_packet_bytes, range.min, range.max);
+  const std::int64_t found = std::min(m_configuration.negotiated_packet_bytes, m_mtu_bytes);
+  const std::int64_t wanted = std::clamp(found, range.min, range.max);
   node.value = wanted - (wanted - range.min) % range.step;
   const bool instant = m_configuration.timing == Timing::kInstant;
   m_packet_size_adjusted =

@@ -1,5 +1,5 @@
 // control/configuration.cpp
-// The simulator's JSON: cameras, link, system.
+// The simulator's JSON: cameras, system.
 #include "control/configuration.h"
 
 #include <algorithm>
@@ -11,6 +11,7 @@
 #include "control/environment.h"
 #include "control/fault_text.h"
 #include "control/json_members.h"
+#include "control/link_text.h"
 
 namespace Simulator {
 namespace {
@@ -140,7 +141,7 @@ void ReadBehaviour(JsonMembers& members, CameraConfiguration& camera) {
   });
 }
 
-CameraConfiguration ReadCamera(JsonMembers& members, Timing timing) {
+CameraConfiguration ReadCamera(JsonMembers& members, Timing timing, const std::vector<LinkSettings>& links) {
   const std::vector<CameraConfiguration> built_in = BuiltInCameras();
   std::vector<std::string_view> ids;
   ids.reserve(built_in.size());
@@ -156,6 +157,12 @@ CameraConfiguration ReadCamera(JsonMembers& members, Timing timing) {
   ReadFeatures(members, camera);
   ReadBehaviour(members, camera);
   ReadScene(members, camera);
+  std::vector<std::string_view> names;
+  names.reserve(links.size());
+  for (const LinkSettings& one : links) names.push_back(one.name);
+  int link = 0;
+  members.Choice("link", names, link);
+  camera.link = static_cast<std::size_t>(link);
   return camera;
 }
 
@@ -185,9 +192,10 @@ Configuration ParseConfiguration(std::string_view json) {
   Configuration configuration;
   Timing timing = Timing::kReal;
   ReadTiming(members, timing);
+  configuration.links = ReadLinks(members);
   std::set<std::string> ids;
   const bool given = members.Objects("cameras", [&](JsonMembers& camera) {
-    configuration.cameras.push_back(ReadCamera(camera, timing));
+    configuration.cameras.push_back(ReadCamera(camera, timing, configuration.links));
     const std::string& id = configuration.cameras.back().id;
     if (!ids.insert(id).second) throw std::invalid_argument(camera.PathOf("id") + ": \"" + id + "\" is taken already");
   });
@@ -195,8 +203,6 @@ Configuration ParseConfiguration(std::string_view json) {
     configuration.cameras = BuiltInCameras();
     for (CameraConfiguration& camera : configuration.cameras) camera.timing = timing;
   }
-  members.Object("link",
-                 [&](JsonMembers& link) { link.Number("capacity", configuration.link_bytes_per_s, 1.0, 1e12); });
   members.Object("system", [&](JsonMembers& system) { ReadSystem(system, configuration.system); });
   members.Objects("faults", [&](JsonMembers& fault) { ReadFault(fault, configuration.faults); });
   members.RefuseOthers();

@@ -12,6 +12,7 @@
 #include "camera/camera_configuration.h"
 #include "control/faults.h"
 #include "library/system_features.h"
+#include "link/link_settings.h"
 
 namespace Simulator {
 
@@ -19,7 +20,8 @@ using VimbaLibrary::SystemConfiguration;
 
 struct Configuration {
   std::vector<CameraConfiguration> cameras;
-  double link_bytes_per_s = 124'000'000.0;
+  // At least one.
+  std::vector<LinkSettings> links{1};
   SystemConfiguration system;
   Faults::Set faults;
   // The file that it was read from, UTF-8; empty: none.

@@ -3,7 +3,11 @@
 #include "engine/acquisition.h"
 
 #include <algorithm>
+#include <cmath>
+#include <tuple>
 #include <utility>
+
+#include "link/lost_packets.h"
 
 namespace Simulator {
 
@@ -17,6 +21,7 @@ void Acquisition::Close() {
     const BMutexLock lock(m_mutex);
     m_closing = true;
     m_running = false;
+    AbandonTransfer();
     m_changed.NotifyAll();
   }
   if (m_thread.joinable()) m_thread.join();
@@ -60,6 +65,7 @@ void Acquisition::Abort() {
   Stop();
   const BMutexLock lock(m_mutex);
   ++m_aborts;
+  AbandonTransfer();
   m_changed.NotifyAll();
 }
 
@@ -111,7 +117,7 @@ bool Acquisition::Wanted() const {
 
 bool Acquisition::Idle() const {
   const BMutexLock lock(m_mutex);
-  if (m_exposing) return false;
+  if (m_exposing || !m_arriving.empty()) return false;
   return !Wanted() || (m_settings.trigger.IsPeriodic() && m_last_start + m_settings.trigger.period > Clock::now());
 }
 
@@ -130,14 +136,14 @@ void Acquisition::Run() {
 // False after a wait: everything may have changed, so that the caller looks again.
 bool Acquisition::NextStart(BMutexLock& lock, Clock::time_point& start) {
   if (!Wanted()) {
-    m_changed.Wait(lock);
+    Await(lock, Clock::time_point::max());
     return false;
   }
   start = std::max(m_armed, m_ready);
   if (!m_triggers.empty()) start = std::max(start, m_triggers.front() + m_settings.trigger.delay);
   if (m_settings.trigger.IsPeriodic()) start = std::max(start, m_last_start + m_settings.trigger.period);
   if (start > Clock::now()) {
-    m_changed.WaitUntil(lock, start);
+    Await(lock, start);
     return false;
   }
   if (!m_triggers.empty()) m_triggers.pop_front();
@@ -153,8 +159,19 @@ Acquisition::Exposure Acquisition::BeginExposure(Clock::time_point start) {
   return exposure;
 }
 
+void Acquisition::Await(BMutexLock& lock, Clock::time_point moment) {
+  // What the caller looked at may have changed while a frame was handed over.
+  if (HandOverArrived(lock)) return;
+  if (!m_arriving.empty()) moment = std::min(moment, m_arriving.front().due);
+  if (moment == Clock::time_point::max()) {
+    m_changed.Wait(lock);
+  } else {
+    m_changed.WaitUntil(lock, moment);
+  }
+}
+
 bool Acquisition::WaitUntil(BMutexLock& lock, Clock::time_point moment, const Exposure& exposure) {
-  while (!m_closing && m_aborts == exposure.aborts && Clock::now() < moment) m_changed.WaitUntil(lock, moment);
+  while (!m_closing && m_aborts == exposure.aborts && Clock::now() < moment) Await(lock, moment);
   return !m_closing && m_aborts == exposure.aborts;
 }
 
@@ -163,30 +180,100 @@ void Acquisition::Expose(BMutexLock& lock, const Exposure& exposure) {
   const Clock::time_point exposed = exposure.start + settings.exposure;
   const Clock::time_point sending = std::max(exposed, m_last_arrival);
   const Clock::time_point sent = sending + std::max(settings.readout, settings.stream);
-  FrameContent content{m_parts.scene.get(), std::move(m_scratch), m_parts.packet_loss};
-  content.rendered.clear();
-
-  if (WaitUntil(lock, sending, exposure)) {
-    Send(lock, exposure, {sending, sent, settings.stream_bytes_per_s}, content);
+  Arrival frame{exposure, {m_parts.scene.get(), std::move(m_scratch), {}}, nullptr, sent};
+  frame.content.rendered.clear();
+  if (Send(lock, {sending, sent, settings.BytesPerSecondSent()}, frame)) {
+    FinishFrame(std::max(sent, Clock::now()), exposure);
+    Receive(std::move(frame));
+    std::ignore = HandOverArrived(lock);
+  } else {
+    m_scratch = std::move(frame.content.rendered);
   }
-  m_scratch = std::move(content.rendered);
 }
 
-void Acquisition::Send(BMutexLock& lock, const Exposure& exposure, const Link::Transfer& transfer,
-                       FrameContent& content) {
-  const CaptureSettings& settings = exposure.settings;
+void Acquisition::Receive(Arrival frame) {
+  const bool has_buffer = m_arriving.size() < m_frames.Count().queued;
+  // With none before it the capture queue decides. A fault that unplugs the camera needs no buffer.
+  if (has_buffer || m_arriving.empty() || frame.exposure.faults.unplug) {
+    m_arriving.push_back(std::move(frame));
+  } else {
+    ++m_parts.counters.dropped;
+  }
+}
+
+bool Acquisition::Send(BMutexLock& lock, const Link::Transfer& transfer, Arrival& frame) {
+  const CaptureSettings& settings = frame.exposure.settings;
+  if (!settings.instant) m_transfer = m_parts.link.Begin(transfer);
+  if (!WaitUntil(lock, transfer.start, frame.exposure)) return false;
   if (!settings.instant) {
-    m_parts.link.Begin(transfer);
     const BMutexUnlock unlocked(m_mutex, lock);
     // Rendering takes place while the frame is sent, so that it costs no time of its own.
-    if (content.scene && m_frames.HasQueued()) content.Render(settings);
+    if (frame.content.scene && m_frames.HasQueued()) frame.content.Render(settings);
   }
-  if (!WaitUntil(lock, transfer.end + exposure.faults.delay, exposure)) return;
-  if (!settings.instant) {
-    content.packet_loss = 1.0 - (1.0 - content.packet_loss) * (1.0 - m_parts.link.LostShare(transfer));
+  if (!WaitUntil(lock, transfer.end, frame.exposure)) return false;
+  std::vector<Link::Loss> losses;
+  if (m_transfer) losses = m_parts.link.Judge(*m_transfer);
+  m_transfer.reset();
+  LosePackets(transfer, losses, frame);
+  return WaitUntil(lock, transfer.end + frame.exposure.faults.delay, frame.exposure);
+}
+
+void Acquisition::AbandonTransfer() {
+  if (m_transfer) m_parts.link.Abandon(*m_transfer, Clock::now());
+  m_transfer.reset();
+}
+
+void Acquisition::LosePackets(const Link::Transfer& transfer, const std::vector<Link::Loss>& losses, Arrival& frame) {
+  const CaptureSettings& settings = frame.exposure.settings;
+  const LinkSettings& link = m_parts.link.Settings();
+  const auto packet_bytes = static_cast<double>(settings.packet_bytes);
+  const double packets = static_cast<double>(settings.image_bytes) / packet_bytes;
+  LostPackets& lost = frame.content.lost;
+  lost = PacketsLostBy(losses, packets, m_random);
+  LoseAtRandom(lost, m_parts.packet_loss, packets, m_random);
+  if (settings.instant) return;
+  const bool too_large = static_cast<std::int64_t>(settings.packet_bytes) + kPacketHeaderBytes > link.mtu_bytes;
+  if (too_large) lost.assign(static_cast<std::size_t>(std::ceil(packets)), true);
+  if (lost.empty()) return;
+  frame.due = transfer.end + ClockDuration(link.frame_timeout);
+  if (!link.resends || too_large) return;
+  const auto lost_packets = static_cast<double>(std::count(lost.begin(), lost.end(), true));
+  frame.resend = m_parts.link.Request(lost_packets * packet_bytes, transfer.bytes_per_s, transfer.end);
+  frame.due = m_parts.link.ArrivalOf(frame.resend, transfer.end).moment;
+}
+
+bool Acquisition::HandOverArrived(BMutexLock& lock) {
+  bool any = false;
+  while (!m_arriving.empty() && HasArrived(m_arriving.front())) {
+    any = true;
+    // Its place in the line is kept until it has been handed over: somebody may ask whether the acquisition is idle.
+    Arrival frame = std::move(m_arriving.front());
+    if (frame.exposure.aborts == m_aborts) {
+      const BMutexUnlock unlocked(m_mutex, lock);
+      HandOver(frame);
+    }
+    m_scratch = std::move(frame.content.rendered);
+    m_arriving.pop_front();
   }
-  FinishFrame(std::max(transfer.end, Clock::now()), exposure);
-  const BMutexUnlock unlocked(m_mutex, lock);
+  return any;
+}
+
+// Or was dropped.
+bool Acquisition::HasArrived(Arrival& frame) {
+  if (frame.exposure.aborts != m_aborts) return true;
+  if (frame.due > Clock::now()) return false;
+  if (!frame.resend) return true;
+  const auto [moment, complete] = m_parts.link.ArrivalOf(frame.resend, frame.due);
+  frame.due = moment;
+  if (frame.due > Clock::now()) return false;
+  if (complete) frame.content.lost.clear();
+  return true;
+}
+
+void Acquisition::HandOver(Arrival& frame) {
+  const Exposure& exposure = frame.exposure;
+  const CaptureSettings& settings = exposure.settings;
+  FrameContent& content = frame.content;
   if (exposure.faults.unplug) {
     m_parts.unplug();
   } else if (exposure.faults.drop) {
@@ -219,7 +306,7 @@ std::optional<std::uint64_t> Acquisition::Deliver(const Exposure& exposure, Fram
     ++m_parts.counters.dropped;
     return std::nullopt;
   }
-  const FillResult result = FillFrame(exposure.settings, content, m_random, CaptureQueue::BufferOf(filling));
+  const FillResult result = FillFrame(exposure.settings, content, CaptureQueue::BufferOf(filling));
   m_parts.counters.packets_received += result.packets_received;
   m_parts.counters.packets_lost += result.packets_lost;
   ++m_parts.counters.delivered;
@@ -239,7 +326,7 @@ bool Acquisition::DeliverNow(const FrameOverride& override) {
     exposure.settings.shot.frame_number = m_parts.counters.exposed++;
     exposure.settings.shot.time = m_parts.clock.TimeAt(exposure.start);
   }
-  FrameContent content{m_parts.scene.get(), {}, 0.0};
+  FrameContent content{m_parts.scene.get(), {}, {}};
   const std::optional<std::uint64_t> number = Deliver(exposure, content);
   if (number) m_frames.WaitForCallback(*number);
   return number.has_value();

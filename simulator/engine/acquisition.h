@@ -60,7 +60,7 @@ class Acquisition {
   void Start();
   // The frame that is being exposed or sent still arrives.
   void Stop();
-  // The frame that is being exposed or sent is dropped.
+  // The frame that is being exposed or sent is dropped, and so are those that wait for their time-out.
   void Abort();
   bool Running() const;
 
@@ -77,13 +77,13 @@ class Acquisition {
   bool Idle() const;
   // Grows with every start, trigger and exposure.
   std::uint64_t Activity() const { return m_activity; }
-  // Ends the thread and drops the frame that is being exposed or sent. Not on that thread.
+  // Ends the thread and drops frames as Abort does. Not on that thread.
   void Close();
   // Whether the caller runs on the thread.
   bool OnThread() const;
 
  private:
-  // One frame on its way.
+  // One frame in the camera.
   struct Exposure {
     CaptureSettings settings;
     Clock::time_point start;
@@ -92,15 +92,35 @@ class Acquisition {
     std::uint64_t acquisition;
     std::uint64_t aborts;
   };
+  // One frame that has been sent.
+  struct Arrival {
+    Exposure exposure;
+    FrameContent content;
+    // Null: nothing is sent again.
+    Link::Resend resend;
+    Clock::time_point due;
+  };
 
   void Run();
   bool NextStart(BMutexLock& lock, Clock::time_point& start) KEL_REQUIRES(m_mutex);
   Exposure BeginExposure(Clock::time_point start) KEL_REQUIRES(m_mutex);
   void Expose(BMutexLock& lock, const Exposure& exposure) KEL_REQUIRES(m_mutex);
-  void Send(BMutexLock& lock, const Exposure& exposure, const Link::Transfer& transfer, FrameContent& content)
-      KEL_REQUIRES(m_mutex);
+  // Returns false when the frame was dropped on the way.
+  bool Send(BMutexLock& lock, const Link::Transfer& transfer, Arrival& frame) KEL_REQUIRES(m_mutex);
+  // Takes the frame that is being sent off the link.
+  void AbandonTransfer() KEL_REQUIRES(m_mutex);
+  void LosePackets(const Link::Transfer& transfer, const std::vector<Link::Loss>& losses, Arrival& frame);
+  // Waits for a change, but no longer than until that moment, or hands over what has arrived.
+  void Await(BMutexLock& lock, Clock::time_point moment) KEL_REQUIRES(m_mutex);
   bool WaitUntil(BMutexLock& lock, Clock::time_point moment, const Exposure& exposure) KEL_REQUIRES(m_mutex);
   void FinishFrame(Clock::time_point arrived, const Exposure& exposure) KEL_REQUIRES(m_mutex);
+  // Puts the frame in the line of those that arrive, or drops it when those before it need all queued frames.
+  void Receive(Arrival frame) KEL_REQUIRES(m_mutex);
+  // Hands over the frames that have arrived, one after the other. Returns whether there was one.
+  bool HandOverArrived(BMutexLock& lock) KEL_REQUIRES(m_mutex);
+  bool HasArrived(Arrival& frame) KEL_REQUIRES(m_mutex);
+  // Called without the lock.
+  void HandOver(Arrival& frame);
   // Fills the oldest queued frame, if there is one, and returns its number. Called without the lock.
   std::optional<std::uint64_t> Deliver(const Exposure& exposure, FrameContent& content);
   void AddTrigger() KEL_REQUIRES(m_mutex);
@@ -131,10 +151,14 @@ class Acquisition {
   Clock::time_point m_ready KEL_GUARDED_BY(m_mutex);
   Clock::time_point m_last_start KEL_GUARDED_BY(m_mutex);
   Clock::time_point m_last_arrival KEL_GUARDED_BY(m_mutex);
+  // Of the frame that is being exposed or sent.
+  std::optional<Link::Id> m_transfer KEL_GUARDED_BY(m_mutex);
+  // In the order in which they were sent. One that waits for its time-out holds up those behind it.
+  std::deque<Arrival> m_arriving KEL_GUARDED_BY(m_mutex);
   // The memory of the last rendered picture, for the next one.
   std::vector<std::uint8_t> m_scratch KEL_GUARDED_BY(m_mutex);
 
-  // Decides about packet loss. Used on the thread alone: frames delivered by hand lose no packets.
+  // Decides which packets get lost. Used on the thread alone: frames delivered by hand lose none.
   std::mt19937_64 m_random;
   std::atomic<std::uint64_t> m_activity{0};
   std::atomic<std::thread::id> m_thread_id;

@@ -13,6 +13,9 @@ namespace Simulator {
 enum class FrameStart { kFreerun, kFixedRate, kSoftware, kLine };
 enum class Edge { kRising, kFalling, kAny, kLevelHigh, kLevelLow };
 
+// IP, UDP and stream headers, which GVSPPacketSize counts.
+inline constexpr std::int64_t kPacketHeaderBytes = 36;
+
 // Input lines are numbered from 1 to this.
 inline constexpr int kInputLines = 4;
 
@@ -51,6 +54,11 @@ struct CaptureSettings {
   double stream_bytes_per_s = 0.0;
   // Image bytes in one packet.
   std::size_t packet_bytes = 1;
+
+  // A slow read-out holds the stream up.
+  double BytesPerSecondSent() const {
+    return readout > stream ? static_cast<double>(image_bytes) / Seconds(readout).count() : stream_bytes_per_s;
+  }
 };
 
 }  // namespace Simulator

@@ -12,18 +12,17 @@ void FrameContent::Render(const CaptureSettings& settings) {
   scene->Render(settings.shot, rendered.data());
 }
 
-FillResult FillFrame(const CaptureSettings& settings, FrameContent& content, std::mt19937_64& random,
-                     CaptureQueue::Buffer buffer) {
+FillResult FillFrame(const CaptureSettings& settings, FrameContent& content, CaptureQueue::Buffer buffer) {
   FillResult result;
-  const bool whole = content.packet_loss <= 0.0 && buffer.size_bytes >= settings.image_bytes;
+  const bool whole = content.lost.empty() && buffer.size_bytes >= settings.image_bytes;
   if (whole && content.scene && content.rendered.empty()) {
     content.scene->Render(settings.shot, buffer.bytes);
   } else if (content.scene && content.rendered.empty()) {
     content.Render(settings);
   }
-  std::bernoulli_distribution lost(std::clamp(content.packet_loss, 0.0, 1.0));
-  for (std::size_t begin = 0; begin < settings.image_bytes; begin += settings.packet_bytes) {
-    if (content.packet_loss > 0.0 && lost(random)) {
+  std::size_t packet = 0;
+  for (std::size_t begin = 0; begin < settings.image_bytes; begin += settings.packet_bytes, ++packet) {
+    if (!content.lost.empty() && content.lost[packet]) {
       ++result.packets_lost;
       continue;
     }

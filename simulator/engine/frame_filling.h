@@ -3,11 +3,11 @@
 #pragma once
 
 #include <cstdint>
-#include <random>
 #include <vector>
 
 #include "engine/capture_settings.h"
 #include "library/capture_queue.h"
+#include "link/lost_packets.h"
 
 namespace Simulator {
 
@@ -18,8 +18,7 @@ struct FrameContent {
   const Scene* scene = nullptr;
   // Empty: to be rendered.
   std::vector<std::uint8_t> rendered;
-  // Probability with which each packet is lost.
-  double packet_loss = 0.0;
+  LostPackets lost;
 
   void Render(const CaptureSettings& settings);
 };
@@ -32,8 +31,7 @@ struct FillResult {
 };
 
 // Writes what arrives, never past the buffer. The place of a lost packet keeps the bytes that were there before.
-FillResult FillFrame(const CaptureSettings& settings, FrameContent& content, std::mt19937_64& random,
-                     CaptureQueue::Buffer buffer);
+FillResult FillFrame(const CaptureSettings& settings, FrameContent& content, CaptureQueue::Buffer buffer);
 
 // The record of a frame that was filled so.
 VmbFrame_t DescribeFilled(const CaptureSettings& settings, const FillResult& result);

@@ -1,37 +1,60 @@
 // engine/link.h
-// The network link that all simulated cameras share.
+// The network link that simulated cameras share.
 #pragma once
 
-#include <deque>
+#include <memory>
+#include <optional>
+#include <vector>
 
 #include "bmutex.h"
 #include "engine/clock.h"
+#include "link/link_timeline.h"
+#include "link/resend_queue.h"
 
 namespace Simulator {
 
-// While the transfers under way together are faster than the link, each loses its share of the excess. [any thread]
+// Counts time from the start of the first transfer on. [any thread]
 class Link {
  public:
-  explicit Link(double capacity_bytes_per_s) : m_capacity_bytes_per_s(capacity_bytes_per_s) {}
-
+  using Id = LinkTimeline::Id;
+  using Loss = LinkTimeline::Loss;
+  using Resend = std::shared_ptr<ResendQueue::Request>;
+  // As planned: when a thread wakes up for it makes no difference.
   struct Transfer {
     Clock::time_point start;
     Clock::time_point end;
     double bytes_per_s;
   };
-  // To be called when the transfer starts.
-  void Begin(const Transfer& transfer);
-  // The part of the transfer that the link lost, 0 to 1. To be called when it has ended.
-  double LostShare(const Transfer& transfer) const;
+
+  explicit Link(const LinkSettings& settings) : m_settings(settings), m_timeline(settings) {}
+
+  const LinkSettings& Settings() const { return m_settings; }
+
+  // To be called as soon as the transfer is planned, and to be judged or abandoned later on.
+  Id Begin(const Transfer& transfer);
+  // From that moment on nothing more of it is sent.
+  void Abandon(Id transfer, Clock::time_point moment);
+  // What the link lost of it. To be called when it has ended: transfers that begin later change nothing any more.
+  std::vector<Loss> Judge(Id transfer);
+
+  // Asks for lost bytes of a transfer that ended at that moment.
+  Resend Request(double bytes, double bytes_per_s, Clock::time_point ended);
+  struct Arrival {
+    Clock::time_point moment;
+    bool complete;
+  };
+  // When the resends will have come, or the frame's time-out. Transfers that begin meanwhile may put it off. To be
+  // asked again at that moment.
+  Arrival ArrivalOf(const Resend& resend, Clock::time_point moment);
 
  private:
-  // A transfer that ended longer ago than this is forgotten. Only a frame that takes as long to send could still
-  // overlap it.
-  static constexpr std::chrono::seconds kRemembered{30};
+  Seconds At(Clock::time_point moment) const KEL_REQUIRES(m_mutex) { return moment - *m_epoch; }
 
-  const double m_capacity_bytes_per_s;
+  const LinkSettings m_settings;
   mutable BMutex m_mutex;
-  std::deque<Transfer> m_transfers KEL_GUARDED_BY(m_mutex);
+  std::optional<Clock::time_point> m_epoch KEL_GUARDED_BY(m_mutex);
+  LinkTimeline m_timeline KEL_GUARDED_BY(m_mutex);
+  ResendQueue m_resends KEL_GUARDED_BY(m_mutex);
 };
 
 }  // namespace Simulator

@@ -1,5 +1,5 @@
 // system/vimba_system.cpp
-// The simulated Vimba system: cameras on their link, start-up, handles.
+// The simulated Vimba system: cameras on their links, start-up, handles.
 #include "system/vimba_system.h"
 
 #include <algorithm>
@@ -48,10 +48,12 @@ namespace {
 }  // namespace
 
 World::World(const Configuration& configuration, const Camera::Surroundings& surroundings)
-    : link(configuration.link_bytes_per_s), system(configuration.system) {
+    : system(configuration.system) {
+  for (const LinkSettings& link : configuration.links) links.emplace_back(link);
   for (std::size_t i = 0; i < configuration.cameras.size(); ++i) {
+    const CameraConfiguration& camera = configuration.cameras[i];
     try {
-      cameras.push_back(std::make_shared<Camera>(configuration.cameras[i], link, surroundings));
+      cameras.push_back(std::make_shared<Camera>(camera, links.at(camera.link), surroundings));
     } catch (const std::invalid_argument& error) {
       throw std::invalid_argument("cameras[" + std::to_string(i) + "]." + error.what());
     }

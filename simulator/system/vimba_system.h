@@ -1,9 +1,10 @@
 // system/vimba_system.h
-// The simulated Vimba system: cameras on their link, start-up, handles.
+// The simulated Vimba system: cameras on their links, start-up, handles.
 #pragma once
 
 #include <atomic>
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
@@ -29,7 +30,8 @@ using VimbaLibrary::SystemFeatures;
 // message about a configured value.
 struct World {
   World(const Configuration& configuration, const Camera::Surroundings& surroundings);
-  Link link;
+  // Links stay where they are: cameras refer to them.
+  std::deque<Link> links;
   SystemConfiguration system;
   std::vector<std::shared_ptr<Camera>> cameras;
 };

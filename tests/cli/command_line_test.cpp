@@ -57,6 +57,7 @@ TEST_F(CommandLine, MissingRequiredOptionsAreNamed) {
   ExpectUsageError({"info"}, "--profile or --camera is required");
   ExpectUsageError({"live"}, "--profile or --camera is required");
   ExpectUsageError({"snap", "--profile", m_profile}, "-o is required");
+  ExpectUsageError({"info", "--camera"}, "--camera: 1 required TEXT missing");
 }
 
 TEST_F(CommandLine, ACameraIsNamedOnce) {

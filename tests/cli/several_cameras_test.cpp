@@ -25,7 +25,7 @@ class SeveralCameras : public ScriptedKelcamTest {
   }
 
   std::string ProfileOf(const std::string& number) const {
-    return Write(number + ".ini", "API = Vimba\nNumber = " + number + "\n");
+    return Write(number + ".ini", "API = Vimba\nMAXSHUTTERFORFAST = " + number + "\n");
   }
 
   // With the first two cameras.
@@ -62,8 +62,8 @@ TEST_F(SeveralCameras, EachWritesItsOwnPictures) {
   const ProcessResult result = Kelcam(WithTwo("snap", {"-n", "2", "-o", In("%c-%d.pgm")}));
 
   EXPECT_EQ(result.exit_code, kDone) << result.err;
-  for (const char* name : {"Vimba_Scripted_1-1.pgm", "Vimba_Scripted_1-2.pgm", "Vimba_Scripted_2-1.pgm",
-                           "Vimba_Scripted_2-2.pgm"}) {
+  for (const char* name :
+       {"Vimba_Scripted_1-1.pgm", "Vimba_Scripted_1-2.pgm", "Vimba_Scripted_2-1.pgm", "Vimba_Scripted_2-2.pgm"}) {
     EXPECT_EQ(Decoded(Text(name)).width, 5) << name;
     EXPECT_THAT(result.out, HasSubstr(In(name) + ": 5 x 3, mono, "));
   }
@@ -108,11 +108,12 @@ TEST_F(SeveralCameras, ATableSumsUpEachCamera) {
 
   const ProcessResult result = Kelcam(WithTwo("snap", {"-n", "3", "--retry", "1", "-o", In("%c-%d.pgm")}));
 
-  EXPECT_THAT(result.err,
-              testing::ContainsRegex(
-                  "CAMERA            PICTURES  SNAPS  FAILURES                MB/S FIRST  MB/S LAST  MB/S MEAN  FRAMES/S\n"
-                  "Vimba_Scripted_1  3 of 3    3      0                       45.0        45.0       45.0       [0-9.]+\n"
-                  "Vimba_Scripted_2  1 of 3    5      4 .12106: 2, 12110: 2.  45.0        45.0       45.0       [0-9.]+\n"));
+  EXPECT_THAT(
+      result.err,
+      testing::ContainsRegex(
+          "CAMERA            PICTURES  SNAPS  FAILURES                MB/S FIRST  MB/S LAST  MB/S MEAN  FRAMES/S\n"
+          "Vimba_Scripted_1  3 of 3    3      0                       45.0        45.0       45.0       [0-9.]+\n"
+          "Vimba_Scripted_2  1 of 3    5      4 .12106: 2, 12110: 2.  45.0        45.0       45.0       [0-9.]+\n"));
 }
 
 TEST_F(SeveralCameras, QuietLeavesTheTableOut) {
@@ -191,8 +192,7 @@ TEST_F(SeveralCameras, NoClobberLooksAtThePicturesOfEach) {
 }
 
 TEST_F(SeveralCameras, ALinkGoesBothWaysAndIsUndoneBeforeACameraIsClosed) {
-  const ProcessResult result =
-      Kelcam(WithTwo("snap", {"--profile", m_profiles[2], "--link", "-o", In("%c.pgm")}));
+  const ProcessResult result = Kelcam(WithTwo("snap", {"--profile", m_profiles[2], "--link", "-o", In("%c.pgm")}));
 
   EXPECT_EQ(result.exit_code, kDone) << result.err;
   Lines expected;
@@ -248,7 +248,7 @@ TEST_F(SeveralCameras, InfoOfOneThatFailsLeavesTheOthers) {
 
   const json cameras = json::parse(result.out)["cameras"];
   EXPECT_EQ(cameras[0]["camera"], none);
-  EXPECT_EQ(cameras[0]["error"]["code"], 0);
+  EXPECT_THAT(cameras[0]["error"]["text"], HasSubstr("none.ini"));
   EXPECT_EQ(cameras[1]["name"], "Vimba_Scripted_2");
   EXPECT_EQ(result.exit_code, kFailed);
 }
@@ -301,9 +301,9 @@ TEST_F(SeveralCameras, CtrlCEndsALiveRunOfAllAndClosesThem) {
 }
 
 TEST_F(SeveralCameras, CtrlCEndsALongSnapOfAllWithItsTable) {
-  const ProcessResult result = InterruptedAt(
-      "2: Snap(mono, '', 5000 ms)", WithTwo("snap", {"-v", "-n", "1000000", "--mode", "continuous", "-o",
-                                                     In("%c-%d.pgm")}));
+  const ProcessResult result =
+      InterruptedAt("2: Snap(mono, '', 5000 ms)",
+                    WithTwo("snap", {"-v", "-n", "1000000", "--mode", "continuous", "-o", In("%c-%d.pgm")}));
 
   EXPECT_THAT(result.err, AllOf(HasSubstr("\nVimba_Scripted_1  "), HasSubstr(" of 1000000 ")));
   EXPECT_EQ(Logged({"Release"}), (Lines{"Release", "Release"}));

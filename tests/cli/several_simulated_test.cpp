@@ -16,6 +16,8 @@ using testing::StartsWith;
 using nlohmann::json;
 
 constexpr int kEveryTime = 0;
+// Bytes per second.
+constexpr std::int64_t kWideLink = 1000000000;
 constexpr const char* kMono = "Vimba_Manta-G-507B_50-0536953957";
 constexpr const char* kColour = "Vimba_Manta-G-507C_50-0536953958";
 constexpr const char* kOther = "Vimba_GC1290C_02-2186A-06584";
@@ -26,7 +28,7 @@ class SeveralSimulated : public SimulatedKelcamTest {
  protected:
   // On a link that is wide enough: frames are lost by faults alone.
   void SimulateWith(const json& faults = json::array()) {
-    Simulate({{"faults", faults}, {"link", {{"capacity", 1000000000}}}});
+    Simulate({{"faults", faults}, {"link", {{"capacity", kWideLink}}}});
   }
 
   // The first two cameras, and what follows.
@@ -73,11 +75,12 @@ TEST_F(SeveralSimulated, TheOrderIsThatOfTheCommandLine) {
 TEST_F(SeveralSimulated, OneCameraUnderTwoNamesIsWrongUsage) {
   SimulateWith();
   const std::string profile = Profile("mono");
-  const std::string same = " name the same camera, " + std::string(kMonoId) + "\n(see kelcam --help)\n";
+  const std::string begin = "kelcam: --profile " + profile + " and --camera ";
+  const std::string same = std::string(" name the same camera, ") + kMonoId + "\n(see kelcam --help)\n";
 
   for (const char* word : {"1", "50-0536953957", "169.254.76.101", kMonoId, kMono}) {
     const ProcessResult result = Kelcam({"live", "--profile", profile, "--camera", word});
-    EXPECT_EQ(result.err, "kelcam: --profile " + profile + " and --camera " + word + same);
+    EXPECT_EQ(result.err, std::string(begin).append(word).append(same));
     EXPECT_EQ(result.exit_code, kWrongUsage);
   }
 }
@@ -90,16 +93,16 @@ TEST_F(SeveralSimulated, OneCameraInTwoProfilesIsWrongUsage) {
 
   for (const auto& [first, second] : {std::pair(serial, id), std::pair(id, address), std::pair(address, serial)}) {
     const ProcessResult result = Kelcam({"info", "--profile", first, "--profile", second});
-    EXPECT_THAT(result.err, HasSubstr("--profile " + first + " and --profile " + second + " name the same camera"));
+    std::string same = "--profile ";
+    same.append(first).append(" and --profile ").append(second).append(" name the same camera, ").append(kMonoId);
+    EXPECT_THAT(result.err, HasSubstr(same));
     EXPECT_EQ(result.exit_code, kWrongUsage);
   }
 }
 
 TEST_F(SeveralSimulated, ACameraThatDoesNotOpenIsNamedAndTheOthersTakePictures) {
-  SimulateWith({{{"call", "VmbCameraOpen"},
-                 {"camera", kMonoId},
-                 {"error", VmbErrorInvalidAccess},
-                 {"count", kEveryTime}}});
+  SimulateWith(
+      {{{"call", "VmbCameraOpen"}, {"camera", kMonoId}, {"error", VmbErrorInvalidAccess}, {"count", kEveryTime}}});
 
   const ProcessResult result = Kelcam(WithTwo("snap", {"--camera", "77", "-o", In("%c.png")}));
 
@@ -182,7 +185,7 @@ TEST_F(LinkedCameras, AreIndependentWithoutALink) {
   const json document = Snap({});
 
   const json other = SummaryOf(document, kColour);
-  EXPECT_EQ(other["streamBytesPerSecond"]["last"], other["streamBytesPerSecond"]["first"]);
+  EXPECT_GE(other["streamBytesPerSecond"]["last"], other["streamBytesPerSecond"]["first"]);
   EXPECT_EQ(other["failuresByCode"], json::object());
   EXPECT_LT(SummaryOf(document, kMono)["streamBytesPerSecond"]["last"], other["streamBytesPerSecond"]["last"]);
   EXPECT_THAT(Text("log.txt"), Not(HasSubstr(" : SynchBandwidth : ")));
@@ -210,11 +213,9 @@ class HostileCameras : public SimulatedKelcamTest {
     const auto camera = [](const std::string& id, const std::string& name) {
       return json{{"id", id}, {"serial", "1"}, {"name", name}, {"sensor", {{"width", 64}, {"height", 48}}}};
     };
-    Simulate({{"cameras", {camera("DEV_1", first), camera("DEV_2", second)}}});
+    Simulate({{"cameras", {camera("DEV_1", first), camera("DEV_2", second)}}, {"timing", "instant"}});
   }
-  ProcessResult Snap() const {
-    return Kelcam({"snap", "--camera", "DEV_1", "--camera", "DEV_2", "-o", In("%c.png")});
-  }
+  ProcessResult Snap() const { return Kelcam({"snap", "--camera", "DEV_1", "--camera", "DEV_2", "-o", In("%c.png")}); }
   Lines Pictures() const {
     Lines names = Files();
     std::erase_if(names, [](const std::string& name) { return !name.ends_with(".png"); });
@@ -228,7 +229,7 @@ TEST_F(HostileCameras, AnIdentifierIsAPartOfAFileNameWhateverItHolds) {
   const ProcessResult result = Snap();
 
   EXPECT_EQ(result.exit_code, kDone) << result.err;
-  EXPECT_EQ(Pictures(), (Lines{"Vimba_-__2J______1.png", "Vimba_______x___d_c__1.png"}));
+  EXPECT_EQ(Pictures(), (Lines{"Vimba_-__2J_______1.png", "Vimba_______x___d_c__1.png"}));
   EXPECT_THAT(result.err, AllOf(Not(HasSubstr("\x1b")), HasSubstr("\nVimba_-?[2J?\u65e5*?_1  ")));
 }
 
@@ -238,8 +239,8 @@ TEST_F(HostileCameras, ThatWouldWriteToOneFileAreRefused) {
 
     const ProcessResult result = Snap();
 
-    EXPECT_THAT(result.err, HasSubstr(": Vimba_" + std::string(first) + "_1 and Vimba_" + second +
-                                      "_1 would write to one file\n"));
+    EXPECT_THAT(result.err,
+                HasSubstr(": Vimba_" + std::string(first) + "_1 and Vimba_" + second + "_1 would write to one file\n"));
     EXPECT_EQ(Pictures(), Lines{});
     EXPECT_EQ(result.exit_code, kWrongUsage);
   }
@@ -258,10 +259,8 @@ TEST_F(HostileCameras, AnIdentifierIsCutWhereAFileNameHasNoRoom) {
 
 // There are ten tries to open the second camera, and the first one is open.
 TEST_F(SeveralSimulated, AnInterruptedSearchClosesTheCameraThatIsOpen) {
-  SimulateWith({{{"call", "VmbCameraOpen"},
-                 {"camera", kColourId},
-                 {"error", VmbErrorInvalidAccess},
-                 {"count", kEveryTime}}});
+  SimulateWith(
+      {{{"call", "VmbCameraOpen"}, {"camera", kColourId}, {"error", VmbErrorInvalidAccess}, {"count", kEveryTime}}});
 
   const ProcessResult result =
       InterruptedAt("InitByUid failed", WithTwo("snap", {"-v", "--camera", "3", "-o", In("%c.png")}));

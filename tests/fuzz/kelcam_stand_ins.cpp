@@ -54,6 +54,7 @@ std::filesystem::path ProgramFolder() { return "."; }
 bool StandardErrorIsTerminal() { return false; }
 bool StandardOutputIsTerminal() { return false; }
 std::size_t TerminalWidth() { return 80; }
+bool TerminalMovesUp() { return true; }
 std::tm CalendarTime(std::time_t /*time*/) { return {}; }
 void OpenStandardStreams() {}
 
@@ -83,13 +84,11 @@ bool Interrupted() { return is_interrupted; }
 int InterruptedExitCode() { return kInterruptedCode; }
 
 ExitCode PrintScenarios(const Options& options) { return End(options); }
-ExitCode RunList(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) { return End(options); }
-ExitCode RunInfo(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) { return End(options); }
-ExitCode RunSnap(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) { return End(options); }
+ExitCode RunList(const Options& options, const Module& /*module*/, MessageLog& /*log*/) { return End(options); }
+ExitCode RunInfo(const Options& options, const Module& /*module*/, MessageLog& /*log*/) { return End(options); }
+ExitCode RunSnap(const Options& options, const Module& /*module*/, MessageLog& /*log*/) { return End(options); }
 ExitCode RunLive(const Options& options, const Module& /*module*/, MessageLog& /*log*/) { return End(options); }
-ExitCode RunProfileNew(const Options& options, const Module& /*module*/, const MessageLog& /*log*/) {
-  return End(options);
-}
+ExitCode RunProfileNew(const Options& options, const Module& /*module*/, MessageLog& /*log*/) { return End(options); }
 ExitCode RunProfileCheck(const Options& options) { return End(options); }
 
 }  // namespace Kelcam

@@ -31,7 +31,9 @@ ALL_FRAMES_INVALID = {"faults": [{"frame": 0, "status": -3, "count": 0}]}
 NO_TRANSPORT_LAYER = {"system": {"geVTLIsPresent": False}}
 NO_ADDRESS = {"faults": [{"call": "VmbCameraOpen", "error": -6, "count": 0}]}
 UNPLUGGED = {"faults": [{"unplugAtFrame": 1}]}
+INSTANT = {"timing": "instant"}
 DOES_NOT_START = {"faults": [{"call": "VmbFeatureCommandRun", "feature": "AcquisitionStart", "error": TIMEOUT}]}
+NOTHING_STARTS = {"faults": [{**DOES_NOT_START["faults"][0], "count": 0}]}
 
 # The command line, the simulated cameras where they differ, the exit code, and what each line or the document is.
 CASES = [
@@ -48,6 +50,8 @@ CASES = [
     ("info --profile colour.ini", {}, DONE, "info"),
     ("info --camera 1", {}, DONE, "info"),
     ("info --camera 17", {}, FAILED, "error"),
+    ("info --camera 1 --camera 2", {}, DONE, "infoOfSeveral"),
+    ("info --camera 1 --camera 17", {}, FAILED, "infoOfSeveral"),
     ("info --profile mono.ini", NO_ADDRESS, FAILED, "error"),
     ("info --profile no-such.ini", {}, FAILED, "error"),
     ("--module no-such-file info --profile mono.ini", {}, FAILED, "error"),
@@ -58,7 +62,14 @@ CASES = [
     ("snap --profile mono.ini --retry 1 -o again.png", ALL_FRAMES_INVALID, FAILED, "snap"),
     ("snap --profile mono.ini --mode continuous -o run.png", DOES_NOT_START, FAILED, "snap"),
     ("snap --profile mono.ini -o no-such-folder/x.png", {}, FAILED, "error"),
+    ("snap --camera 1 --camera 2 --link -n 2 -o %c-%d.png", INSTANT, DONE, "snapOfSeveral"),
+    ("snap --camera 1 --camera 2 -o %c.png", ALL_FRAMES_INVALID, FAILED, "snapOfSeveral"),
+    ("snap --camera 1 --camera 2 --mode continuous -o %c.png", DOES_NOT_START, FAILED, "snapOfSeveral"),
+    ("snap --camera 16 --camera 17 -o %c.png", {}, FAILED, "snapOfSeveral"),
+    ("snap --camera 1 --camera 2 --mode continuous -o %c.png", NOTHING_STARTS, FAILED, "snapOfSeveral"),
     ("live --profile mono.ini --seconds 1.5", {}, DONE, "live"),
+    ("live --camera 1 --camera 2 --link --seconds 1.5", INSTANT, DONE, "liveOfTwo"),
+    ("live --camera 1 --camera 17 --seconds 1.5", INSTANT, FAILED, "liveWithoutSecond"),
     ("live --profile mono.ini --seconds 1.5", ALL_FRAMES_INVALID, FAILED, "live"),
     ("live --profile mono.ini --timeout 500 --retries 1", UNPLUGGED, FAILED, "live"),
     ("live --profile mono.ini --seconds 1", DOES_NOT_START, FAILED, "live"),
@@ -91,7 +102,8 @@ class Run:
 
 def kinds_of(kind, count):
     """The part of the schema for each document."""
-    return ["liveSecond"] * (count - 1) + ["liveTotal"] if kind == "live" else [kind] * count
+    last = {"live": ["liveTotal"], "liveOfTwo": ["liveTotal"] * 2, "liveWithoutSecond": ["liveTotal", "liveError"]}
+    return ["liveSecond"] * (count - len(last[kind])) + last[kind] if kind in last else [kind] * count
 
 
 def every_object(document, path=()):

@@ -17,13 +17,15 @@ import unittest
 import jsonschema
 
 options = argparse.Namespace()
-SCENARIOS = 10
+SCENARIOS = 12
 OTHER_TYPES = [None, True, 1.5, "no such word", [], [7], {}, {"nothing": 1}]
 # The parser looks at more than types: a format that a sensor does not have, the same id twice.
 BEYOND_THE_SCHEMA = [
     {"cameras": [{"formats": ["BayerRG8"]}]},
     {"cameras": [{"id": "DEV_1"}, {"id": "DEV_1"}]},
     {"cameras": [{"features": {"NoSuchFeature": 1}}]},
+    {"cameras": [{"link": "no such link"}]},
+    {"links": [{"name": "A"}, {"name": "A"}]},
 ]
 
 
@@ -51,7 +53,7 @@ def members(schema, node, path):
     for alternative in node.get("oneOf", ()):
         if path and path[0] == "faults" and len(path) == 2:
             yield from ((found, part) for found, part in members(schema, alternative, path) if found != path)
-    if isinstance(node.get("items"), dict) and path in (("cameras",), ("faults",)):
+    if isinstance(node.get("items"), dict):
         yield from members(schema, node["items"], (*path, 0))
 
 
@@ -123,8 +125,10 @@ class Scenarios(unittest.TestCase):
                 continue
             for value in values_for(node):
                 scenario = with_value(path, value)
-                # Which features there are is the parser's alone.
+                # Which features and links there are is the parser's alone.
                 if path[-1] == "features" and value == {"nothing": 1}:
+                    continue
+                if path == ("cameras", 0, "link") and value == "no such word":
                     continue
                 with self.subTest(path=path, value=value):
                     refusal = self.parser.refusal(scenario)

@@ -121,11 +121,66 @@ void ReleasePartners(Findings& findings, Random& random, int count) {
   while (!fleet.empty()) random.OneIn(2) ? fleet.pop_back() : fleet.pop_front();
 }
 
+// One call of a host to any device, which may be in the hands of another thread.
+void AnyCallToAPartner(StormWorld& world, Fleet& fleet, Random& random) {
+  const int camera = random.Between(1, static_cast<int>(fleet.size()));
+  BImagingDevice& device = *fleet[static_cast<std::size_t>(camera) - 1].Get();
+  BImagingDevice* const other = fleet[static_cast<std::size_t>(random.Below(static_cast<int>(fleet.size())))].Get();
+  switch (random.Below(8)) {
+    case 0:
+      device.AddBandwidthPartner(other);
+      return;
+    case 1:
+      device.RemoveBandwidthPartner(other);
+      return;
+    case 2:
+      std::ignore = device.SetBandwidth(random.Between(1'000'000, 124'000'000));
+      return;
+    case 3:
+      std::ignore = device.GetBandwidth();
+      return;
+    case 4:
+      world.Start(device, random.OneIn(2));
+      return;
+    case 5:
+      world.Stop(device);
+      return;
+    default:
+      std::ignore = world.Snap(device, camera, static_cast<std::uint32_t>(random.Below(20)));
+  }
+}
+
 }  // namespace
 
 void ReleaseTwoPartners(Findings& findings, Random& random) { ReleasePartners(findings, random, 2); }
 
 void ReleaseFourPartners(Findings& findings, Random& random) { ReleasePartners(findings, random, 4); }
+
+// The watchdog ends what waits for itself.
+void SnapPartnersFromAnyThread(Findings& findings, Random& random) {
+  constexpr int kDevices = 4;
+  constexpr int kThreads = 4;
+  constexpr int kRounds = 5;
+  constexpr int kCalls = 40;
+  StormWorld world(findings, Cameras(kDevices));
+  Fleet fleet;
+  for (int number = 1; number <= kDevices; ++number) fleet.emplace_back(world, number);
+  for (DrivenDevice& device : fleet) device.Open();
+  if (std::any_of(fleet.begin(), fleet.end(), [](const DrivenDevice& device) { return !device.Get(); })) return;
+  for (DrivenDevice& device : fleet) MakePartners(fleet, device);
+  for (int round = 0; round < kRounds; ++round) {
+    LoseFrames(world, kDevices, random);
+    std::vector<std::thread> hosts;
+    hosts.reserve(kThreads);
+    for (int i = 0; i < kThreads; ++i) {
+      hosts.emplace_back([&, seed = random.Seed()] {
+        Random own(seed);
+        for (int call = 0; call < kCalls; ++call) AnyCallToAPartner(world, fleet, own);
+      });
+    }
+    for (std::thread& host : hosts) host.join();
+  }
+}
 
 void CreateAndReleaseInterleaved(Findings& findings, Random& random) {
   constexpr int kDevices = 4;

@@ -83,6 +83,7 @@ std::span<const Storm> Storms() {
       {"release", "a device is released ten times while its frames stream", 100, 2, ReleaseWhileStreaming},
       {"partners-2", "two partners are released while the other snaps", 60, 2, ReleaseTwoPartners},
       {"partners-4", "four partners are released while the others snap", 40, 2, ReleaseFourPartners},
+      {"partners-any", "any thread calls any of four partners", 60, 2, SnapPartnersFromAnyThread},
       {"lives", "four devices come and go with listings between", 60, 2, CreateAndReleaseInterleaved},
       {"triggers", "pulses on the line race with software triggers", 20, 1, RaceTriggers},
       {"snaps", "four threads drive one device", 60, 2, SnapFromManyThreads},

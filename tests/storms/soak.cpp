@@ -16,9 +16,9 @@
 #include "bimagingdevicetrigger.h"
 #include "storms/frame_journal.h"
 #include "storms/process_census.h"
-#include "storms/random.h"
 #include "support/driver_module.h"
 #include "support/profile_file.h"
+#include "support/random.h"
 #include "support/simulated_cameras.h"
 #include "vimba_simulator.h"
 

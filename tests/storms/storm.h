@@ -6,7 +6,7 @@
 #include <span>
 
 #include "storms/findings.h"
-#include "storms/random.h"
+#include "support/random.h"
 
 // One way to press the module. A run is one world of cameras: set up, pressed, and checked when everything is released.
 // No run does what docs/threads.md forbids a host: exports are called one at a time, and no operation of a device runs
@@ -23,6 +23,7 @@ struct Storm {
 void ReleaseWhileStreaming(Findings& findings, Random& random);
 void ReleaseTwoPartners(Findings& findings, Random& random);
 void ReleaseFourPartners(Findings& findings, Random& random);
+void SnapPartnersFromAnyThread(Findings& findings, Random& random);
 void CreateAndReleaseInterleaved(Findings& findings, Random& random);
 void RaceTriggers(Findings& findings, Random& random);
 void SnapFromManyThreads(Findings& findings, Random& random);

@@ -9,13 +9,21 @@
 #include "script.h"
 #include "scripted_device.h"
 
+namespace {
+
+// A key that drivers have and kelcam does not read: which of several devices this is.
+constexpr const wchar_t* kNumber = L"MAXSHUTTERFORFAST";
+constexpr int kMostNumber = 100;
+
+}  // namespace
+
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the export takes a reference of its own
 BImagingDevice* CreateImagingDevice(BSmartRef<BCamProfile> profile) {
   Log("Create " + ToBString(profile->Name()).Str());
   ImagingDevice::ShowInfo(L"Initialize camera \u00fc", nullptr);
   ImagingDevice::ShowInfo(L"Camera 1 : Initialize\n   1 :       0.0000 (  0.0000) : Start\n", L"");
   int number = 0;
-  profile->ReadInt(L"Number", number, 0, 0, 100);
+  profile->ReadInt(kNumber, number, 0, 0, kMostNumber);
   const std::string outcome = TheScript().Next("open", kSuccess);
   if (outcome == "null") {
     for (int i = 0; i < 3; ++i) ImagingDevice::ShowInfo(L"Camera 1: does not answer");

@@ -10,6 +10,7 @@ void ScriptedLibrary::Reset() {
   const BMutexLock lock(m_mutex);
   m_integers.clear();
   m_ranges.clear();
+  m_floats.clear();
   m_text = {};
   m_entry = nullptr;
   m_claims.clear();
@@ -18,6 +19,7 @@ void ScriptedLibrary::Reset() {
   m_calls.clear();
   m_announced.clear();
   m_queued.clear();
+  m_on_integer = nullptr;
   m_on_queueing = nullptr;
   m_on_queued = nullptr;
 }
@@ -35,6 +37,11 @@ VmbInt64_t ScriptedLibrary::Integer(VmbHandle_t camera, const std::string& featu
 void ScriptedLibrary::SetRange(const std::string& feature, VmbInt64_t min, VmbInt64_t max) {
   const BMutexLock lock(m_mutex);
   m_ranges[feature] = {min, max};
+}
+
+void ScriptedLibrary::SetFloat(const std::string& feature, double value) {
+  const BMutexLock lock(m_mutex);
+  m_floats[feature] = value;
 }
 
 void ScriptedLibrary::SetText(const Text& text) {
@@ -60,6 +67,11 @@ void ScriptedLibrary::OnQueueing(std::function<void()> act) {
 void ScriptedLibrary::OnQueued(std::function<void(const VmbFrame_t*)> act) {
   const BMutexLock lock(m_mutex);
   m_on_queued = std::move(act);
+}
+
+void ScriptedLibrary::OnInteger(std::function<void(VmbHandle_t camera)> act) {
+  const BMutexLock lock(m_mutex);
+  m_on_integer = std::move(act);
 }
 
 void ScriptedLibrary::Mend() {
@@ -114,6 +126,14 @@ bool ScriptedLibrary::FindRange(const std::string& feature, VmbInt64_t& min, Vmb
   return true;
 }
 
+bool ScriptedLibrary::FindFloat(const std::string& feature, double& value) const {
+  const BMutexLock lock(m_mutex);
+  const auto found = m_floats.find(feature);
+  if (found == m_floats.end()) return false;
+  value = found->second;
+  return true;
+}
+
 ScriptedLibrary::Text ScriptedLibrary::TheText() const {
   const BMutexLock lock(m_mutex);
   return m_text;
@@ -153,6 +173,15 @@ void ScriptedLibrary::Announce(const VmbFrame_t* frame) {
 }
 
 // What is called may call the library, here and below.
+void ScriptedLibrary::BeginInteger(VmbHandle_t camera) {
+  std::function<void(VmbHandle_t)> on_integer;
+  {
+    const BMutexLock lock(m_mutex);
+    on_integer = m_on_integer;
+  }
+  if (on_integer) on_integer(camera);
+}
+
 void ScriptedLibrary::BeginQueueing() {
   std::function<void()> on_queueing;
   {

@@ -29,6 +29,8 @@ class ScriptedLibrary {
   void SetInteger(VmbHandle_t camera, const std::string& feature, VmbInt64_t value);
   VmbInt64_t Integer(VmbHandle_t camera, const std::string& feature) const;
   void SetRange(const std::string& feature, VmbInt64_t min, VmbInt64_t max);
+  // A floating-point feature without a value leaves the caller's as it is.
+  void SetFloat(const std::string& feature, double value);
   void SetText(const Text& text);
   // The entry of every enumeration; the text stays the test's. At first none, as a null pointer.
   void SetEntry(const char* entry);
@@ -38,6 +40,8 @@ class ScriptedLibrary {
   void OnQueueing(std::function<void()> act);
   // Called for every frame that is queued, as a library may call back before its answer has been seen.
   void OnQueued(std::function<void(const VmbFrame_t*)> act);
+  // Called at the beginning of every call that reads or writes an integer feature, whatever it answers.
+  void OnInteger(std::function<void(VmbHandle_t camera)> act);
   // From now on nothing fails.
   void Mend();
 
@@ -57,6 +61,8 @@ class ScriptedLibrary {
   VmbError_t Record(const std::string& function, const std::string& feature = "", const std::string& argument = "");
   bool Find(VmbHandle_t camera, const std::string& feature, VmbInt64_t& value) const;
   bool FindRange(const std::string& feature, VmbInt64_t& min, VmbInt64_t& max) const;
+  bool FindFloat(const std::string& feature, double& value) const;
+  void BeginInteger(VmbHandle_t camera);
   Text TheText() const;
   const char* TheEntry() const;
   VmbUint32_t NextClaim();
@@ -72,6 +78,7 @@ class ScriptedLibrary {
   mutable BMutex m_mutex;
   std::map<FeatureOfCamera, VmbInt64_t> m_integers KEL_GUARDED_BY(m_mutex);
   std::map<std::string, std::pair<VmbInt64_t, VmbInt64_t>> m_ranges KEL_GUARDED_BY(m_mutex);
+  std::map<std::string, double> m_floats KEL_GUARDED_BY(m_mutex);
   Text m_text KEL_GUARDED_BY(m_mutex);
   const char* m_entry KEL_GUARDED_BY(m_mutex) = nullptr;
   std::vector<VmbUint32_t> m_claims KEL_GUARDED_BY(m_mutex);
@@ -80,6 +87,7 @@ class ScriptedLibrary {
   std::vector<std::string> m_calls KEL_GUARDED_BY(m_mutex);
   std::vector<const VmbFrame_t*> m_announced KEL_GUARDED_BY(m_mutex);
   std::vector<const VmbFrame_t*> m_queued KEL_GUARDED_BY(m_mutex);
+  std::function<void(VmbHandle_t)> m_on_integer KEL_GUARDED_BY(m_mutex);
   std::function<void()> m_on_queueing KEL_GUARDED_BY(m_mutex);
   std::function<void(const VmbFrame_t*)> m_on_queued KEL_GUARDED_BY(m_mutex);
 };

@@ -3,16 +3,19 @@
 #include "VimbaC.h"
 
 #include <algorithm>
+#include <tuple>
 
 #include "unit/scripted/scripted_library.h"
 
 VmbError_t VmbFeatureIntGet(VmbHandle_t handle, const char* name, VmbInt64_t* value) {
+  Library().BeginInteger(handle);
   const VmbError_t code = Library().Record("VmbFeatureIntGet", name);
   if (code != VmbErrorSuccess) return code;
   return Library().Find(handle, name, *value) ? VmbErrorSuccess : VmbErrorNotFound;
 }
 
 VmbError_t VmbFeatureIntSet(VmbHandle_t handle, const char* name, VmbInt64_t value) {
+  Library().BeginInteger(handle);
   const VmbError_t code = Library().Record("VmbFeatureIntSet", name, std::to_string(value));
   if (code == VmbErrorSuccess) Library().SetInteger(handle, name, value);
   return code;
@@ -24,8 +27,10 @@ VmbError_t VmbFeatureIntRangeQuery(VmbHandle_t /*handle*/, const char* name, Vmb
   return Library().FindRange(name, *min, *max) ? VmbErrorSuccess : VmbErrorNotFound;
 }
 
-VmbError_t VmbFeatureFloatGet(VmbHandle_t /*handle*/, const char* name, double* /*value*/) {
-  return Library().Record("VmbFeatureFloatGet", name);
+VmbError_t VmbFeatureFloatGet(VmbHandle_t /*handle*/, const char* name, double* value) {
+  const VmbError_t code = Library().Record("VmbFeatureFloatGet", name);
+  if (code == VmbErrorSuccess) std::ignore = Library().FindFloat(name, *value);
+  return code;
 }
 
 VmbError_t VmbFeatureFloatSet(VmbHandle_t /*handle*/, const char* name, double value) {
