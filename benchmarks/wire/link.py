@@ -58,8 +58,9 @@ def main():
     except shared_link.Unavailable as reason:
         return print(f"skipped: this needs network namespaces and a token bucket of tc: {reason}")
     with link:
-        print(f"{CAMERAS} cameras of 2048 x {HEIGHT} pixels, {shared_link.CAPACITY:,} bytes/s, fair share "
-              f"{shared_link.CAPACITY / CAMERAS / MEGA:.1f} million, {options.snaps} snaps of each, one every {INTERVAL_S} s\n")  # fmt: skip
+        fair = shared_link.CAPACITY / CAMERAS / MEGA
+        print(f"{CAMERAS} cameras of 2048 x {HEIGHT} pixels, {shared_link.CAPACITY:,} bytes/s, fair share {fair:.1f} million, "
+              f"{options.snaps} snaps of each, one every {INTERVAL_S} s\n")  # fmt: skip
         print("| | Failed 1-50 | 1-200 | 201- | Codes | 10^6 bytes/s first | Last | Mean | Packets lost | Time | Idle |")
         print("|---|---|---|---|---|---|---|---|---|---|---|")
         kelcam = shared_link.Kelcam(options.kelcam, HEIGHT)
