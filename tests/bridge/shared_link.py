@@ -145,9 +145,10 @@ class Kelcam:
     DEADLINE_S = 200
     FAILED = 1
 
-    def __init__(self, program, height=2048):
+    def __init__(self, program, height=2048, keys=""):
         self.program = program
-        self.height = height
+        # Of each profile, in lines.
+        self.keys = f"AOIHEIGHT={height}\n{keys}"
 
     def snap(self, cameras, images, interval_s, link):
         """The document that kelcam prints. The pictures are thrown away."""
@@ -156,7 +157,7 @@ class Kelcam:
                        str(interval_s), "-o", f"{folder}/%c-%d.pgm"] + (["--link"] if link else [])  # fmt: skip
             for number in range(1, cameras + 1):
                 profile = pathlib.Path(folder, f"camera{number}.ini")
-                profile.write_text(f"API=Vimba\nInit.Method=Serial\nSerial.Number=000{number}\nAOIHEIGHT={self.height}\n",
+                profile.write_text(f"API=Vimba\nInit.Method=Serial\nSerial.Number=000{number}\n{self.keys}",
                                    encoding="ascii")  # fmt: skip
                 command += ["--profile", str(profile)]
             return self.document(command, pathlib.Path(folder))
