@@ -1,5 +1,5 @@
 // camera/feature_map.h
-// Which of a camera's features stands for which feature that callers ask for. docs/cameras.md has the table.
+// Which of a camera's features stands for which feature that callers ask for. docs/bridge.md has the table.
 #pragma once
 
 #include <arv.h>
