@@ -3,13 +3,12 @@
 #include <iostream>
 #include <optional>
 
-#include "commands.h"
-#include "interrupt.h"
-#include "platform.h"
-#include "report.h"
-#include "scenario.h"
-#include "utf8.h"
-#include "vimba_library.h"
+#include "base/interrupt.h"
+#include "base/platform.h"
+#include "base/report.h"
+#include "base/utf8.h"
+#include "commands/commands.h"
+#include "library/vimba_library.h"
 
 namespace Kelcam {
 namespace {
@@ -27,7 +26,7 @@ void CheckLog(const Options& options) {
 }
 
 Module LoadModule(const Options& options) {
-  LoadChosenVimba(options);
+  LoadChosenVimba(options.vimbac_folder, options.simulated);
   return Module(options.module_file.empty() ? ProgramFolder() / kModuleFileName : Path(options.module_file));
 }
 

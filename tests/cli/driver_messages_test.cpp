@@ -1,6 +1,6 @@
 // driver_messages_test.cpp
 // Which camera a message of the driver is about.
-#include "kelcam/driver_messages.h"
+#include "kelcam/messages/driver_messages.h"
 
 #include "gtest/gtest.h"
 

@@ -1,6 +1,6 @@
 // nearest_name_test.cpp
 // What somebody may have meant who wrote a name that there is not.
-#include "nearest_name.h"
+#include "base/nearest_name.h"
 
 #include "gtest/gtest.h"
 

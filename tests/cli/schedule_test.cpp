@@ -1,6 +1,6 @@
 // schedule_test.cpp
 // When the images of a time-lapse are due.
-#include "kelcam/schedule.h"
+#include "kelcam/snap/schedule.h"
 
 #include "gtest/gtest.h"
 

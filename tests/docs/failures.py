@@ -19,8 +19,8 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 PAGE = ROOT / "docs/troubleshooting.md"
 CODES = ROOT / "docs/diagnostics.md"
 TABLES = {
-    "opening": (ROOT / "apps/kelcam/opening_explained.cpp", "kOpeningCauses"),
-    "snap": (ROOT / "apps/kelcam/snap_explained.cpp", "kSnapCauses"),
+    "opening": (ROOT / "apps/kelcam/device/opening_explained.cpp", "kOpeningCauses"),
+    "snap": (ROOT / "apps/kelcam/device/snap_explained.cpp", "kSnapCauses"),
 }
 ERRORS = {"eAcquisitionFailed": 12103, "eTimeout": 12106, "eFrameTooSmall": 12108, "eAborted": 12109, "eFrameInvalid": 12110}
 
@@ -123,10 +123,10 @@ def written(page, kelcam):
 
 def wrong_codes():
     page = CODES.read_text(encoding="utf-8")
-    for row in rows_of(ROOT / "apps/kelcam/vimba_codes.cpp", "kVimbaCodes"):
+    for row in rows_of(ROOT / "apps/kelcam/messages/vimba_codes.cpp", "kVimbaCodes"):
         code, meaning = re.search(r"-\d+", row)[0], texts_of(row)[0]
         if f"\n| {code} | {meaning} |" not in page:
-            yield f"{CODES.name}: code {code} is \"{meaning}\" in apps/kelcam/vimba_codes.cpp"
+            yield f"{CODES.name}: code {code} is \"{meaning}\" in apps/kelcam/messages/vimba_codes.cpp"
 
 
 def untested_rows():

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "command_line.h"
-#include "failure.h"
+#include "base/failure.h"
+#include "commands/command_line.h"
 #include "fuzz/fuzz_input.h"
 #include "fuzz/kelcam_stand_ins.h"
 

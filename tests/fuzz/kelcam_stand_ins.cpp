@@ -5,12 +5,12 @@
 #include <new>
 #include <utility>
 
-#include "commands.h"
-#include "interrupt.h"
+#include "base/interrupt.h"
+#include "base/platform.h"
+#include "commands/commands.h"
+#include "library/scenario.h"
+#include "library/vimba_library.h"
 #include "nboard.h"
-#include "platform.h"
-#include "scenario.h"
-#include "vimba_library.h"
 
 namespace {
 
@@ -64,7 +64,7 @@ Utf8Console::~Utf8Console() = default;
 SharedLibrary::SharedLibrary(const std::filesystem::path& /*file*/, const std::string& /*title*/) : m_handle(nullptr) {}
 void* SharedLibrary::Symbol(const char* /*name*/) const { return m_handle; }
 
-void LoadChosenVimba(const Options& /*options*/) {}
+void LoadChosenVimba(const std::string& /*vimbac*/, const std::optional<std::string>& /*simulated*/) {}
 std::string VimbaLibrary::Version() const { return {}; }
 std::string VimbaLibrary::Description() const { return {}; }
 Json ToJson(const VimbaLibrary& /*library*/) { return Json::object(); }

@@ -68,17 +68,25 @@ class ArchitectureCheck(unittest.TestCase):
             self.assertTrue(complaints[0].startswith(f"src/driver/exports.h includes {name}, "), complaints)
 
     def test_programs_know_the_module_by_its_exports_alone(self):
-        program = '#include "driver/kel_camera_vimba.h"\n#include "platform.h"\n#include "stream/rate.h"\n#include "VimbaC.h"\n'
-        files = {"apps/kelcam/main.cpp": program, "apps/kelcam/platform.h": "", "simulator/platform.h": "",
+        program = '#include "driver/kel_camera_vimba.h"\n#include "base/platform.h"\n#include "stream/rate.h"\n#include "VimbaC.h"\n'
+        files = {"apps/kelcam/main.cpp": program, "apps/kelcam/base/platform.h": "", "simulator/platform.h": "",
                  "vimbac/VimbaC.h": "", "src/driver/kel_camera_vimba.h": "", "src/stream/rate.h": ""}  # fmt: skip
         why = "but programs know the module by driver/kel_camera_vimba.h"
         self.assertEqual([f"apps/kelcam/main.cpp includes stream/rate.h, {why}",
                           f"apps/kelcam/main.cpp includes VimbaC.h, {why}"], self.complaints(files))  # fmt: skip
 
     def test_two_parts_of_a_program_know_the_library(self):
-        files = {"apps/kelcam/vimba_session.h": '#include "VimbaC.h"\n', "apps/kelcam/vimba_library.cpp": '#include "vimba_simulator.h"\n',
+        files = {"apps/kelcam/library/vimba_session.h": '#include "VimbaC.h"\n', "apps/kelcam/library/vimba_library.cpp": '#include "vimba_simulator.h"\n',
                  "vimbac/VimbaC.h": "", "simulator/vimba_simulator.h": "", "src/driver/kel_camera_vimba.h": ""}  # fmt: skip
         self.assertEqual([], self.complaints(files))
+
+    def test_the_folders_of_kelcam_point_one_way(self):
+        files = {"src/driver/kel_camera_vimba.h": "", "apps/kelcam/snap/here.cpp": '#include "device/there.h"\n',
+                 "apps/kelcam/device/there.h": '#include "snap/other.h"\n', "apps/kelcam/snap/other.h": "",
+                 "apps/kelcam/lost/file.h": ""}  # fmt: skip
+        self.assertEqual(
+            ["apps/kelcam/device/there.h includes snap/other.h, but device may only include base, device, library, messages",
+             "apps/kelcam/lost has no place among the arrows"], self.complaints(files))  # fmt: skip
 
     def test_only_the_platform_file_speaks_to_the_system(self):
         files = {"src/diagnostics/platform.cpp": "#include <windows.h>\n#include <sys/syscall.h>\n",

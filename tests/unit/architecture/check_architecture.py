@@ -23,6 +23,18 @@ ARROWS = {
     "camera": {"acquisition", "stream", "controls", "vimba", "profile", "diagnostics"},
     "driver": {"camera", "acquisition", "stream", "controls", "vimba", "profile", "diagnostics"},
 }
+# What a folder of kelcam may include, itself aside.
+KELCAM_ARROWS = {
+    "base": set(),
+    "library": {"base"},
+    "messages": {"base"},
+    "device": {"library", "messages", "base"},
+    "picture": {"device", "base"},
+    "profile_text": {"device", "library", "messages", "base"},
+    "commands": {"profile_text", "picture", "device", "library", "messages", "base"},
+    "snap": {"commands", "profile_text", "picture", "device", "library", "messages", "base"},
+    "live": {"commands", "profile_text", "picture", "device", "library", "messages", "base"},
+}
 # What a program knows of the module.
 EXPORTS_HEADER = "driver/kel_camera_vimba.h"
 # Where kelcam looks behind the module: which library answers, and what that one alone knows of cameras.
@@ -84,13 +96,30 @@ def programs_that_know_too_much(source):
     for path in sorted((source / "apps").rglob("*")):
         if path.suffix not in (".h", ".cpp"):
             continue
-        own = {header.name for header in path.parent.glob("*.h")}
+        program = path.relative_to(source / "apps").parts[0]
+        own = {header.name for header in (source / "apps" / program).rglob("*.h")}
         for _, name in includes_of(path):
             if name in LIBRARY_HEADERS and path.stem in LIBRARY_FILES:
                 continue
             inside = pathlib.PurePosixPath(name).parts[0] in ARROWS and name != EXPORTS_HEADER
             if inside or pathlib.PurePosixPath(name).name in hidden - own:
                 yield f"{path.relative_to(source).as_posix()} includes {name}, but programs know the module by {EXPORTS_HEADER}"
+
+
+def wrong_includes_of_kelcam(source):
+    """Includes of apps/kelcam/ that point against the arrows between its folders."""
+    for path in sorted((source / "apps/kelcam").glob("*/*")):
+        layer = path.parent.name
+        if path.suffix not in (".h", ".cpp"):
+            continue
+        if layer not in KELCAM_ARROWS:
+            yield f"apps/kelcam/{layer} has no place among the arrows"
+            continue
+        allowed = KELCAM_ARROWS[layer] | {layer}
+        for _, name in includes_of(path):
+            folder = pathlib.PurePosixPath(name).parts[0]
+            if folder in KELCAM_ARROWS and folder not in allowed:
+                yield f"{path.relative_to(source).as_posix()} includes {name}, but {layer} may only include {', '.join(sorted(allowed))}"
 
 
 def other_systems_files(file):
@@ -137,6 +166,7 @@ def complaints_about(source, build):
     yield from unknown_folders(source)
     yield from wrong_includes(source)
     yield from programs_that_know_too_much(source)
+    yield from wrong_includes_of_kelcam(source)
     yield from unbuilt_sources(source, build)
     yield from numbered_references(source)
 

@@ -1,0 +1,21 @@
+// commands.h
+// The program's commands. Each prints its result and returns the exit code; what it throws ends it early.
+#pragma once
+
+#include "base/failure.h"
+#include "commands/command_line.h"
+#include "library/module.h"
+#include "messages/message_log.h"
+
+namespace Kelcam {
+
+// --simulated=list: the names and what they are for.
+ExitCode PrintScenarios(const Options& options);
+ExitCode RunList(const Options& options, const Module& module, MessageLog& log);
+ExitCode RunInfo(const Options& options, const Module& module, MessageLog& log);
+ExitCode RunSnap(const Options& options, const Module& module, MessageLog& log);
+ExitCode RunLive(const Options& options, const Module& module, MessageLog& log);
+ExitCode RunProfileNew(const Options& options, const Module& module, MessageLog& log);
+ExitCode RunProfileCheck(const Options& options);
+
+}  // namespace Kelcam
