@@ -41,7 +41,7 @@ template <class Value>
 using Choices = std::vector<std::pair<std::string, Value>>;
 
 const std::map<std::string, Command> kCommands = {
-    {"list", Command::kList}, {"info", Command::kInfo}, {"snap", Command::kSnap}, {"live", Command::kLive}};
+    {"list", Command::kList}, {"info", Command::kInfo}, {"snap", Command::kSnap}, {"live", Command::kLive}, {"view", Command::kView}};
 const std::map<std::string, Command> kProfileCommands = {{"new", Command::kProfileNew},
                                                          {"check", Command::kProfileCheck}};
 const Choices<BBaseAoi::Kind> kKinds = {{"mono", BBaseAoi::eMono8}, {"rgb", BBaseAoi::eRgb}};
@@ -281,6 +281,22 @@ void AddLiveCommand(CLI::App& app, Options& options, std::vector<std::string>& s
   AddImageOptions(*live, options, settings, kLiveTexts);
 }
 
+void AddViewCommand(CLI::App& app, Options& options, std::vector<std::string>& settings) {
+  CLI::App* view = app.add_subcommand("view", "show the cameras in the browser, with their controls");
+  AddCameraOptions(*view, options);
+  view->add_option("--port", options.port,
+                   "the port under which the browser finds it; 0: any that is free\n(default: " +
+                       std::to_string(options.port) + ")")
+      ->option_text("N");
+  view->add_option("--listen", options.listen,
+                   "an address of this machine at which other machines are served,\n0.0.0.0 for all of them; the "
+                   "printed address then has a token,\nwithout which nobody is served (default: 127.0.0.1, for this\n"
+                   "machine alone, without a token)")
+      ->option_text("ADDRESS");
+  AddLinkOption(*view, options);
+  AddImageOptions(*view, options, settings, kLiveTexts);
+}
+
 void AddListCommand(CLI::App& app, Options& options) {
   CLI::App* list = app.add_subcommand("list", "print the identifiers of the attached cameras, one a line");
   list->add_flag(
@@ -320,6 +336,7 @@ void AddCommands(CLI::App& app, Options& options, std::vector<std::string>& sett
   AddCameraOptions(*app.add_subcommand("info", "print what a camera reports: size, controls, trigger, rates"), options);
   AddSnapCommand(app, options, settings);
   AddLiveCommand(app, options, settings);
+  AddViewCommand(app, options, settings);
   AddProfileCommands(app, options);
 }
 

@@ -24,9 +24,6 @@ CameraSession::CameraSession(const Module& module, MessageLog& log, BSmartRef<BC
     : CameraSession(std::make_shared<CameraSource>(CameraSource{module, log, std::move(profile), title, {}}),
                     Inquiry::kEverywhere) {}
 
-CameraSession::CameraSession(std::shared_ptr<CameraSource> source)
-    : CameraSession(std::move(source), Inquiry::kDriverOnly) {}
-
 CameraSession::CameraSession(std::shared_ptr<CameraSource> source, Inquiry inquiry)
     : m_source(std::move(source)), m_messages(m_source->log), m_label(m_source->label), m_watch(m_messages.Memory()) {
   m_watch.SetLabel(m_label);

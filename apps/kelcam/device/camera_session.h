@@ -26,9 +26,10 @@ class CameraSession {
   CameraSession(const Module& module, MessageLog& log, const CameraChoice& choice);
   // Of this profile; the title names the camera in the failure.
   CameraSession(const Module& module, MessageLog& log, BSmartRef<BCamProfile> profile, const std::string& title);
-  // Of this source: with that of an earlier session it is the same camera once more. Throws Failure, and asks nobody
-  // but the driver for the reason.
-  explicit CameraSession(std::shared_ptr<CameraSource> source);
+  // Whether the reason of a failure may be asked for: the camera system is started again for this.
+  enum class Inquiry { kDriverOnly, kEverywhere };
+  // Of this source: with that of an earlier session it is the same camera once more. Throws Failure.
+  explicit CameraSession(std::shared_ptr<CameraSource> source, Inquiry inquiry = Inquiry::kDriverOnly);
   ~CameraSession();
   CameraSession(const CameraSession&) = delete;
   CameraSession& operator=(const CameraSession&) = delete;
@@ -52,10 +53,6 @@ class CameraSession {
   std::string IdentifierInMessages() const { return m_label.empty() ? std::string() : m_identifier; }
 
  private:
-  // Whether the reason of a failure may be asked for: the camera system is started again for this.
-  enum class Inquiry { kDriverOnly, kEverywhere };
-  CameraSession(std::shared_ptr<CameraSource> source, Inquiry inquiry);
-
   BImagingDevice* Open();
   // One of several is named in what is printed about it, and hears what is about itself.
   void TakeName();

@@ -41,7 +41,8 @@ void PictureDesk::Publish(SharedFrame frame) {
   ReportIfDue(now);
 }
 
-bool PictureDesk::IsDue(const Waiter& waiter) const { return m_newest && m_newest->number > waiter.request.frame; }
+// A page that knows another number has it from an earlier frame, or from a program that ran before this one.
+bool PictureDesk::IsDue(const Waiter& waiter) const { return m_newest && m_newest->number != waiter.request.frame; }
 
 void PictureDesk::ServeIfDue() {
   const auto is_due = [this](const Waiter& waiter) KEL_REQUIRES(m_mutex) { return IsDue(waiter); };
@@ -143,7 +144,6 @@ void PictureDesk::AddPage(const std::string& page) {
 }
 
 void PictureDesk::RemovePage(const std::string& page) {
-  Deliver replaced;
   const BMutexLock lock(m_mutex);
   m_pages.erase(page);
   std::erase_if(m_waiters, [&](const Waiter& waiter) { return waiter.request.page == page; });
@@ -181,7 +181,7 @@ void PictureDesk::MakeReport() {
   report.size = pixels.size;
   report.histograms = HistogramsOf(pixels);
   report.sharpness = SharpnessOf(report.sharpness_area ? report.sharpness_area->Of(pixels) : pixels);
-  m_report(report);
+  m_report(report, *this);
 }
 
 void PictureDesk::Expire(Clock::time_point now) {

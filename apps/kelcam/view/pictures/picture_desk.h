@@ -44,7 +44,7 @@ class PictureDesk {
   using Outcome = std::variant<EncodedPicture, NoPicture>;
   // Called once, on any thread; must not wait.
   using Deliver = std::function<void(const Outcome&)>;
-  using Report = std::function<void(const FrameReport&)>;
+  using Report = std::function<void(const FrameReport&, PictureDesk&)>;
 
   // report: gets what is found out of frames while there are pages, at most ten times a second. Called on the desk's
   // thread.
