@@ -26,7 +26,7 @@ struct ControlState {
   double maximum = 0.0;
   double step = 1.0;
   double value = 0.0;
-  std::string value_text;
+  std::string value_text = {};
   bool is_logarithmic = false;
 };
 
