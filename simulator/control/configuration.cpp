@@ -135,6 +135,7 @@ void ReadBehaviour(JsonMembers& members, CameraConfiguration& camera) {
   members.Number("packetLoss", camera.packet_loss, 0.0, 1.0);
   members.Integer("seed", camera.seed, 0);
   members.Flag("noise", camera.noise);
+  members.Flag("plugged", camera.plugged);
   members.Object("temperature", [&](JsonMembers& temperature) {
     temperature.Number("sensor", camera.sensor_temperature_celsius, kMinTemperatureCelsius, kMaxTemperatureCelsius);
     temperature.Number("main", camera.main_temperature_celsius, kMinTemperatureCelsius, kMaxTemperatureCelsius);

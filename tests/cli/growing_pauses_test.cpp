@@ -53,9 +53,7 @@ TEST(GrowingPausesTest, LastAtLeastAsLongAsTheySay) {
   EXPECT_GE(Clock::now() - begin, 20ms);
 }
 
-TEST(GrowingPausesTest, AreNeverLongerThanTheLongest) {
-  EXPECT_EQ(GrowingPauses({250ms, 10ms}).Next(), 10ms);
-}
+TEST(GrowingPausesTest, AreNeverLongerThanTheLongest) { EXPECT_EQ(GrowingPauses({250ms, 10ms}).Next(), 10ms); }
 
 TEST(GrowingPausesTest, EndEarlyWhenItIsOver) {
   GrowingPauses pauses({1h, 1h});

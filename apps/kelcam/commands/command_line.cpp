@@ -14,6 +14,7 @@
 #include "CLI/CLI.hpp"
 #include "base/failure.h"
 #include "base/platform.h"
+#include "base/report.h"
 #include "commands/command_line_checks.h"
 #include "commands/unknown_word.h"
 
@@ -173,6 +174,31 @@ void AddRetriesOption(CLI::App& command, Options& options) {
       ->option_text("N");
 }
 
+// What is wrong with the text of a duration; empty: nothing.
+std::string WhyNotPositive(const std::string& text) {
+  double number = 0.0;
+  const char* const end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, number);
+  const bool is_positive = error == std::errc() && rest == end && std::isfinite(number) && number > 0.0;
+  return is_positive ? std::string() : text + " is not a positive number";
+}
+
+void AddReconnectOptions(CLI::App& command, Options& options, const std::string& remark) {
+  command.add_flag(
+      "--reconnect", options.reconnect,
+      "do not end when the camera is lost: close it, and open and set it\nup again until it answers" + remark);
+  const auto take_pause = [&options](double seconds) {
+    options.longest_pause = std::chrono::duration<double>(seconds);
+  };
+  command
+      .add_option_function<double>("--reconnect-pause", take_pause,
+                                   "the longest pause between two tries to open it again\n(default: " +
+                                       Fixed(options.longest_pause.count(), 0) + ")")
+      ->check(CLI::Validator(WhyNotPositive, {}))
+      ->check(CLI::Range(0.0, kMaxInterval.count()))
+      ->option_text("S");
+}
+
 // What an option that several commands have does in one of them.
 struct ImageTexts {
   const char* kind;
@@ -214,15 +240,6 @@ void AddImageOptions(CLI::App& command, Options& options, std::vector<std::strin
       ->check(CLI::Range(std::uint32_t{0}, std::numeric_limits<std::uint32_t>::max()))
       ->option_text("MS");
   AddRetriesOption(command, options);
-}
-
-// What is wrong with the text of a duration; empty: nothing.
-std::string WhyNotPositive(const std::string& text) {
-  double number = 0.0;
-  const char* const end = text.data() + text.size();
-  const auto [rest, error] = std::from_chars(text.data(), end, number);
-  const bool is_positive = error == std::errc() && rest == end && std::isfinite(number) && number > 0.0;
-  return is_positive ? std::string() : text + " is not a positive number";
 }
 
 void AddPictureOptions(CLI::App& snap, Options& options) {
@@ -268,6 +285,7 @@ void AddSnapCommand(CLI::App& app, Options& options, std::vector<std::string>& s
   AddSeriesOptions(*snap, options);
   AddLinkOption(*snap, options);
   AddImageOptions(*snap, options, settings, kSnapTexts);
+  AddReconnectOptions(*snap, options, ";\nneeds --keep-going");
 }
 
 void AddLiveCommand(CLI::App& app, Options& options, std::vector<std::string>& settings) {
@@ -279,6 +297,7 @@ void AddLiveCommand(CLI::App& app, Options& options, std::vector<std::string>& s
       ->option_text("S");
   AddLinkOption(*live, options);
   AddImageOptions(*live, options, settings, kLiveTexts);
+  AddReconnectOptions(*live, options, "");
 }
 
 void AddViewCommand(CLI::App& app, Options& options, std::vector<std::string>& settings) {

@@ -51,8 +51,10 @@ struct Options {
   std::string area_text;
   std::vector<ControlSetting> settings;
   std::optional<TriggerChoice> trigger;
-  int lost_after = 3;  // failures in a row of a camera that seems to be gone
-  bool link = false;   // the cameras become bandwidth partners
+  int lost_after = 3;                                // failures in a row of a camera that seems to be gone
+  bool link = false;                                 // the cameras become bandwidth partners
+  bool reconnect = false;                            // a lost camera is opened again until it answers
+  std::chrono::duration<double> longest_pause{5.0};  // between two tries of it
 
   // snap
   int images = 1;

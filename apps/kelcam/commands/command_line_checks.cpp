@@ -52,6 +52,9 @@ void CheckSnap(Options& options) {
   if (options.keep_going && options.fail_fast) {
     throw UsageError("--keep-going and --fail-fast: a failure ends the run or it does not");
   }
+  if (options.reconnect && !options.keep_going) {
+    throw UsageError("--reconnect: snap goes on after a loss with --keep-going alone; give both");
+  }
   if (options.interval && IsTimedByCamera(options)) {
     throw UsageError("--interval: a continuous run needs --trigger software for it");
   }

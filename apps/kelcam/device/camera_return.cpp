@@ -18,9 +18,9 @@ CameraReturn::CameraReturn(Open open, OnRefusal on_refusal, GrowingPauses::Limit
 std::unique_ptr<CameraSession> CameraReturn::Await(const IsOver& is_over) {
   // What the run has done so far is still to be reported.
   const SomethingToClose results;
-  m_pauses.Reset();
   m_tries = 0;
   m_last_refusal.clear();
+  if (!std::exchange(m_begins_at_once, false) && !m_pauses.Wait(is_over)) return nullptr;
   do {
     if (is_over()) return nullptr;
     if (std::unique_ptr<CameraSession> session = Try()) return session;
@@ -28,13 +28,16 @@ std::unique_ptr<CameraSession> CameraReturn::Await(const IsOver& is_over) {
   return nullptr;
 }
 
+void CameraReturn::NoteSuccess() {
+  m_begins_at_once = true;
+  m_pauses.Reset();
+}
+
 std::unique_ptr<CameraSession> CameraReturn::Try() {
   ++m_tries;
   Fault fault;
   try {
     return m_open();
-  } catch (const UsageError&) {
-    throw;
   } catch (...) {
     fault = FaultOfCurrentException();
   }

@@ -20,8 +20,8 @@ std::unique_ptr<CameraSession> OpenAgain(const std::shared_ptr<CameraSource>& so
 // interrupted, but comes back here. [the thread that owns the camera]
 class CameraReturn {
  public:
-  // Opens the camera and sets it up. Null: it is not there. A failure is no end either, but UsageError is: no try can
-  // mend it.
+  // Opens the camera and sets it up. Null: it is not there. What it throws is no end either: somebody may plug in
+  // another one.
   using Open = std::function<std::unique_ptr<CameraSession>()>;
   using IsOver = std::function<bool()>;
   // Why a camera that is there does not open: each reason once in a row.
@@ -29,9 +29,12 @@ class CameraReturn {
 
   CameraReturn(Open open, OnRefusal on_refusal, GrowingPauses::Limits pauses);
 
-  // The new session; null: it was over before. The first try comes at once.
+  // The new session; null: it was over before. The first try comes at once, unless the last session was no success:
+  // then the pauses go on where they ended.
   std::unique_ptr<CameraSession> Await(const IsOver& is_over);
-  // Of the last call.
+  // What was opened is of use: an image came.
+  void NoteSuccess();
+  // Of the last Await.
   int Tries() const { return m_tries; }
 
  private:
@@ -40,6 +43,7 @@ class CameraReturn {
   const Open m_open;
   const OnRefusal m_on_refusal;
   GrowingPauses m_pauses;
+  bool m_begins_at_once = true;
   int m_tries = 0;
   std::string m_last_refusal;
 };

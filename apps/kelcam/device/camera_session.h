@@ -41,6 +41,8 @@ class CameraSession {
   CallWatch& Watch() const { return m_watch; }
   // Whether the camera does not answer any more. Asks it, so not for each image.
   bool LooksGone() const;
+  // Whether the library had reported it missing when that was last asked.
+  bool IsReportedMissing() const { return m_presence->IsReportedMissing(); }
   const BCamProfile& Profile() const { return *m_source->profile; }
   // For another session, after the end of this one.
   const std::shared_ptr<CameraSource>& Source() const { return m_source; }

@@ -15,9 +15,8 @@ namespace {
 // As the driver looks for it.
 bool HasSerial(const VimbaSession& session, const std::string& serial) {
   const std::vector<CameraRecord> cameras = session.Cameras();
-  return std::any_of(cameras.begin(), cameras.end(), [&](const CameraRecord& camera) {
-    return Wide(serial).IIncludes(Wide(camera.serial));
-  });
+  return std::any_of(cameras.begin(), cameras.end(),
+                     [&](const CameraRecord& camera) { return Wide(serial).IIncludes(Wide(camera.serial)); });
 }
 
 // A camera in another network answers, and is in no list.
