@@ -8,9 +8,10 @@ set(number 0)
 foreach(file ${FILES})
   cmake_path(GET file FILENAME name)
   file(READ ${file} bytes HEX)
+  # Sixteen bytes a line.
+  string(REPEAT "[0-9a-f]" 32 line)
+  string(REGEX REPLACE "(${line})" "\\1\n" bytes "${bytes}")
   string(REGEX REPLACE "([0-9a-f][0-9a-f])" "'\\\\x\\1'," bytes "${bytes}")
-  string(REGEX REPLACE "(................................................................................................................................)"
-    "\\1\n" bytes "${bytes}")
   string(APPEND tables "constexpr char kFile${number}[] = {\n${bytes}};\n")
   string(APPEND rows "    {\"${name}\", {kFile${number}, sizeof(kFile${number})}},\n")
   math(EXPR number "${number} + 1")

@@ -8,6 +8,7 @@
 #include "base/interrupt.h"
 #include "base/report.h"
 #include "commands/commands.h"
+#include "device/bandwidth_link.h"
 #include "device/distinct_cameras.h"
 #include "profile_text/profile_check.h"
 #include "view/events/driver_feed.h"
@@ -59,8 +60,8 @@ ExitCode RunView(const Options& options, const Module& module, MessageLog& log) 
   if (options.cameras.size() > 1) CheckDistinct(options.cameras, module);
   const DriverFeed feed(log);
   Pages pages;
-  std::optional<SharedLink> link;
-  if (options.link) link.emplace();
+  std::optional<BandwidthLink> link;
+  if (options.link) link.emplace(std::vector<const CameraSession*>());
   std::deque<ViewCamera> cameras;
   for (std::size_t i = 0; i < options.cameras.size(); ++i) {
     const auto send = [&pages, i](const FrameReport& report, PictureDesk& desk) { SendReport(report, i, desk, pages); };

@@ -10,7 +10,7 @@ namespace Kelcam {
 // The camera ends before the desk to which it hands its frames.
 struct ViewCamera {
   ViewCamera(std::size_t index, const Options& options, const CameraChoice& choice, const Module& module,
-             MessageLog& log, SharedLink* link, PictureDesk::Report report)
+             MessageLog& log, BandwidthLink* link, PictureDesk::Report report)
       : desk(std::move(report)), thread(index, options, choice, module, log, link, desk) {}
 
   PictureDesk desk;

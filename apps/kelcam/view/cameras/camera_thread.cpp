@@ -6,8 +6,6 @@
 #include <iostream>
 #include <utility>
 
-#include "base/interrupt.h"
-#include "device/camera_return.h"
 #include "picture/picture.h"
 
 namespace Kelcam {
@@ -28,7 +26,7 @@ std::shared_ptr<CameraSource> SharedSourceOf(const Module& module, MessageLog& l
 }  // namespace
 
 CameraThread::CameraThread(std::size_t index, const Options& options, const CameraChoice& choice, const Module& module,
-                           MessageLog& log, SharedLink* link, PictureDesk& desk)
+                           MessageLog& log, BandwidthLink* link, PictureDesk& desk)
     : m_wishes(options),
       m_log(log),
       m_link(link),
@@ -63,7 +61,9 @@ void CameraThread::AskToEnd() {
 }
 
 std::unique_ptr<ViewedCamera> CameraThread::Opened(CameraSession::Inquiry inquiry) {
-  return std::make_unique<ViewedCamera>(std::make_unique<CameraSession>(m_source, inquiry), m_wishes, m_log, m_link);
+  const bool is_first = inquiry == CameraSession::Inquiry::kEverywhere;
+  return std::make_unique<ViewedCamera>(std::make_unique<CameraSession>(m_source, inquiry), m_wishes, m_log, m_link,
+                                        is_first ? SettingNotices::kPrinted : SettingNotices::kSilent);
 }
 
 void CameraThread::Run() {
@@ -83,16 +83,32 @@ bool CameraThread::AwaitReturn() {
   const auto open = [this]() -> std::unique_ptr<ViewedCamera> {
     return IsThere(*m_source) ? Opened(CameraSession::Inquiry::kDriverOnly) : nullptr;
   };
-  GrowingPauses pauses{GrowingPauses::Limits()};
+  int tries = 0;
   do {
     if (is_over()) return false;
+    ++tries;
     try {
       m_camera = open();
     } catch (...) {
       ShowCondition(Condition::kLost, FaultOfCurrentException());
     }
-  } while (!m_camera && pauses.Wait(is_over));
-  return m_camera != nullptr;
+  } while (!m_camera && m_pauses.Wait(is_over));
+  if (!m_camera) return false;
+  const CameraState before = m_board.State();
+  const std::string& identifier = m_camera->Session().Identifier();
+  Report({.camera = before.identifier.empty() ? identifier : before.identifier,
+          .time = std::chrono::system_clock::now(),
+          .loss = {},
+          .away = std::chrono::system_clock::now() - before.since,
+          .tries = tries,
+          .returned_as = before.identifier.empty() || identifier == before.identifier ? std::string() : identifier});
+  return true;
+}
+
+void CameraThread::Report(const CameraEvent& event) {
+  m_log.Note(event.Line());
+  std::cerr << "notice: " + event.Line() + "\n" << std::flush;
+  if (m_wishes.options.json) PrintLine(ToJson(event));
 }
 
 void CameraThread::RunUntilLost() {
@@ -142,6 +158,7 @@ std::optional<Fault> CameraThread::TakeFrame() {
   m_is_awaited = fault && fault->code == BError::eTimeout && left > kLongestSnap;
   if (!fault) {
     std::ignore = Publish(area);
+    m_pauses.Reset();
     if (std::exchange(m_failures_in_a_row, 0) >= kFailuresOfAProblem) ShowCondition(Condition::kRunning, std::nullopt);
   } else if (!m_is_awaited) {
     CountFailure(*fault);
@@ -180,6 +197,7 @@ bool CameraThread::IsLostAfter(const std::optional<Fault>& fault, LostCamera& lo
   Fault loss = lost.AsFault();
   if (fault) loss.reason = fault->reason;
   ShowCondition(Condition::kLost, loss);
+  Report({.camera = m_camera->Session().Identifier(), .time = std::chrono::system_clock::now(), .loss = loss});
   return true;
 }
 

@@ -8,13 +8,15 @@
 #include <optional>
 #include <thread>
 
+#include "commands/camera_event.h"
+#include "device/bandwidth_link.h"
 #include "device/camera_choice.h"
 #include "device/camera_presence.h"
 #include "device/camera_source.h"
+#include "device/growing_pauses.h"
 #include "view/cameras/camera_board.h"
 #include "view/cameras/camera_wishes.h"
 #include "view/cameras/command_queue.h"
-#include "view/cameras/shared_link.h"
 #include "view/cameras/viewed_camera.h"
 #include "view/pictures/area_pool.h"
 #include "view/pictures/picture_desk.h"
@@ -29,7 +31,7 @@ class CameraThread {
   // Looks the camera up; throws Failure for one that there is not. link: null, or what the camera shares with others.
   // What is given must outlive the object.
   CameraThread(std::size_t index, const Options& options, const CameraChoice& choice, const Module& module,
-               MessageLog& log, SharedLink* link, PictureDesk& desk);
+               MessageLog& log, BandwidthLink* link, PictureDesk& desk);
   // Closes the camera.
   ~CameraThread();
   CameraThread(const CameraThread&) = delete;
@@ -54,6 +56,7 @@ class CameraThread {
 
   void Run();
   bool AwaitReturn();
+  void Report(const CameraEvent& event);
   std::unique_ptr<ViewedCamera> Opened(CameraSession::Inquiry inquiry);
   void RunUntilLost();
   void DoCommands();
@@ -69,7 +72,7 @@ class CameraThread {
 
   CameraWishes m_wishes;
   MessageLog& m_log;
-  SharedLink* const m_link;
+  BandwidthLink* const m_link;
   PictureDesk& m_desk;
   const std::shared_ptr<CameraSource> m_source;
   CameraBoard m_board;
@@ -78,6 +81,7 @@ class CameraThread {
 
   // Of the thread alone.
   std::unique_ptr<ViewedCamera> m_camera;
+  GrowingPauses m_pauses{GrowingPauses::Limits()};
   AreaPool m_areas;
   std::uint64_t m_frames = 0;
   RateMeter m_rate;

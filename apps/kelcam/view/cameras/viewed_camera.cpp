@@ -5,24 +5,27 @@
 #include <utility>
 
 #include "base/utf8.h"
-#include "commands/camera_setup.h"
 #include "view/cameras/camera_description.h"
 
 namespace Kelcam {
 
 ViewedCamera::ViewedCamera(std::unique_ptr<CameraSession> session, CameraWishes& wishes, MessageLog& log,
-                           SharedLink* link)
+                           BandwidthLink* link, SettingNotices notices)
     : m_wishes(wishes), m_session(std::move(session)), m_ids(log, m_session->IdentifierInMessages()),
-      m_rate_range(StreamRateRangeIn(m_session->Messages())) {
-  SetUpCamera(m_wishes.options, *m_session);
+      m_rate_range(StreamRateRangeIn(m_session->Messages())),
+      m_link(link) {
+  SetUpCamera(m_wishes.options, *m_session, notices);
   const CallWatch::Call call(m_session->Watch(), Operation::kControls);
   m_trigger.emplace(Device(), m_wishes.Trigger(), m_wishes.options.trigger.has_value());
-  if (link) m_link.emplace(*link, Device());
   if (m_wishes.rate_bytes_per_s) ApplyRate();
   m_details = DetailsOf(Device());
+  if (m_link) m_link->Join(*m_session);
 }
 
-ViewedCamera::~ViewedCamera() { EndRun(); }
+ViewedCamera::~ViewedCamera() {
+  EndRun();
+  if (m_link) m_link->Leave(*m_session);
+}
 
 BBaseAoi::Kind ViewedCamera::Kind() const { return PictureKind(m_wishes.options, Device()); }
 

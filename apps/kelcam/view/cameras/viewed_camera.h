@@ -10,13 +10,14 @@
 
 #include "bbaseaoi.h"
 #include "device/acquisition_run.h"
+#include "device/bandwidth_link.h"
 #include "device/camera_session.h"
 #include "device/trigger_setting.h"
 #include "messages/frame_ids.h"
 #include "picture/picture_details.h"
+#include "commands/camera_setup.h"
 #include "view/cameras/camera_state.h"
 #include "view/cameras/camera_wishes.h"
-#include "view/cameras/shared_link.h"
 
 namespace Kelcam {
 
@@ -26,7 +27,8 @@ class ViewedCamera {
  public:
   // Sets the camera up as the wishes say. Throws Failure and UsageError. link: null, or what the camera
   // shares with others. What is given must outlive the object.
-  ViewedCamera(std::unique_ptr<CameraSession> session, CameraWishes& wishes, MessageLog& log, SharedLink* link);
+  ViewedCamera(std::unique_ptr<CameraSession> session, CameraWishes& wishes, MessageLog& log, BandwidthLink* link,
+               SettingNotices notices);
   // Ends the run and closes the camera.
   ~ViewedCamera();
   ViewedCamera(const ViewedCamera&) = delete;
@@ -71,7 +73,7 @@ class ViewedCamera {
   FrameIds m_ids;
   const StreamRateState m_rate_range;
   PictureDetails m_details;
-  std::optional<SharedLink::Member> m_link;
+  BandwidthLink* const m_link;
   std::optional<TriggerSetting> m_trigger;
   std::optional<AcquisitionRun> m_run;
 };
