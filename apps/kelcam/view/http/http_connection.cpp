@@ -20,7 +20,8 @@ namespace beast = boost::beast;
 namespace http = beast::http;
 
 constexpr std::size_t kReadBytes = 4096;
-constexpr std::size_t kBufferBytes = 2 * HttpLimits::kHeaderBytes;
+// A header has to fit all of it: this is its limit. A body goes through it piece by piece.
+constexpr std::size_t kBufferBytes = HttpLimits::kHeaderBytes;
 constexpr std::size_t kMostEventBytes = 4U << 20U;
 constexpr std::size_t kEventBytesAtOnce = 64U << 10U;
 constexpr unsigned kHttpVersion = 11;
