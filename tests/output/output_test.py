@@ -32,8 +32,9 @@ NO_TRANSPORT_LAYER = {"system": {"geVTLIsPresent": False}}
 NO_ADDRESS = {"faults": [{"call": "VmbCameraOpen", "error": -6, "count": 0}]}
 UNPLUGGED = {"faults": [{"unplugAtFrame": 1}]}
 # The camera at an address goes, and another one with this address comes back.
-PLACE = [{**SMALL[0], "ip": "10.0.0.1"}, {**SMALL[1], "ip": "10.0.0.1", "plugged": False}]
-REPLACED = {"cameras": PLACE, "faults": [{"unplugAtFrame": 1, "plugAfter_ms": 1500, "plug": "DEV_000F31034C66"}]}
+SPARE = {"id": "DEV_2", "serial": "2", "plugged": False}
+PLACE = [{**SMALL[0], "ip": "10.0.0.1"}, {**SMALL[0], "ip": "10.0.0.1", **SPARE}]
+REPLACED = {"cameras": PLACE, "faults": [{"unplugAtFrame": 1, "plugAfter_ms": 1500, "plug": "DEV_2"}]}
 INSTANT = {"timing": "instant"}
 DOES_NOT_START = {"faults": [{"call": "VmbFeatureCommandRun", "feature": "AcquisitionStart", "error": TIMEOUT}]}
 NOTHING_STARTS = {"faults": [{**DOES_NOT_START["faults"][0], "count": 0}]}
