@@ -204,6 +204,7 @@ Configuration ParseConfiguration(std::string_view json) {
     configuration.cameras = BuiltInCameras();
     for (CameraConfiguration& camera : configuration.cameras) camera.timing = timing;
   }
+  members.Flag("recordCalls", configuration.records_calls);
   members.Object("system", [&](JsonMembers& system) { ReadSystem(system, configuration.system); });
   members.Objects("faults", [&](JsonMembers& fault) { ReadFault(fault, configuration.faults); });
   members.RefuseOthers();

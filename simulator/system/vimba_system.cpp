@@ -68,6 +68,7 @@ void VimbaSystem::SetWorld(const Configuration& configuration) {
   auto world = NamingFile(configuration.file, [&] { return std::make_shared<World>(configuration, surroundings); });
   m_faults.Clear();
   m_faults.Add(configuration.faults);
+  if (!configuration.records_calls) m_record.SetRecording(false);
   const BMutexLock lock(m_mutex);
   m_world = std::move(world);
   m_to_plug.clear();

@@ -32,6 +32,10 @@ ALL_FRAMES_INVALID = {"faults": [{"frame": 0, "status": -3, "count": 0}]}
 NO_TRANSPORT_LAYER = {"system": {"geVTLIsPresent": False}}
 NO_ADDRESS = {"faults": [{"call": "VmbCameraOpen", "error": -6, "count": 0}]}
 UNPLUGGED = {"faults": [{"unplugAtFrame": 1}]}
+# The camera at an address goes, and another one with this address comes back.
+SPARE = {"id": "DEV_2", "serial": "2", "plugged": False}
+PLACE = [{**SMALL[0], "ip": "10.0.0.1"}, {**SMALL[0], "ip": "10.0.0.1", **SPARE}]
+REPLACED = {"cameras": PLACE, "faults": [{"unplugAtFrame": 1, "plugAfter_ms": 1500, "plug": "DEV_2"}]}
 INSTANT = {"timing": "instant"}
 DOES_NOT_START = {"faults": [{"call": "VmbFeatureCommandRun", "feature": "AcquisitionStart", "error": TIMEOUT}]}
 NOTHING_STARTS = {"faults": [{**DOES_NOT_START["faults"][0], "count": 0}]}
@@ -74,6 +78,8 @@ CASES = [
     ("live --profile mono.ini --seconds 1.5", ALL_FRAMES_INVALID, FAILED, "live"),
     ("live --profile mono.ini --timeout 500 --retries 1", UNPLUGGED, FAILED, "live"),
     ("live --profile mono.ini --seconds 1", DOES_NOT_START, FAILED, "live"),
+    ("live --profile address.ini --seconds 3 --timeout 300 --reconnect", REPLACED, FAILED, "liveWithLoss"),
+    ("snap --profile address.ini -n 4 --timeout 300 --keep-going --reconnect -o %d.png", REPLACED, FAILED, "snap"),
     ("live --profile no-such.ini", {}, FAILED, "liveError"),
     ("view --camera 1 --port 0", {}, INTERRUPTED, "viewListening"),
     ("view --camera 17 --port 0", {}, FAILED, "liveError"),
@@ -83,6 +89,7 @@ CASES = [
     ("profile check wrong.ini", {}, FAILED, "profileCheck"),
     ("profile check no-such.ini", {}, FAILED, "error"),
 ]
+ADDRESS_PROFILE = "API = Vimba\nInit.Method = IP\nIP = 10.0.0.1\n"
 WRONG_PROFILE = "Init.Method = Serial\nSHUTER = 10\nAOIX = seven\n"
 
 
@@ -95,6 +102,7 @@ class Run:
             for profile in ("mono", "colour"):
                 text = (options.source / f"apps/kelcam/profiles/{profile}.ini").read_bytes()
                 (folder / f"{profile}.ini").write_bytes(text)
+            (folder / "address.ini").write_text(ADDRESS_PROFILE, encoding="utf-8")
             (folder / "wrong.ini").write_text(WRONG_PROFILE, encoding="utf-8")
             (folder / "cameras.json").write_text(json.dumps({"cameras": SMALL, **cameras}), encoding="utf-8")
             process = subprocess.Popen(
@@ -109,8 +117,12 @@ class Run:
         self.out, self.exit_code = line + out, process.returncode
 
 
-def kinds_of(kind, count):
+def kinds_of(kind, documents):
     """The part of the schema for each document."""
+    count = len(documents)
+    if kind == "liveWithLoss":
+        parts = {"lost": "lost", "returned": "returned", "second": "liveSecond"}
+        return [parts.get(document["event"], "no line before the last") for document in documents[:-1]] + ["liveTotal"]
     last = {"live": ["liveTotal"], "liveOfTwo": ["liveTotal"] * 2, "liveWithoutSecond": ["liveTotal", "liveError"]}
     return ["liveSecond"] * (count - len(last[kind])) + last[kind] if kind in last else [kind] * count
 
@@ -162,7 +174,7 @@ class Output(unittest.TestCase):
                 documents = [json.loads(line) for line in run.out.splitlines()]
             else:
                 documents = [json.loads(run.out)] if run.out else []
-            cls.outputs += zip(kinds_of(kind, len(documents)), documents)
+            cls.outputs += zip(kinds_of(kind, documents), documents)
 
     def part(self, kind):
         return jsonschema.Draft202012Validator({"$ref": f"#/$defs/{kind}", "$defs": self.schema["$defs"]})

@@ -17,7 +17,7 @@ import unittest
 import jsonschema
 
 options = argparse.Namespace()
-SCENARIOS = 12
+SCENARIOS = 13
 OTHER_TYPES = [None, True, 1.5, "no such word", [], [7], {}, {"nothing": 1}]
 # The parser looks at more than types: a format that a sensor does not have, the same id twice.
 BEYOND_THE_SCHEMA = [

@@ -36,8 +36,10 @@ TEST(Targets, AreTakenApartAndNotDecoded) {
 TEST(RequestChecks, LocalNamesWithTheOwnPortPass) {
   const Gate gate{8480, {}};
 
-  for (const char* host : {"127.0.0.1:8480", "localhost:8480", "[::1]:8480"}) EXPECT_EQ(StatusOf(Get("/", host), gate), kNone);
-  for (const char* host : {"", "127.0.0.1", "localhost:80", "evil.example:8480", "127.0.0.1:84800", "127.0.0.1.evil:8480"}) {
+  for (const char* host : {"127.0.0.1:8480", "localhost:8480", "[::1]:8480"})
+    EXPECT_EQ(StatusOf(Get("/", host), gate), kNone);
+  for (const char* host :
+       {"", "127.0.0.1", "localhost:80", "evil.example:8480", "127.0.0.1:84800", "127.0.0.1.evil:8480"}) {
     EXPECT_EQ(StatusOf(Get("/", host), gate), 403) << host;
   }
 }

@@ -38,7 +38,8 @@ struct Picture {
 
 TEST(Histograms, CountEachValueOfEachChannel) {
   // Channel c has the values c, c + 1, ... once in each row.
-  const Picture picture = Picture({101, 7}, 3).Filled([](int x, int, std::size_t c) { return x + static_cast<int>(c); });
+  const Picture picture =
+      Picture({101, 7}, 3).Filled([](int x, int, std::size_t c) { return x + static_cast<int>(c); });
 
   const std::vector<Histogram> histograms = HistogramsOf(picture.View());
 
@@ -52,7 +53,9 @@ TEST(Histograms, CountEachValueOfEachChannel) {
 }
 
 TEST(Histograms, SharesAreOfTheEnds) {
-  const Picture picture = Picture({8, 1}, 1).Filled([](int x, int, std::size_t) { return x < 2 ? 0 : x < 3 ? 255 : 9; });
+  const Picture picture = Picture({8, 1}, 1).Filled([](int x, int, std::size_t) {
+    return x < 2 ? 0 : x < 3 ? 255 : 9;
+  });
 
   const Histogram histogram = HistogramsOf(picture.View()).front();
 

@@ -16,6 +16,7 @@
 #include "base/platform.h"
 #include "base/report.h"
 #include "commands/command_line_checks.h"
+#include "commands/help_texts.h"
 #include "commands/unknown_word.h"
 
 namespace Kelcam {
@@ -41,8 +42,11 @@ struct CommandByOption {
 template <class Value>
 using Choices = std::vector<std::pair<std::string, Value>>;
 
-const std::map<std::string, Command> kCommands = {
-    {"list", Command::kList}, {"info", Command::kInfo}, {"snap", Command::kSnap}, {"live", Command::kLive}, {"view", Command::kView}};
+const std::map<std::string, Command> kCommands = {{"list", Command::kList},
+                                                  {"info", Command::kInfo},
+                                                  {"snap", Command::kSnap},
+                                                  {"live", Command::kLive},
+                                                  {"view", Command::kView}};
 const std::map<std::string, Command> kProfileCommands = {{"new", Command::kProfileNew},
                                                          {"check", Command::kProfileCheck}};
 const Choices<BBaseAoi::Kind> kKinds = {{"mono", BBaseAoi::eMono8}, {"rgb", BBaseAoi::eRgb}};
@@ -54,35 +58,6 @@ const Choices<PictureFormat> kFormats = {{"png", PictureFormat::kPng},
                                          {"tif", PictureFormat::kTiff}};
 const Choices<TriggerChoice> kTriggers = {
     {"software", TriggerChoice::kSoftware}, {"line", TriggerChoice::kLine}, {"free", TriggerChoice::kFree}};
-
-constexpr const char* kDescription = "kelcam drives a camera through a camera driver module, from the command line.\n";
-
-constexpr const char* kFooter = R"(Examples:
-  kelcam --simulated snap --camera 1 -o picture.png
-  kelcam list --long
-  kelcam info --profile colour.ini
-  kelcam snap --profile colour.ini -o picture.png
-  kelcam snap --profile colour.ini --set exposure=12.5ms --set gain=2x -o bright.png
-  kelcam snap --profile mono.ini -n 10 --mode continuous -o "run/%d.pgm"
-  kelcam snap --profile left.ini --profile right.ini --link -n 10 -o "%c-%d.png"
-  kelcam snap --profile mono.ini -n 1000 --interval 60 --no-clobber -o "%04d-%t.tif"
-  kelcam --log messages.txt live --profile mono.ini --seconds 10
-  kelcam --simulated=lost-packets snap --profile mono.ini -o picture.png
-"kelcam snap --help" has the options of snap, and so on.
-
-A profile is an ini file that says which camera to open and how to set it up. The smallest is
-  API = Vimba
-  Init.Method = Serial
-  Serial.Number = 50-0536953957
-with the serial number at the end of the camera's line in "kelcam list". The driver writes
-the camera's identifiers back to it, so keep one profile per camera. Commented examples are
-in apps/kelcam/profiles of the sources; docs/profile.md has every key.
-
-Results go to standard output, notices and errors to standard error.
-Exit code: 0 done, 1 the camera or an image failed, 2 wrong usage, 130 stopped by Ctrl-C
-(the camera is closed properly; a second Ctrl-C ends the program at once).)";
-
-constexpr const char* kCommandFooter = "\"kelcam --help\" has the global options, examples and what a profile is.";
 
 template <class Value, class Target>
 void AddChoice(CLI::App& app, const std::string& name, Target& target, const Choices<Value>& choices,

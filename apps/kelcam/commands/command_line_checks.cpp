@@ -13,8 +13,7 @@ namespace {
 // How a command gets its cameras and its library.
 void CheckCameras(Options& options) {
   if (options.simulated && !options.vimbac_folder.empty()) throw UsageError("--simulated excludes --vimbac");
-  const bool has_camera =
-      options.command == Command::kInfo || options.command == Command::kSnap ||
+  const bool has_camera = options.command == Command::kInfo || options.command == Command::kSnap ||
                           options.command == Command::kLive || options.command == Command::kView;
   const auto is_empty = [](const CameraChoice& choice) { return choice.Name().empty(); };
   if (has_camera && std::all_of(options.cameras.begin(), options.cameras.end(), is_empty)) {

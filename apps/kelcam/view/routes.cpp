@@ -238,9 +238,8 @@ void Routes::SendPixel(const Exchange& exchange, ViewCamera& camera) {
     throw RefusedRequest(Http::kBadRequest, "the pixel is not within the picture");
   }
   const Pixels values = pixel.Of(frame->pixels);
-  exchange->Answer(JsonAnswer({{"x", pixel.x},
-                               {"y", pixel.y},
-                               {"values", Bytes(values.first_row, values.first_row + values.channels)}}));
+  exchange->Answer(JsonAnswer(
+      {{"x", pixel.x}, {"y", pixel.y}, {"values", Bytes(values.first_row, values.first_row + values.channels)}}));
 }
 
 void Routes::SendSaved(const Exchange& exchange, ViewCamera& camera) {

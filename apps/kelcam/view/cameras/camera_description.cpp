@@ -124,6 +124,8 @@ TriggerChoice TriggerOf(const std::string& name) {
   throw UsageError("there is no trigger \"" + name + "\", but software, line and free");
 }
 
-std::string AreaTextOf(const Options& options) { return options.area_text.empty() ? kFastConversion : options.area_text; }
+std::string AreaTextOf(const Options& options) {
+  return options.area_text.empty() ? kFastConversion : options.area_text;
+}
 
 }  // namespace Kelcam

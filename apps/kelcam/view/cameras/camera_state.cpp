@@ -22,24 +22,18 @@ const char* NameOf(Condition condition) {
 
 // All controls that the module has can be set, and none of them has an automatic of its own.
 Json ToJson(const ControlState& control) {
-  return {{"name", control.name},
-          {"label", control.label},
-          {"unit", control.unit},
-          {"minimum", control.minimum},
-          {"maximum", control.maximum},
-          {"step", control.step},
-          {"value", control.value},
-          {"value_text", control.value_text},
-          {"automatic", nullptr},
-          {"scale", control.is_logarithmic ? "log" : "linear"},
+  return {{"name", control.name},       {"label", control.label},
+          {"unit", control.unit},       {"minimum", control.minimum},
+          {"maximum", control.maximum}, {"step", control.step},
+          {"value", control.value},     {"value_text", control.value_text},
+          {"automatic", nullptr},       {"scale", control.is_logarithmic ? "log" : "linear"},
           {"read_only", false}};
 }
 
 }  // namespace
 
 Json ProblemOf(const Fault& fault) {
-  return {
-      {"sentence", fault.text}, {"why", fault.reason.why}, {"to_do", fault.reason.to_do}, {"code", fault.code}};
+  return {{"sentence", fault.text}, {"why", fault.reason.why}, {"to_do", fault.reason.to_do}, {"code", fault.code}};
 }
 
 Json ToJson(const CameraState& state) {

@@ -22,8 +22,7 @@ struct CameraWishes {
   TriggerChoice Trigger() const { return options.trigger.value_or(TriggerChoice::kFree); }
   // In place of an earlier one of the same control.
   void Remember(const ControlSetting& setting) {
-    std::erase_if(options.settings,
-                  [&](const ControlSetting& earlier) { return earlier.control == setting.control; });
+    std::erase_if(options.settings, [&](const ControlSetting& earlier) { return earlier.control == setting.control; });
     options.settings.push_back(setting);
   }
 };

@@ -11,7 +11,9 @@ namespace Kelcam {
 
 ViewedCamera::ViewedCamera(std::unique_ptr<CameraSession> session, CameraWishes& wishes, MessageLog& log,
                            BandwidthLink* link, SettingNotices notices)
-    : m_wishes(wishes), m_session(std::move(session)), m_ids(log, m_session->IdentifierInMessages()),
+    : m_wishes(wishes),
+      m_session(std::move(session)),
+      m_ids(log, m_session->IdentifierInMessages()),
       m_rate_range(StreamRateRangeIn(m_session->Messages())),
       m_link(link) {
   SetUpCamera(m_wishes.options, *m_session, notices);

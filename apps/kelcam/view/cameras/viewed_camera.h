@@ -9,13 +9,13 @@
 #include <string>
 
 #include "bbaseaoi.h"
+#include "commands/camera_setup.h"
 #include "device/acquisition_run.h"
 #include "device/bandwidth_link.h"
 #include "device/camera_session.h"
 #include "device/trigger_setting.h"
 #include "messages/frame_ids.h"
 #include "picture/picture_details.h"
-#include "commands/camera_setup.h"
 #include "view/cameras/camera_state.h"
 #include "view/cameras/camera_wishes.h"
 

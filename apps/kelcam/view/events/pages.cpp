@@ -11,9 +11,7 @@ namespace {
 constexpr std::size_t kShortestName = 8;
 constexpr std::size_t kLongestName = 32;
 
-bool IsLetterOrDigit(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-}
+bool IsLetterOrDigit(char c) { return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
 
 }  // namespace
 

@@ -70,8 +70,9 @@ void HttpConnection::ReadRequest() {
   m_parser->header_limit(HttpLimits::kHeaderBytes);
   m_parser->body_limit(HttpLimits::kBodyBytes);
   m_stream.expires_after(std::chrono::seconds(HttpLimits::kRequestSeconds));
-  http::async_read(m_stream, m_buffer, *m_parser,
-                   [self = shared_from_this()](const Error& error, std::size_t bytes) { self->OnRequest(error, bytes); });
+  http::async_read(m_stream, m_buffer, *m_parser, [self = shared_from_this()](const Error& error, std::size_t bytes) {
+    self->OnRequest(error, bytes);
+  });
 }
 
 void HttpConnection::OnRequest(const Error& error, std::size_t bytes) {
@@ -113,9 +114,8 @@ void HttpConnection::Refuse(int status, const std::string& sentence) {
 }
 
 void HttpConnection::Answer(HttpAnswer answer) {
-  asio::post(m_stream.get_executor(), [self = shared_from_this(), answer = std::move(answer)]() mutable {
-    self->Write(std::move(answer));
-  });
+  asio::post(m_stream.get_executor(),
+             [self = shared_from_this(), answer = std::move(answer)]() mutable { self->Write(std::move(answer)); });
 }
 
 void HttpConnection::Write(HttpAnswer answer) {

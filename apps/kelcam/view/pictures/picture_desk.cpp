@@ -123,9 +123,8 @@ PictureDesk::Outcome PictureDesk::Make(const Frame& frame, const PictureRequest&
 void PictureDesk::Encode(PictureRequest request, Deliver deliver) {
   const SharedFrame frame = Find(request.page, request.frame);
   if (!frame) return deliver(NoPicture::kGone);
-  m_work.Push([this, frame, request = std::move(request), deliver = std::move(deliver)] {
-    deliver(Make(*frame, request));
-  });
+  m_work.Push(
+      [this, frame, request = std::move(request), deliver = std::move(deliver)] { deliver(Make(*frame, request)); });
 }
 
 SharedFrame PictureDesk::Find(const std::string& page, std::uint64_t number) const {

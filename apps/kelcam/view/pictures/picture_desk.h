@@ -110,8 +110,8 @@ class PictureDesk {
   bool m_ends KEL_GUARDED_BY(m_mutex) = false;
   Clock::time_point m_next_report KEL_GUARDED_BY(m_mutex);
   std::uint64_t m_reported KEL_GUARDED_BY(m_mutex) = 0;  // the number of the last frame of a report
-  EncodedPictures m_encoded;  // the desk's thread alone
-  JobQueue m_work;            // last: it uses all of the above
+  EncodedPictures m_encoded;                             // the desk's thread alone
+  JobQueue m_work;                                       // last: it uses all of the above
 };
 
 }  // namespace Kelcam

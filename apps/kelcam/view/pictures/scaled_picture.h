@@ -14,9 +14,7 @@ struct ScaledPicture {
   BSize size;
   std::size_t channels = 0;
 
-  Pixels View() const {
-    return {bytes.data(), static_cast<std::size_t>(size.width) * channels, size, channels};
-  }
+  Pixels View() const { return {bytes.data(), static_cast<std::size_t>(size.width) * channels, size, channels}; }
 };
 
 // The height that keeps the proportions; at least 1.

@@ -21,9 +21,9 @@ double MeanOf(const Histogram& histogram);
 double DarkShareOf(const Histogram& histogram);
 double BrightShareOf(const Histogram& histogram);
 
-// The Tenengrad, relative to the brightness: the mean squared Sobel gradient of the luma over its squared mean. It grows
-// with the contrast of edges, so it is highest in focus, and it does not change with the exposure. 0 for fewer than
-// 3 x 3 pixels, and for black.
+// The Tenengrad, relative to the brightness: the mean squared Sobel gradient of the luma over its squared mean. It
+// grows with the contrast of edges, so it is highest in focus, and it does not change with the exposure. 0 for fewer
+// than 3 x 3 pixels, and for black.
 double SharpnessOf(const Pixels& pixels);
 
 }  // namespace Kelcam
