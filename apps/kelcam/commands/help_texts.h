@@ -4,7 +4,8 @@
 
 namespace Kelcam {
 
-inline constexpr const char* kDescription = "kelcam drives a camera through a camera driver module, from the command line.\n";
+inline constexpr const char* kDescription =
+    "kelcam drives a camera through a camera driver module, from the command line.\n";
 
 inline constexpr const char* kFooter = R"(Examples:
   kelcam --simulated snap --camera 1 -o picture.png
@@ -32,6 +33,7 @@ Results go to standard output, notices and errors to standard error.
 Exit code: 0 done, 1 the camera or an image failed, 2 wrong usage, 130 stopped by Ctrl-C
 (the camera is closed properly; a second Ctrl-C ends the program at once).)";
 
-inline constexpr const char* kCommandFooter = "\"kelcam --help\" has the global options, examples and what a profile is.";
+inline constexpr const char* kCommandFooter =
+    "\"kelcam --help\" has the global options, examples and what a profile is.";
 
 }  // namespace Kelcam

@@ -43,6 +43,18 @@ void PrintAddress(const Options& options, const std::string& address, const Gate
   }
 }
 
+// The handler runs for as long as this lives.
+class Serving {
+ public:
+  Serving(HttpServer& server, HttpHandler handler) : m_server(server) { m_server.Start(std::move(handler)); }
+  ~Serving() { m_server.Stop(); }
+  Serving(const Serving&) = delete;
+  Serving& operator=(const Serving&) = delete;
+
+ private:
+  HttpServer& m_server;
+};
+
 void OpenCameras(std::deque<ViewCamera>& cameras, const Options& options) {
   for (std::size_t i = 0; i < cameras.size() && !Interrupted(); ++i) {
     if (!options.cameras[i].profile_file.empty()) PrintUnusedKeys(options.cameras[i].profile_file);
@@ -69,11 +81,12 @@ ExitCode RunView(const Options& options, const Module& module, MessageLog& log) 
   }
   Routes routes(cameras, pages, feed, gate);
   std::optional<EventSource> events(std::in_place, pages, feed, EventCamerasOf(cameras));
-  server.Start([&routes](const std::shared_ptr<HttpExchange>& exchange) { routes.Handle(exchange); });
+  std::optional<Serving> serving(std::in_place, server,
+                                 [&routes](const std::shared_ptr<HttpExchange>& exchange) { routes.Handle(exchange); });
   PrintAddress(options, address, gate);
   OpenCameras(cameras, options);
   while (!Interrupted()) std::this_thread::sleep_for(kPollInterval);
-  server.Stop();
+  serving.reset();
   events.reset();
   for (ViewCamera& camera : cameras) camera.thread.AskToEnd();
   while (!cameras.empty()) cameras.pop_back();

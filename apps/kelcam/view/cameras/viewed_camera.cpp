@@ -90,9 +90,9 @@ void ViewedCamera::SetColor(bool on) {
     if (!Device().SetColorMode(on)) {
       throw Failure(std::string("the camera refused to switch colour mode ") + (on ? "on" : "off"));
     }
+    m_wishes.options.color = on;
+    m_wishes.options.kind = on ? BBaseAoi::eRgb : BBaseAoi::eMono8;
   });
-  m_wishes.options.color = on;
-  m_wishes.options.kind = on ? BBaseAoi::eRgb : BBaseAoi::eMono8;
 }
 
 void ViewedCamera::SetTrigger(TriggerChoice choice) {

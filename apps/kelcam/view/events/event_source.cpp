@@ -85,9 +85,12 @@ void EventSource::Look() {
   if (has_figures) m_next_figures = now + kFiguresInterval;
   const std::vector<Pages::Page> pages = m_pages.All();
   if (pages.empty()) return;
-  const auto cameras = EventText(kCamerasEvent, CamerasText());
+  std::shared_ptr<const std::string> cameras;
   for (const Pages::Page& page : pages) {
-    if (have_changed || page.is_new) page.stream->Send(kCamerasEvent, cameras);
+    if (have_changed || page.is_new) {
+      if (!cameras) cameras = EventText(kCamerasEvent, CamerasText());
+      page.stream->Send(kCamerasEvent, cameras);
+    }
     SendMessages(page);
   }
   for (std::size_t i = 0; has_figures && i < m_cameras.size(); ++i) {

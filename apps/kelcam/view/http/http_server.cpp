@@ -5,6 +5,8 @@
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/host_name.hpp>
 #include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <chrono>
 #include <utility>
 
 #include "base/failure.h"
@@ -19,6 +21,7 @@ using boost::system::error_code;
 struct HttpServer::Listener {
   asio::io_context context{1};
   asio::ip::tcp::acceptor acceptor{context};
+  asio::steady_timer pause{context};
   HttpHandler handler;
   std::atomic<std::size_t> connections = 0;
 
@@ -27,6 +30,8 @@ struct HttpServer::Listener {
 };
 
 namespace {
+
+constexpr std::chrono::milliseconds kPauseAfterFailure{100};
 
 [[noreturn]] void FailToListen(const std::string& address, std::uint16_t port, const error_code& error) {
   const std::string place = address + ", port " + std::to_string(port);
@@ -59,7 +64,8 @@ void HttpServer::Listener::Open(const std::string& address, std::uint16_t port) 
   if (error) FailToListen(address, port, error);
 }
 
-// One connection more than there may be is closed at once.
+// One connection more than there may be is closed at once. Where the system has no place for one, trying again at once
+// would do nothing else.
 void HttpServer::Listener::Accept() {
   acceptor.async_accept([this](const error_code& error, asio::ip::tcp::socket socket) {
     if (error == asio::error::operation_aborted) return;
@@ -68,7 +74,11 @@ void HttpServer::Listener::Accept() {
       std::ignore = socket.set_option(asio::ip::tcp::no_delay(true), ignored);
       std::make_shared<HttpConnection>(std::move(socket), handler, connections)->ReadNext();
     }
-    Accept();
+    if (!error) return Accept();
+    pause.expires_after(kPauseAfterFailure);
+    pause.async_wait([this](const error_code& ended) {
+      if (!ended) Accept();
+    });
   });
 }
 
