@@ -13,6 +13,7 @@ import json
 import os
 import pathlib
 import re
+import signal
 import subprocess
 import tempfile
 import unittest
@@ -22,7 +23,7 @@ import jsonschema
 options = argparse.Namespace()
 SCHEMA = "apps/kelcam/kelcam-output.schema.json"
 DEADLINE_S = 120
-DONE, FAILED = 0, 1
+DONE, FAILED, INTERRUPTED = 0, 1, 130
 
 SMALL = [{"like": f"DEV_{id}", "sensor": {"width": 616, "height": 514}} for id in ("000F31034C65", "000F31034C66")]
 INCOMPLETE, TIMEOUT = -1, -12
@@ -74,6 +75,8 @@ CASES = [
     ("live --profile mono.ini --timeout 500 --retries 1", UNPLUGGED, FAILED, "live"),
     ("live --profile mono.ini --seconds 1", DOES_NOT_START, FAILED, "live"),
     ("live --profile no-such.ini", {}, FAILED, "liveError"),
+    ("view --camera 1 --port 0", {}, INTERRUPTED, "viewListening"),
+    ("view --camera 17 --port 0", {}, FAILED, "liveError"),
     ("profile new --camera 1 -o new.ini", {}, DONE, "profileNew"),
     ("profile new --camera 1 -o mono.ini", {}, FAILED, "error"),
     ("profile check mono.ini", {}, DONE, "profileCheck"),
@@ -94,10 +97,16 @@ class Run:
                 (folder / f"{profile}.ini").write_bytes(text)
             (folder / "wrong.ini").write_text(WRONG_PROFILE, encoding="utf-8")
             (folder / "cameras.json").write_text(json.dumps({"cameras": SMALL, **cameras}), encoding="utf-8")
-            done = subprocess.run(
-                [options.kelcam.resolve(), "--json", *arguments.split()], cwd=folder, timeout=DEADLINE_S, check=False,
-                env={**os.environ, "VIMBA_SIM_CONFIG": "cameras.json"}, capture_output=True, encoding="utf-8")  # fmt: skip
-        self.out, self.err, self.exit_code = done.stdout, done.stderr, done.returncode
+            process = subprocess.Popen(
+                [options.kelcam.resolve(), "--json", *arguments.split()], cwd=folder, stdout=subprocess.PIPE,
+                env={**os.environ, "VIMBA_SIM_CONFIG": "cameras.json"}, stderr=subprocess.PIPE, encoding="utf-8")  # fmt: skip
+            line = ""
+            if arguments.startswith("view"):
+                # It runs until it is interrupted.
+                line = process.stdout.readline()
+                process.send_signal(signal.SIGINT)
+            out, self.err = process.communicate(timeout=DEADLINE_S)
+        self.out, self.exit_code = line + out, process.returncode
 
 
 def kinds_of(kind, count):

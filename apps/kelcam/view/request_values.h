@@ -23,6 +23,17 @@ class RefusedRequest : public std::runtime_error {
   int m_status;
 };
 
+// A method that the path does not have.
+class WrongMethod : public RefusedRequest {
+ public:
+  explicit WrongMethod(const char* allowed)
+      : RefusedRequest(Http::kMethodNotAllowed, std::string("here is ") + allowed + " alone"), m_allowed(allowed) {}
+  const char* Allowed() const { return m_allowed; }
+
+ private:
+  const char* m_allowed;
+};
+
 // Decimal digits alone.
 std::uint64_t NumberOf(const HttpRequest& request, const std::string& name);
 int IntOf(const HttpRequest& request, const std::string& name);

@@ -96,8 +96,7 @@ int WidthOf(const HttpRequest& request) {
 }
 
 void CheckMethod(const HttpRequest& request, const char* method) {
-  if (request.method == method) return;
-  throw RefusedRequest(Http::kMethodNotAllowed, std::string("here is ") + method + " alone");
+  if (request.method != method) throw WrongMethod(method);
 }
 
 // What a file of this frame is called.
@@ -133,13 +132,12 @@ void Routes::Handle(const std::shared_ptr<HttpExchange>& exchange) {
       return exchange->Answer(std::move(*refusal));
     }
     Route(exchange);
-  } catch (const RefusedRequest& refused) {
-    HttpAnswer answer = ErrorAnswer(refused.Status(), refused.what());
-    const bool is_get = exchange->Request().method == Http::kPost;
-    if (refused.Status() == Http::kMethodNotAllowed) {
-      answer.fields.emplace_back("Allow", is_get ? Http::kGet : Http::kPost);
-    }
+  } catch (const WrongMethod& wrong) {
+    HttpAnswer answer = ErrorAnswer(wrong.Status(), wrong.what());
+    answer.fields.emplace_back("Allow", wrong.Allowed());
     exchange->Answer(std::move(answer));
+  } catch (const RefusedRequest& refused) {
+    exchange->Answer(ErrorAnswer(refused.Status(), refused.what()));
   } catch (const std::exception&) {
     exchange->Answer(ErrorAnswer(Http::kInternalError, "out of memory"));
   }

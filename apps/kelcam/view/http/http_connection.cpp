@@ -20,7 +20,7 @@ namespace beast = boost::beast;
 namespace http = beast::http;
 
 constexpr std::size_t kReadBytes = 4096;
-constexpr std::size_t kBufferBytes = 2 * HttpLimits::kHeaderBytes;
+constexpr std::size_t kBufferBytes = HttpLimits::kHeaderBytes;
 constexpr std::size_t kMostEventBytes = 4U << 20U;
 constexpr std::size_t kEventBytesAtOnce = 64U << 10U;
 constexpr unsigned kHttpVersion = 11;
@@ -71,10 +71,10 @@ void HttpConnection::ReadRequest() {
   m_parser->body_limit(HttpLimits::kBodyBytes);
   m_stream.expires_after(std::chrono::seconds(HttpLimits::kRequestSeconds));
   http::async_read(m_stream, m_buffer, *m_parser,
-                   [self = shared_from_this()](const Error& error, std::size_t) { self->OnRequest(error); });
+                   [self = shared_from_this()](const Error& error, std::size_t bytes) { self->OnRequest(error, bytes); });
 }
 
-void HttpConnection::OnRequest(const Error& error) {
+void HttpConnection::OnRequest(const Error& error, std::size_t bytes) {
   if (error == http::error::header_limit || error == http::error::buffer_overflow) {
     return Refuse(Http::kHeaderTooLarge, "the header of the request is too long");
   }
@@ -84,6 +84,10 @@ void HttpConnection::OnRequest(const Error& error) {
     return Refuse(Http::kBadRequest, "this is no request of HTTP/1.1");
   }
   if (error) return;
+  // The parser's own limit holds for a header that comes in pieces.
+  if (bytes - m_parser->get().body().size() > HttpLimits::kHeaderBytes) {
+    return Refuse(Http::kHeaderTooLarge, "the header of the request is too long");
+  }
   TakeRequest();
   m_handler(shared_from_this());
 }

@@ -56,7 +56,7 @@ class HttpConnection final : public HttpExchange,
   };
 
   void ReadRequest();
-  void OnRequest(const Error& error);
+  void OnRequest(const Error& error, std::size_t bytes);
   void TakeRequest();
   void Refuse(int status, const std::string& sentence);
   void Write(HttpAnswer answer);

@@ -52,7 +52,8 @@ void PictureDesk::ServeIfDue() {
 }
 
 void PictureDesk::ReportIfDue(Clock::time_point now) {
-  if (m_reports || m_pages.empty() || !m_newest || now < m_next_report) return;
+  const bool is_idle = m_reports || m_pages.empty() || !m_newest;
+  if (is_idle || m_newest->number == m_reported || now < m_next_report) return;
   m_reports = true;
   m_next_report = now + kReportInterval;
   m_work.Push([this] { MakeReport(); });
@@ -139,8 +140,8 @@ void PictureDesk::AddPage(const std::string& page) {
   const BMutexLock lock(m_mutex);
   m_pages.try_emplace(page);
   // Of a camera that is stopped no other frame comes.
-  m_next_report = Clock::now();
-  ReportIfDue(m_next_report);
+  m_reported = 0;
+  ReportIfDue(Clock::now());
 }
 
 void PictureDesk::RemovePage(const std::string& page) {
@@ -158,8 +159,8 @@ double PictureDesk::PicturesPerSecond(const std::string& page) {
 void PictureDesk::SetSharpnessArea(std::optional<Rectangle> area) {
   const BMutexLock lock(m_mutex);
   m_sharpness_area = area;
-  m_next_report = Clock::now();
-  ReportIfDue(m_next_report);
+  m_reported = 0;
+  ReportIfDue(Clock::now());
 }
 
 void PictureDesk::MakeReport() {
@@ -170,6 +171,7 @@ void PictureDesk::MakeReport() {
     m_reports = false;
     if (m_ends || m_pages.empty()) return;
     frame = m_newest;
+    m_reported = frame->number;
     report.sharpness_area = m_sharpness_area;
     report.frames_per_s = m_frames.PerSecond(Clock::now());
   }
@@ -192,6 +194,7 @@ void PictureDesk::Expire(Clock::time_point now) {
       if (waiter.deadline <= now) late.push_back(std::move(waiter.deliver));
     }
     std::erase_if(m_waiters, [&](const Waiter& waiter) { return waiter.deadline <= now; });
+    ReportIfDue(now);
   }
   for (const Deliver& deliver : late) deliver(NoPicture::kNotInTime);
 }

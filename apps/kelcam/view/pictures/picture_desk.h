@@ -75,7 +75,8 @@ class PictureDesk {
   // Where sharpness is measured, from the next frame on.
   void SetSharpnessArea(std::optional<Rectangle> area);
 
-  // Answers those who have waited for too long.
+  // Answers those who have waited for too long, and reports the last frame where no other has come since. To be called
+  // ten times a second.
   void Expire(Clock::time_point now);
 
  private:
@@ -108,6 +109,7 @@ class PictureDesk {
   bool m_reports KEL_GUARDED_BY(m_mutex) = false;
   bool m_ends KEL_GUARDED_BY(m_mutex) = false;
   Clock::time_point m_next_report KEL_GUARDED_BY(m_mutex);
+  std::uint64_t m_reported KEL_GUARDED_BY(m_mutex) = 0;  // the number of the last frame of a report
   EncodedPictures m_encoded;  // the desk's thread alone
   JobQueue m_work;            // last: it uses all of the above
 };
