@@ -40,9 +40,9 @@ export class Panel {
   show(camera) {
     const returned = this.camera && this.camera.state === "lost" && camera.state !== "lost";
     this.camera = camera;
-    this.part("title").textContent = camera.title;
-    this.part("title").title = camera.identifier;
-    this.part("picture").setAttribute("aria-label", `Picture of ${camera.title}`);
+    const name = camera.identifier || camera.title;
+    this.part("title").textContent = name;
+    this.part("picture").setAttribute("aria-label", `Picture of ${name}`);
     this.part("state").textContent = kStates[camera.state] ?? camera.state;
     this.element.dataset.state = camera.state;
     this.shown.isGrey = !camera.color;
@@ -94,8 +94,8 @@ export class Panel {
     on("title", () => onChosen(this));
     on("fit", () => this.picture.change((view) => view.fit()));
     on("actual", () => this.picture.change((view) => view.zoomTo(1)));
-    on("zoom-in", () => this.picture.change((view) => view.zoomBy(1)));
-    on("zoom-out", () => this.picture.change((view) => view.zoomBy(-1)));
+    on("zoom-in", () => this.picture.change((view) => view.zoomIn()));
+    on("zoom-out", () => this.picture.change((view) => view.zoomOut()));
     flip("pause", (isHeld) => {
       this.shown.hold(isHeld);
       this.element.dataset.paused = isHeld;

@@ -146,7 +146,7 @@ export class PictureView {
     canvas.addEventListener("wheel", (event) => {
       event.preventDefault();
       const at = this.#placeOf(event);
-      this.change((view) => view.zoomBy(-Math.sign(event.deltaY), at));
+      this.change((view) => (event.deltaY < 0 ? view.zoomIn(at) : view.zoomOut(at)));
     }, {passive: false});
     canvas.addEventListener("pointerdown", (event) => {
       canvas.setPointerCapture(event.pointerId);

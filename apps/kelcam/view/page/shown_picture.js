@@ -4,6 +4,8 @@ import * as api from "/page/api.js";
 
 // Asks again when nothing could be had.
 const kRetryMs = 500;
+// Of pictures that follow each other, the next one is near.
+const kFlowMs = 600;
 
 const pause = (ms) => new Promise((done) => setTimeout(done, ms));
 
@@ -34,7 +36,7 @@ export class ShownPicture {
     this.isHeld = false;
     this.interval_ms = 100;
     this.error = "";
-    this.values = null;
+    this.taken = -Infinity;
     this.#follow();
   }
 
@@ -54,8 +56,12 @@ export class ShownPicture {
     this.waiting?.abort();
   }
 
-  // Another part is seen, or another size: of the same frame, as the next may never come.
+  // Another part is seen, or another size. Where the next frame may never come, of the same frame.
   async look() {
+    if (!this.isHeld && performance.now() - this.taken < kFlowMs) {
+      this.waiting?.abort();
+      return;
+    }
     if (!this.picture || this.isLooking) {
       this.looksAgain = this.isLooking;
       return;
@@ -118,6 +124,7 @@ export class ShownPicture {
     this.picture?.bitmap.close();
     this.picture = picture;
     this.after = picture.frame;
+    this.taken = performance.now();
     this.copied = null;
     this.onChange();
   }

@@ -1,8 +1,10 @@
 // view_window.js
 // Which part of a picture a canvas shows, and how large.
 
-const kLargestScale = 64;
-const kStep = 1.25;
+// Made larger, all pixels of the camera are equally large. Made smaller, a step is a fifth.
+const kLargerScales = [1, 2, 3, 4, 6, 8, 12, 16, 24, 32, 48, 64];
+const kLargestScale = kLargerScales.at(-1);
+const kSmallerStep = 1.25;
 
 // Sizes are in pixels of the canvas, positions in pixels of the picture. `scale` is canvas pixels for each of the picture.
 export class ViewWindow {
@@ -43,11 +45,14 @@ export class ViewWindow {
     this.#keep();
   }
 
-  zoomBy(steps, at) {
-    const next = this.scale * kStep ** steps;
-    // Steps meet the whole pixel.
-    const crossesOne = (this.scale < 0.999 && next > 1) || (this.scale > 1.001 && next < 1);
-    this.zoomTo(crossesOne ? 1 : next, at);
+  zoomIn(at) {
+    const larger = kLargerScales.find((scale) => scale > this.scale * 1.001) ?? kLargestScale;
+    this.zoomTo(this.scale < 1 ? Math.min(this.scale * kSmallerStep, 1) : larger, at);
+  }
+
+  zoomOut(at) {
+    const smaller = kLargerScales.findLast((scale) => scale < this.scale * 0.999);
+    this.zoomTo(smaller ?? this.scale / kSmallerStep, at);
   }
 
   moveBy(dx, dy) {
