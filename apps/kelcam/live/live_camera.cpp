@@ -42,7 +42,7 @@ void LiveCamera::Run() {
   bool is_lost = RunOnce();
   while (is_lost && m_options.reconnect && !IsOver() && AwaitReturn()) is_lost = RunOnce();
   m_report.Stop(*m_place);
-  if (is_lost) m_report.AddLoss(*m_place, m_camera.Loss());
+  if (is_lost && m_options.reconnect) m_report.AddLoss(*m_place, m_camera.Loss());
 }
 
 bool LiveCamera::IsOver() const {
@@ -88,7 +88,9 @@ bool LiveCamera::RunUntilOverOrLost(AcquisitionRun& run) {
     is_lost = m_camera.IsLostAfter(fault);
   }
   // Time goes on for a camera that may come back.
-  if (!is_lost || !m_options.reconnect) m_report.Stop(*m_place);
+  if (is_lost && m_options.reconnect) return true;
+  m_report.Stop(*m_place);
+  if (is_lost) m_report.AddLoss(*m_place, m_camera.Loss());
   return is_lost;
 }
 

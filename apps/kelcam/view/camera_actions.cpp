@@ -17,14 +17,14 @@ using Work = CommandQueue::Work;
 
 int StatusOf(CommandOutcome::Kind kind) {
   switch (kind) {
-    case CommandOutcome::kDone:
+    case CommandOutcome::Kind::kDone:
       return Http::kOk;
-    case CommandOutcome::kRefused:
+    case CommandOutcome::Kind::kRefused:
       return Http::kBadRequest;
-    case CommandOutcome::kTooLate:
+    case CommandOutcome::Kind::kTooLate:
       return Http::kTooLate;
-    case CommandOutcome::kNotThere:
-    case CommandOutcome::kBusy:
+    case CommandOutcome::Kind::kNotThere:
+    case CommandOutcome::Kind::kBusy:
       return Http::kUnavailable;
     default:
       return Http::kConflict;
@@ -33,7 +33,8 @@ int StatusOf(CommandOutcome::Kind kind) {
 
 HttpAnswer AnswerOf(const CommandOutcome& outcome) {
   const int status = StatusOf(outcome.kind);
-  return outcome.kind == CommandOutcome::kDone ? JsonAnswer(outcome.result) : ErrorAnswer(status, outcome.sentence);
+  return outcome.kind == CommandOutcome::Kind::kDone ? JsonAnswer(outcome.result)
+                                                     : ErrorAnswer(status, outcome.sentence);
 }
 
 Work SetWork(const Json& body, ViewCamera&) {

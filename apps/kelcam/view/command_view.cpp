@@ -56,7 +56,8 @@ class Serving {
 };
 
 void OpenCameras(std::deque<ViewCamera>& cameras, const Options& options) {
-  for (std::size_t i = 0; i < cameras.size() && !Interrupted(); ++i) {
+  for (std::size_t i = 0; i < cameras.size(); ++i) {
+    if (Interrupted()) return;
     if (!options.cameras[i].profile_file.empty()) PrintUnusedKeys(options.cameras[i].profile_file);
     cameras[i].thread.Open();
   }

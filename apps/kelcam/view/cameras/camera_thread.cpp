@@ -154,7 +154,7 @@ std::optional<Fault> CameraThread::TakeFrame() {
   const auto waited = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - m_awaited_since);
   const std::chrono::milliseconds left = std::max(m_wishes.options.timeout - waited, std::chrono::milliseconds(0));
   const BSmartRef<BBaseAoi> area = m_areas.Take(m_camera->Kind());
-  const std::optional<Fault> fault = m_camera->Snap(*area, std::min(left, kLongestSnap), m_is_awaited);
+  std::optional<Fault> fault = m_camera->Snap(*area, std::min(left, kLongestSnap), m_is_awaited);
   m_is_awaited = fault && fault->code == BError::eTimeout && left > kLongestSnap;
   if (!fault) {
     std::ignore = Publish(area);

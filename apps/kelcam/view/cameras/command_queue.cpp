@@ -15,11 +15,11 @@ constexpr std::size_t kMostCommands = 64;
 
 CommandOutcome OutcomeOf(const CommandQueue::Work& work, ViewedCamera& camera) {
   try {
-    return {CommandOutcome::kDone, work(camera), {}};
+    return {CommandOutcome::Kind::kDone, work(camera), {}};
   } catch (const UsageError& error) {
-    return {CommandOutcome::kRefused, {}, error.what()};
+    return {CommandOutcome::Kind::kRefused, {}, error.what()};
   } catch (...) {
-    return {CommandOutcome::kFailed, {}, FaultOfCurrentException().Sentence()};
+    return {CommandOutcome::Kind::kFailed, {}, FaultOfCurrentException().Sentence()};
   }
 }
 
@@ -35,7 +35,7 @@ void CommandQueue::Push(Work work, Done done) {
       return;
     }
   }
-  done({CommandOutcome::kBusy, {}, "the camera has too much to do; try again later"});
+  done({CommandOutcome::Kind::kBusy, {}, "the camera has too much to do; try again later"});
 }
 
 void CommandQueue::Await(Clock::time_point deadline) {
@@ -72,7 +72,7 @@ bool CommandQueue::DoAll(ViewedCamera& camera) {
 
 void CommandQueue::RefuseAll() {
   while (const SharedCommand command = Take()) {
-    Answer(command, {CommandOutcome::kNotThere, {}, "the camera is not open"});
+    Answer(command, {CommandOutcome::Kind::kNotThere, {}, "the camera is not open"});
   }
 }
 
@@ -93,7 +93,7 @@ void CommandQueue::Expire(Clock::time_point now) {
     if (m_under_way && m_under_way->deadline <= now) late.push_back(m_under_way);
   }
   for (const SharedCommand& command : late) {
-    Answer(command, {CommandOutcome::kTooLate, {}, "the camera did not come to it in 10 seconds"});
+    Answer(command, {CommandOutcome::Kind::kTooLate, {}, "the camera did not come to it in 10 seconds"});
   }
 }
 

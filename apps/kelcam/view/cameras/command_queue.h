@@ -17,7 +17,7 @@ namespace Kelcam {
 class ViewedCamera;
 
 struct CommandOutcome {
-  enum Kind {
+  enum class Kind {
     kDone,
     kRefused,   // the camera has no such thing
     kFailed,    // the camera did not take it
@@ -25,7 +25,7 @@ struct CommandOutcome {
     kBusy,      // too many wait
     kTooLate,   // it was not done in time, and may still be done
   };
-  Kind kind = kDone;
+  Kind kind = Kind::kDone;
   Json result;           // of what was done
   std::string sentence;  // what went wrong
 };
