@@ -7,7 +7,8 @@ set(notices
   "CLI11 (command line of kelcam)" libcli11-dev
   "JSON for Modern C++ (kelcam, the simulated cameras)" nlohmann-json3-dev
   "Highway (vector kernels in kel.tools)" libhwy-dev
-  "stb (pictures in the simulated cameras)" libstb-dev)
+  "Boost (the server of kelcam view)" libboost1.74-dev
+  "stb (pictures in the simulated cameras and in kelcam view)" libstb-dev)
 if(MINGW)
   list(APPEND notices
     "zlib (pictures in kelcam)" libz-mingw-w64-dev

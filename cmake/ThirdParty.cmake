@@ -1,4 +1,4 @@
-# Libraries of others: cli11, highway, nlohmann-json and stb, of which headers are all that is used, and GoogleTest. Each comes
+# Libraries of others: boost, cli11, highway, nlohmann-json and stb, of which headers are all that is used, and GoogleTest. Each comes
 # from its CMake package if there is one, else from where its headers are.
 
 # Where a cross build looks for packages of headers: on the build machine, whose toolchain file names the prefix.
@@ -49,6 +49,7 @@ kel_headers(highway hwy/highway.h KEL_HIGHWAY_FOLDER PACKAGE hwy IMPORTED hwy::h
 kel_headers(nlohmann-json nlohmann/json.hpp KEL_NLOHMANN_JSON_FOLDER
   PACKAGE nlohmann_json IMPORTED nlohmann_json::nlohmann_json)
 kel_headers(stb stb/stb_image.h KEL_STB_FOLDER)
+kel_headers(boost boost/beast.hpp KEL_BOOST_FOLDER)
 
 # The one that is linked. Inside kelcam.exe it needs no file next to it.
 set(ZLIB_USE_STATIC_LIBS ${MINGW})

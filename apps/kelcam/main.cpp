@@ -58,9 +58,9 @@ int PrintVersion(const Options& options) {
   return kDone;
 }
 
-// Of live every document is one line.
+// Of live and view every document is one line.
 void PrintErrorDocument(const Fault& fault, Command command) {
-  if (command == Command::kLive) {
+  if (command == Command::kLive || command == Command::kView) {
     PrintLine({{"event", "error"}, {"error", ToJson(fault)}});
   } else {
     PrintDocument({{"error", ToJson(fault)}});
@@ -98,6 +98,9 @@ int RunCommand(const Options& options) {
       break;
     case Command::kLive:
       result = RunLive(options, module, log);
+      break;
+    case Command::kView:
+      result = RunView(options, module, log);
       break;
     case Command::kProfileNew:
       result = RunProfileNew(options, module, log);

@@ -41,6 +41,7 @@ Camera::Camera(CameraConfiguration configuration, Link& link, Surroundings surro
       m_surroundings(std::move(surroundings)),
       m_scene(MakeScene(m_configuration)),
       m_clock(m_configuration.ticks_per_second),
+      m_plugged(m_configuration.plugged),
       m_features(PoweredUp()) {}
 
 // The commands run with the features locked, as every access to features does.
@@ -107,7 +108,11 @@ SensorParts Camera::Parts() {
           m_configuration.packet_loss,
           m_configuration.seed,
           [this] { return m_surroundings.frame_faults(*this); },
-          [this] { Unplug(); },
+          [this](const std::optional<Replug>& replug) {
+            if (!m_plugged) return;
+            Unplug();
+            if (replug) m_surroundings.unplugged_for(*this, *replug);
+          },
           [this](const PictureMeans& means) { FollowPicture(means); }};
 }
 

@@ -33,6 +33,8 @@ class Camera {
     std::function<FrameOverride(const Camera&)> frame_faults;
     // Runs without a lock after unplugging and plugging.
     std::function<void(const Camera&, bool plugged)> presence_changed;
+    // A fault has unplugged the camera, and this comes back.
+    std::function<void(const Camera&, const Replug&)> unplugged_for;
   };
 
   // Throws std::invalid_argument for an impossible configuration and std::runtime_error for a picture that cannot be
@@ -108,7 +110,7 @@ class Camera {
   Counters m_counters;
   std::atomic<VmbHandle_t> m_owner{nullptr};
   std::atomic<std::uint64_t> m_power_cycle{0};
-  std::atomic<bool> m_plugged{true};
+  std::atomic<bool> m_plugged;
 
   mutable BMutex m_mutex;
   Acquisition* m_acquisition KEL_GUARDED_BY(m_mutex) = nullptr;

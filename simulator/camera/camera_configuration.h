@@ -88,6 +88,9 @@ struct CameraConfiguration {
   double sensor_temperature_celsius = 41.5;
   double main_temperature_celsius = 46.25;
 
+  // Whether it is there from the beginning.
+  bool plugged = true;
+
   // The index of its link.
   std::size_t link = 0;
 

@@ -135,6 +135,7 @@ void ReadBehaviour(JsonMembers& members, CameraConfiguration& camera) {
   members.Number("packetLoss", camera.packet_loss, 0.0, 1.0);
   members.Integer("seed", camera.seed, 0);
   members.Flag("noise", camera.noise);
+  members.Flag("plugged", camera.plugged);
   members.Object("temperature", [&](JsonMembers& temperature) {
     temperature.Number("sensor", camera.sensor_temperature_celsius, kMinTemperatureCelsius, kMaxTemperatureCelsius);
     temperature.Number("main", camera.main_temperature_celsius, kMinTemperatureCelsius, kMaxTemperatureCelsius);
@@ -203,6 +204,7 @@ Configuration ParseConfiguration(std::string_view json) {
     configuration.cameras = BuiltInCameras();
     for (CameraConfiguration& camera : configuration.cameras) camera.timing = timing;
   }
+  members.Flag("recordCalls", configuration.records_calls);
   members.Object("system", [&](JsonMembers& system) { ReadSystem(system, configuration.system); });
   members.Objects("faults", [&](JsonMembers& fault) { ReadFault(fault, configuration.faults); });
   members.RefuseOthers();

@@ -23,6 +23,8 @@ struct Configuration {
   // At least one.
   std::vector<LinkSettings> links{1};
   SystemConfiguration system;
+  // Whether calls are recorded.
+  bool records_calls = true;
   Faults::Set faults;
   // The file that it was read from, UTF-8; empty: none.
   std::string file;

@@ -23,6 +23,8 @@ constexpr std::chrono::milliseconds kMaxDelay = std::chrono::minutes(10);
 constexpr char kCallMember[] = "call";
 constexpr char kFrameMember[] = "frame";
 constexpr char kUnplugMember[] = "unplugAtFrame";
+// What an unplugging has to have anything come back.
+constexpr char kReplugMember[] = "plugAfter_ms";
 
 // In place of a function's name.
 constexpr char kAnyCall[] = "any";
@@ -136,13 +138,26 @@ CallFault ReadCallFault(JsonMembers& members) {
   return fault;
 }
 
+void ReadReplug(JsonMembers& members, FrameOverride& frame) {
+  Replug replug;
+  std::int64_t after_ms = 0;
+  if (!members.Integer(kReplugMember, after_ms, 0, kMaxDelay.count())) return;
+  replug.after = std::chrono::milliseconds(after_ms);
+  members.Text("plug", replug.camera);
+  frame.replug = std::move(replug);
+}
+
 FrameFault ReadFrameFault(JsonMembers& members) {
   FrameFault fault;
   members.Text("camera", fault.camera);
   fault.effect.unplug = members.Integer(kUnplugMember, fault.frame, 0);
-  if (fault.effect.unplug) return fault;
-  members.Integer(kFrameMember, fault.frame, 0);
+  members.Integer("every", fault.every, 1);
   members.Integer("count", fault.count, 0);
+  if (fault.effect.unplug) {
+    ReadReplug(members, fault.effect);
+    return fault;
+  }
+  members.Integer(kFrameMember, fault.frame, 0);
   ReadFrameMembers(members, fault.effect);
   members.Flag("drop", fault.effect.drop);
   ReadDelay(members, fault.effect.delay);

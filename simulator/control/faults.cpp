@@ -14,9 +14,10 @@ bool Fits(const CallPattern& pattern, const CallPattern& call) {
          Fits(pattern.value, call.value);
 }
 
-bool Due(std::int64_t seen, std::int64_t first, std::int64_t count) {
+bool Due(std::int64_t seen, std::int64_t first, std::int64_t count, std::int64_t every = 1) {
   // The difference of two counts always fits; the sum of a first one and a large count would not.
-  return seen >= first && (count == 0 || seen - first < count);
+  const std::int64_t since = seen - first;
+  return seen >= first && since % every == 0 && (count == 0 || since / every < count);
 }
 
 }  // namespace
@@ -60,7 +61,9 @@ FrameOverride Faults::ForExposure(std::string_view camera) {
   const BMutexLock lock(m_mutex);
   for (Counted<FrameFault>& counted : m_frames) {
     const FrameFault& fault = counted.fault;
-    if (Fits(fault.camera, camera) && Due(counted.seen++, fault.frame, fault.count)) effect.MergeFrom(fault.effect);
+    if (Fits(fault.camera, camera) && Due(counted.seen++, fault.frame, fault.count, fault.every)) {
+      effect.MergeFrom(fault.effect);
+    }
   }
   return effect;
 }

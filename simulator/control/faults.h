@@ -45,6 +45,9 @@ struct FrameFault {
   std::string camera;
   // The first exposure that is hit, counted from 0 among the camera's exposures since the fault was added.
   std::int64_t frame = 0;
+  // One of so many exposures is hit, from the first one on.
+  std::int64_t every = 1;
+  // How many are hit; 0: all.
   std::int64_t count = 1;
   FrameOverride effect;
 };

@@ -275,7 +275,7 @@ void Acquisition::HandOver(Arrival& frame) {
   const CaptureSettings& settings = exposure.settings;
   FrameContent& content = frame.content;
   if (exposure.faults.unplug) {
-    m_parts.unplug();
+    m_parts.unplug(exposure.faults.replug);
   } else if (exposure.faults.drop) {
     ++m_parts.counters.dropped;
   } else {

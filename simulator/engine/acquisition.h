@@ -40,7 +40,7 @@ struct SensorParts {
   // The faults that are due for the frame now exposed.
   std::function<FrameOverride()> next_faults;
   // Called without a lock when a fault unplugs the camera.
-  std::function<void()> unplug;
+  std::function<void(const std::optional<Replug>&)> unplug;
   // Called without a lock after each picture that was taken with an automatic on.
   std::function<void(const PictureMeans&)> measured;
 };

@@ -41,6 +41,7 @@ void FrameOverride::MergeFrom(const FrameOverride& other) {
   delay += other.delay;
   drop = drop || other.drop;
   unplug = unplug || other.unplug;
+  if (!replug) replug = other.replug;
 }
 
 void FrameOverride::ApplyTo(VmbFrame_t& frame) const {

@@ -5,10 +5,17 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <string>
 
 #include "VimbaC.h"
 
 namespace Simulator {
+
+// What comes back after an unplugging.
+struct Replug {
+  std::string camera;  // its id; empty: that of the camera that was unplugged
+  std::chrono::milliseconds after{};
+};
 
 struct FrameOverride {
   std::optional<VmbFrameStatus_t> status;
@@ -36,6 +43,8 @@ struct FrameOverride {
   std::chrono::milliseconds delay{};
   bool drop = false;
   bool unplug = false;
+  // With `unplug`; none: nothing comes back.
+  std::optional<Replug> replug;
 
   // Takes from `other` the members that have no value here. Delays add up.
   void MergeFrom(const FrameOverride& other);

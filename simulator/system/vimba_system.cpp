@@ -63,12 +63,15 @@ World::World(const Configuration& configuration, const Camera::Surroundings& sur
 void VimbaSystem::SetWorld(const Configuration& configuration) {
   const Camera::Surroundings surroundings{
       [this](const Camera& camera) { return m_faults.ForExposure(camera.Configuration().id); },
-      [this](const Camera& camera, bool plugged) { PresenceChanged(camera, plugged); }};
+      [this](const Camera& camera, bool plugged) { PresenceChanged(camera, plugged); },
+      [this](const Camera& camera, const Replug& replug) { PlugLater(camera, replug); }};
   auto world = NamingFile(configuration.file, [&] { return std::make_shared<World>(configuration, surroundings); });
   m_faults.Clear();
   m_faults.Add(configuration.faults);
+  if (!configuration.records_calls) m_record.SetRecording(false);
   const BMutexLock lock(m_mutex);
   m_world = std::move(world);
+  m_to_plug.clear();
 }
 
 void VimbaSystem::Configure(const Configuration& configuration) {
@@ -160,7 +163,8 @@ std::vector<std::shared_ptr<Camera>> VimbaSystem::AllCameras() const {
   return m_world ? m_world->cameras : std::vector<std::shared_ptr<Camera>>{};
 }
 
-std::vector<VmbCameraInfo_t> VimbaSystem::CameraInfos() const {
+std::vector<VmbCameraInfo_t> VimbaSystem::CameraInfos() {
+  PlugWhatIsDue();
   std::vector<VmbCameraInfo_t> infos;
   for (const auto& camera : AllCameras()) {
     if (camera->Plugged()) infos.push_back(InfoOf(*camera));
@@ -168,7 +172,8 @@ std::vector<VmbCameraInfo_t> VimbaSystem::CameraInfos() const {
   return infos;
 }
 
-std::optional<VmbCameraInfo_t> VimbaSystem::CameraInfo(const char* name) const {
+std::optional<VmbCameraInfo_t> VimbaSystem::CameraInfo(const char* name) {
+  PlugWhatIsDue();
   const std::shared_ptr<Camera> camera = FindCamera(name);
   if (!camera || !camera->Plugged()) return std::nullopt;
   return InfoOf(*camera);
@@ -176,12 +181,17 @@ std::optional<VmbCameraInfo_t> VimbaSystem::CameraInfo(const char* name) const {
 
 std::shared_ptr<Camera> VimbaSystem::FindCamera(std::string_view name) const {
   const auto cameras = AllCameras();
-  const auto found =
-      std::find_if(cameras.begin(), cameras.end(), [&](const auto& camera) { return camera->IsCalled(name); });
-  return found == cameras.end() ? nullptr : *found;
+  std::shared_ptr<Camera> absent;
+  for (const std::shared_ptr<Camera>& camera : cameras) {
+    if (!camera->IsCalled(name)) continue;
+    if (camera->Plugged()) return camera;
+    if (!absent) absent = camera;
+  }
+  return absent;
 }
 
 VmbError_t VimbaSystem::Open(const char* name, VmbAccessMode_t access, VmbHandle_t& handle) {
+  PlugWhatIsDue();
   const std::shared_ptr<Camera> camera = FindCamera(name);
   if (!camera || !camera->Plugged()) return VmbErrorNotFound;
   VmbHandle_t fresh = nullptr;
@@ -244,6 +254,26 @@ VmbError_t VimbaSystem::Watch(VmbHandle_t handle, const char* feature, VmbInvali
   if (!session) return VmbErrorBadHandle;
   if (const VmbError_t error = session->Alive()) return error;
   return session->Device().Watch(handle, feature, callback, context, notifier);
+}
+
+void VimbaSystem::PlugLater(const Camera& camera, const Replug& replug) {
+  const std::string& returns = replug.camera.empty() ? camera.Configuration().id : replug.camera;
+  const BMutexLock lock(m_mutex);
+  m_to_plug.push_back({Clock::now() + replug.after, returns});
+}
+
+void VimbaSystem::PlugWhatIsDue() {
+  std::vector<ToPlug> due;
+  {
+    const BMutexLock lock(m_mutex);
+    const auto is_later = [now = Clock::now()](const ToPlug& one) { return one.due > now; };
+    const auto first_due = std::partition(m_to_plug.begin(), m_to_plug.end(), is_later);
+    due.assign(first_due, m_to_plug.end());
+    m_to_plug.erase(first_due, m_to_plug.end());
+  }
+  for (const ToPlug& one : due) {
+    if (const std::shared_ptr<Camera> camera = FindCamera(one.camera)) camera->Plug();
+  }
 }
 
 void VimbaSystem::PresenceChanged(const Camera& camera, bool plugged) {

@@ -65,11 +65,14 @@ class VimbaSystem {
   void Shutdown();
   bool Started() const { return m_startups != 0; }
 
+  // Plugs in what a fault has unplugged for a time that is over. It happens when somebody looks for cameras, so that
+  // it needs no thread, which nothing would end.
+  void PlugWhatIsDue();
   // What callers see of the cameras that are plugged in. The texts are the cameras'.
-  std::vector<VmbCameraInfo_t> CameraInfos() const;
-  std::optional<VmbCameraInfo_t> CameraInfo(const char* name) const;
+  std::vector<VmbCameraInfo_t> CameraInfos();
+  std::optional<VmbCameraInfo_t> CameraInfo(const char* name);
   std::vector<std::shared_ptr<Camera>> AllCameras() const;
-  // Plugged in or not, by any of its names; null when there is none.
+  // By any of its names; null when there is none. Of several the first one that is plugged in, else the first.
   std::shared_ptr<Camera> FindCamera(std::string_view name) const;
 
   VmbError_t Open(const char* name, VmbAccessMode_t access, VmbHandle_t& handle);
@@ -121,6 +124,7 @@ class VimbaSystem {
   std::vector<std::shared_ptr<Session>> Sessions() const;
   void SetWorld(const Configuration& configuration) KEL_REQUIRES(m_lifecycle);
   void PresenceChanged(const Camera& camera, bool plugged);
+  void PlugLater(const Camera& camera, const Replug& replug);
 
   Faults m_faults;
   CallRecord m_record;
@@ -129,11 +133,17 @@ class VimbaSystem {
   std::atomic<int> m_startups{0};
   std::atomic<bool> m_reported{false};
 
+  struct ToPlug {
+    Clock::time_point due;
+    std::string camera;
+  };
+
   mutable BMutex m_mutex;
   std::shared_ptr<World> m_world KEL_GUARDED_BY(m_mutex);
   std::shared_ptr<Notifier> m_notifier KEL_GUARDED_BY(m_mutex);
   std::shared_ptr<SystemFeatures> m_features KEL_GUARDED_BY(m_mutex);
   VimbaLibrary::HandleTable<Session> m_sessions KEL_GUARDED_BY(m_mutex);
+  std::vector<ToPlug> m_to_plug KEL_GUARDED_BY(m_mutex);
 };
 
 }  // namespace Simulator

@@ -2,7 +2,9 @@
 // What a user of an unknown camera sees: kelcam, told by name which library to take.
 #include "kelcam_test.h"
 
+#include <optional>
 #include <regex>
+#include <thread>
 
 #include "bridge/picture_check.h"
 #include "bridge/wire_camera.h"
@@ -138,6 +140,53 @@ TEST_F(WireKelcam, RunsTheCameraAndCountsItsFrames) {
   // It sends 25 a second. A busy machine may make it slower.
   EXPECT_GE(std::stoi(words[1]), 10);
   EXPECT_LE(std::stoi(words[1]), 55);
+}
+
+struct SwitchedWireKelcam : WireKelcam {
+  static constexpr std::size_t kFrames = 3;
+
+  // Whether so many frames come after the last return, or after the beginning where there was none.
+  bool AwaitFrames() const {
+    const auto deadline = std::chrono::steady_clock::now() + Process::kTimeout;
+    while (std::chrono::steady_clock::now() < deadline) {
+      const std::string log = Text("log.txt");
+      const std::size_t returned = log.rfind(": returned after ");
+      std::size_t frames = 0;
+      for (std::size_t at = returned == std::string::npos ? 0 : returned; frames < kFrames; ++frames) {
+        at = log.find(" FrameStatusComplete ", at + 1);
+        if (at == std::string::npos) break;
+      }
+      if (frames == kFrames) return true;
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    return false;
+  }
+};
+
+// Each time it is a new process with the address and the serial number of the one before.
+TEST_F(SwitchedWireKelcam, FindsACameraAgainThatIsSwitchedOffAndOnTenTimes) {
+  constexpr std::size_t kTimes = 10;
+  std::optional<RunningCamera> camera(std::in_place);
+  Process live = Start({"--vimbac", "aravis", "--log", In("log.txt"), "-q", "--json", "live", "--profile", SmallArea(),
+                        "--reconnect", "--reconnect-pause", "0.5", "--timeout", "1000"});
+  ASSERT_TRUE(AwaitFrames());
+  for (std::size_t time = 1; time <= kTimes; ++time) {
+    camera->Kill();
+    ASSERT_TRUE(live.WaitForErrors(": camera lost: ", time)) << time;
+    camera.reset();
+    camera.emplace();
+    ASSERT_TRUE(live.WaitForErrors(": returned after ", time)) << time;
+    ASSERT_TRUE(AwaitFrames()) << time;
+  }
+
+  live.Interrupt();
+  const ProcessResult result = live.Wait();
+
+  const nlohmann::json total = nlohmann::json::parse(result.out);
+  EXPECT_EQ(total["losses"], kTimes);
+  EXPECT_GE(total["frames"], kFrames * kTimes);
+  EXPECT_FALSE(total.contains("error"));
+  EXPECT_EQ(result.exit_code, kInterrupted);
 }
 
 }  // namespace

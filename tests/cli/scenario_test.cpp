@@ -24,13 +24,14 @@ Lines NamesIn(const nlohmann::json& scenarios) {
   return names;
 }
 
-TEST_F(Scenarios, TwelveAreListedWithWhatTheyAreFor) {
+TEST_F(Scenarios, ThirteenAreListedWithWhatTheyAreFor) {
   const ProcessResult list = KelcamTest::Kelcam({"--simulated=list"});
   const auto scenarios = Document({"--simulated=list"})["scenarios"];
 
-  EXPECT_THAT(NamesIn(scenarios), ElementsAre("background-traffic", "dead-cable", "hostile-texts", "in-use",
-                                              "lost-packets", "many-cameras", "no-clock", "odd-bayer-order",
-                                              "shared-link", "slow-camera", "trigger-never-done", "unplugged"));
+  EXPECT_THAT(NamesIn(scenarios),
+              ElementsAre("background-traffic", "dead-cable", "hostile-texts", "in-use", "loose-plug", "lost-packets",
+                          "many-cameras", "no-clock", "odd-bayer-order", "shared-link", "slow-camera",
+                          "trigger-never-done", "unplugged"));
   for (const auto& scenario : scenarios) {
     const std::string description = scenario["description"];
     EXPECT_FALSE(description.empty()) << scenario;
@@ -41,9 +42,10 @@ TEST_F(Scenarios, TwelveAreListedWithWhatTheyAreFor) {
 
 TEST_F(Scenarios, EachOfThemListsItsCameras) {
   const std::map<std::string, std::size_t> cameras{
-      {"background-traffic", 2}, {"dead-cable", 2},    {"hostile-texts", 5},      {"in-use", 3},
-      {"lost-packets", 3},       {"many-cameras", 16}, {"no-clock", 1},           {"odd-bayer-order", 3},
-      {"shared-link", 2},        {"slow-camera", 1},   {"trigger-never-done", 1}, {"unplugged", 3}};
+      {"background-traffic", 2}, {"dead-cable", 2},   {"hostile-texts", 5}, {"in-use", 3},
+      {"loose-plug", 2},         {"lost-packets", 3}, {"many-cameras", 16}, {"no-clock", 1},
+      {"odd-bayer-order", 3},    {"shared-link", 2},  {"slow-camera", 1},   {"trigger-never-done", 1},
+      {"unplugged", 3}};
   for (const auto& [name, count] : cameras) EXPECT_EQ(Cameras("--simulated=" + name).size(), count) << name;
 }
 

@@ -13,6 +13,7 @@ import json
 import os
 import pathlib
 import re
+import signal
 import subprocess
 import tempfile
 import unittest
@@ -22,7 +23,7 @@ import jsonschema
 options = argparse.Namespace()
 SCHEMA = "apps/kelcam/kelcam-output.schema.json"
 DEADLINE_S = 120
-DONE, FAILED = 0, 1
+DONE, FAILED, INTERRUPTED = 0, 1, 130
 
 SMALL = [{"like": f"DEV_{id}", "sensor": {"width": 616, "height": 514}} for id in ("000F31034C65", "000F31034C66")]
 INCOMPLETE, TIMEOUT = -1, -12
@@ -31,6 +32,10 @@ ALL_FRAMES_INVALID = {"faults": [{"frame": 0, "status": -3, "count": 0}]}
 NO_TRANSPORT_LAYER = {"system": {"geVTLIsPresent": False}}
 NO_ADDRESS = {"faults": [{"call": "VmbCameraOpen", "error": -6, "count": 0}]}
 UNPLUGGED = {"faults": [{"unplugAtFrame": 1}]}
+# The camera at an address goes, and another one with this address comes back.
+SPARE = {"id": "DEV_2", "serial": "2", "plugged": False}
+PLACE = [{**SMALL[0], "ip": "10.0.0.1"}, {**SMALL[0], "ip": "10.0.0.1", **SPARE}]
+REPLACED = {"cameras": PLACE, "faults": [{"unplugAtFrame": 1, "plugAfter_ms": 1500, "plug": "DEV_2"}]}
 INSTANT = {"timing": "instant"}
 DOES_NOT_START = {"faults": [{"call": "VmbFeatureCommandRun", "feature": "AcquisitionStart", "error": TIMEOUT}]}
 NOTHING_STARTS = {"faults": [{**DOES_NOT_START["faults"][0], "count": 0}]}
@@ -73,13 +78,18 @@ CASES = [
     ("live --profile mono.ini --seconds 1.5", ALL_FRAMES_INVALID, FAILED, "live"),
     ("live --profile mono.ini --timeout 500 --retries 1", UNPLUGGED, FAILED, "live"),
     ("live --profile mono.ini --seconds 1", DOES_NOT_START, FAILED, "live"),
+    ("live --profile address.ini --seconds 3 --timeout 300 --reconnect", REPLACED, FAILED, "liveWithLoss"),
+    ("snap --profile address.ini -n 4 --timeout 300 --keep-going --reconnect -o %d.png", REPLACED, FAILED, "snap"),
     ("live --profile no-such.ini", {}, FAILED, "liveError"),
+    ("view --camera 1 --port 0", {}, INTERRUPTED, "viewListening"),
+    ("view --camera 17 --port 0", {}, FAILED, "liveError"),
     ("profile new --camera 1 -o new.ini", {}, DONE, "profileNew"),
     ("profile new --camera 1 -o mono.ini", {}, FAILED, "error"),
     ("profile check mono.ini", {}, DONE, "profileCheck"),
     ("profile check wrong.ini", {}, FAILED, "profileCheck"),
     ("profile check no-such.ini", {}, FAILED, "error"),
 ]
+ADDRESS_PROFILE = "API = Vimba\nInit.Method = IP\nIP = 10.0.0.1\n"
 WRONG_PROFILE = "Init.Method = Serial\nSHUTER = 10\nAOIX = seven\n"
 
 
@@ -92,16 +102,27 @@ class Run:
             for profile in ("mono", "colour"):
                 text = (options.source / f"apps/kelcam/profiles/{profile}.ini").read_bytes()
                 (folder / f"{profile}.ini").write_bytes(text)
+            (folder / "address.ini").write_text(ADDRESS_PROFILE, encoding="utf-8")
             (folder / "wrong.ini").write_text(WRONG_PROFILE, encoding="utf-8")
             (folder / "cameras.json").write_text(json.dumps({"cameras": SMALL, **cameras}), encoding="utf-8")
-            done = subprocess.run(
-                [options.kelcam.resolve(), "--json", *arguments.split()], cwd=folder, timeout=DEADLINE_S, check=False,
-                env={**os.environ, "VIMBA_SIM_CONFIG": "cameras.json"}, capture_output=True, encoding="utf-8")  # fmt: skip
-        self.out, self.err, self.exit_code = done.stdout, done.stderr, done.returncode
+            process = subprocess.Popen(
+                [options.kelcam.resolve(), "--json", *arguments.split()], cwd=folder, stdout=subprocess.PIPE,
+                env={**os.environ, "VIMBA_SIM_CONFIG": "cameras.json"}, stderr=subprocess.PIPE, encoding="utf-8")  # fmt: skip
+            line = ""
+            if arguments.startswith("view"):
+                # It runs until it is interrupted.
+                line = process.stdout.readline()
+                process.send_signal(signal.SIGINT)
+            out, self.err = process.communicate(timeout=DEADLINE_S)
+        self.out, self.exit_code = line + out, process.returncode
 
 
-def kinds_of(kind, count):
+def kinds_of(kind, documents):
     """The part of the schema for each document."""
+    count = len(documents)
+    if kind == "liveWithLoss":
+        parts = {"lost": "lost", "returned": "returned", "second": "liveSecond"}
+        return [parts.get(document["event"], "no line before the last") for document in documents[:-1]] + ["liveTotal"]
     last = {"live": ["liveTotal"], "liveOfTwo": ["liveTotal"] * 2, "liveWithoutSecond": ["liveTotal", "liveError"]}
     return ["liveSecond"] * (count - len(last[kind])) + last[kind] if kind in last else [kind] * count
 
@@ -153,7 +174,7 @@ class Output(unittest.TestCase):
                 documents = [json.loads(line) for line in run.out.splitlines()]
             else:
                 documents = [json.loads(run.out)] if run.out else []
-            cls.outputs += zip(kinds_of(kind, len(documents)), documents)
+            cls.outputs += zip(kinds_of(kind, documents), documents)
 
     def part(self, kind):
         return jsonschema.Draft202012Validator({"$ref": f"#/$defs/{kind}", "$defs": self.schema["$defs"]})

@@ -167,7 +167,7 @@ class DebianPackage(unittest.TestCase):
         self.assertTrue(text.startswith("Format: https://www.debian.org/doc/packaging-manuals/copyright-format/1.0/\n"))
         self.assertIn("No licence has been granted yet", text)
         for component, holder in {"CLI11": "University of Cincinnati", "JSON for Modern C++": "Niels Lohmann",
-                                  "Highway": "Google", "stb": "Sean Barrett"}.items():  # fmt: skip
+                                  "Highway": "Google", "Boost": "Boost project contributors", "stb": "Sean Barrett"}.items():  # fmt: skip
             stanza = next(block for block in text.split("\n\n") if f"Comment: {component} (" in block)
             self.assertIn(holder, stanza)
             for licence in re.findall(r"^License: (.*)$", stanza, re.M)[0].split(" or "):

@@ -16,8 +16,8 @@ from packages import options, packages, run
 
 ENDINGS = {"linux": ("tar.gz", "deb"), "windows": ("zip",)}
 SHIPPED_THIRD_PARTY = {
-    "linux": ["CLI11", "JSON for Modern C++", "Highway", "stb"],
-    "windows": ["CLI11", "JSON for Modern C++", "Highway", "stb", "GCC", "MinGW-w64"],
+    "linux": ["CLI11", "JSON for Modern C++", "Highway", "Boost", "stb"],
+    "windows": ["CLI11", "JSON for Modern C++", "Highway", "Boost", "stb", "GCC", "MinGW-w64"],
 }
 # From each of them a host gets at classes that no other one includes.
 ENTRY_HEADERS = {"driver/kel_camera_vimba.h", "bbaseaoi.h", "bcamprofilekeys.h", "bcolorconverter.h", "imagingdevice.h"}

@@ -17,7 +17,7 @@ import unittest
 import jsonschema
 
 options = argparse.Namespace()
-SCENARIOS = 12
+SCENARIOS = 13
 OTHER_TYPES = [None, True, 1.5, "no such word", [], [7], {}, {"nothing": 1}]
 # The parser looks at more than types: a format that a sensor does not have, the same id twice.
 BEYOND_THE_SCHEMA = [
@@ -78,7 +78,8 @@ def with_value(path, value):
         kind = {"done": "call", "error": "call", "effect": "call"}.get(path[2])
         if not {"call", "frame", "unplugAtFrame"} & set(fault):
             is_of_call = kind or path[2] in ("feature", "value", "occurrence", "answer")
-            fault.update({"call": "any"} if is_of_call else {"frame": 0})
+            is_of_plug = path[2] in ("plugAfter_ms", "plug")
+            fault.update({"call": "any"} if is_of_call else {"unplugAtFrame": 0} if is_of_plug else {"frame": 0})
     return value
 
 

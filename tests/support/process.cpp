@@ -11,6 +11,9 @@
 
 #ifdef _WIN32
 #include <windows.h>
+// after it
+#include <psapi.h>
+#include <tlhelp32.h>
 #else
 #include <fcntl.h>
 #include <signal.h>
@@ -19,6 +22,7 @@
 #include <unistd.h>
 
 #include <cstring>
+#include <fstream>
 extern char** environ;  // NOLINT(readability-redundant-declaration): some headers leave it out
 #endif
 
@@ -104,6 +108,28 @@ Child Start(const std::filesystem::path& program, const std::vector<std::string>
 }
 
 bool SendInterrupt(Child) { return false; }
+
+std::size_t ThreadsOf(Child child) {
+  const DWORD id = GetProcessId(child);
+  const HANDLE all = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+  THREADENTRY32 thread{};
+  thread.dwSize = sizeof thread;
+  std::size_t count = 0;
+  for (BOOL found = Thread32First(all, &thread); found; found = Thread32Next(all, &thread)) {
+    if (thread.th32OwnerProcessID == id) ++count;
+  }
+  CloseHandle(all);
+  return count;
+}
+
+ProcessUse UseOf(Child child) {
+  PROCESS_MEMORY_COUNTERS memory{};
+  GetProcessMemoryInfo(child, &memory, sizeof memory);
+  DWORD handles = 0;
+  GetProcessHandleCount(child, &handles);
+  return {memory.WorkingSetSize, ThreadsOf(child), handles};
+}
+
 void Kill(Child child) { TerminateProcess(child, 1); }
 
 int ExitCodeOf(Child child) {
@@ -188,6 +214,21 @@ Child Start(const std::filesystem::path& program, const std::vector<std::string>
   return child;
 }
 
+std::size_t EntriesOf(const std::filesystem::path& folder) {
+  const std::filesystem::directory_iterator entries(folder);
+  return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+}
+
+ProcessUse UseOf(Child child) {
+  const std::filesystem::path folder = "/proc/" + std::to_string(child);
+  std::ifstream file(folder / "statm");
+  std::size_t pages = 0;
+  std::size_t resident_pages = 0;
+  file >> pages >> resident_pages;
+  return {resident_pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)), EntriesOf(folder / "task"),
+          EntriesOf(folder / "fd")};
+}
+
 bool SendSignal(Child child, int number) { return kill(child, number) == 0; }
 bool SendInterrupt(Child child) { return SendSignal(child, SIGINT); }
 void Kill(Child child) { kill(child, SIGKILL); }
@@ -204,6 +245,12 @@ constexpr const char* kProgramEnding = "";
 std::filesystem::path OwnFile() { return std::filesystem::read_symlink("/proc/self/exe"); }
 
 #endif
+
+std::size_t TimesIn(const std::string& output, const std::string& text) {
+  std::size_t times = 0;
+  for (std::size_t at = output.find(text); at != std::string::npos; at = output.find(text, at + text.size())) ++times;
+  return times;
+}
 
 }  // namespace
 
@@ -236,9 +283,9 @@ struct Process::State {
     changed.NotifyAll();
   }
 
-  bool WaitForError(const std::string& text, Clock::time_point deadline) {
+  bool WaitForErrors(const std::string& text, std::size_t count, Clock::time_point deadline) {
     BMutexLock lock(mutex);
-    while (outputs[kErr].find(text) == std::string::npos) {
+    while (TimesIn(outputs[kErr], text) < count) {
       if (open_outputs == 0 || Clock::now() >= deadline) return false;
       changed.WaitUntil(lock, deadline);
     }
@@ -275,8 +322,14 @@ Process::~Process() {
 }
 
 bool Process::WaitForError(const std::string& text, std::chrono::milliseconds timeout) {
-  return m_state->WaitForError(text, State::Clock::now() + timeout);
+  return WaitForErrors(text, 1, timeout);
 }
+
+bool Process::WaitForErrors(const std::string& text, std::size_t count, std::chrono::milliseconds timeout) {
+  return m_state->WaitForErrors(text, count, State::Clock::now() + timeout);
+}
+
+ProcessUse Process::Use() const { return UseOf(m_state->child); }
 
 bool Process::Interrupt() { return SendInterrupt(m_state->child); }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -17,6 +18,13 @@ struct ProcessResult {
   std::string out_bytes;  // out as it came
 };
 
+// What a running program takes at this moment.
+struct ProcessUse {
+  std::size_t resident_bytes = 0;
+  std::size_t threads = 0;
+  std::size_t handles = 0;  // file descriptors, or what the system has for them
+};
+
 // A started program. Texts are UTF-8; its standard input is empty. The destructor ends it if it still runs.
 class Process {
  public:
@@ -29,6 +37,10 @@ class Process {
 
   // Waits until its standard error holds the text; false when the time-out passes or it ends without.
   bool WaitForError(const std::string& text, std::chrono::milliseconds timeout = kTimeout);
+  // The same until it is there so many times.
+  bool WaitForErrors(const std::string& text, std::size_t count, std::chrono::milliseconds timeout = kTimeout);
+  // While it runs.
+  ProcessUse Use() const;
   // What Ctrl-C does; false where the system has no such thing for a process without a console.
   bool Interrupt();
 #if !defined(_WIN32)

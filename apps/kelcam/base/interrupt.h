@@ -14,7 +14,8 @@ int InterruptedExitCode();
 // Ends the program when it was interrupted and no camera is open. For places from which there is no other way out.
 void EndIfInterrupted();
 
-// A camera that is open as long as this lives. The program must close it before it ends.
+// What the program must do before it ends, as long as this lives: close a camera that is open, or report what a run has
+// done whose camera is away.
 class SomethingToClose {
  public:
   SomethingToClose();
@@ -22,7 +23,7 @@ class SomethingToClose {
   SomethingToClose(const SomethingToClose&) = delete;
   SomethingToClose& operator=(const SomethingToClose&) = delete;
 
-  // How many cameras are open. [any thread]
+  // How many of these there are. [any thread]
   static int Count();
 };
 

@@ -66,6 +66,7 @@ void OnRequestToEnd(NoteSignal note) {
 
 const char* const kModuleFileName = "kelCameraVimba.dll";
 const char* const kVimbaFileName = "VimbaC.dll";
+const bool kAddressesNeedReuse = false;
 
 // The C runtime keeps the places of streams that are not there.
 void OpenStandardStreams() {}
@@ -199,6 +200,7 @@ void OnRequestToEnd(NoteSignal note) {
 
 const char* const kModuleFileName = "libkelCameraVimba.so";
 const char* const kVimbaFileName = "libVimbaC.so";
+const bool kAddressesNeedReuse = true;
 
 void OpenStandardStreams() {
   // In this order each gets the lowest free number, its own. Standard output can only be read: a result that nobody

@@ -40,6 +40,10 @@ std::size_t TerminalWidth();
 // Whether the terminal at standard error follows the sequence that moves the cursor to the line above.
 bool TerminalMovesUp();
 
+// Whether a listener must ask for a port whose last listener has just gone. Where it need not, asking would share the
+// port with one that still listens.
+extern const bool kAddressesNeedReuse;
+
 // From now on standard output passes on bytes as they are. Nothing may have been written to it.
 void MakeStandardOutputBinary();
 

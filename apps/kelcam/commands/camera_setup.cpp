@@ -8,17 +8,18 @@
 
 namespace Kelcam {
 
-void SetUpCamera(const Options& options, const CameraSession& camera) {
+void SetUpCamera(const Options& options, const CameraSession& camera, SettingNotices notices) {
+  const bool wants_notices = notices == SettingNotices::kPrinted;
   BImagingDevice& device = camera.Device();
   const CallWatch::Call call(camera.Watch(), Operation::kControls);
-  if (options.color && !device.IsColor()) {
+  if (wants_notices && options.color && !device.IsColor()) {
     std::cerr << "notice: " + camera.Label() + "--color has no effect on a monochrome camera\n";
   }
   if (options.color && !device.SetColorMode(*options.color)) {
     throw Failure(std::string("the camera refused to switch colour mode ") + (*options.color ? "on" : "off"));
   }
   for (const ControlSetting& setting : options.settings) {
-    ApplyControlSetting(setting, device, options.color.value_or(false));
+    ApplyControlSetting(setting, device, options.color.value_or(false), wants_notices);
   }
 }
 

@@ -7,9 +7,11 @@
 
 namespace Kelcam {
 
+enum class SettingNotices { kPrinted, kSilent };
+
 // Colour mode first, then the controls in the order of the command line: switching the mode brings that mode's white
 // balance.
-void SetUpCamera(const Options& options, const CameraSession& camera);
+void SetUpCamera(const Options& options, const CameraSession& camera, SettingNotices notices);
 
 // The kind of picture asked for, else the camera's own.
 BBaseAoi::Kind PictureKind(const Options& options, const BImagingDevice& device);

@@ -14,7 +14,9 @@
 #include "CLI/CLI.hpp"
 #include "base/failure.h"
 #include "base/platform.h"
+#include "base/report.h"
 #include "commands/command_line_checks.h"
+#include "commands/help_texts.h"
 #include "commands/unknown_word.h"
 
 namespace Kelcam {
@@ -40,8 +42,11 @@ struct CommandByOption {
 template <class Value>
 using Choices = std::vector<std::pair<std::string, Value>>;
 
-const std::map<std::string, Command> kCommands = {
-    {"list", Command::kList}, {"info", Command::kInfo}, {"snap", Command::kSnap}, {"live", Command::kLive}};
+const std::map<std::string, Command> kCommands = {{"list", Command::kList},
+                                                  {"info", Command::kInfo},
+                                                  {"snap", Command::kSnap},
+                                                  {"live", Command::kLive},
+                                                  {"view", Command::kView}};
 const std::map<std::string, Command> kProfileCommands = {{"new", Command::kProfileNew},
                                                          {"check", Command::kProfileCheck}};
 const Choices<BBaseAoi::Kind> kKinds = {{"mono", BBaseAoi::eMono8}, {"rgb", BBaseAoi::eRgb}};
@@ -53,35 +58,6 @@ const Choices<PictureFormat> kFormats = {{"png", PictureFormat::kPng},
                                          {"tif", PictureFormat::kTiff}};
 const Choices<TriggerChoice> kTriggers = {
     {"software", TriggerChoice::kSoftware}, {"line", TriggerChoice::kLine}, {"free", TriggerChoice::kFree}};
-
-constexpr const char* kDescription = "kelcam drives a camera through a camera driver module, from the command line.\n";
-
-constexpr const char* kFooter = R"(Examples:
-  kelcam --simulated snap --camera 1 -o picture.png
-  kelcam list --long
-  kelcam info --profile colour.ini
-  kelcam snap --profile colour.ini -o picture.png
-  kelcam snap --profile colour.ini --set exposure=12.5ms --set gain=2x -o bright.png
-  kelcam snap --profile mono.ini -n 10 --mode continuous -o "run/%d.pgm"
-  kelcam snap --profile left.ini --profile right.ini --link -n 10 -o "%c-%d.png"
-  kelcam snap --profile mono.ini -n 1000 --interval 60 --no-clobber -o "%04d-%t.tif"
-  kelcam --log messages.txt live --profile mono.ini --seconds 10
-  kelcam --simulated=lost-packets snap --profile mono.ini -o picture.png
-"kelcam snap --help" has the options of snap, and so on.
-
-A profile is an ini file that says which camera to open and how to set it up. The smallest is
-  API = Vimba
-  Init.Method = Serial
-  Serial.Number = 50-0536953957
-with the serial number at the end of the camera's line in "kelcam list". The driver writes
-the camera's identifiers back to it, so keep one profile per camera. Commented examples are
-in apps/kelcam/profiles of the sources; docs/profile.md has every key.
-
-Results go to standard output, notices and errors to standard error.
-Exit code: 0 done, 1 the camera or an image failed, 2 wrong usage, 130 stopped by Ctrl-C
-(the camera is closed properly; a second Ctrl-C ends the program at once).)";
-
-constexpr const char* kCommandFooter = "\"kelcam --help\" has the global options, examples and what a profile is.";
 
 template <class Value, class Target>
 void AddChoice(CLI::App& app, const std::string& name, Target& target, const Choices<Value>& choices,
@@ -173,6 +149,31 @@ void AddRetriesOption(CLI::App& command, Options& options) {
       ->option_text("N");
 }
 
+// What is wrong with the text of a duration; empty: nothing.
+std::string WhyNotPositive(const std::string& text) {
+  double number = 0.0;
+  const char* const end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, number);
+  const bool is_positive = error == std::errc() && rest == end && std::isfinite(number) && number > 0.0;
+  return is_positive ? std::string() : text + " is not a positive number";
+}
+
+void AddReconnectOptions(CLI::App& command, Options& options, const std::string& remark) {
+  command.add_flag(
+      "--reconnect", options.reconnect,
+      "do not end when the camera is lost: close it, and open and set it\nup again until it answers" + remark);
+  const auto take_pause = [&options](double seconds) {
+    options.longest_pause = std::chrono::duration<double>(seconds);
+  };
+  command
+      .add_option_function<double>("--reconnect-pause", take_pause,
+                                   "the longest pause between two tries to open it again\n(default: " +
+                                       Fixed(options.longest_pause.count(), 0) + ")")
+      ->check(CLI::Validator(WhyNotPositive, {}))
+      ->check(CLI::Range(0.0, kMaxInterval.count()))
+      ->option_text("S");
+}
+
 // What an option that several commands have does in one of them.
 struct ImageTexts {
   const char* kind;
@@ -214,15 +215,6 @@ void AddImageOptions(CLI::App& command, Options& options, std::vector<std::strin
       ->check(CLI::Range(std::uint32_t{0}, std::numeric_limits<std::uint32_t>::max()))
       ->option_text("MS");
   AddRetriesOption(command, options);
-}
-
-// What is wrong with the text of a duration; empty: nothing.
-std::string WhyNotPositive(const std::string& text) {
-  double number = 0.0;
-  const char* const end = text.data() + text.size();
-  const auto [rest, error] = std::from_chars(text.data(), end, number);
-  const bool is_positive = error == std::errc() && rest == end && std::isfinite(number) && number > 0.0;
-  return is_positive ? std::string() : text + " is not a positive number";
 }
 
 void AddPictureOptions(CLI::App& snap, Options& options) {
@@ -268,6 +260,7 @@ void AddSnapCommand(CLI::App& app, Options& options, std::vector<std::string>& s
   AddSeriesOptions(*snap, options);
   AddLinkOption(*snap, options);
   AddImageOptions(*snap, options, settings, kSnapTexts);
+  AddReconnectOptions(*snap, options, ";\nneeds --keep-going");
 }
 
 void AddLiveCommand(CLI::App& app, Options& options, std::vector<std::string>& settings) {
@@ -279,6 +272,23 @@ void AddLiveCommand(CLI::App& app, Options& options, std::vector<std::string>& s
       ->option_text("S");
   AddLinkOption(*live, options);
   AddImageOptions(*live, options, settings, kLiveTexts);
+  AddReconnectOptions(*live, options, "");
+}
+
+void AddViewCommand(CLI::App& app, Options& options, std::vector<std::string>& settings) {
+  CLI::App* view = app.add_subcommand("view", "show the cameras in the browser, with their controls");
+  AddCameraOptions(*view, options);
+  view->add_option("--port", options.port,
+                   "the port under which the browser finds it; 0: any that is free\n(default: " +
+                       std::to_string(options.port) + ")")
+      ->option_text("N");
+  view->add_option("--listen", options.listen,
+                   "an address of this machine at which other machines are served,\n0.0.0.0 for all of them; the "
+                   "printed address then has a token,\nwithout which nobody is served (default: 127.0.0.1, for this\n"
+                   "machine alone, without a token)")
+      ->option_text("ADDRESS");
+  AddLinkOption(*view, options);
+  AddImageOptions(*view, options, settings, kLiveTexts);
 }
 
 void AddListCommand(CLI::App& app, Options& options) {
@@ -320,6 +330,7 @@ void AddCommands(CLI::App& app, Options& options, std::vector<std::string>& sett
   AddCameraOptions(*app.add_subcommand("info", "print what a camera reports: size, controls, trigger, rates"), options);
   AddSnapCommand(app, options, settings);
   AddLiveCommand(app, options, settings);
+  AddViewCommand(app, options, settings);
   AddProfileCommands(app, options);
 }
 

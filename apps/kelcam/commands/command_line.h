@@ -3,6 +3,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <variant>
@@ -16,7 +17,7 @@
 
 namespace Kelcam {
 
-enum class Command { kVersion, kScenarios, kList, kInfo, kSnap, kLive, kProfileNew, kProfileCheck };
+enum class Command { kVersion, kScenarios, kList, kInfo, kSnap, kLive, kView, kProfileNew, kProfileCheck };
 enum class SnapMode { kSingle, kContinuous };
 
 struct Options {
@@ -30,7 +31,7 @@ struct Options {
   std::string vimbac_folder;
   std::optional<std::string> simulated;  // a scenario; empty: the built-in cameras, or those of VIMBA_SIM_CONFIG
 
-  // info, snap, live: in the order of the command line
+  // info, snap, live, view: in the order of the command line
   std::vector<CameraChoice> cameras;
 
   // profile new: the word that names its camera, and the file to write
@@ -43,15 +44,17 @@ struct Options {
   bool long_list = false;
   std::optional<std::chrono::duration<double>> wait;  // for a camera; none: not at all
 
-  // snap, live
+  // snap, live, view
   std::chrono::milliseconds timeout{5000};
   std::optional<BBaseAoi::Kind> kind;  // none: as the camera is
   std::optional<bool> color;           // none: as the camera is
   std::string area_text;
   std::vector<ControlSetting> settings;
   std::optional<TriggerChoice> trigger;
-  int lost_after = 3;  // failures in a row of a camera that seems to be gone
-  bool link = false;   // the cameras become bandwidth partners
+  int lost_after = 3;                                // failures in a row of a camera that seems to be gone
+  bool link = false;                                 // the cameras become bandwidth partners
+  bool reconnect = false;                            // a lost camera is opened again until it answers
+  std::chrono::duration<double> longest_pause{5.0};  // between two tries of it
 
   // snap
   int images = 1;
@@ -68,6 +71,10 @@ struct Options {
 
   // live
   std::optional<std::chrono::duration<double>> duration;  // none: until Ctrl-C
+
+  // view
+  std::uint16_t port = 8480;          // 0: any that is free
+  std::optional<std::string> listen;  // an address; none: this machine's own, for itself alone
 };
 
 // Whether pictures go to standard output, which then has nothing else.

@@ -13,8 +13,8 @@ namespace {
 // How a command gets its cameras and its library.
 void CheckCameras(Options& options) {
   if (options.simulated && !options.vimbac_folder.empty()) throw UsageError("--simulated excludes --vimbac");
-  const bool has_camera =
-      options.command == Command::kInfo || options.command == Command::kSnap || options.command == Command::kLive;
+  const bool has_camera = options.command == Command::kInfo || options.command == Command::kSnap ||
+                          options.command == Command::kLive || options.command == Command::kView;
   const auto is_empty = [](const CameraChoice& choice) { return choice.Name().empty(); };
   if (has_camera && std::all_of(options.cameras.begin(), options.cameras.end(), is_empty)) {
     throw UsageError("--profile or --camera is required");
@@ -50,6 +50,9 @@ void CheckSnap(Options& options) {
   const FilePattern pattern(options.pattern, options.format, options.images);
   if (options.keep_going && options.fail_fast) {
     throw UsageError("--keep-going and --fail-fast: a failure ends the run or it does not");
+  }
+  if (options.reconnect && !options.keep_going) {
+    throw UsageError("--reconnect: snap goes on after a loss with --keep-going alone; give both");
   }
   if (options.interval && IsTimedByCamera(options)) {
     throw UsageError("--interval: a continuous run needs --trigger software for it");

@@ -15,6 +15,7 @@ ExitCode RunList(const Options& options, const Module& module, MessageLog& log);
 ExitCode RunInfo(const Options& options, const Module& module, MessageLog& log);
 ExitCode RunSnap(const Options& options, const Module& module, MessageLog& log);
 ExitCode RunLive(const Options& options, const Module& module, MessageLog& log);
+ExitCode RunView(const Options& options, const Module& module, MessageLog& log);
 ExitCode RunProfileNew(const Options& options, const Module& module, MessageLog& log);
 ExitCode RunProfileCheck(const Options& options);
 

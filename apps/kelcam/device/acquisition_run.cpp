@@ -61,10 +61,10 @@ AcquisitionRun::AcquisitionRun(const CameraSession& camera, bool one_shot, Trigg
 
 AcquisitionRun::~AcquisitionRun() { std::ignore = Stop(); }
 
-std::optional<Fault> AcquisitionRun::Snap(BBaseAoi& area, std::chrono::milliseconds timeout) {
+std::optional<Fault> AcquisitionRun::Snap(BBaseAoi& area, std::chrono::milliseconds timeout, Firing firing) {
   std::optional<Fault> fault = FaultIn([&]() -> std::optional<Fault> {
     UntouchedPicture untouched(area, SizeOfPicture(m_device, area));
-    Fire();
+    if (firing == Firing::kDue) Fire();
     const CallWatch::Call call(m_camera.Watch(), m_one_shot ? Operation::kSingleSnap : Operation::kSnap, timeout);
     const BError error = m_device.Snap(&area, static_cast<std::uint32_t>(timeout.count()));
     return error.IsError() ? std::optional(FaultOf(error)) : untouched.FaultAfterSnap();

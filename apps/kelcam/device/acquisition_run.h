@@ -24,8 +24,10 @@ class AcquisitionRun {
 
   // Why the start failed; nothing can be snapped then.
   const std::optional<Fault>& StartFault() const { return m_start_fault; }
+  // Whether a snap starts an image, where that is up to the host, or waits for one that an earlier snap has started.
+  enum class Firing { kDue, kDone };
   // A picture that the driver did not write is a fault, too.
-  std::optional<Fault> Snap(BBaseAoi& area, std::chrono::milliseconds timeout);
+  std::optional<Fault> Snap(BBaseAoi& area, std::chrono::milliseconds timeout, Firing firing = Firing::kDue);
   std::optional<Fault> Stop();
 
  private:

@@ -27,7 +27,7 @@ void CameraGroup::Try(Member& member, const Open& open) {
   std::string label;
   try {
     member.run = open(member.choice);
-    label = member.run->Session().Label();
+    label = member.run->Label();
     member.name = member.run->Session().Identifier();
     member.run->SetUp();
   } catch (...) {
@@ -53,6 +53,9 @@ void CameraGroup::Link() {
   const std::vector<const CameraSession*> cameras = OpenCameras();
   if (cameras.size() > 1) {
     m_link.emplace(cameras);
+    for (const Member& member : m_members) {
+      if (member.run) member.run->ShareLink(*m_link);
+    }
   } else if (!Interrupted()) {
     std::cerr << "notice: --link: fewer than two cameras are open, so there are no partners\n";
   }
@@ -70,7 +73,7 @@ void CameraGroup::Run(Member& member) {
   try {
     member.run->Run();
   } catch (...) {
-    member.NoteFault(member.run->Session().Label());
+    member.NoteFault(member.run->Label());
   }
 }
 

@@ -19,6 +19,8 @@ class CameraPresence {
 
   // Asks the camera, so it must not be asked for each image.
   bool LooksGone();
+  // Whether the library has reported it missing by the last time it was asked.
+  bool IsReportedMissing() const { return m_reported_missing; }
 
  private:
   void ReadReports();
@@ -39,6 +41,8 @@ class LostCamera {
   // After each image: whether it failed, and then whether the camera looks gone. True: the camera is lost.
   bool IsLostAfter(bool failed_and_gone);
   Fault AsFault() const;
+  // Another opening begins.
+  void Reset() { m_failures = 0; }
 
  private:
   const int m_failures_allowed;

@@ -17,30 +17,26 @@
 namespace Kelcam {
 
 CameraSession::CameraSession(const Module& module, MessageLog& log, const CameraChoice& choice)
-    : CameraSession(module, log, ProfileOf(choice, module), choice.Title(), choice.LabelBeforeOpening()) {}
+    : CameraSession(std::make_shared<CameraSource>(SourceOf(module, log, choice)), Inquiry::kEverywhere) {}
 
 CameraSession::CameraSession(const Module& module, MessageLog& log, BSmartRef<BCamProfile> profile,
                              const std::string& title)
-    : CameraSession(module, log, std::move(profile), title, {}) {}
+    : CameraSession(std::make_shared<CameraSource>(CameraSource{module, log, std::move(profile), title, {}}),
+                    Inquiry::kEverywhere) {}
 
-CameraSession::CameraSession(const Module& module, MessageLog& log, BSmartRef<BCamProfile> profile,
-                             const std::string& title, const std::string& label_before_opening)
-    : m_module(module),
-      m_messages(log),
-      m_profile(std::move(profile)),
-      m_label(label_before_opening),
-      m_watch(m_messages.Memory()) {
+CameraSession::CameraSession(std::shared_ptr<CameraSource> source, Inquiry inquiry)
+    : m_source(std::move(source)), m_messages(m_source->log), m_label(m_source->label), m_watch(m_messages.Memory()) {
   m_watch.SetLabel(m_label);
   const std::uint64_t first_message = Messages().Count();
   m_device = Open();
   PrintComplaints();
-  if (!m_device) throw WhyNotOpened(title, first_message);
+  if (!m_device) throw WhyNotOpened(inquiry, first_message);
   m_open.emplace();
   m_identifier = Utf8(WString(m_device->Name()));
   if (!m_label.empty()) TakeName();
   const CallWatch::Call call(m_watch, Operation::kControls);
   WString id;
-  m_profile->ReadString(CamProfileKey::kCameraIdentifier, id);
+  m_source->profile->ReadString(CamProfileKey::kCameraIdentifier, id);
   m_presence = std::make_unique<CameraPresence>(*m_device, Messages(), Utf8(id));
 }
 
@@ -53,7 +49,7 @@ void CameraSession::TakeName() {
 BImagingDevice* CameraSession::Open() {
   const CallWatch::Call call(m_watch, Operation::kOpening);
   try {
-    return m_module.Create(m_profile);
+    return m_source->module.Create(m_source->profile);
   } catch (const BError& error) {
     Fault fault = FaultOf(error);
     fault.reason = ExplainOpeningError(fault.code);
@@ -61,12 +57,13 @@ BImagingDevice* CameraSession::Open() {
   }
 }
 
-Failure CameraSession::WhyNotOpened(const std::string& title, std::uint64_t first_message) const {
-  OpeningEvidence evidence{.lines = LinesOf(Messages().MessagesSince(first_message)), .profile = FactsOf(*m_profile)};
+Failure CameraSession::WhyNotOpened(Inquiry inquiry, std::uint64_t first_message) const {
+  OpeningEvidence evidence{.lines = LinesOf(Messages().MessagesSince(first_message)),
+                           .profile = FactsOf(*m_source->profile)};
   // The camera system went with the opening, and is started again for this.
-  if (evidence.IsWithoutCamera() && !Interrupted()) {
-    evidence.attached = AttachedCameras(m_module, m_watch);
-    const auto& vimba = m_module.Vimba();
+  if (inquiry == Inquiry::kEverywhere && evidence.IsWithoutCamera() && !Interrupted()) {
+    evidence.attached = AttachedCameras(m_source->module, m_watch);
+    const auto& vimba = m_source->module.Vimba();
     // The driver tries the address after the id.
     if (vimba && evidence.HasTriedAddress()) {
       evidence.at_address = AskForCamera(evidence.profile.address, *vimba);
@@ -74,13 +71,13 @@ Failure CameraSession::WhyNotOpened(const std::string& title, std::uint64_t firs
       evidence.with_id = AskForCamera(evidence.profile.camera_id, *vimba);
     }
   }
-  return Failure(OpeningFault(title + " cannot be opened", evidence, Messages()));
+  return Failure(OpeningFault(m_source->title + " cannot be opened", evidence, Messages()));
 }
 
 CameraSession::~CameraSession() {
   {
     const CallWatch::Call call(m_watch, Operation::kClosing);
-    m_module.Release(m_device);
+    m_source->module.Release(m_device);
   }
   PrintComplaints();
 }
@@ -91,9 +88,9 @@ bool CameraSession::LooksGone() const {
 }
 
 void CameraSession::PrintComplaints() {
-  const std::vector<WString>& complaints = m_profile->Complaints();
-  for (; m_complaints_printed < complaints.size(); ++m_complaints_printed) {
-    std::cerr << "notice: " + m_label + Utf8(complaints[m_complaints_printed]) + "\n";
+  const std::vector<WString>& complaints = m_source->profile->Complaints();
+  for (; m_source->complaints_printed < complaints.size(); ++m_source->complaints_printed) {
+    std::cerr << "notice: " + m_label + Utf8(complaints[m_source->complaints_printed]) + "\n";
   }
 }
 

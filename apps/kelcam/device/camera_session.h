@@ -12,6 +12,7 @@
 #include "base/interrupt.h"
 #include "device/camera_choice.h"
 #include "device/camera_presence.h"
+#include "device/camera_source.h"
 #include "library/module.h"
 #include "messages/call_watch.h"
 #include "messages/camera_messages.h"
@@ -25,6 +26,10 @@ class CameraSession {
   CameraSession(const Module& module, MessageLog& log, const CameraChoice& choice);
   // Of this profile; the title names the camera in the failure.
   CameraSession(const Module& module, MessageLog& log, BSmartRef<BCamProfile> profile, const std::string& title);
+  // Whether the reason of a failure may be asked for: the camera system is started again for this.
+  enum class Inquiry { kDriverOnly, kEverywhere };
+  // Of this source: with that of an earlier session it is the same camera once more. Throws Failure.
+  explicit CameraSession(std::shared_ptr<CameraSource> source, Inquiry inquiry = Inquiry::kDriverOnly);
   ~CameraSession();
   CameraSession(const CameraSession&) = delete;
   CameraSession& operator=(const CameraSession&) = delete;
@@ -36,7 +41,11 @@ class CameraSession {
   CallWatch& Watch() const { return m_watch; }
   // Whether the camera does not answer any more. Asks it, so not for each image.
   bool LooksGone() const;
-  const BCamProfile& Profile() const { return *m_profile; }
+  // Whether the library had reported it missing when that was last asked.
+  bool IsReportedMissing() const { return m_presence->IsReportedMissing(); }
+  const BCamProfile& Profile() const { return *m_source->profile; }
+  // For another session, after the end of this one.
+  const std::shared_ptr<CameraSource>& Source() const { return m_source; }
 
   // The camera's identifier, as the driver has it.
   const std::string& Identifier() const { return m_identifier; }
@@ -46,21 +55,16 @@ class CameraSession {
   std::string IdentifierInMessages() const { return m_label.empty() ? std::string() : m_identifier; }
 
  private:
-  CameraSession(const Module& module, MessageLog& log, BSmartRef<BCamProfile> profile, const std::string& title,
-                const std::string& label_before_opening);
-
   BImagingDevice* Open();
   // One of several is named in what is printed about it, and hears what is about itself.
   void TakeName();
   // Says what the driver's messages and the profile show of the reason.
-  Failure WhyNotOpened(const std::string& title, std::uint64_t first_message) const;
+  Failure WhyNotOpened(Inquiry inquiry, std::uint64_t first_message) const;
   // Those that are new, as notices on standard error.
   void PrintComplaints();
 
-  const Module& m_module;
+  const std::shared_ptr<CameraSource> m_source;
   CameraMessages m_messages;
-  BSmartRef<BCamProfile> m_profile;
-  std::size_t m_complaints_printed = 0;
   std::string m_label;
   mutable CallWatch m_watch;
   BImagingDevice* m_device;

@@ -95,9 +95,9 @@ std::string UnitOf(const BImagingDeviceControl& control) {
 namespace {
 
 // Clamps in floating point: a value far outside may not even fit an integer.
-int WithinRange(const ControlSetting& setting, double wanted, int min, int max) {
+int WithinRange(const ControlSetting& setting, double wanted, int min, int max, bool wants_notice) {
   const int value = static_cast<int>(std::clamp(wanted, static_cast<double>(min), static_cast<double>(max)));
-  if (wanted < min || wanted > max) {
+  if (wants_notice && (wanted < min || wanted > max)) {
     std::cerr << "notice: " << setting.control << "=" << setting.text << " is outside the camera's range (" << min
               << " to " << max << " in the control's integer unit); set to " << value << "\n";
   }
@@ -110,7 +110,7 @@ void CheckUnit(const ControlSetting& setting, const std::string& unit) {
                    (unit.empty() ? setting.control + " has none" : "the unit of " + setting.control + " is " + unit));
 }
 
-void ApplyToControl(const ControlSetting& setting, BImagingDeviceControl* control) {
+void ApplyToControl(const ControlSetting& setting, BImagingDeviceControl* control, bool wants_notice) {
   if (!control || !control->IsAvailable()) throw UsageError("this camera has no control \"" + setting.control + "\"");
   CheckUnit(setting, UnitOf(*control));
   int min = 0;
@@ -126,18 +126,18 @@ void ApplyToControl(const ControlSetting& setting, BImagingDeviceControl* contro
              : setting.number > real_max ? max + 1.0
                                          : control->FromRealValue(setting.number);
   }
-  if (!control->SetValue(WithinRange(setting, wanted, min, max))) {
+  if (!control->SetValue(WithinRange(setting, wanted, min, max, wants_notice))) {
     throw Failure("the camera refused " + setting.control + "=" + setting.text);
   }
 }
 
-void ApplyToWhiteBalance(const ControlSetting& setting, BImagingDevice& device, bool color) {
+void ApplyToWhiteBalance(const ControlSetting& setting, BImagingDevice& device, bool color, bool wants_notice) {
   if (!device.HasWhiteBalance()) throw UsageError("this camera has no control \"" + setting.control + "\"");
   CheckUnit(setting, {});
   int min = 0;
   int max = 0;
   std::ignore = device.WhiteBalanceRange(min, max);
-  const int value = WithinRange(setting, setting.number, min, max);
+  const int value = WithinRange(setting, setting.number, min, max, wants_notice);
   const bool done = setting.control == kWhiteBalanceRed ? device.SetWhiteBalanceRed(value, color)
                                                         : device.SetWhiteBalanceBlue(value, color);
   if (!done) throw Failure("the camera refused " + setting.control + "=" + setting.text);
@@ -145,13 +145,13 @@ void ApplyToWhiteBalance(const ControlSetting& setting, BImagingDevice& device, 
 
 }  // namespace
 
-void ApplyControlSetting(const ControlSetting& setting, BImagingDevice& device, bool color) {
+void ApplyControlSetting(const ControlSetting& setting, BImagingDevice& device, bool color, bool wants_notice) {
   if (setting.control == kGain) {
-    ApplyToControl(setting, device.GainControl());
+    ApplyToControl(setting, device.GainControl(), wants_notice);
   } else if (setting.control == kExposure) {
-    ApplyToControl(setting, device.ShutterControl());
+    ApplyToControl(setting, device.ShutterControl(), wants_notice);
   } else {
-    ApplyToWhiteBalance(setting, device, color);
+    ApplyToWhiteBalance(setting, device, color, wants_notice);
   }
 }
 

@@ -31,7 +31,7 @@ ControlSetting ParseControlSetting(const std::string& text);
 // Throws UsageError when the camera has no such control or the unit is not the control's, Failure when the camera
 // refuses the value. A value outside the control's range becomes the nearest one within, with a notice. `color`: a
 // white balance is the one of colour mode.
-void ApplyControlSetting(const ControlSetting& setting, BImagingDevice& device, bool color);
+void ApplyControlSetting(const ControlSetting& setting, BImagingDevice& device, bool color, bool wants_notice = true);
 
 // "ms" for a control whose unit text is "[ms]".
 std::string UnitOf(const BImagingDeviceControl& control);

@@ -5,9 +5,9 @@
 #include <optional>
 
 #include "commands/command_line.h"
+#include "commands/lasting_camera.h"
 #include "device/acquisition_run.h"
 #include "device/camera_run.h"
-#include "device/trigger_setting.h"
 #include "library/module.h"
 #include "live/live_report.h"
 #include "messages/frame_ids.h"
@@ -23,7 +23,9 @@ class LiveCamera : public CameraRun {
   // Ends the report, which reads the camera's frame ids.
   ~LiveCamera() override;
 
-  const CameraSession& Session() const override { return m_camera; }
+  const CameraSession& Session() const override { return m_camera.Session(); }
+  const std::string& Label() const override { return m_camera.Label(); }
+  void ShareLink(BandwidthLink& link) override { m_camera.ShareLink(link); }
   void SetUp() override;
   void Run() override;
   bool HasFailed() const override { return m_place && m_report.HasFailed(*m_place); }
@@ -33,16 +35,21 @@ class LiveCamera : public CameraRun {
 
  private:
   std::int64_t StreamRate() const;
-  void RunUntilOver(AcquisitionRun& run);
+  bool IsOver() const;
+  // Whether it has ended because the camera is lost.
+  bool RunOnce();
+  bool RunUntilOverOrLost(AcquisitionRun& run);
+  // False: it was over before.
+  bool AwaitReturn();
 
   const Options& m_options;
   MessageLog& m_log;
   LiveReport& m_report;
   const TriggerChoice m_trigger;
-  const CameraSession m_camera;
-  std::optional<TriggerSetting> m_trigger_setting;
+  LastingCamera m_camera;
   std::optional<FrameIds> m_ids;
   std::optional<LiveReport::Camera> m_place;
+  bool m_has_started = false;  // what the report counts
 };
 
 }  // namespace Kelcam

@@ -14,8 +14,24 @@ void LiveCount::Start(Clock::time_point now) {
 
 void LiveCount::Stop(Clock::time_point now) {
   if (!m_runs) return;
+  EndAway(now);
   m_total = Total(now);
   m_runs = false;
+}
+
+void LiveCount::StartAway(Clock::time_point now) {
+  ++m_losses;
+  m_away_since = now;
+}
+
+void LiveCount::EndAway(Clock::time_point now) {
+  if (m_away_since) m_away += now - *m_away_since;
+  m_away_since.reset();
+}
+
+std::string LiveCount::LossesText() const {
+  if (m_losses == 0) return {};
+  return ", lost " + Counted(m_losses, "time") + ", away for " + Fixed(m_away.count(), 1) + " s";
 }
 
 void LiveCount::AddFrame() {

@@ -34,6 +34,16 @@ class LiveCount {
   // Whether it is the first of its code and next step.
   bool AddFailure(const Fault& fault);
   void SetLoss(const Fault& fault) { m_loss = fault; }
+  // The camera is lost, and may come back. It is away until it does, or time stops.
+  void StartAway(Clock::time_point now);
+  void EndAway(Clock::time_point now);
+  bool IsAway() const { return m_away_since.has_value(); }
+  LiveFigures::Seconds AwayFor(Clock::time_point now) const { return now - *m_away_since; }
+  // How often that was, and for how long in all.
+  std::uint64_t Losses() const { return m_losses; }
+  LiveFigures::Seconds AwayInAll() const { return m_away; }
+  // ", lost 2 times, away for 12.3 s"; nothing where there was no loss.
+  std::string LossesText() const;
   void SetStreamRate(std::int64_t rate_bytes_per_s) { m_total.stream_rate_bytes_per_s = rate_bytes_per_s; }
 
   // Since the start; after the stop, of all of the run.
@@ -54,6 +64,9 @@ class LiveCount {
   std::map<int, Fault> m_first_of_code;
   std::set<std::pair<int, std::string>> m_reported;  // code and next step
   std::optional<Fault> m_loss;
+  std::optional<Clock::time_point> m_away_since;
+  std::uint64_t m_losses = 0;
+  LiveFigures::Seconds m_away{0.0};
 };
 
 }  // namespace Kelcam

@@ -19,6 +19,11 @@ constexpr std::chrono::milliseconds kProgressInterval{250};
 constexpr std::chrono::seconds kSecond{1};
 
 constexpr const char* kEvent = "event";
+constexpr const char* kAwaySeconds = "awaySeconds";
+
+std::string AwayText(const LiveCount& count, LiveCount::Clock::time_point now) {
+  return count.IsAway() ? ", away for " + Fixed(count.AwayFor(now).count(), 1) + " s" : std::string();
+}
 
 }  // namespace
 
@@ -90,7 +95,7 @@ void LiveReport::Run() {
 
 void LiveReport::ShowProgress(Clock::time_point now) {
   std::vector<std::string> lines;
-  for (const Row& row : m_rows) lines.push_back(row.label + row.count.Total(now).Line());
+  for (const Row& row : m_rows) lines.push_back(row.label + row.count.Total(now).Line() + AwayText(row.count, now));
   m_progress.Show(lines);
 }
 
@@ -112,11 +117,14 @@ void LiveReport::PrintSecond(Row& row, Clock::time_point now) {
     document["time"] = LocalTimeOf(std::chrono::system_clock::now()).Extended();
     document["elapsedSeconds"] = elapsed.count();
     second.AppendTo(document);
+    if (row.count.IsAway()) document[kAwaySeconds] = row.count.AwayFor(now).count();
     PrintLine(document);
     return;
   }
   const std::string frames = Counted(second.frames, "frame");
-  std::cout << Fixed(elapsed.count(), 0) + " s: " + row.label + frames + ", " + second.Rates() + "\n" << std::flush;
+  std::cout << Fixed(elapsed.count(), 0) + " s: " + row.label + frames + ", " + second.Rates() +
+                   AwayText(row.count, now) + "\n"
+            << std::flush;
 }
 
 void LiveReport::AddFrame(Camera camera) {
@@ -135,6 +143,19 @@ void LiveReport::AddLoss(Camera camera, const Fault& fault) {
   Row& row = m_rows.at(camera);
   row.count.SetLoss(fault);
   PrintError(fault.Sentence(row.label) + "\n");
+}
+
+void LiveReport::AddEvent(Camera camera, const CameraEvent& event) {
+  const BMutexLock lock(m_mutex);
+  Row& row = m_rows.at(camera);
+  event.loss ? row.count.StartAway(Clock::now()) : row.count.EndAway(Clock::now());
+  PrintError("notice: " + event.Line() + "\n");
+  if (m_json && m_has_seconds) PrintLine(ToJson(event));
+}
+
+void LiveReport::AddNotice(Camera camera, const std::string& text) {
+  const BMutexLock lock(m_mutex);
+  PrintError("notice: " + m_rows.at(camera).label + text + "\n");
 }
 
 void LiveReport::PrintError(const std::string& text) {
@@ -157,11 +178,13 @@ void LiveReport::PrintTotal(Camera camera) {
   const Row& row = m_rows.at(camera);
   const LiveFigures total = row.count.Total(Clock::now());
   if (!m_json) {
-    std::cout << row.label + total.Line() + "\n";
+    std::cout << row.label + total.Line() + row.count.LossesText() + "\n";
     return;
   }
   Json document = {{kEvent, "total"}, {"camera", row.name}};
   total.AppendTo(document);
+  document["losses"] = row.count.Losses();
+  document[kAwaySeconds] = row.count.AwayInAll().count();
   row.count.AppendErrorsTo(document);
   PrintLine(document);
 }

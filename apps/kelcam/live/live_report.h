@@ -13,6 +13,7 @@
 #include "base/failure.h"
 #include "base/report.h"
 #include "bmutex.h"
+#include "commands/camera_event.h"
 #include "commands/command_line.h"
 #include "live/live_count.h"
 #include "messages/frame_ids.h"
@@ -43,8 +44,11 @@ class LiveReport {
   void AddFrame(Camera camera);
   // Prints the error, if it is the first of its code and next step.
   void AddFailure(Camera camera, const Fault& fault);
-  // Prints that the camera is gone.
+  // Prints that the camera is gone, for good.
   void AddLoss(Camera camera, const Fault& fault);
+  // Prints that the camera went away, or is back. Between the two it is away.
+  void AddEvent(Camera camera, const CameraEvent& event);
+  void AddNotice(Camera camera, const std::string& text);
   void SetStreamRate(Camera camera, std::int64_t rate_bytes_per_s);
   bool HasFailed(Camera camera) const;
   // Nobody reads the lines any more.

@@ -36,14 +36,19 @@ FrameIds::FrameIds(MessageLog& log, std::string identifier) : m_log(log), m_iden
 
 FrameIds::~FrameIds() { m_log.Remove(*this); }
 
+void FrameIds::SetIdentifier(const std::string& identifier) {
+  const BMutexLock lock(m_mutex);
+  m_identifier = identifier;
+}
+
 void FrameIds::OnMessage(const std::string& message) {
+  const BMutexLock lock(m_mutex);
   if (!IsAbout(message, m_identifier)) return;
   if (const std::optional<std::uint64_t> id = IdIn(message)) Note(*id);
 }
 
 // Frames of a camera arrive in their order, so a lower id begins a new count.
 void FrameIds::Note(std::uint64_t id) {
-  const BMutexLock lock(m_mutex);
   const std::uint64_t missing = m_last && id > *m_last ? id - *m_last - 1 : 0;
   m_missing += std::min(missing, std::numeric_limits<std::uint64_t>::max() - m_missing);
   m_last = id;

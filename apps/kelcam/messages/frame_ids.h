@@ -22,17 +22,19 @@ class FrameIds final : public MessageListener {
   FrameIds(const FrameIds&) = delete;
   FrameIds& operator=(const FrameIds&) = delete;
 
+  // From now on the messages are about the camera with this identifier. [any thread]
+  void SetIdentifier(const std::string& identifier);
   void OnMessage(const std::string& message) override;
 
   // How many ids did not arrive; none: no frame with an id has arrived. [any thread]
   std::optional<std::uint64_t> Missing() const;
 
  private:
-  void Note(std::uint64_t id);
+  void Note(std::uint64_t id) KEL_REQUIRES(m_mutex);
 
   MessageLog& m_log;
-  const std::string m_identifier;
   mutable BMutex m_mutex;
+  std::string m_identifier KEL_GUARDED_BY(m_mutex);
   std::optional<std::uint64_t> m_last KEL_GUARDED_BY(m_mutex);
   std::uint64_t m_missing KEL_GUARDED_BY(m_mutex) = 0;
 };

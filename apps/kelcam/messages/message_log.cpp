@@ -65,6 +65,11 @@ void MessageLog::OnLogMessage(const WString& text, bool) {
   Write("=== LogMessage", Utf8(text));
 }
 
+void MessageLog::Note(const std::string& line) {
+  const BMutexLock lock(m_mutex);
+  if (m_out) *m_out << "=== kelcam\n" + line + "\n" << std::flush;
+}
+
 void MessageLog::Write(const std::string& heading, const std::string& text) {
   const std::string entry = heading + "\n" + text + "\n";
   if (m_out) *m_out << entry << std::flush;

@@ -35,6 +35,9 @@ class MessageLog : public ImagingDevice::BSink {
   void OnShowInfo(const wchar_t* text, const wchar_t* caption) override;
   void OnLogMessage(const WString& text, bool important) override;
 
+  // A line of the program's own for the file, under "=== kelcam". [any thread]
+  void Note(const std::string& line);
+
   // Of all cameras.
   const MessageMemory& Messages() const { return m_messages; }
   // From the first to the second, the listener hears the messages. [any thread]

@@ -20,24 +20,27 @@ using Clock = std::chrono::steady_clock;
 // Each holds the memory of a picture.
 constexpr std::size_t kMostWaitingPictures = 4;
 
+std::optional<int> FrameOrderOf(const CameraSession& camera) {
+  if (!camera.Device().IsColor()) return std::nullopt;
+  return BayerOrderOf(camera.Profile());
+}
+
 void KeepFirst(std::optional<Fault>& fault, std::optional<Fault> later) {
   if (!fault) fault = std::move(later);
 }
 
 }  // namespace
 
-PictureSeries::PictureSeries(const Options& options, const CameraSession& camera, std::optional<int> bayer_order,
-                             PlaceOnScreen place)
+PictureSeries::PictureSeries(const Options& options, LastingCamera& camera, PlaceOnScreen place)
     : m_options(options),
       m_camera(camera),
       m_pattern(options.pattern, options.format, options.images),
-      m_kind(options.raw ? BBaseAoi::eRgb : PictureKind(options, camera.Device())),
+      m_kind(options.raw ? BBaseAoi::eRgb : PictureKind(options, camera.Session().Device())),
       m_kind_name(options.raw ? "raw" : NameOf(m_kind)),
       m_area_text(options.raw ? kRawAreaText : options.area_text),
-      m_bayer_order(bayer_order),
-      m_details(DetailsOf(camera.Device())),
+      m_bayer_order(FrameOrderOf(camera.Session())),
+      m_details(DetailsOf(camera.Session().Device())),
       m_schedule(options.interval),
-      m_lost(options.lost_after),
       m_report(options, m_kind_name, std::move(place)),
       m_writing(kMostWaitingPictures) {}
 
@@ -61,7 +64,7 @@ void PictureSeries::TakeSingle(TriggerChoice trigger) {
   for (int number = 1; number <= m_options.images && WaitForTurn(number); ++number) {
     TakeImage(number, [&](TakenImage& image) {
       const Clock::time_point start = Clock::now();
-      AcquisitionRun run(m_camera, true, trigger);
+      AcquisitionRun run(m_camera.Session(), true, trigger);
       image.result.fault = run.StartFault();
       Snap(run, image);
       image.result.time = Clock::now() - start;
@@ -74,20 +77,20 @@ void PictureSeries::TakeSingle(TriggerChoice trigger) {
 
 void PictureSeries::TakeContinuous(TriggerChoice trigger) {
   m_figures.Start();
-  std::optional<AcquisitionRun> run;
-  const auto start = [&] { return run.emplace(m_camera, false, trigger).StartFault(); };
+  const auto start = [&] { return m_run.emplace(m_camera.Session(), false, trigger).StartFault(); };
   if (!m_options.keep_going) m_run_fault = start();
   for (int number = 1; !m_run_fault && number <= m_options.images && WaitForTurn(number); ++number) {
     TakeImage(number, [&](TakenImage& image) {
-      if (!run) image.result.fault = start();
+      if (!m_run) image.result.fault = start();
       const Clock::time_point begin = Clock::now();
-      Snap(*run, image);
+      Snap(*m_run, image);
       image.result.time = Clock::now() - begin;
       NoteRate(image);
-      if (run->StartFault()) run.reset();
+      if (m_run->StartFault()) m_run.reset();
     });
   }
-  if (run) KeepFirst(m_run_fault, run->Stop());
+  if (m_run) KeepFirst(m_run_fault, m_run->Stop());
+  m_run.reset();
   Finish();
 }
 
@@ -120,15 +123,26 @@ void PictureSeries::TakeImage(int number, const Take& take) {
     m_report.ShowProgress(number);
     take(image);
     m_figures.AddSnap(image.result.fault, image.rate_bytes_per_s);
-    const bool is_lost = EndsForLostCamera(image.result);
-    if (image.result.fault && !is_lost && tries <= m_options.retries && !Interrupted()) {
-      m_writing.Push([this, result = image.result] { NoticeRetry(result); });
-      continue;
-    }
-    if (image.result.fault && m_options.fail_fast) m_is_over = true;
+    const bool is_lost = m_camera.IsLostAfter(image.result.fault);
+    if (is_lost && !m_options.reconnect) m_run_fault = m_camera.Loss();
+    const bool again = Settle(image, is_lost);
+    if (is_lost && m_options.reconnect) AwaitReturn();
+    if (!again) return;
+    if (!IsOver()) continue;
     m_writing.Push([this, image] { FinishImage(image); });
     return;
   }
+}
+
+bool PictureSeries::Settle(const TakenImage& image, bool is_lost) {
+  const bool ends = is_lost && !m_options.reconnect;
+  if (image.result.fault && !ends && image.result.tries <= m_options.retries && !Interrupted()) {
+    m_writing.Push([this, result = image.result] { NoticeRetry(result); });
+    return true;
+  }
+  if (image.result.fault && m_options.fail_fast) m_is_over = true;
+  m_writing.Push([this, image] { FinishImage(image); });
+  return false;
 }
 
 // A new area for each image: no picture of an earlier one can be taken for it.
@@ -141,16 +155,26 @@ void PictureSeries::Snap(AcquisitionRun& run, TakenImage& image) {
   m_last_arrival = image.result.arrived;
 }
 
-bool PictureSeries::EndsForLostCamera(const ImageResult& result) {
-  if (!m_lost.IsLostAfter(result.fault && m_camera.LooksGone())) return false;
-  m_run_fault = m_lost.AsFault();
-  return true;
+void PictureSeries::AwaitReturn() {
+  m_run.reset();
+  const auto add_event = [this](const CameraEvent& event) {
+    m_writing.Push([this, event] { m_report.AddEvent(event); });
+  };
+  const auto notice = [this](const std::string& text) { m_writing.Push([this, text] { m_report.Notice(text); }); };
+  if (!m_camera.AwaitReturn([this] { return IsOver(); }, add_event, notice)) {
+    m_run_fault = m_camera.Loss();
+    return;
+  }
+  // What is still being written has the details of the camera that took it.
+  m_writing.Finish();
+  m_bayer_order = FrameOrderOf(m_camera.Session());
+  m_details = DetailsOf(m_camera.Session().Device());
 }
 
 void PictureSeries::NoteRate(TakenImage& image) {
   if (m_options.cameras.size() < 2) return;
-  const CallWatch::Call call(m_camera.Watch(), Operation::kControls);
-  image.rate_bytes_per_s = m_camera.Device().GetBandwidth();
+  const CallWatch::Call call(m_camera.Session().Watch(), Operation::kControls);
+  image.rate_bytes_per_s = m_camera.Session().Device().GetBandwidth();
 }
 
 void PictureSeries::NoticeRetry(const ImageResult& result) {

@@ -12,9 +12,8 @@
 #include "bbaseaoi.h"
 #include "bsmartref.h"
 #include "commands/command_line.h"
+#include "commands/lasting_camera.h"
 #include "device/acquisition_run.h"
-#include "device/camera_presence.h"
-#include "device/camera_session.h"
 #include "picture/file_pattern.h"
 #include "picture/picture_details.h"
 #include "snap/schedule.h"
@@ -26,9 +25,8 @@ namespace Kelcam {
 // Every image tried has a result; a failed one does not keep the next from being tried, unless the options say so.
 class PictureSeries {
  public:
-  // bayer_order: of a colour camera's raw frames. The camera must be open as long as this lives.
-  PictureSeries(const Options& options, const CameraSession& camera, std::optional<int> bayer_order,
-                PlaceOnScreen place);
+  // The camera must be open, and outlive the object.
+  PictureSeries(const Options& options, LastingCamera& camera, PlaceOnScreen place);
 
   // Throws Failure when a picture's name is taken, or its folder is not there, as far as that is known: before the
   // camera is open, which is null then, or later.
@@ -58,8 +56,10 @@ class PictureSeries {
   template <class Take>
   void TakeImage(int number, const Take& take);
   void Snap(AcquisitionRun& run, TakenImage& image);
-  // Whether the series ends because the camera is gone.
-  bool EndsForLostCamera(const ImageResult& result);
+  // Whether the image is to be taken again. Otherwise it has its place among the results.
+  bool Settle(const TakenImage& image, bool is_lost);
+  // Waits for a lost camera. The series is over when it does not come back.
+  void AwaitReturn();
   void Finish();
   // Asks a camera that is one of several for its stream rate, which stop-snap adapts.
   void NoteRate(TakenImage& image);
@@ -70,16 +70,16 @@ class PictureSeries {
   void Write(TakenImage& image);
 
   const Options& m_options;
-  const CameraSession& m_camera;
+  LastingCamera& m_camera;
   const FilePattern m_pattern;
   const BBaseAoi::Kind m_kind;  // of the areas
   const std::string m_kind_name;
   const std::string m_area_text;
-  const std::optional<int> m_bayer_order;
-  const PictureDetails m_details;  // of all images
+  std::optional<int> m_bayer_order;     // of a colour camera's raw frames
+  PictureDetails m_details;             // of all images until the camera is another one
+  std::optional<AcquisitionRun> m_run;  // of a continuous run
   Schedule m_schedule;
   std::chrono::system_clock::time_point m_last_arrival;
-  LostCamera m_lost;
   std::optional<Fault> m_run_fault;  // of a run as a whole
   SnapFigures m_figures;
   SnapReport m_report;

@@ -3,9 +3,6 @@
 #include "snap/snap_camera.h"
 
 #include "base/interrupt.h"
-#include "base/utf8.h"
-#include "commands/camera_setup.h"
-#include "picture/raw_frame.h"
 #include "snap/picture_notices.h"
 
 namespace Kelcam {
@@ -13,11 +10,6 @@ namespace {
 
 TriggerChoice TriggerOf(const Options& options) {
   return options.trigger.value_or(options.mode == SnapMode::kSingle ? TriggerChoice::kSoftware : TriggerChoice::kFree);
-}
-
-std::optional<int> FrameOrderOf(const CameraSession& camera) {
-  if (!camera.Device().IsColor()) return std::nullopt;
-  return BayerOrderOf(camera.Profile());
 }
 
 }  // namespace
@@ -28,14 +20,13 @@ SnapCamera::SnapCamera(const Options& options, const CameraChoice& choice, const
       m_screen(screen),
       m_line(line),
       m_trigger(TriggerOf(options)),
-      m_camera(module, log, choice) {}
+      m_camera(options, choice, module, log, m_trigger) {}
 
 void SnapCamera::SetUp() {
-  PictureSeries::CheckFiles(m_options, &m_camera.Device());
-  SetUpCamera(m_options, m_camera);
-  PrintPictureNotices(m_options, m_camera);
-  m_trigger_setting.emplace(m_camera.Device(), m_trigger, m_options.trigger.has_value());
-  m_series.emplace(m_options, m_camera, FrameOrderOf(m_camera), PlaceOnScreen{m_screen, m_line, m_camera.Label()});
+  PictureSeries::CheckFiles(m_options, &Session().Device());
+  m_camera.SetUp();
+  PrintPictureNotices(m_options, Session());
+  m_series.emplace(m_options, m_camera, PlaceOnScreen{m_screen, m_line, m_camera.Label()});
 }
 
 void SnapCamera::Run() {
@@ -48,6 +39,7 @@ Json SnapCamera::Document() const {
                    {"images", m_series->Report().Images()},
                    {"taken", Taken()},
                    {"interrupted", Interrupted()}};
+  if (const Json events = m_series->Report().Events(); !events.empty()) document["events"] = events;
   if (m_series->RunFault()) document["error"] = ToJson(*m_series->RunFault());
   return document;
 }

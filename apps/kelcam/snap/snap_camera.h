@@ -6,8 +6,8 @@
 #include <string>
 
 #include "commands/command_line.h"
+#include "commands/lasting_camera.h"
 #include "device/camera_run.h"
-#include "device/trigger_setting.h"
 #include "library/module.h"
 #include "snap/picture_series.h"
 
@@ -19,7 +19,9 @@ class SnapCamera : public CameraRun {
   SnapCamera(const Options& options, const CameraChoice& choice, const Module& module, MessageLog& log, Screen& screen,
              std::size_t line);
 
-  const CameraSession& Session() const override { return m_camera; }
+  const CameraSession& Session() const override { return m_camera.Session(); }
+  const std::string& Label() const override { return m_camera.Label(); }
+  void ShareLink(BandwidthLink& link) override { m_camera.ShareLink(link); }
   void SetUp() override;
   void Run() override;
   bool HasFailed() const override { return m_series && m_series->HasFailed(); }
@@ -35,8 +37,7 @@ class SnapCamera : public CameraRun {
   Screen& m_screen;
   const std::size_t m_line;
   const TriggerChoice m_trigger;
-  const CameraSession m_camera;
-  std::optional<TriggerSetting> m_trigger_setting;
+  LastingCamera m_camera;
   std::optional<PictureSeries> m_series;
 };
 

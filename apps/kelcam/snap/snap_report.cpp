@@ -45,6 +45,12 @@ void SnapReport::Notice(const std::string& text) {
   m_place.screen.Print(std::cerr, "notice: " + m_place.label + text + "\n");
 }
 
+void SnapReport::AddEvent(const CameraEvent& event) {
+  m_place.screen.Print(std::cerr, "notice: " + event.Line() + "\n");
+  const BMutexLock lock(m_mutex);
+  m_events.push_back(event);
+}
+
 void SnapReport::Add(ImageResult result) {
   const BMutexLock lock(m_mutex);
   if (result.fault) {
@@ -93,6 +99,13 @@ Json SnapReport::Images() const {
   Json images = Json::array();
   for (const ImageResult& result : m_results) images.push_back(ToJson(result));
   return images;
+}
+
+Json SnapReport::Events() const {
+  const BMutexLock lock(m_mutex);
+  Json events = Json::array();
+  for (const CameraEvent& event : m_events) events.push_back(ToJson(event));
+  return events;
 }
 
 }  // namespace Kelcam

@@ -12,6 +12,7 @@
 #include "base/screen.h"
 #include "bmutex.h"
 #include "bsize.h"
+#include "commands/camera_event.h"
 #include "commands/command_line.h"
 
 namespace Kelcam {
@@ -47,6 +48,8 @@ class SnapReport {
   // On a terminal: which image is being taken.
   void ShowProgress(int number);
   void Notice(const std::string& text);
+  // The camera went away, or is back.
+  void AddEvent(const CameraEvent& event);
   void Add(ImageResult result);
   // What ended the run as a whole.
   void AddRunFault(const Fault& fault);
@@ -58,6 +61,8 @@ class SnapReport {
   bool HasFailed() const;
   // What the document has under "images".
   Json Images() const;
+  // The same for "events".
+  Json Events() const;
 
  private:
   std::string Line(const ImageResult& result) const;
@@ -68,6 +73,7 @@ class SnapReport {
   mutable BMutex m_mutex;
   std::string m_last_to_do KEL_GUARDED_BY(m_mutex);
   std::vector<ImageResult> m_results KEL_GUARDED_BY(m_mutex);
+  std::vector<CameraEvent> m_events KEL_GUARDED_BY(m_mutex);
 };
 
 }  // namespace Kelcam

@@ -279,6 +279,38 @@ TEST_F(Faults, UnplugTheCameraAtAFrame) {
   EXPECT_EQ(VmbFeatureIntGet(camera, "Width", &value), VmbErrorDeviceNotOpen);
 }
 
+TEST_F(Faults, PlugTheCameraInAgainWhenSomebodyLooksForIt) {
+  FrameRing ring(camera, 4);
+  world.cameras.Fault({{"unplugAtFrame", 1}, {"plugAfter_ms", 0}});
+  ring.Start();
+  VmbInt64_t value = 0;
+  VmbUint32_t count = 0;
+
+  RunCommand(camera, "AcquisitionStart");
+  ring.WaitFor(1);
+  WaitIdle();
+  EXPECT_EQ(world.cameras.State()["plugged"], false);
+  EXPECT_EQ(VmbCamerasList(nullptr, 0, &count, sizeof(VmbCameraInfo_t)), VmbErrorSuccess);
+
+  EXPECT_EQ(world.cameras.State()["plugged"], true);
+  EXPECT_EQ(VmbFeatureIntGet(camera, "Width", &value), VmbErrorDeviceNotOpen);
+}
+
+TEST_F(Faults, HitOneOfSoManyFrames) {
+  FrameRing ring(camera, 8);
+  world.cameras.Fault({{"frame", 1}, {"every", 3}, {"count", 2}, {"status", VmbFrameStatusInvalid}});
+  ring.Start();
+  RunCommand(camera, "AcquisitionStart");
+
+  const auto frames = ring.WaitFor(8);
+
+  std::vector<VmbUint64_t> hit;
+  for (const VmbFrame_t& frame : frames) {
+    if (frame.receiveStatus == VmbFrameStatusInvalid) hit.push_back(frame.frameID);
+  }
+  EXPECT_THAT(hit, ElementsAre(1, 4));
+}
+
 struct Refused {
   const char* json;
   const char* why;
@@ -299,6 +331,8 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{R"({"frame":-1})", "faults[0].frame: -1 is no whole number from 0 to 9223372036854775807"},
         Refused{R"({"frame":0,"width":4294967296})",
                 "faults[0].width: 4294967296 is no whole number from 0 to 4294967295"},
+        Refused{R"({"unplugAtFrame":1,"plug":"DEV_2"})", "faults[0].plug: there is no such member"},
+        Refused{R"({"frame":1,"every":0})", "faults[0].every: 0 is no whole number from 1 to 9223372036854775807"},
         Refused{R"({"error":-1})", "faults[0].call: a fault needs one of call, frame and unplugAtFrame"},
         Refused{R"({"call":"VmbStartup","value":true})", "faults[0].value: true is neither text nor number"},
         Refused{"[1]", "faults[0]: is no object"}, Refused{"{", "no JSON at byte 2"},
