@@ -23,6 +23,7 @@ namespace {
 constexpr int kMaxImages = 1000000;
 constexpr int kMaxRetries = 1000000;
 constexpr std::chrono::duration<double> kMaxInterval = std::chrono::hours(366 * 24);
+constexpr double kLongestCheck_s = 3600.0;
 constexpr std::size_t kOptionColumnWidth = 32;
 // What the parser calls the value of an option, in its own messages.
 constexpr const char* kTextType = "TEXT";
@@ -40,8 +41,11 @@ struct CommandByOption {
 template <class Value>
 using Choices = std::vector<std::pair<std::string, Value>>;
 
-const std::map<std::string, Command> kCommands = {
-    {"list", Command::kList}, {"info", Command::kInfo}, {"snap", Command::kSnap}, {"live", Command::kLive}};
+const std::map<std::string, Command> kCommands = {{"list", Command::kList},
+                                                  {"info", Command::kInfo},
+                                                  {"snap", Command::kSnap},
+                                                  {"live", Command::kLive},
+                                                  {"check", Command::kCheck}};
 const std::map<std::string, Command> kProfileCommands = {{"new", Command::kProfileNew},
                                                          {"check", Command::kProfileCheck}};
 const Choices<BBaseAoi::Kind> kKinds = {{"mono", BBaseAoi::eMono8}, {"rgb", BBaseAoi::eRgb}};
@@ -66,6 +70,7 @@ constexpr const char* kFooter = R"(Examples:
   kelcam snap --profile left.ini --profile right.ini --link -n 10 -o "%c-%d.png"
   kelcam snap --profile mono.ini -n 1000 --interval 60 --no-clobber -o "%04d-%t.tif"
   kelcam --log messages.txt live --profile mono.ini --seconds 10
+  kelcam check --anonymous -o report.txt
   kelcam --simulated=lost-packets snap --profile mono.ini -o picture.png
 "kelcam snap --help" has the options of snap, and so on.
 
@@ -281,6 +286,21 @@ void AddLiveCommand(CLI::App& app, Options& options, std::vector<std::string>& s
   AddImageOptions(*live, options, settings, kLiveTexts);
 }
 
+void AddCheckCommand(CLI::App& app, Options& options) {
+  CLI::App* check = app.add_subcommand("check", "test library, network and cameras, and print a report with verdicts");
+  AddCameraOptions(*check, options);
+  const auto take_duration = [&options](double seconds) { options.duration = std::chrono::duration<double>(seconds); };
+  check->add_option_function<double>("--seconds", take_duration, "how long the run of each camera lasts (default: 5)")
+      ->check(CLI::Validator(WhyNotPositive, {}))
+      ->check(CLI::Range(0.0, kLongestCheck_s))
+      ->option_text("S");
+  check->add_option("-o", options.report_file, "write the report to this file, and one line to standard output")
+      ->option_text("REPORT");
+  check->add_flag(
+      "--anonymous", options.anonymous,
+      "replace serial numbers, ids, addresses and the user's name in the\nreport, each always by the same word");
+}
+
 void AddListCommand(CLI::App& app, Options& options) {
   CLI::App* list = app.add_subcommand("list", "print the identifiers of the attached cameras, one a line");
   list->add_flag(
@@ -320,6 +340,7 @@ void AddCommands(CLI::App& app, Options& options, std::vector<std::string>& sett
   AddCameraOptions(*app.add_subcommand("info", "print what a camera reports: size, controls, trigger, rates"), options);
   AddSnapCommand(app, options, settings);
   AddLiveCommand(app, options, settings);
+  AddCheckCommand(app, options);
   AddProfileCommands(app, options);
 }
 

@@ -34,6 +34,7 @@ KELCAM_ARROWS = {
     "commands": {"profile_text", "picture", "device", "library", "messages", "base"},
     "snap": {"commands", "profile_text", "picture", "device", "library", "messages", "base"},
     "live": {"commands", "profile_text", "picture", "device", "library", "messages", "base"},
+    "check": {"snap", "live", "commands", "profile_text", "picture", "device", "library", "messages", "base"},
 }
 # What a program knows of the module.
 EXPORTS_HEADER = "driver/kel_camera_vimba.h"
