@@ -18,6 +18,8 @@ namespace {
 constexpr int kQuestions = 20;
 constexpr int kMostFailuresInARow = 3;
 constexpr std::chrono::milliseconds kPatience{5000};
+// Of a degree.
+constexpr double kTemperatureSteps = 10.0;
 constexpr wchar_t kColorFormat[] = L"COLORCODEcolor";
 constexpr const char* kClockLine = "Current camera timestamp = ";
 constexpr const char* kFastConversion = "[l]";
@@ -35,7 +37,7 @@ constexpr const char* kFramesDropped = "StatFrameDropped";
 std::optional<double> TemperatureOf(BImagingDevice& device, bool sensor) {
   BImagingDeviceControl* const control = device.TemperatureControl(sensor);
   if (!control || !control->IsAvailable()) return std::nullopt;
-  return control->ToRealValue(control->Value());
+  return control->Value() / kTemperatureSteps;
 }
 
 Temperatures TemperaturesOf(const CameraSession& camera) {
@@ -49,6 +51,11 @@ std::optional<double> ExposureOf(BImagingDevice& device) {
   return exposure->ToRealValue(exposure->Value());
 }
 
+std::optional<double> RateOf(BImagingDevice& device) {
+  double rate_hz = 0.0;
+  return device.FramesPerSecond(rate_hz) || rate_hz > 0.0 ? std::optional(rate_hz) : std::nullopt;
+}
+
 DeviceFacts DeviceFactsOf(const CameraSession& camera) {
   const CallWatch::Call call(camera.Watch(), Operation::kControls);
   BImagingDevice& device = camera.Device();
@@ -60,8 +67,7 @@ DeviceFacts DeviceFactsOf(const CameraSession& camera) {
   facts.is_color = device.IsColor();
   facts.has_trigger = device.Trigger() != nullptr;
   facts.exposure_ms = ExposureOf(device);
-  double rate_hz = 0.0;
-  if (device.FramesPerSecond(rate_hz) || rate_hz > 0.0) facts.rate_hz = rate_hz;
+  facts.rate_hz = RateOf(device);
   for (int i = 0; i < kQuestions; ++i) {
     const auto start = std::chrono::steady_clock::now();
     facts.stream_bytes_per_s = device.GetBandwidth();
@@ -191,7 +197,8 @@ void CameraProbe::ReadClock(const CameraSession& camera, std::uint64_t first_mes
   for (const DriverMessage& message : camera.Messages().MessagesSince(first_message)) {
     const std::size_t at = message.text.find(kClockLine);
     if (at == std::string::npos) continue;
-    const std::uint64_t ticks = std::strtoull(message.text.c_str() + at + std::char_traits<char>::length(kClockLine), nullptr, 10);
+    const std::uint64_t ticks =
+        std::strtoull(message.text.c_str() + at + std::char_traits<char>::length(kClockLine), nullptr, 10);
     Update([&](CameraFacts& facts) { facts.clock.push_back({message.time, ticks}); });
   }
 }
@@ -214,11 +221,22 @@ void CameraProbe::TakeSingleImages(const CameraSession& camera) {
   }
 }
 
+// Each image has changed the stream rate, and that the rate of images.
+void CameraProbe::UpdateRates(BImagingDevice& device) {
+  const std::optional<double> rate_hz = RateOf(device);
+  const std::int64_t stream_bytes_per_s = device.GetBandwidth();
+  Update([&](CameraFacts& facts) {
+    facts.device->rate_hz = rate_hz;
+    facts.device->stream_bytes_per_s = stream_bytes_per_s;
+  });
+}
+
 // Without a trigger a driver has no free running, and waits for single images.
 void CameraProbe::Run(const CameraSession& camera) {
   if (!camera.Device().Trigger()) return;
   Begin(Operation::kStart);
   const TriggerSetting trigger(camera.Device(), TriggerChoice::kFree, false);
+  UpdateRates(camera.Device());
   const FrameIds ids(m_log, camera.IdentifierInMessages());
   const FrameArrivals arrivals(m_log, camera.IdentifierInMessages());
   const std::optional<std::uint64_t> dropped_before = DatagramsDropped();
@@ -257,14 +275,20 @@ void CameraProbe::AskLibrary() {
   Begin(Operation::kControls);
   const VimbaSession session(*m_module.Vimba());
   const std::vector<CameraRecord> records = session.Cameras();
-  const auto record = std::find_if(records.begin(), records.end(), [&](const CameraRecord& one) { return one.id == m_id; });
+  const auto record =
+      std::find_if(records.begin(), records.end(), [&](const CameraRecord& one) { return one.id == m_id; });
   const OpenedCamera camera(session, m_id, VmbAccessModeRead);
   const std::optional<std::string> address = camera.IsOpen() ? camera.Address() : std::nullopt;
   const std::optional<Route> route = address ? RouteTo(*address) : std::nullopt;
   Update([&](CameraFacts& facts) {
     if (record != records.end()) {
-      facts.row = CameraRow{static_cast<std::size_t>(record - records.begin()) + 1, record->id, record->model,
-                            record->serial, address, {}, session.Library().IsSimulated()};
+      facts.row = CameraRow{static_cast<std::size_t>(record - records.begin()) + 1,
+                            record->id,
+                            record->model,
+                            record->serial,
+                            address,
+                            {},
+                            session.Library().IsSimulated()};
     }
     if (!camera.IsOpen()) return;
     facts.was_asked = true;

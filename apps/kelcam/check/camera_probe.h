@@ -33,6 +33,7 @@ class CameraProbe {
   void Describe(const CameraSession& camera);
   void TakeSingleImages(const CameraSession& camera);
   void Run(const CameraSession& camera);
+  void UpdateRates(BImagingDevice& device);
   void AskLibrary();
 
   // One start, image and stop, and the clock that the driver reads at the start.

@@ -39,14 +39,14 @@ struct SystemFacts {
   std::string program;  // "kelcam 1.0.0"
   std::string system;
   unsigned processors = 0;
-  std::string time;                        // when the check began
-  std::string module;                      // its file
-  std::optional<Fault> module_fault;       // why it is not loaded
-  std::optional<LibraryFacts> library;     // none: the module reaches cameras without VimbaC
-  bool was_asked = false;                  // whether the camera system was started, to list the cameras
-  std::optional<Fault> start_fault;        // why it does not start
-  Lines start_lines;                       // the driver's, of the start
-  std::vector<std::string> identifiers;    // the cameras that the module lists
+  std::string time;                      // when the check began
+  std::string module;                    // its file
+  std::optional<Fault> module_fault;     // why it is not loaded
+  std::optional<LibraryFacts> library;   // none: the module reaches cameras without VimbaC
+  bool was_asked = false;                // whether the camera system was started, to list the cameras
+  std::optional<Fault> start_fault;      // why it does not start
+  Lines start_lines;                     // the driver's, of the start
+  std::vector<std::string> identifiers;  // the cameras that the module lists
   std::optional<std::vector<CameraRow>> cameras;
   std::optional<std::int64_t> receive_buffer_bytes;
   std::string stuck;  // as of a camera, while none is measured

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <sstream>
+#include <utility>
 
 #include "base/text_table.h"
 #include "check/camera_points.h"
@@ -57,14 +58,10 @@ std::string TextOf(const JudgedPoint& point) {
   return text;
 }
 
-std::string Fact(const std::string& name, const std::string& value) {
-  constexpr std::size_t kFactWidth = 10;
-  return Padded(name, kFactWidth) + Wrapped(value, kFactWidth);
-}
-
 std::string Headline(const CameraFacts& camera) {
   std::string text = Printable(camera.name);
-  if (camera.title != "--camera " + camera.name) text += " (" + camera.title + ")";
+  const std::string by_id = "--camera " + (camera.row ? camera.row->id : camera.name);
+  if (camera.title != by_id) text += " (" + camera.title + ")";
   if (camera.row) text += ", " + CellOf(camera.row->model) + ", id " + CellOf(camera.row->id);
   if (camera.firmware) text += ", firmware " + Printable(*camera.firmware);
   if (camera.row && camera.row->address) text += ", " + *camera.row->address;
@@ -107,20 +104,32 @@ Json FiguresOf(const CameraFacts& camera) {
 
 }  // namespace
 
-CheckReport::CheckReport(const CheckFacts& facts) : m_facts(facts) {
+CheckReport::CheckReport(const CheckFacts& facts, Masking masking) : m_facts(facts), m_masking(std::move(masking)) {
   for (const SystemPoint& point : SystemPoints()) {
-    m_system.push_back({point.name, point.looks_at, point.judge(m_facts)});
+    m_system.push_back(Masked(point.name, point.looks_at, point.judge(m_facts)));
   }
   Count(m_system);
   for (const CameraFacts& camera : m_facts.cameras) {
     m_cameras.push_back({&camera, {}});
     for (const auto points : {SetUpPoints(), ImagePoints()}) {
       for (const CameraPoint& point : points) {
-        m_cameras.back().points.push_back({point.name, point.looks_at, point.judge(m_facts, camera)});
+        m_cameras.back().points.push_back(Masked(point.name, point.looks_at, point.judge(m_facts, camera)));
       }
     }
     Count(m_cameras.back().points);
   }
+}
+
+JudgedPoint CheckReport::Masked(const char* name, const char* looks_at, Judgement judgement) const {
+  judgement.found = m_masking.Masked(judgement.found);
+  judgement.to_do = m_masking.Masked(judgement.to_do);
+  for (std::string& message : judgement.messages) message = m_masking.Masked(message);
+  return {name, looks_at, std::move(judgement)};
+}
+
+std::string CheckReport::Fact(const std::string& name, const std::string& value) const {
+  constexpr std::size_t kFactWidth = 10;
+  return Padded(name, kFactWidth) + Wrapped(m_masking.Masked(value), kFactWidth);
 }
 
 void CheckReport::Count(const std::vector<JudgedPoint>& points) {
@@ -147,7 +156,8 @@ std::string CheckReport::Text() const {
   text += "\n";
   for (const JudgedPoint& point : m_system) text += TextOf(point);
   for (const Camera& camera : m_cameras) {
-    text += "\n" + Fact("camera", Headline(*camera.facts));
+    text += '\n';
+    text += Fact("camera", Headline(*camera.facts));
     for (const JudgedPoint& point : camera.points) text += TextOf(point);
   }
   return text;
@@ -168,11 +178,15 @@ Json CheckReport::Document() const {
               {"version", system.library->version},
               {"simulated", system.library->is_simulated}};
   }
-  return {{"verdict", NameOf(m_worst)}, {"version", KEL_VERSION},
-          {"system", system.system},    {"module", system.module},
-          {"vimbac", vimbac},           {"time", system.time},
-          {"points", ToJson(m_system)}, {"cameras", cameras},
-          {"interrupted", m_facts.was_interrupted}};
+  return m_masking.MaskedDocument({{"verdict", NameOf(m_worst)},
+                                   {"version", KEL_VERSION},
+                                   {"system", system.system},
+                                   {"module", system.module},
+                                   {"vimbac", vimbac},
+                                   {"time", system.time},
+                                   {"points", ToJson(m_system)},
+                                   {"cameras", cameras},
+                                   {"interrupted", m_facts.was_interrupted}});
 }
 
 }  // namespace Kelcam

@@ -7,6 +7,7 @@
 
 #include "base/report.h"
 #include "check/judgement.h"
+#include "check/masking.h"
 
 namespace Kelcam {
 
@@ -18,8 +19,8 @@ struct JudgedPoint {
 
 class CheckReport {
  public:
-  // Judges the facts.
-  explicit CheckReport(const CheckFacts& facts);
+  // Judges the facts. What is printed is masked.
+  CheckReport(const CheckFacts& facts, Masking masking);
 
   // The worst of all points.
   Verdict Worst() const { return m_worst; }
@@ -36,9 +37,13 @@ class CheckReport {
     std::vector<JudgedPoint> points;
   };
 
+  JudgedPoint Masked(const char* name, const char* looks_at, Judgement judgement) const;
+  // A line of the head: what a value is of, and the value.
+  std::string Fact(const std::string& name, const std::string& value) const;
   void Count(const std::vector<JudgedPoint>& points);
 
   const CheckFacts m_facts;
+  const Masking m_masking;
   std::vector<JudgedPoint> m_system;
   std::vector<Camera> m_cameras;
   std::size_t m_counts[4] = {};  // by verdict

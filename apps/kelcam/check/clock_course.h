@@ -14,9 +14,9 @@ struct ClockCourse {
   enum Kind { kGoes, kUnread, kStands, kGoesBack, kJumps, kGoesWrong };
 
   Kind kind = kGoes;
-  double seconds = 0.0;                  // between the first reading and the last
+  double seconds = 0.0;                       // between the first reading and the last
   std::optional<double> camera_seconds = {};  // in the same time, by the camera's clock
-  double worst_jump_s = 0.0;             // of one step against the computer's clock
+  double worst_jump_s = 0.0;                  // of one step against the computer's clock
 };
 
 // What the driver reads of a clock that the camera does not have.

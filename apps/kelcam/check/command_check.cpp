@@ -88,9 +88,8 @@ void NoteStuckCall(KnownFacts& known, const MessageMemory& messages) {
   if (!step) return;
   const Awaited awaited = WhatIsAwaited(step->call, messages.MessagesSince(step->first_message));
   const std::string text = awaited.what + (awaited.remark.empty() ? "" : " (" + awaited.remark + ")");
-  known.Update([&](CheckFacts& facts) {
-    (facts.measured ? facts.cameras[*facts.measured].stuck : facts.system.stuck) = text;
-  });
+  known.Update(
+      [&](CheckFacts& facts) { (facts.measured ? facts.cameras[*facts.measured].stuck : facts.system.stuck) = text; });
 }
 
 Masking MaskingFor(const Options& options, const CheckFacts& facts) {
@@ -131,12 +130,11 @@ void CheckReportFile(const Options& options) {
 }
 
 ExitCode PrintReport(const Options& options, const CheckFacts& facts) {
-  const CheckReport report(facts);
-  const Masking masking = MaskingFor(options, facts);
-  const std::string text = masking.Masked(report.Text());
+  const CheckReport report(facts, MaskingFor(options, facts));
+  const std::string text = report.Text();
   if (!options.report_file.empty()) WriteReport(options.report_file, text);
   if (options.json) {
-    PrintDocument(masking.Masked(report.Document()));
+    PrintDocument(report.Document());
   } else if (options.report_file.empty()) {
     std::cout << text;
   } else {
@@ -188,8 +186,7 @@ ExitCode RunCheck(const Options& options, const std::function<Module()>& load, M
   CheckReportFile(options);
   CheckFacts facts;
   facts.system = SystemFactsNow();
-  facts.system.module =
-      options.module_file.empty() ? Utf8(ProgramFolder() / kModuleFileName) : options.module_file;
+  facts.system.module = options.module_file.empty() ? Utf8(ProgramFolder() / kModuleFileName) : options.module_file;
   // An interrupt ends the check, not the program: what is known by then is still to be written.
   const SomethingToClose report_to_write;
   std::optional<Module> module;

@@ -2,6 +2,7 @@
 // The points of a check that are about a camera's images.
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 #include "base/report.h"
 #include "check/camera_points.h"
@@ -37,10 +38,10 @@ void Explain(const FaultsByCode& faults, Judgement& judgement) {
   const auto most = std::max_element(faults.begin(), faults.end(),
                                      [](const auto& a, const auto& b) { return a.second.count < b.second.count; });
   if (most == faults.end()) return;
-  const Judgement explained = Of(judgement.verdict, most->second.fault);
+  Judgement explained = Of(judgement.verdict, most->second.fault, judgement.to_do);
   judgement.found += ". " + explained.found;
-  judgement.messages = explained.messages;
-  if (!explained.to_do.empty()) judgement.to_do = explained.to_do;
+  judgement.messages = std::move(explained.messages);
+  judgement.to_do = std::move(explained.to_do);
 }
 
 Verdict VerdictOf(std::uint64_t failures, std::uint64_t all) {
@@ -63,7 +64,8 @@ Judgement JudgeSnaps(const CheckFacts& facts, const CameraFacts& camera) {
   const SnapFacts& snaps = *camera.snaps;
   const std::uint64_t all = snaps.figures.Snaps();
   const std::uint64_t failed = all - snaps.times.size();
-  Judgement judgement{VerdictOf(failed, all), std::to_string(snaps.times.size()) + " of " + Counted(all, "image") + " taken", {}, {}};
+  Judgement judgement{
+      VerdictOf(failed, all), std::to_string(snaps.times.size()) + " of " + Counted(all, "image") + " taken", {}, {}};
   if (snaps.was_ended) judgement.found += ", ended after failures in a row";
   if (!snaps.times.empty()) judgement.found += "; " + TimesOf(snaps.times);
   if (failed > 0) {
@@ -112,10 +114,11 @@ Judgement JudgeRate(const CheckFacts& facts, const CameraFacts& camera) {
     found += "; exposure " + Fixed(*device.exposure_ms, 1) + " ms, transfer " + Fixed(transfer_ms, 1) + " ms";
   }
   if (device.rate_hz && *device.rate_hz > 0.0 && rate_hz < *device.rate_hz * kLeastShareOfRate) {
-    return Look(found, "see the failures and the gaps; a busy computer or another camera on the link slows it down, too");
+    return Look(found,
+                "see the failures and the gaps; a busy computer or another camera on the link slows it down, too");
   }
   if (device.exposure_ms && transfer_ms > 0.0 && *device.exposure_ms > transfer_ms) {
-    return Look(found + ": the exposure limits the rate", "set a shorter exposure, if you need more images");
+    found += ": the exposure limits the rate";
   }
   if (!device.rate_hz) return NotLookedAt("the camera does not report its highest rate; " + found);
   return Fine(found);
@@ -132,7 +135,8 @@ Judgement JudgeIntervals(const CheckFacts& facts, const CameraFacts& camera) {
                             Counted(missing, "missing frame id") +
                             (intervals->by_camera_clock ? " (by the camera's clock)" : " (as they arrived)");
   if (missing > 0) {
-    return Look(found, "frames were lost on the way, or no buffer was free: see packet size, receive buffer and packets");
+    return Look(found,
+                "frames were lost on the way, or no buffer was free: see packet size, receive buffer and packets");
   }
   if (intervals->gaps == 0) return Fine(found);
   if (intervals->by_camera_clock) {
@@ -152,7 +156,8 @@ Judgement JudgePackets(const CheckFacts& facts, const CameraFacts& camera) {
     found = std::to_string(packets.received) + " received, " + std::to_string(packets.missed) + " missed (" +
             Fixed(static_cast<double>(packets.missed) / all * kPercent, 3) + " %)";
     if (packets.resent) found += ", " + std::to_string(*packets.resent) + " sent again";
-    if (packets.frames_dropped) found += ", " + Counted(static_cast<std::uint64_t>(*packets.frames_dropped), "frame") + " dropped for want of a buffer";
+    if (packets.frames_dropped)
+      found += ", " + Counted(static_cast<std::uint64_t>(*packets.frames_dropped), "frame") + " dropped";
     is_bad = packets.missed > 0;
   }
   const bool knows_system = !is_simulated && camera.run && camera.run->dropped_by_system;

@@ -51,8 +51,8 @@ std::optional<Intervals> IntervalsOf(const std::vector<double>& times_ms) {
   Intervals intervals{.count = intervals_ms.size(), .least_ms = *least, .most_ms = *most};
   intervals.mean_ms = (times_ms.back() - times_ms.front()) / static_cast<double>(intervals.count);
   const double longest_ms = MedianOf(intervals_ms) * Intervals::kGap;
-  intervals.gaps = static_cast<std::size_t>(
-      std::count_if(intervals_ms.begin(), intervals_ms.end(), [&](double interval_ms) { return interval_ms > longest_ms; }));
+  intervals.gaps = static_cast<std::size_t>(std::count_if(
+      intervals_ms.begin(), intervals_ms.end(), [&](double interval_ms) { return interval_ms > longest_ms; }));
   return intervals;
 }
 

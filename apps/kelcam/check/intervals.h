@@ -26,6 +26,7 @@ std::optional<Intervals> IntervalsOf(const std::vector<double>& times_ms);
 
 // Of the complete frames of a run: by the camera's clock if its frequency is known and it only goes forward, otherwise
 // by the moments at which the driver reported them.
-std::optional<Intervals> IntervalsOf(const std::vector<FrameArrival>& arrivals, std::optional<std::int64_t> ticks_per_s);
+std::optional<Intervals> IntervalsOf(const std::vector<FrameArrival>& arrivals,
+                                     std::optional<std::int64_t> ticks_per_s);
 
 }  // namespace Kelcam

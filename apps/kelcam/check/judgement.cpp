@@ -32,10 +32,11 @@ Judgement Broken(std::string found, std::string to_do) {
 
 Judgement NotLookedAt(std::string why) { return {Verdict::kNotLookedAt, std::move(why), {}, {}}; }
 
-Judgement Of(Verdict verdict, const Fault& fault) {
-  std::string found = fault.code == Fault::kNoCode ? fault.text : "error " + std::to_string(fault.code) + ": " + fault.text;
+Judgement Of(Verdict verdict, const Fault& fault, const std::string& to_do) {
+  std::string found =
+      fault.code == Fault::kNoCode ? fault.text : "error " + std::to_string(fault.code) + ": " + fault.text;
   if (!fault.reason.why.empty()) found += "; " + fault.reason.why;
-  return {verdict, std::move(found), fault.reason.to_do, fault.reason.messages};
+  return {verdict, std::move(found), fault.reason.to_do.empty() ? to_do : fault.reason.to_do, fault.reason.messages};
 }
 
 }  // namespace Kelcam

@@ -27,8 +27,8 @@ Judgement Fine(std::string found);
 Judgement Look(std::string found, std::string to_do);
 Judgement Broken(std::string found, std::string to_do);
 Judgement NotLookedAt(std::string why);
-// With the fault's code, reason, next step and messages.
-Judgement Of(Verdict verdict, const Fault& fault);
+// With the fault's code, reason, messages and next step; to_do where the fault has none.
+Judgement Of(Verdict verdict, const Fault& fault, const std::string& to_do);
 
 // One point of the report.
 struct SystemPoint {

@@ -25,12 +25,14 @@ Masking::Masking(const std::string& home_folder) {
 
 void Masking::Add(const std::string& secret, const std::string& mask) {
   const auto is_longer = [&](const auto& other) { return other.first.size() < secret.size(); };
-  const bool is_known = std::any_of(m_masks.begin(), m_masks.end(), [&](const auto& other) { return other.first == secret; });
+  const bool is_known =
+      std::any_of(m_masks.begin(), m_masks.end(), [&](const auto& other) { return other.first == secret; });
   if (!is_known) m_masks.emplace(std::find_if(m_masks.begin(), m_masks.end(), is_longer), secret, mask);
 }
 
 void Masking::MaskSerial(const std::string& serial) {
-  const bool is_known = std::any_of(m_masks.begin(), m_masks.end(), [&](const auto& other) { return other.first == serial; });
+  const bool is_known =
+      std::any_of(m_masks.begin(), m_masks.end(), [&](const auto& other) { return other.first == serial; });
   if (serial.size() >= kShortestSecret && !is_known) Add(serial, "serial-" + std::to_string(++m_serials));
 }
 
@@ -43,7 +45,8 @@ void Masking::MaskCameras(const CheckFacts& facts, const std::string& user_name)
   }
   for (const CameraRow& row : rows) {
     MaskSerial(row.serial);
-    const bool is_known = std::any_of(m_masks.begin(), m_masks.end(), [&](const auto& other) { return other.first == row.id; });
+    const bool is_known =
+        std::any_of(m_masks.begin(), m_masks.end(), [&](const auto& other) { return other.first == row.id; });
     if (row.id.size() >= kShortestSecret && !is_known) Add(row.id, "id-" + std::to_string(++m_ids));
   }
 }
@@ -75,10 +78,10 @@ std::string Masking::Masked(std::string text) const {
   return WithoutAddresses(text);
 }
 
-Json Masking::Masked(Json document) const {
+Json Masking::MaskedDocument(Json document) const {
   if (document.is_string()) return Masked(document.get<std::string>());
   if (document.is_structured()) {
-    for (Json& child : document) child = Masked(child);
+    for (Json& child : document) child = MaskedDocument(child);
   }
   return document;
 }

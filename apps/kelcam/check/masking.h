@@ -22,7 +22,7 @@ class Masking {
 
   std::string Masked(std::string text) const;
   // In every text of the document.
-  Json Masked(Json document) const;
+  Json MaskedDocument(Json document) const;
 
  private:
   void Add(const std::string& secret, const std::string& mask);

@@ -32,14 +32,15 @@ constexpr const char* kSwitchOff = "switch the camera off and on";
 
 // What follows the text in the line that begins with it; empty: there is none.
 std::string ValueIn(const Lines& lines, std::string_view text) {
-  const auto line =
-      std::find_if(lines.rbegin(), lines.rend(), [&](const std::string& candidate) { return candidate.starts_with(text); });
+  const auto line = std::find_if(lines.rbegin(), lines.rend(),
+                                 [&](const std::string& candidate) { return candidate.starts_with(text); });
   return line == lines.rend() ? std::string() : line->substr(text.size());
 }
 
 Judgement JudgeProfile(const CheckFacts& facts, const CameraFacts& camera) {
   if (!camera.has_profile) return NotLookedAt("the camera was not named by a profile (--profile)");
-  if (camera.profile_fault) return Of(Verdict::kBroken, *camera.profile_fault);
+  if (camera.profile_fault)
+    return Of(Verdict::kBroken, *camera.profile_fault, "look at the file's name, and whether you may read it");
   if (!camera.findings) return NotLookedAt(WhyUnknown(facts, camera));
   if (camera.findings->empty()) return Fine("every key and value in it can be used");
   Judgement judgement = Look(Counted(camera.findings->size(), "line") + " of it cannot be used as written",
@@ -49,7 +50,10 @@ Judgement JudgeProfile(const CheckFacts& facts, const CameraFacts& camera) {
 }
 
 Judgement JudgeOpening(const CheckFacts& facts, const CameraFacts& camera) {
-  if (camera.opening_fault) return Of(Verdict::kBroken, *camera.opening_fault);
+  if (camera.opening_fault) {
+    return Of(Verdict::kBroken, *camera.opening_fault,
+              "compare the camera's name with kelcam list --long; see the driver's messages: kelcam -v info");
+  }
   if (!camera.opening) return NotLookedAt(WhyUnknown(facts, camera));
   const std::string found = "opened in " + Fixed(camera.opening->count(), 0) + " ms";
   Lines failures;
@@ -138,7 +142,8 @@ Judgement JudgeRoute(const Route& route, const CameraFacts& camera) {
 }
 
 Judgement JudgeNetwork(const CheckFacts& facts, const CameraFacts& camera) {
-  if (facts.system.library && facts.system.library->is_simulated) return NotLookedAt("a simulated camera is on no network");
+  if (facts.system.library && facts.system.library->is_simulated)
+    return NotLookedAt("a simulated camera is on no network");
   if (!camera.was_asked) return NotLookedAt(WhyUnknown(facts, camera));
   if (!camera.row || !camera.row->address) return NotLookedAt("the camera does not report its address");
   if (!camera.route) return NotLookedAt("the system does not say by which adapter packets go to the camera");
@@ -179,7 +184,8 @@ Judgement JudgeClock(const CheckFacts& facts, const CameraFacts& camera) {
     case ClockCourse::kGoesBack:
       return Broken("the clock goes back: the driver takes frames for old ones, and refuses them", repair);
     case ClockCourse::kJumps:
-      return Look("the clock jumps by " + Fixed(course->worst_jump_s, 2) + " s: frame times cannot be compared", repair);
+      return Look("the clock jumps by " + Fixed(course->worst_jump_s, 2) + " s: frame times cannot be compared",
+                  repair);
     case ClockCourse::kGoesWrong:
       return Look("the clock counts " + span, repair);
     case ClockCourse::kGoes:
@@ -207,7 +213,8 @@ Judgement JudgeTemperature(const CheckFacts& facts, const CameraFacts& camera) {
     return Look(found + ": above 85 °C, for which ordinary chips are made",
                 "cool the camera: mount it on metal; compare with the limits in its data sheet");
   }
-  return Fine(found + "; below 85 °C, for which ordinary chips are made. The camera's own limits are in its data sheet");
+  return Fine(found +
+              "; below 85 °C, for which ordinary chips are made. The camera's own limits are in its data sheet");
 }
 
 constexpr CameraPoint kPoints[] = {

@@ -26,9 +26,7 @@ bool IsSimulated(const CheckFacts& facts) { return facts.system.library && facts
 Judgement JudgeLibrary(const CheckFacts& facts) {
   const SystemFacts& system = facts.system;
   if (system.module_fault) {
-    Judgement judgement = Of(Verdict::kBroken, *system.module_fault);
-    if (judgement.to_do.empty()) judgement.to_do = "name the right file: --vimbac FOLDER, --module FILE";
-    return judgement;
+    return Of(Verdict::kBroken, *system.module_fault, "name the right one: --vimbac FOLDER, --module FILE");
   }
   if (!system.library) return NotLookedAt("the module reaches its cameras without a VimbaC library");
   const LibraryFacts& library = *system.library;
@@ -42,7 +40,7 @@ Judgement JudgeTransportLayer(const CheckFacts& facts) {
   if (!system.stuck.empty()) {
     return Broken("a call does not return: it waits for " + system.stuck, "repair Vimba's installation");
   }
-  if (system.start_fault) return Of(Verdict::kBroken, *system.start_fault);
+  if (system.start_fault) return Of(Verdict::kBroken, *system.start_fault, "see the driver's messages: kelcam -v list");
   if (!system.was_asked) return NotLookedAt(facts.was_interrupted ? "stopped before" : "the library was not started");
   const auto line = std::find_if(system.start_lines.begin(), system.start_lines.end(),
                                  [](const std::string& text) { return Contains(text, kTransportLayer); });

@@ -83,7 +83,7 @@ TEST(CheckPoints, NothingKnownIsNeverFine) {
 }
 
 TEST(CheckPoints, AGoodCameraIsFine) {
-  const CheckReport report(Facts(GoodCamera()));
+  const CheckReport report(Facts(GoodCamera()), Masking({}));
 
   EXPECT_EQ(report.Worst(), Verdict::kFine) << report.Text();
 }
@@ -195,11 +195,20 @@ TEST(CheckPoints, OfACameraThatIsNotOpenNothingIsKnown) {
   EXPECT_EQ(JudgementOf("clock", camera).found, "the camera is not open");
 }
 
+TEST(CheckPoints, AFaultWithoutANextStepGetsOne) {
+  const Fault fault{12345, "something"};
+
+  const Judgement judgement = Of(Verdict::kBroken, fault, "try again");
+
+  EXPECT_EQ(judgement.found, "error 12345: something");
+  EXPECT_EQ(judgement.to_do, "try again");
+}
+
 TEST(CheckReport, SaysWhoCouldNotBeLookedAtAfterAnInterrupt) {
   CheckFacts facts = Facts(CameraFacts());
   facts.was_interrupted = true;
 
-  EXPECT_THAT(CheckReport(facts).Text(), HasSubstr("the check was stopped before"));
+  EXPECT_THAT(CheckReport(facts, Masking({})).Text(), HasSubstr("the check was stopped before"));
 }
 
 TEST(CheckReport, HasNoLineOfMoreThanEightyCharacters) {
@@ -207,7 +216,7 @@ TEST(CheckReport, HasNoLineOfMoreThanEightyCharacters) {
   facts.system.system = "Debian GNU/Linux 12 (bookworm), Linux 6.1.0-18-amd64 x86_64";
   facts.system.receive_buffer_bytes = 212'992;
 
-  std::istringstream text(CheckReport(facts).Text());
+  std::istringstream text(CheckReport(facts, Masking({})).Text());
   for (std::string line; std::getline(text, line);) {
     const auto letters = std::count_if(line.begin(), line.end(), [](char c) { return (c & 0xC0) != 0x80; });
     EXPECT_LE(letters, 80) << line;

@@ -12,7 +12,8 @@ constexpr std::int64_t kTicksPerSecond = 1000;
 
 // Seconds here, ticks there.
 ClockReading At(double here_s, std::uint64_t ticks) {
-  const auto here = std::chrono::duration_cast<std::chrono::steady_clock::duration>(std::chrono::duration<double>(here_s));
+  const auto here =
+      std::chrono::duration_cast<std::chrono::steady_clock::duration>(std::chrono::duration<double>(here_s));
   return {std::chrono::steady_clock::time_point(here), ticks};
 }
 
@@ -45,7 +46,8 @@ TEST(ClockCourse, StandsGoesBackOrJumps) {
 
 TEST(ClockCourse, AClockOfTwiceTheSpeedGoesWrong) {
   std::vector<ClockReading> readings;
-  for (int second = 0; second <= 50; ++second) readings.push_back(At(second / 10.0, static_cast<std::uint64_t>(second) * 200));
+  for (int second = 0; second <= 50; ++second)
+    readings.push_back(At(second / 10.0, static_cast<std::uint64_t>(second) * 200));
 
   EXPECT_EQ(KindOf(readings), ClockCourse::kGoesWrong);
 }

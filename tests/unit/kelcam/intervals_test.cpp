@@ -11,7 +11,8 @@ namespace {
 constexpr std::int64_t kTicksPerSecond = 1'000'000;
 
 FrameArrival Arrival(std::uint64_t ticks, int here_ms) {
-  FrameArrival arrival{.time = std::chrono::steady_clock::time_point(std::chrono::milliseconds(here_ms)), .timestamp = ticks};
+  FrameArrival arrival{.time = std::chrono::steady_clock::time_point(std::chrono::milliseconds(here_ms)),
+                       .timestamp = ticks};
   arrival.is_complete = true;
   return arrival;
 }

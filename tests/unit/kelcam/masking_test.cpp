@@ -46,7 +46,8 @@ TEST(Masking, EveryAddressGetsOneOfItsOwn) {
 TEST(Masking, TheUsersNameIsHiddenInPathsAlone) {
   const Masking masking = Anonymous();
 
-  EXPECT_EQ(masking.Masked("/mnt/data/anna/x.ini, D:\\anna\\x.ini, anna"), "/mnt/data/user/x.ini, D:\\user\\x.ini, anna");
+  EXPECT_EQ(masking.Masked("/mnt/data/anna/x.ini, D:\\anna\\x.ini, anna"),
+            "/mnt/data/user/x.ini, D:\\user\\x.ini, anna");
 }
 
 // "2" is in every other number.
@@ -55,7 +56,7 @@ TEST(Masking, AShortSerialNumberStays) { EXPECT_EQ(Anonymous().Masked("22 images
 TEST(Masking, ReachesEveryTextOfADocument) {
   const Json document = {{"camera", "50-0536953957"}, {"points", {{{"found", "at 169.254.76.101"}, {"count", 3}}}}};
 
-  EXPECT_EQ(Anonymous().Masked(document).dump(),
+  EXPECT_EQ(Anonymous().MaskedDocument(document).dump(),
             R"({"camera":"serial-1","points":[{"found":"at address-1","count":3}]})");
 }
 
