@@ -50,18 +50,19 @@ std::string TextOf(const JudgedPoint& point) {
   constexpr std::size_t kIndent = kVerdictWidth + kNameWidth;
   const Judgement& judgement = point.judgement;
   std::string text = Padded(NameOf(judgement.verdict), kVerdictWidth) + Padded(point.name, kNameWidth);
-  text += Wrapped(judgement.found, kIndent);
+  text += Wrapped(Printable(judgement.found), kIndent);
   for (const std::string& message : judgement.messages) {
     text += std::string(kIndent, ' ') + Wrapped(Printable(message), kIndent, kMessage);
   }
-  if (!judgement.to_do.empty()) text += std::string(kIndent, ' ') + Wrapped(kToDo + judgement.to_do, kIndent);
+  if (!judgement.to_do.empty())
+    text += std::string(kIndent, ' ') + Wrapped(kToDo + Printable(judgement.to_do), kIndent);
   return text;
 }
 
 std::string Headline(const CameraFacts& camera) {
   std::string text = Printable(camera.name);
   const std::string by_id = "--camera " + (camera.row ? camera.row->id : camera.name);
-  if (camera.title != by_id) text += " (" + camera.title + ")";
+  if (camera.title != by_id) text += " (" + Printable(camera.title) + ")";
   if (camera.row) text += ", " + CellOf(camera.row->model) + ", id " + CellOf(camera.row->id);
   if (camera.firmware) text += ", firmware " + Printable(*camera.firmware);
   if (camera.row && camera.row->address) text += ", " + *camera.row->address;

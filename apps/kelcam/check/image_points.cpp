@@ -80,12 +80,13 @@ Judgement JudgeSnaps(const CheckFacts& facts, const CameraFacts& camera) {
               "see how fast the camera answers, above; a larger binning or a smaller area of interest is read faster");
 }
 
+std::string WhyNoRun(const CheckFacts& facts, const CameraFacts& camera) {
+  const bool cannot_run = camera.device && !camera.device->has_trigger && camera.stuck.empty();
+  return cannot_run ? "the driver has no free running for a camera without an input line" : WhyUnknown(facts, camera);
+}
+
 Judgement JudgeRun(const CheckFacts& facts, const CameraFacts& camera) {
-  if (!camera.run) {
-    const bool cannot = camera.device && !camera.device->has_trigger && camera.stuck.empty();
-    return NotLookedAt(cannot ? "the driver has no free running for a camera without an input line"
-                              : WhyUnknown(facts, camera));
-  }
+  if (!camera.run) return NotLookedAt(WhyNoRun(facts, camera));
   const RunFacts& run = *camera.run;
   const std::uint64_t failures = run.figures.Failures();
   Judgement judgement{VerdictOf(failures, failures + run.figures.frames), run.figures.Line(), {}, {}};
@@ -105,7 +106,7 @@ Judgement JudgeRate(const CheckFacts& facts, const CameraFacts& camera) {
   if (!camera.device) return NotLookedAt(WhyUnknown(facts, camera));
   const DeviceFacts& device = *camera.device;
   const bool has_run = camera.run && camera.run->figures.frames > 1;
-  if (!has_run) return NotLookedAt(camera.run ? "too few images came" : WhyUnknown(facts, camera));
+  if (!has_run) return NotLookedAt(camera.run ? "too few images came" : WhyNoRun(facts, camera));
   const double rate_hz = camera.run->figures.FramesPerSecond();
   const double transfer_ms = TransferOf(device);
   std::string found = Fixed(rate_hz, 1) + " images/s";
@@ -127,7 +128,7 @@ Judgement JudgeRate(const CheckFacts& facts, const CameraFacts& camera) {
 Judgement JudgeIntervals(const CheckFacts& facts, const CameraFacts& camera) {
   const std::optional<Intervals> intervals =
       camera.run ? IntervalsOf(camera.run->arrivals, camera.ticks_per_s) : std::optional<Intervals>();
-  if (!intervals) return NotLookedAt(camera.run ? "too few images came" : WhyUnknown(facts, camera));
+  if (!intervals) return NotLookedAt(camera.run ? "too few images came" : WhyNoRun(facts, camera));
   const std::uint64_t missing = camera.run->figures.missing_frame_ids.value_or(0);
   const std::string found = Fixed(intervals->mean_ms, 1) + " ms from image to image in the mean, " +
                             Fixed(intervals->least_ms, 1) + " at least, " + Fixed(intervals->most_ms, 1) +

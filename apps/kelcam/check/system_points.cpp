@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "base/report.h"
+#include "base/text_table.h"
 
 namespace Kelcam {
 namespace {
@@ -49,7 +50,7 @@ Judgement JudgeTransportLayer(const CheckFacts& facts) {
 }
 
 std::string CameraLine(const CameraRow& camera) {
-  std::string text = Printable(camera.model) + ", " + Printable(camera.serial);
+  std::string text = CellOf(camera.model) + ", " + CellOf(camera.serial);
   if (camera.address) text += ", " + *camera.address;
   return text + ", access " + camera.access;
 }
