@@ -127,7 +127,7 @@ const Trouble kOpening[] = {
     {"CameraInUse", Faults({{{"call", "VmbCameraOpen"}, {"error", VmbErrorInvalidAccess}, {"count", kEveryTime}}}),
      "opening", kBroken, "another program has it open", "end that program"},
     {"CameraNotThere",
-     Camera({}),
+     Camera(json::object()),
      "opening",
      kBroken,
      "there is no camera 77",

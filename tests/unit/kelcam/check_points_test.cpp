@@ -213,7 +213,10 @@ TEST(CheckReport, SaysWhoCouldNotBeLookedAtAfterAnInterrupt) {
 
 TEST(CheckReport, HasNoLineOfMoreThanEightyCharacters) {
   CheckFacts facts = Facts(GoodCamera());
+  facts.system.program = "kelcam 1.0.0";
+  facts.system.module = "~/libkelCameraVimba.so";
   facts.system.system = "Debian GNU/Linux 12 (bookworm), Linux 6.1.0-18-amd64 x86_64";
+  facts.system.time = "2026-11-22T16:54:57.088+00:00";
   facts.system.receive_buffer_bytes = 212'992;
 
   std::istringstream text(CheckReport(facts, Masking({})).Text());
