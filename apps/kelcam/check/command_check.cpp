@@ -63,7 +63,7 @@ void Measure(const Options& options, const Module& module, MessageLog& log, Know
   AddCameras(choices, known);
   for (std::size_t i = 0; i < choices.size() && !Interrupted(); ++i) {
     known.Update([&](CheckFacts& facts) { facts.measured = i; });
-    if (choices.size() > 1 && !options.quiet) std::cerr << "checking " + choices[i].Name() + "\n";
+    if (choices.size() > 1 && !options.quiet) std::cerr << "checking " + Printable(choices[i].Name()) + "\n";
     CameraProbe(choices[i], i, options.duration.value_or(kUsualRun), module, log, known).Measure();
   }
 }
