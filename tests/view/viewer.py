@@ -167,14 +167,14 @@ class Events:
 class Kelcam:
     """kelcam view with these simulated cameras, until the end of its scope."""
 
-    def __init__(self, options, cameras, *arguments, first="--camera 1"):
+    def __init__(self, options, cameras, *arguments, first="--camera 1", port=0):
         self.folder = tempfile.TemporaryDirectory()
         path = pathlib.Path(self.folder.name)
         (path / "cameras.json").write_text(json.dumps(cameras), encoding="utf-8")
         self.log = path / "errors.txt"
         with self.log.open("wb") as errors:
             self.process = subprocess.Popen(
-                [*options.emulator, options.kelcam.resolve(), "view", *first.split(), "--port", "0",
+                [*options.emulator, options.kelcam.resolve(), "view", *first.split(), "--port", str(port),
                  *arguments],
                 cwd=path, env={**os.environ, "VIMBA_SIM_CONFIG": "cameras.json"}, stdout=subprocess.PIPE, stderr=errors,
             )  # fmt: skip

@@ -1,0 +1,54 @@
+#!/usr/bin/env python3
+"""browser_test: the page of kelcam view in headless Chromium.
+
+browser_test.py --kelcam FILE [--screenshots FOLDER] [TEST...]
+
+Every class of tests starts the program with simulated cameras of its own. With --screenshots no test runs; pictures of
+the page are written instead. Exit 77: there is no Chromium or no driver for it.
+"""
+
+import argparse
+import importlib
+import pathlib
+import sys
+import unittest
+
+MISSING = 77
+MODULES = ("browser_pictures", "browser_cameras", "browser_access")
+
+
+def cases():
+    """The classes with tests, by name."""
+    found = {}
+    for module in map(importlib.import_module, MODULES):
+        found |= {name: case for name, case in vars(module).items() if isinstance(case, type) and issubclass(case, unittest.TestCase)}
+    return found
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--kelcam", type=pathlib.Path, required=True)
+    parser.add_argument("--screenshots", type=pathlib.Path)
+    given, rest = parser.parse_known_args()
+    try:
+        from browser import programs
+    except ModuleNotFoundError as error:
+        print(f"skipped: Python has no module {error.name}")
+        return MISSING
+    if None in programs():
+        print("skipped: chromium and chromedriver are not installed")
+        return MISSING
+    import browser_case
+
+    vars(browser_case.options).update(emulator=[], kelcam=given.kelcam)
+    if given.screenshots:
+        import browser_screenshots
+
+        return browser_screenshots.write(given.screenshots)
+    globals().update(cases())
+    unittest.main(argv=[sys.argv[0], *rest], verbosity=2)
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
