@@ -15,7 +15,7 @@ int LeaveBayer(const BayerRow&, int, std::uint8_t*) { return 0; }
 int LeaveRow(const std::uint8_t*, int x, int, std::uint8_t*) { return x; }
 
 constexpr RowKernels kScalar = {"scalar", LeaveBayer, LeaveBayer, LeaveBayer, LeaveBayer, LeaveBayer, LeaveBayer,
-                                LeaveRow, LeaveRow,   LeaveRow,   LeaveRow,   kNoTiles,   nullptr};
+                                LeaveRow, LeaveRow,   LeaveRow,   LeaveRow,   kNoStrips,  kNoStrips,  nullptr};
 
 // Tables that this processor can run, best first.
 const std::vector<const RowKernels*>& Runnable() {

@@ -17,12 +17,23 @@ namespace Rows {
 using BayerKernel = int (*)(const BayerRow& row, int end, std::uint8_t* target);
 // From pixel x on; `source` is the start of the row that pixel 0 comes from.
 using RowKernel = int (*)(const std::uint8_t* source, int x, int end, std::uint8_t* target);
-// Writes the transpose of a square tile: target row i is source column i. Steps are bytes from row to row, and may be
+// Lines of a source, of which line i becomes column i of the target. Steps are bytes from row to row, and may be
 // negative.
-using TileKernel = void (*)(const std::uint8_t* source, std::ptrdiff_t source_step_bytes, std::uint8_t* target,
-                            std::ptrdiff_t target_step_bytes);
+struct StripOfLines {
+  const std::uint8_t* source;
+  std::ptrdiff_t source_step_bytes;
+  int lines;
+  int columns;
+  std::uint8_t* target;
+  std::ptrdiff_t target_step_bytes;
+};
 
-constexpr int kNoTiles = std::numeric_limits<int>::max();
+// Transposes all of a strip.
+using StripKernel = void (*)(const StripOfLines& strip);
+
+// Lines of a strip: a cache line of the target's rows.
+constexpr int kStripLines = 64;
+constexpr int kNoStrips = std::numeric_limits<int>::max();
 
 struct RowKernels {
   const char* name;
@@ -36,8 +47,9 @@ struct RowKernels {
   RowKernel stretch;
   RowKernel grey_rgb;
   RowKernel copy;
-  int tile_side;  // kNoTiles: there is no kernel for tiles
-  TileKernel transpose_tile;
+  int least_lines;  // that a strip has, at most kStripLines; kNoStrips: there is no kernel for strips
+  int least_columns;
+  StripKernel transpose_strip;
 };
 
 // The kernels in use: the best that the processor can run. [any thread]

@@ -48,8 +48,9 @@ const RowKernels* Table() {
     RowSweep<StretchStep, 1>,
     RowSweep<GreyStep, 1>,
     RowSweep<CopyStep, 1>,
-    kTileSide,
-    TransposeTile,
+    kTileLines,
+    kTileColumns,
+    TransposeStrip,
   };
   return &kTable;
 }
