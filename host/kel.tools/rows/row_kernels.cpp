@@ -3,6 +3,8 @@
 #include "row_kernels.h"
 
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <vector>
 
@@ -11,7 +13,7 @@
 namespace Rows {
 namespace {
 
-int LeaveBayer(const BayerRow&, int, std::uint8_t*) { return 0; }
+int LeaveBayer(const BayerBand&, int, std::uint8_t*, std::ptrdiff_t) { return 0; }
 int LeaveRow(const std::uint8_t*, int x, int, std::uint8_t*) { return x; }
 
 constexpr RowKernels kScalar = {"scalar", LeaveBayer, LeaveBayer, LeaveBayer, LeaveBayer, LeaveBayer, LeaveBayer,

@@ -13,8 +13,9 @@ namespace Rows {
 
 // A kernel fills `target`, the start of the row to be made, and returns the first pixel that it left to the caller: it
 // may stop before `end`, or do nothing. What it makes is what the definition of that pixel says, bit for bit. Bayer
-// rows are made from pixel 0 on; `end` is at most the row's width.
-using BayerKernel = int (*)(const BayerRow& row, int end, std::uint8_t* target);
+// rows are made from pixel 0 on, a band of them in one call, the rows of the target `target_step_bytes` apart; `end` is
+// at most the rows' width.
+using BayerKernel = int (*)(const BayerBand& band, int end, std::uint8_t* target, std::ptrdiff_t target_step_bytes);
 // From pixel x on; `source` is the start of the row that pixel 0 comes from.
 using RowKernel = int (*)(const std::uint8_t* source, int x, int end, std::uint8_t* target);
 // Lines of a source, of which line i becomes column i of the target. Steps are bytes from row to row, and may be

@@ -42,30 +42,34 @@ HWY_INLINE int Sweep(int x, int end, int grain, const Step& step) {
   return x;
 }
 
-// The lanes moved up by one; lane 0 is the last one of the vector on the left.
-HWY_INLINE V16 FromLeft(V16 left, V16 v) {
+HWY_INLINE V16 LowerBytes(V16 v) { return hn::And(v, hn::Set(D16(), 0xFF)); }
+HWY_INLINE V16 UpperBytes(V16 v) {
+  const hn::RebindToUnsigned<D16> du;
+  return hn::BitCast(D16(), hn::ShiftRight<8>(hn::BitCast(du, v)));
+}
+
+// The upper byte of each lane times kFactor, at most 127.
+template <int kFactor>
+HWY_INLINE V16 UpperBytesTimes(V16 v) {
+  const V16 factors = hn::Set(D16(), kFactor << 8);
 #if HWY_TARGET == HWY_AVX3 || HWY_TARGET == HWY_AVX3_DL
-  return V16{_mm512_alignr_epi8(v.raw, _mm512_alignr_epi64(v.raw, left.raw, 6), 14)};
+  return V16{_mm512_maddubs_epi16(v.raw, factors.raw)};
 #elif HWY_TARGET == HWY_AVX2
-  return V16{_mm256_alignr_epi8(v.raw, _mm256_permute2x128_si256(left.raw, v.raw, 0x21), 14)};
+  return V16{_mm256_maddubs_epi16(v.raw, factors.raw)};
+#elif HWY_TARGET == HWY_SSSE3
+  return V16{_mm_maddubs_epi16(v.raw, factors.raw)};
 #else
-  static_assert(HWY_MAX_BYTES == 16, "wider vectors need their blocks moved, too");
-  return hn::CombineShiftRightLanes<7>(D16(), v, left);
+  return hn::Mul(UpperBytes(v), hn::Set(D16(), kFactor));
 #endif
 }
 
-// The lanes moved down by one; the last lane is the first one of the vector on the right.
-HWY_INLINE V16 FromRight(V16 v, V16 right) {
-#if HWY_TARGET == HWY_AVX3 || HWY_TARGET == HWY_AVX3_DL
-  return V16{_mm512_alignr_epi8(_mm512_alignr_epi64(right.raw, v.raw, 2), v.raw, 2)};
-#elif HWY_TARGET == HWY_AVX2
-  return V16{_mm256_alignr_epi8(_mm256_permute2x128_si256(v.raw, right.raw, 0x21), v.raw, 2)};
-#else
-  return hn::CombineShiftRightLanes<1>(D16(), right, v);
-#endif
+// v / 2^kShift, rounded, halves up: half of a doubled 32-bit product, rounded that way.
+template <int kShift>
+HWY_INLINE V16 RoundedShift(V16 v) {
+  return hn::MulFixedPoint15(v, hn::Set(D16(), 1 << (15 - kShift)));
 }
 
-// Bytes in Order::kSplit put into Order::kNatural.
+// The bytes of each block that Packed(even, odd) made, in order.
 HWY_INLINE V8 InOrder(V8 split) {
   alignas(16) static constexpr std::uint8_t kFrom[16] = {0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15};
   return hn::TableLookupBytes(split, hn::LoadDup128(D8(), kFrom));
@@ -91,12 +95,6 @@ HWY_INLINE Blocks LoadBlocks(const std::uint8_t* from) {
 #endif
 }
 
-// Where in each 16-byte block of a colour the pixels lie.
-enum class Order {
-  kNatural,  // pixel 0, 1, 2, ..
-  kSplit     // the block's even pixels, then its odd ones: what Packed(even, odd) gives
-};
-
 // Both vectors limited to bytes, block by block: eight lanes of `first`, then eight of `second`.
 HWY_INLINE V8 Packed(V16 first, V16 second) {
 #if HWY_TARGET == HWY_AVX3 || HWY_TARGET == HWY_AVX3_DL
@@ -115,76 +113,79 @@ HWY_INLINE V8 Packed(V16 first, V16 second) {
 #endif
 }
 
-// For byte i of a block of 16 pixels' 48 colour bytes: the byte of the block of one colour that belongs to a place of
-// this colour. Colour c of pixel p is in byte 3 p + c; as 3 and 16 share no factor, these bytes lie in 16 different
-// places of their blocks, so that one shuffle a colour serves all three blocks.
-template <Order kOrder>
-struct InterleaveShuffle {
-  alignas(16) std::uint8_t byte[3][16] = {};
-  constexpr InterleaveShuffle() {
-    for (int colour = 0; colour < 3; ++colour) {
-      for (int pixel = 0; pixel < 16; ++pixel) {
-        const int place = (3 * pixel + colour) % 16;
-        const int from = kOrder == Order::kNatural ? pixel : pixel / 2 + pixel % 2 * 8;
-        byte[colour][place] = static_cast<std::uint8_t>(from);
-      }
-    }
-  }
+// Where a byte of an RGB picture comes from: one of three vectors and a byte of it.
+struct Origin {
+  int vector;
+  int byte;
 };
 
-// 0xFF where byte i of block b of the 48 colour bytes is of colour c.
-struct InterleaveMask {
-  alignas(16) std::uint8_t byte[3][3][16] = {};
-  constexpr InterleaveMask() {
-    for (int i = 0; i < 48; ++i) byte[i % 3][i / 16][i % 16] = 0xFF;
+// Of red, green and blue in vectors of their own.
+struct PlanarOrigin {
+  static constexpr Origin Of(int byte) { return {byte % 3, byte / 3}; }
+};
+
+// The byte of a vector where Packed(even, odd) puts that of a pixel.
+constexpr int PackedPlace(int pixel) { return pixel / 16 * 16 + pixel % 16 / 2 + pixel % 2 * 8; }
+
+// Of a mosaic's pixels, in order; and of the near and the other colours of its sites, as Phase::Limited() makes them.
+template <class P>
+struct MosaicOrigin {
+  static constexpr Origin Of(int byte) {
+    const int pixel = byte / 3;
+    const int colour = byte % 3;
+    constexpr int kOwn = P::kIsRed ? 0 : 2;
+    const bool is_chroma = (pixel % 2 == 0) == P::kIsChromaFirst;
+    if (colour == (is_chroma ? kOwn : 1)) return {0, pixel};
+    return {colour == (is_chroma ? 1 : kOwn) ? 1 : 2, PackedPlace(pixel)};
   }
 };
 
 #if HWY_TARGET == HWY_AVX3_DL
-// For each byte of the 192 of 64 pixels: the byte of its colour's vector.
-template <Order kOrder>
+// For byte i of the three vectors that 64 pixels fill: its byte in the vector that it comes from, and which one this
+// is.
+template <class Origins>
 struct WideInterleave {
   alignas(64) std::uint8_t byte[3][64] = {};
+  std::uint64_t of_second[3] = {};
+  std::uint64_t of_third[3] = {};
   constexpr WideInterleave() {
     for (int i = 0; i < 192; ++i) {
-      const int pixel = i / 3;
-      const int split = pixel / 16 * 16 + pixel % 16 / 2 + pixel % 2 * 8;
-      byte[i / 64][i % 64] = static_cast<std::uint8_t>(kOrder == Order::kNatural ? pixel : split);
+      const Origin origin = Origins::Of(i);
+      byte[i / 64][i % 64] = static_cast<std::uint8_t>(origin.byte);
+      if (origin.vector == 1) of_second[i / 64] |= std::uint64_t{1} << i % 64;
+      if (origin.vector == 2) of_third[i / 64] |= std::uint64_t{1} << i % 64;
     }
   }
 };
 
-template <Order kOrder>
-HWY_INLINE void StoreRgb(V8 red, V8 green, V8 blue, std::uint8_t* to) {
-  static constexpr WideInterleave<kOrder> kFrom;
-  // Bits 0, 3, 6, ..: byte 64 b + i is red where i + b is a multiple of 3, since 64 leaves 1.
-  constexpr std::uint64_t kThirds = 0x9249249249249249ULL;
+template <class Origins>
+HWY_INLINE void StoreFrom(V8 first, V8 second, V8 third, std::uint8_t* to) {
+  static constexpr WideInterleave<Origins> kFrom;
   for (int b = 0; b < 3; ++b) {
-    const __mmask64 green_at = b == 0 ? kThirds << 1 : b == 1 ? kThirds : kThirds << 2;
-    const __mmask64 blue_at = b == 0 ? kThirds << 2 : b == 1 ? kThirds << 1 : kThirds;
     const __m512i from = _mm512_load_si512(kFrom.byte[b]);
-    __m512i bytes = _mm512_permutexvar_epi8(from, red.raw);
-    bytes = _mm512_mask_permutexvar_epi8(bytes, green_at, from, green.raw);
-    bytes = _mm512_mask_permutexvar_epi8(bytes, blue_at, from, blue.raw);
+    __m512i bytes = _mm512_permutexvar_epi8(from, first.raw);
+    bytes = _mm512_mask_permutexvar_epi8(bytes, kFrom.of_second[b], from, second.raw);
+    bytes = _mm512_mask_permutexvar_epi8(bytes, kFrom.of_third[b], from, third.raw);
     _mm512_storeu_si512(to + 64 * b, bytes);
   }
 }
 
+// Stores red, green and blue of a vector of pixels, three bytes a pixel.
+HWY_INLINE void StoreRgb(V8 red, V8 green, V8 blue, std::uint8_t* to) { StoreFrom<PlanarOrigin>(red, green, blue, to); }
+
+// Stores the colours of a vector of a mosaic's pixels.
+template <class P>
+HWY_INLINE void StoreMosaic(V8 pixels, V8 near, V8 other, std::uint8_t* to) {
+  StoreFrom<MosaicOrigin<P>>(pixels, near, other, to);
+}
+
 HWY_INLINE void StoreGrey(V8 grey, std::uint8_t* to) {
-  static constexpr WideInterleave<Order::kNatural> kFrom;
+  static constexpr WideInterleave<PlanarOrigin> kFrom;
   for (int b = 0; b < 3; ++b) {
     _mm512_storeu_si512(to + 64 * b, _mm512_permutexvar_epi8(_mm512_load_si512(kFrom.byte[b]), grey.raw));
   }
 }
 #else
-template <int kBlock>
-HWY_INLINE V8 InterleavedBlocks(V8 red, V8 green, V8 blue) {
-  static constexpr InterleaveMask kMask;
-  const auto green_at = hn::MaskFromVec(hn::LoadDup128(D8(), kMask.byte[1][kBlock]));
-  const auto blue_at = hn::MaskFromVec(hn::LoadDup128(D8(), kMask.byte[2][kBlock]));
-  return hn::IfThenElse(blue_at, blue, hn::IfThenElse(green_at, green, red));
-}
-
 // Three vectors of blocks, the first holding each first one of three, to memory in order.
 HWY_INLINE void StoreThirds(V8 first, V8 second, V8 third, std::uint8_t* to) {
 #if HWY_TARGET == HWY_AVX3
@@ -207,14 +208,64 @@ HWY_INLINE void StoreThirds(V8 first, V8 second, V8 third, std::uint8_t* to) {
 #endif
 }
 
-// Stores the colours of a vector of pixels, three bytes a pixel.
-template <Order kOrder>
+// Shuffles for the three blocks that 16 pixels fill, each out of two blocks: one has two colours of eight pixels, as
+// kPlaceOfTwo() says, the other one the third colour of all 16. A byte that the one gives, the other leaves 0.
+template <class Origins, class Places>
+struct BlockShuffles {
+  alignas(HWY_MAX_BYTES) std::uint8_t two[3][HWY_MAX_BYTES] = {};
+  alignas(HWY_MAX_BYTES) std::uint8_t third[3][HWY_MAX_BYTES] = {};
+  constexpr BlockShuffles() {
+    constexpr std::uint8_t kNone = 0x80;
+    for (int j = 0; j < 3 * HWY_MAX_BYTES; ++j) {
+      const int i = j / HWY_MAX_BYTES * 16 + j % 16;
+      const Origin origin = Origins::Of(i);
+      // Block 0 has pixels 0..5, which are among the first eight; block 1 5..10, among 4..11; block 2 10..15.
+      const int place = Places::Of(i, origin) - 8 * (i / 16);
+      two[i / 16][j % HWY_MAX_BYTES] = origin.vector == 2 ? kNone : static_cast<std::uint8_t>(place);
+      third[i / 16][j % HWY_MAX_BYTES] = origin.vector == 2 ? static_cast<std::uint8_t>(origin.byte) : kNone;
+    }
+  }
+};
+
+// Stores a vector of pixels of which `low` and `high` have two colours: of the first and of the last eight of each 16.
+template <class Origins, class Places>
+HWY_INLINE void StoreBlocks(V8 low, V8 high, V8 third, std::uint8_t* to) {
+  static constexpr BlockShuffles<Origins, Places> kShuffles;
+  const auto block = [third](int b, V8 two) HWY_ATTR {
+    return hn::Or(hn::TableLookupBytesOr0(two, hn::Load(D8(), kShuffles.two[b])),
+                  hn::TableLookupBytesOr0(third, hn::Load(D8(), kShuffles.third[b])));
+  };
+  const V8 middle = hn::CombineShiftRightBytes<8>(D8(), high, low);
+  StoreThirds(block(0, low), block(1, middle), block(2, high), to);
+}
+
+// Red and green of a pixel lie side by side.
+struct PlanarPlaces {
+  static constexpr int Of(int, const Origin& origin) { return 2 * origin.byte + origin.vector; }
+};
+
+// Stores red, green and blue of a vector of pixels, three bytes a pixel.
 HWY_INLINE void StoreRgb(V8 red, V8 green, V8 blue, std::uint8_t* to) {
-  static constexpr InterleaveShuffle<kOrder> kShuffle;
-  const V8 r = hn::TableLookupBytes(red, hn::LoadDup128(D8(), kShuffle.byte[0]));
-  const V8 g = hn::TableLookupBytes(green, hn::LoadDup128(D8(), kShuffle.byte[1]));
-  const V8 b = hn::TableLookupBytes(blue, hn::LoadDup128(D8(), kShuffle.byte[2]));
-  StoreThirds(InterleavedBlocks<0>(r, g, b), InterleavedBlocks<1>(r, g, b), InterleavedBlocks<2>(r, g, b), to);
+  StoreBlocks<PlanarOrigin, PlanarPlaces>(hn::InterleaveLower(D8(), red, green), hn::InterleaveUpper(D8(), red, green),
+                                          blue, to);
+}
+
+// The sampled bytes of two pixels, then their near colours.
+struct MosaicPlaces {
+  static constexpr int Of(int byte, const Origin& origin) {
+    const int pixel = byte / 3;
+    return pixel / 2 * 4 + origin.vector * 2 + pixel % 2;
+  }
+};
+
+// Stores the colours of a vector of a mosaic's pixels.
+template <class P>
+HWY_INLINE void StoreMosaic(V8 pixels, V8 near, V8 other, std::uint8_t* to) {
+  const V16 pairs = hn::BitCast(D16(), pixels);
+  const V16 near_pairs = hn::BitCast(D16(), InOrder(near));
+  const V8 low = hn::BitCast(D8(), hn::InterleaveLower(D16(), pairs, near_pairs));
+  const V8 high = hn::BitCast(D8(), hn::InterleaveUpper(D16(), pairs, near_pairs));
+  StoreBlocks<MosaicOrigin<P>, MosaicPlaces>(low, high, other, to);
 }
 
 // For byte i of the 48 of a block of 16 pixels: its pixel.
