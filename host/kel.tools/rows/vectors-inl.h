@@ -48,25 +48,16 @@ HWY_INLINE V16 UpperBytes(V16 v) {
   return hn::BitCast(D16(), hn::ShiftRight<8>(hn::BitCast(du, v)));
 }
 
-// The upper byte of each lane times kFactor, at most 127.
-template <int kFactor>
-HWY_INLINE V16 UpperBytesTimes(V16 v) {
-  const V16 factors = hn::Set(D16(), kFactor << 8);
-#if HWY_TARGET == HWY_AVX3 || HWY_TARGET == HWY_AVX3_DL
-  return V16{_mm512_maddubs_epi16(v.raw, factors.raw)};
-#elif HWY_TARGET == HWY_AVX2
-  return V16{_mm256_maddubs_epi16(v.raw, factors.raw)};
-#elif HWY_TARGET == HWY_SSSE3
-  return V16{_mm_maddubs_epi16(v.raw, factors.raw)};
-#else
-  return hn::Mul(UpperBytes(v), hn::Set(D16(), kFactor));
-#endif
-}
-
 // v / 2^kShift, rounded, halves up: half of a doubled 32-bit product, rounded that way.
 template <int kShift>
 HWY_INLINE V16 RoundedShift(V16 v) {
   return hn::MulFixedPoint15(v, hn::Set(D16(), 1 << (15 - kShift)));
+}
+
+// -v / 2^kShift, likewise.
+template <int kShift>
+HWY_INLINE V16 RoundedShiftOfNegative(V16 v) {
+  return hn::MulFixedPoint15(v, hn::Set(D16(), -(1 << (15 - kShift))));
 }
 
 // The bytes of each block that Packed(even, odd) made, in order.
