@@ -89,17 +89,52 @@ HWY_INLINE void PrefetchAhead(const StripOfLines& strip, int column) {
   }
 }
 
-// Tile by tile along the strip, so that whole cache lines of the target are filled. The last tiles are moved back to
-// end with the strip.
-inline void TransposeStrip(const StripOfLines& strip) {
-  for (int column = 0; column < strip.columns; column += kTileColumns) {
-    const int x = HWY_MIN(column, strip.columns - kTileColumns);
-    PrefetchAhead(strip, column);
-    for (int line = 0; line < strip.lines; line += kTileLines) {
-      const int y = HWY_MIN(line, strip.lines - kTileLines);
-      TransposeTile(strip.source + y * strip.source_step_bytes + x, strip.source_step_bytes,
-                    strip.target + x * strip.target_step_bytes + y, strip.target_step_bytes);
+// A block of columns from x on, tile by tile, the last one moved back to end with the strip.
+HWY_INLINE void TransposeColumns(const StripOfLines& strip, int x) {
+  for (int line = 0; line < strip.lines; line += kTileLines) {
+    const int y = HWY_MIN(line, strip.lines - kTileLines);
+    TransposeTile(strip.source + y * strip.source_step_bytes + x, strip.source_step_bytes,
+                  strip.target + x * strip.target_step_bytes + y, strip.target_step_bytes);
+  }
+}
+
+// Lines that lie a multiple of this apart compete for so few places of the nearest cache that a strip's do not fit.
+constexpr std::ptrdiff_t kCompetingStep = 1024;
+// Columns that are copied at once: a cache line.
+constexpr int kCopiedColumns = 64;
+
+// By way of copies of the lines, so that each cache line of the source is read once. Returns the first column that is
+// left.
+inline int TransposeCopies(const StripOfLines& strip) {
+  alignas(kCopiedColumns) std::uint8_t copies[kStripLines * kCopiedColumns];
+  int column = 0;
+  for (; column + kCopiedColumns <= strip.columns; column += kCopiedColumns) {
+    const std::uint8_t* from = strip.source + column;
+    for (int line = 0; line < strip.lines; ++line) {
+      for (int i = 0; i < kCopiedColumns; i += HWY_MAX_BYTES) {
+        hn::Store(hn::LoadU(D8(), from + i), D8(), copies + line * kCopiedColumns + i);
+      }
+      hwy::Prefetch(from + kColumnsAhead);
+      hwy::Prefetch(strip.target + (column + kColumnsAhead + line) * strip.target_step_bytes);
+      from += strip.source_step_bytes;
     }
+    const StripOfLines copied{copies,
+                              kCopiedColumns,
+                              strip.lines,
+                              kCopiedColumns,
+                              strip.target + column * strip.target_step_bytes,
+                              strip.target_step_bytes};
+    for (int x = 0; x < kCopiedColumns; x += kTileColumns) TransposeColumns(copied, x);
+  }
+  return column;
+}
+
+// The last block of columns is moved back to end with the strip.
+inline void TransposeStrip(const StripOfLines& strip) {
+  int column = strip.source_step_bytes % kCompetingStep == 0 ? TransposeCopies(strip) : 0;
+  for (; column < strip.columns; column += kTileColumns) {
+    PrefetchAhead(strip, column);
+    TransposeColumns(strip, HWY_MIN(column, strip.columns - kTileColumns));
   }
 }
 
