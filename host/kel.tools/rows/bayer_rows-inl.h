@@ -14,6 +14,7 @@
 
 #include "bayer_pixel.h"
 #include "bayer_sweep-inl.h"
+#include "interleave-inl.h"
 #include "vectors-inl.h"
 
 HWY_BEFORE_NAMESPACE();

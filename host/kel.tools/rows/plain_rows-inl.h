@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "interleave-inl.h"
 #include "vectors-inl.h"
 #include "yuv_pixel.h"
 
