@@ -107,8 +107,8 @@ class Control {
 const kBytesPerMegabyte = 1e6;
 
 export class Controls {
-  // part(name): the element of the panel with this mark.
-  constructor(camera, part) {
+  // part(name): the element of the panel with this mark; onShot(): a single picture has been taken.
+  constructor(camera, part, onShot) {
     this.camera = camera;
     this.part = part;
     this.rows = new Map();
@@ -122,7 +122,10 @@ export class Controls {
     part("trigger").addEventListener("change", () => this.#post("trigger", {trigger: part("trigger").value}));
     part("rate").addEventListener("change", () => this.#post("rate", {bytes_per_s: Math.round(Number(part("rate").value) * kBytesPerMegabyte)}));
     part("run").addEventListener("click", () => this.#post("run", {run: this.state.state !== "running"}));
-    part("shot").addEventListener("click", () => this.#post("shot", {}));
+    part("shot").addEventListener("click", async () => {
+      await this.#post("shot", {});
+      onShot();
+    });
   }
 
   show(camera) {

@@ -47,7 +47,10 @@ api.listen({
     messages.clear();
     for (const panel of panels) panel.restart();
   },
-  lost: () => setConnected(false),
+  lost() {
+    setConnected(false);
+    for (const panel of panels) panel.pause();
+  },
   cameras: showCameras,
   frame: (event) => panels[event.camera]?.showFrame(event),
   figures: (event) => panels[event.camera]?.showFigures(event),

@@ -26,7 +26,7 @@ export class Panel {
       onPixel: (pixel) => this.#showPixel(pixel),
       onArea: (area) => this.#setArea(area),
     });
-    this.controls = new Controls(camera.index, (name) => this.part(name));
+    this.controls = new Controls(camera.index, (name) => this.part(name), () => this.shown.ask());
     this.course = [];
     this.peak = 0;
     this.#hear(onChosen);
@@ -46,6 +46,7 @@ export class Panel {
     this.part("state").textContent = kStates[camera.state] ?? camera.state;
     this.element.dataset.state = camera.state;
     this.shown.isGrey = !camera.color;
+    this.shown.feed(camera.state === "running");
     this.picture.isDimmed = camera.state === "lost" || camera.state === "opening";
     this.#showProblem(camera);
     this.controls.show(camera);
@@ -58,7 +59,7 @@ export class Panel {
     drawHistogram(this.part("histogram"), event.histogram, event.clipped);
     const [dark, bright] = [0, 1].map((end) => Math.max(...event.clipped.map((shares) => shares[end])));
     const clipping = this.part("clipping");
-    clipping.textContent = `black ${percent(dark)}, white ${percent(bright)}, mean ${event.mean.map((mean) => mean.toFixed(1)).join("  ")}`;
+    clipping.textContent = `black ${percent(dark)}, white ${percent(bright)}\nmean ${event.mean.map((mean) => mean.toFixed(1)).join("  ")}`;
     clipping.classList.toggle("clips", dark > 0.01 || bright > 0.01);
     this.#showSharpness(event);
     this.part("figures").textContent = `${event.sent_per_s.toFixed(1)} frames/s, ${event.shown_per_s.toFixed(1)} shown`;
@@ -74,9 +75,14 @@ export class Panel {
     this.part("temperatures").textContent = figures.temperatures.map(({name, celsius}) => `${name} ${celsius.toFixed(1)} °C`).join(", ");
   }
 
-  // Whether the program is there; without it nothing is as it was.
+  // The program is there again, maybe another one.
   restart() {
     this.shown.restart();
+  }
+
+  // The program has gone.
+  pause() {
+    this.shown.feed(false);
   }
 
   press(key) {

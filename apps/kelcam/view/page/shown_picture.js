@@ -34,6 +34,8 @@ export class ShownPicture {
     this.onChange = onChange;
     this.picture = null;
     this.isHeld = false;
+    // Whether the camera sends pictures, and the program is there to bring them.
+    this.isFed = false;
     this.interval_ms = 100;
     this.error = "";
     this.taken = -Infinity;
@@ -50,9 +52,21 @@ export class ShownPicture {
     if (isHeld) this.waiting?.abort();
   }
 
+  // Without pictures to come nothing waits for one.
+  feed(isFed) {
+    this.isFed = isFed;
+    if (!isFed) this.waiting?.abort();
+  }
+
+  // One picture, whether or not others come.
+  ask() {
+    this.isAsked = true;
+  }
+
   // Frames are counted anew.
   restart() {
     this.after = 0;
+    this.ask();
     this.waiting?.abort();
   }
 
@@ -133,11 +147,10 @@ export class ShownPicture {
     this.after = 0;
     for (;;) {
       const began = performance.now();
-      if (!this.isHeld && !document.hidden && (await this.#next())) {
-        await pause(Math.max(0, this.interval_ms - (performance.now() - began)));
-      } else {
-        await pause(this.isHeld || document.hidden ? this.interval_ms : kRetryMs);
-      }
+      const isWanted = !this.isHeld && !document.hidden && (this.isFed || this.isAsked);
+      this.isAsked = false;
+      const isThere = isWanted && (await this.#next());
+      await pause(isWanted && !isThere ? kRetryMs : Math.max(0, this.interval_ms - (performance.now() - began)));
     }
   }
 
