@@ -58,7 +58,8 @@ export class Panel {
     drawHistogram(this.part("histogram"), event.histogram, event.clipped);
     const [dark, bright] = [0, 1].map((end) => Math.max(...event.clipped.map((shares) => shares[end])));
     const clipping = this.part("clipping");
-    clipping.textContent = `black ${percent(dark)}, white ${percent(bright)}, mean ${event.mean.map((mean) => mean.toFixed(1)).join("  ")}`;
+    clipping.textContent = `black ${percent(dark)}, white ${percent(bright)}`;
+    this.part("mean").textContent = `mean ${event.mean.map((mean) => mean.toFixed(1)).join("  ")}`;
     clipping.classList.toggle("clips", dark > 0.01 || bright > 0.01);
     this.#showSharpness(event);
     this.part("figures").textContent = `${event.sent_per_s.toFixed(1)} frames/s, ${event.shown_per_s.toFixed(1)} shown`;
@@ -143,6 +144,7 @@ export class Panel {
   }
 
   #showScale() {
+    if (!this.view.picture.width) return;
     const percents = this.view.scale * 100;
     this.part("zoom").textContent = `${percents < 10 ? percents.toFixed(1) : Math.round(percents)} %`;
     this.part("fit").setAttribute("aria-pressed", this.view.isFitted);

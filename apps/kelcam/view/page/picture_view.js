@@ -117,7 +117,7 @@ export class PictureView {
   #resize() {
     const width = Math.max(1, Math.round(this.canvas.clientWidth * devicePixelRatio));
     const height = Math.max(1, Math.round(this.canvas.clientHeight * devicePixelRatio));
-    if (width === this.canvas.width && height === this.canvas.height) return;
+    if (width === this.view.canvas.width && height === this.view.canvas.height) return;
     this.canvas.width = width;
     this.canvas.height = height;
     this.change((view) => view.setCanvas(width, height));
