@@ -58,8 +58,8 @@ export class Panel {
     drawHistogram(this.part("histogram"), event.histogram, event.clipped);
     const [dark, bright] = [0, 1].map((end) => Math.max(...event.clipped.map((shares) => shares[end])));
     const clipping = this.part("clipping");
-    clipping.textContent = `black ${percent(dark)}, white ${percent(bright)}`;
-    this.part("mean").textContent = `mean ${event.mean.map((mean) => mean.toFixed(1)).join("  ")}`;
+    const means = event.mean.map((mean) => mean.toFixed(1)).join(" ");
+    clipping.textContent = `black ${percent(dark)}, white ${percent(bright)}, mean ${means}`;
     clipping.classList.toggle("clips", dark > 0.01 || bright > 0.01);
     this.#showSharpness(event);
     this.part("figures").textContent = `${event.sent_per_s.toFixed(1)} frames/s, ${event.shown_per_s.toFixed(1)} shown`;
@@ -97,9 +97,11 @@ export class Panel {
     on("actual", () => this.picture.change((view) => view.zoomTo(1)));
     on("zoom-in", () => this.picture.change((view) => view.zoomIn()));
     on("zoom-out", () => this.picture.change((view) => view.zoomOut()));
-    flip("pause", (isHeld) => {
-      this.shown.hold(isHeld);
-      this.element.dataset.paused = isHeld;
+    flip("pause", async (isHeld) => {
+      await this.shown.hold(isHeld);
+      // Once the frame that stays is painted.
+      await new Promise(requestAnimationFrame);
+      this.element.dataset.paused = this.shown.isHeld;
     });
     on("save", () => this.#save());
     flip("cross", (has) => {

@@ -46,9 +46,10 @@ export class ShownPicture {
     return this.picture?.frame ?? 0;
   }
 
-  hold(isHeld) {
+  // Kept as soon as the frame that stays is there.
+  async hold(isHeld) {
     this.isHeld = isHeld;
-    if (isHeld) this.#settle();
+    if (isHeld) await this.#settle();
   }
 
   // Frames are counted anew.
