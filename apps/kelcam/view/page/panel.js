@@ -8,6 +8,7 @@ import {ShownPicture} from "/page/shown_picture.js";
 import {ViewWindow} from "/page/view_window.js";
 
 const kCourseLength = 150;
+const kGoesOn = "The program tries again by itself, and the picture goes on when the camera answers.";
 const kStates = {running: "running", stopped: "stopped", opening: "opening", lost: "lost"};
 
 const counted = (count, noun) => `${count.toLocaleString("en")} ${noun}${count === 1 ? "" : "s"}`;
@@ -199,6 +200,10 @@ export class Panel {
     const element = this.part("problem");
     const {problem} = camera;
     const lines = problem ? [problem.sentence, problem.why, problem.to_do].flat().filter(Boolean) : [];
+    if (camera.state === "lost") {
+      lines.push(kGoesOn);
+      this.part("figures").textContent = `since ${new Date(camera.since).toLocaleTimeString("en-GB")}`;
+    }
     const text = lines.join("\n");
     // A screen reader reads it again when it is written again.
     if (element.textContent !== text) element.textContent = text;
