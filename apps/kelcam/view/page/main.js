@@ -36,7 +36,7 @@ function showCameras(states) {
 
 function setConnected(isConnected) {
   connection.hidden = isConnected;
-  connection.textContent = isConnected ? "" : "No connection to kelcam; trying again";
+  connection.textContent = isConnected ? "" : "No connection to kelcam. Is it still running? The page tries again every second.";
   document.body.classList.toggle("disconnected", !isConnected);
 }
 
