@@ -74,18 +74,39 @@ int RunAlone(const Options& options) {
   return result;
 }
 
+// The module that the command works with.
+Module LoadWatched(const Options& options) {
+  Module module = LoadModule(options);
+  PrintSimulationNotice(module);
+  WatchForInterrupt();
+  return module;
+}
+
+int Ended(ExitCode result, const MessageLog& log) {
+  log.CheckWritten();
+  CheckOutput();
+  return Interrupted() ? InterruptedExitCode() : result;
+}
+
+// What keeps the module from being loaded is among its findings.
+int RunSelfTest(const Options& options, MessageLog& log) {
+  return Ended(RunCheck(
+                   options, [&options] { return LoadWatched(options); }, log),
+               log);
+}
+
 int RunCommand(const Options& options) {
   if (options.command == Command::kScenarios || options.command == Command::kProfileCheck) return RunAlone(options);
   CheckLog(options);
   MessageLog log(options.log_file, options.verbose);
-  const Module module = LoadModule(options);
-  PrintSimulationNotice(module);
-  WatchForInterrupt();
+  if (options.command == Command::kCheck) return RunSelfTest(options, log);
+  const Module module = LoadWatched(options);
   ExitCode result = kFailed;
   switch (options.command) {
     case Command::kVersion:
     case Command::kScenarios:
     case Command::kProfileCheck:
+    case Command::kCheck:
       break;
     case Command::kList:
       result = RunList(options, module, log);
@@ -106,10 +127,7 @@ int RunCommand(const Options& options) {
       result = RunProfileNew(options, module, log);
       break;
   }
-  log.CheckWritten();
-  CheckOutput();
-  if (Interrupted()) return InterruptedExitCode();
-  return result;
+  return Ended(result, log);
 }
 
 int Run(int argc, char** argv) {

@@ -4,11 +4,15 @@
 
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <ctime>
 #include <functional>
 #include <opencv2/imgproc.hpp>
 
 #include "bcolorconverter.h"
 #include "bimagergb.h"
+#include "hamilton_adams.h"
+#include "rows/row_kernels.h"
 
 namespace {
 
@@ -46,6 +50,18 @@ cv::Mat Ours(const Mosaic& mosaic, const BSize& size, bool good) {
   return cv::Mat(size.height, size.width, CV_8UC3, image.Row(0), image.LineLength()).clone();
 }
 
+cv::Mat OursInScalarLoops(const Mosaic& mosaic, const BSize& size) {
+  Rows::UseKernels("scalar");
+  cv::Mat colours = Ours(mosaic, size, true);
+  Rows::UseKernels(Rows::KernelNames()[0]);
+  return colours;
+}
+
+cv::Mat Directional(const Mosaic& mosaic, const BSize& size) {
+  std::vector<std::uint8_t> rgb = HamiltonAdams(mosaic, size);
+  return cv::Mat(size.height, size.width, CV_8UC3, rgb.data()).clone();
+}
+
 // OpenCV names a mosaic by the tile one row down and one column right of the top left.
 Way OpenCv(const char* name, int code, int rows_too_high = 0) {
   return {name,
@@ -61,6 +77,8 @@ const std::vector<Way>& Ways() {
   static const std::vector<Way> kWays = {
       {"fast", [](Mosaic& mosaic, const BSize& size) { return Ours(mosaic, size, false); }, 0},
       {"good", [](Mosaic& mosaic, const BSize& size) { return Ours(mosaic, size, true); }, 0},
+      {"good, scalar", [](Mosaic& mosaic, const BSize& size) { return OursInScalarLoops(mosaic, size); }, 0},
+      {"Hamilton-Adams, scalar", [](Mosaic& mosaic, const BSize& size) { return Directional(mosaic, size); }, 0},
       OpenCv("OpenCV bilinear", cv::COLOR_BayerBG2RGB),
       OpenCv("OpenCV edge-aware", cv::COLOR_BayerBG2RGB_EA),
       OpenCv("OpenCV VNG", cv::COLOR_BayerBG2RGB_VNG, kVngRowsTooHigh),
@@ -94,10 +112,15 @@ const std::vector<std::string>& WayNames() {
   return kNames;
 }
 
-std::vector<double> ColourPsnr(const Original& original) {
+std::vector<Score> Scores(const Original& original) {
   Mosaic mosaic = MosaicOf(original);
-  std::vector<double> results;
-  for (const Way& way : Ways())
-    results.push_back(Psnr(original, way.colours(mosaic, original.size), way.rows_too_high));
+  std::vector<Score> results;
+  for (const Way& way : Ways()) {
+    way.colours(mosaic, original.size);
+    const std::clock_t start = std::clock();
+    const cv::Mat colours = way.colours(mosaic, original.size);
+    const double ms = static_cast<double>(std::clock() - start) * 1e3 / CLOCKS_PER_SEC;
+    results.push_back({Psnr(original, colours, way.rows_too_high), ms * 1e6 / static_cast<double>(mosaic.size())});
+  }
   return results;
 }

@@ -1,5 +1,5 @@
 // main.cpp
-// Prints how near demosaiced photographs and the test chart come to the originals, ours beside OpenCV's.
+// Prints how near demosaiced photographs and the test chart come to the originals, ours beside others.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
@@ -32,21 +32,54 @@ void PrintRow(const std::string& name, const std::vector<double>& results) {
   std::printf("\n");
 }
 
-void PrintTable(const std::vector<std::string>& files) {
+// The second row of a table, below the names of its columns.
+void PrintRule(std::size_t columns) {
+  std::printf("|---|");
+  for (std::size_t i = 0; i < columns; ++i) std::printf("---:|");
+  std::printf("\n");
+}
+
+std::vector<double> PsnrOf(const std::vector<Score>& scores) {
+  std::vector<double> list;
+  for (const Score& score : scores) list.push_back(score.psnr_db);
+  return list;
+}
+
+void PrintPictures(const std::vector<std::vector<Score>>& photographs, const std::vector<std::string>& names) {
   std::printf("| colour PSNR, dB |");
   for (const std::string& name : WayNames()) std::printf(" %s |", name.c_str());
-  std::printf("\n|---|");
-  for (std::size_t i = 0; i < WayNames().size(); ++i) std::printf("---:|");
   std::printf("\n");
-  std::vector<double> mean(WayNames().size(), 0.0);
+  PrintRule(WayNames().size());
+  for (std::size_t i = 0; i < photographs.size(); ++i) PrintRow(names[i], PsnrOf(photographs[i]));
+  PrintRow("test chart", PsnrOf(Scores(TestChart())));
+}
+
+void PrintWays(const std::vector<std::vector<Score>>& photographs) {
+  std::printf("\n| way | mean of the photographs, dB | worst photograph, dB | ms for a megapixel |\n");
+  PrintRule(3);
+  for (std::size_t way = 0; way < WayNames().size(); ++way) {
+    double mean = 0;
+    double worst = 1000;
+    double ms = 0;
+    for (const std::vector<Score>& scores : photographs) {
+      mean += scores[way].psnr_db / static_cast<double>(photographs.size());
+      worst = std::min(worst, scores[way].psnr_db);
+      ms += scores[way].ms_per_megapixel / static_cast<double>(photographs.size());
+    }
+    PrintRow(WayNames()[way], {mean, worst, ms});
+  }
+}
+
+void PrintTables(const std::vector<std::string>& files) {
+  std::vector<std::vector<Score>> photographs;
+  std::vector<std::string> names;
   for (const std::string& file : files) {
     const Original photograph = HalvedPhotograph(file);
-    const std::vector<double> results = ColourPsnr(photograph);
-    for (std::size_t i = 0; i < mean.size(); ++i) mean[i] += results[i] / static_cast<double>(files.size());
-    PrintRow(photograph.name, results);
+    photographs.push_back(Scores(photograph));
+    names.push_back(photograph.name);
   }
-  if (!files.empty()) PrintRow("mean of the photographs", mean);
-  PrintRow("test chart", ColourPsnr(TestChart()));
+  PrintPictures(photographs, names);
+  if (!files.empty()) PrintWays(photographs);
 }
 
 }  // namespace
@@ -57,7 +90,7 @@ int main(int argc, char** argv) {
   app.add_option("folder", folder, "Folder with the photographs (.jpg, .png)")->capture_default_str();
   CLI11_PARSE(app, argc, argv);
   try {
-    PrintTable(PicturesIn(folder));
+    PrintTables(PicturesIn(folder));
     return 0;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "bench_quality: %s\n", error.what());

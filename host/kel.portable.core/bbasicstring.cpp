@@ -200,7 +200,9 @@ BBasicString<Char> BBasicString<Char>::FormatList(const Char* format, const BFor
   std::size_t next = 0;
   for (const Char* at = format; at && *at;) {
     if (*at != '%') {
-      out += *at++;
+      const Char* const run = at;
+      while (*at && *at != '%') ++at;
+      out.append(run, at);
       continue;
     }
     const Conversion<Char> conversion = ReadConversion(++at);

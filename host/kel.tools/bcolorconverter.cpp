@@ -13,6 +13,7 @@
 
 namespace {
 
+using Rows::BayerBand;
 using Rows::BayerRow;
 using Rows::BayerSite;
 using Rows::kBayerReach;
@@ -51,10 +52,13 @@ BayerRow RowAt(const Frame& frame, int bayer_order, int y) {
   return row;
 }
 
-// Makes `count` pixels of a row: by the kernel as far as it goes, the rest pixel by pixel.
-template <class Pixel>
-void MakeBayerRow(const BayerRow& row, int count, Rows::BayerKernel kernel, std::uint8_t* target, Pixel pixel) {
-  for (int x = kernel(row, count, target); x < count; ++x) pixel(x);
+BayerBand BandAt(const Frame& frame, int bayer_order, int y, int rows) {
+  const BayerRow first = RowAt(frame, bayer_order, y);
+  BayerBand band{{}, rows, first.width, first.chroma_parity, first.is_red};
+  for (int i = 0; i < rows + 2 * kBayerReach; ++i) {
+    band.lines[i] = frame.Line(Rows::Mirrored(y + i - kBayerReach, frame.size.height));
+  }
+  return band;
 }
 
 BSize Overlap(const BSize& a, const BSize& b) { return {std::min(a.width, b.width), std::min(a.height, b.height)}; }
@@ -66,26 +70,35 @@ void Put(const Rgb& colour, std::uint8_t* target, int x) {
   pixel[2] = colour.blue;
 }
 
+// Makes the common part of frame and image: by the kernel as far as it goes, the rest by put(site, line, x).
+template <class Image, class PutPixel>
+void ConvertBayer(const Frame& frame, int order, Image& target, Rows::BayerKernel kernel, PutPixel put) {
+  const BSize part = Overlap(frame.size, target.Size());
+  for (int y = 0; y < part.height; y += Rows::kBandRows) {
+    const BayerBand band = BandAt(frame, order, y, std::min(Rows::kBandRows, part.height - y));
+    const int made = kernel(band, part.width, target.Row(y), static_cast<std::ptrdiff_t>(target.LineLength()));
+    if (made == part.width) continue;
+    for (int i = 0; i < band.rows; ++i) {
+      const BayerRow row = RowAt(frame, order, y + i);
+      std::uint8_t* const line = target.Row(y + i);
+      for (int x = made; x < part.width; ++x) put(BayerSite(row, x), line, x);
+    }
+  }
+}
+
 template <class Interpolation>
 void BayerToRgb(const Frame& frame, int order, BImageRgb& target, Rows::BayerKernel kernel,
                 Interpolation interpolation) {
-  const BSize part = Overlap(frame.size, target.Size());
-  for (int y = 0; y < part.height; ++y) {
-    const BayerRow row = RowAt(frame, order, y);
-    std::uint8_t* const line = target.Row(y);
-    MakeBayerRow(row, part.width, kernel, line, [&](int x) { Put(interpolation(BayerSite(row, x)), line, x); });
-  }
+  ConvertBayer(frame, order, target, kernel, [interpolation](const BayerSite& site, std::uint8_t* line, int x) {
+    Put(interpolation(site), line, x);
+  });
 }
 
 template <class Grey>
 void BayerToMono(const Frame& frame, int order, BImage8u& target, Rows::BayerKernel kernel, Grey grey) {
-  const BSize part = Overlap(frame.size, target.Size());
-  for (int y = 0; y < part.height; ++y) {
-    const BayerRow row = RowAt(frame, order, y);
-    std::uint8_t* const line = target.Row(y);
-    MakeBayerRow(row, part.width, kernel, line,
-                 [&](int x) { line[x] = static_cast<std::uint8_t>(grey(BayerSite(row, x))); });
-  }
+  ConvertBayer(frame, order, target, kernel, [grey](const BayerSite& site, std::uint8_t* line, int x) {
+    line[x] = static_cast<std::uint8_t>(grey(site));
+  });
 }
 
 // Pixel x of a row of pairs U Y V Y. A last pixel without a partner has no V of its own: it takes the pair's before it,

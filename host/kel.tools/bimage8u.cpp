@@ -16,20 +16,21 @@ struct RowSequence {
   std::ptrdiff_t step_bytes;  // to the next row; negative where rows are taken from the bottom up
 };
 
-// Target row y, of part.height, is source column y; source row x, of part.width, is target column x. The last tiles of
-// a row and of a column are moved back to end with the picture.
+// Target row y, of part.height, is source column y; source row x, of part.width, is target column x. The last strip is
+// moved back to end with the picture.
 void Transpose(const RowSequence<const std::uint8_t>& source, const RowSequence<std::uint8_t>& target,
                const BSize& part) {
   const Rows::RowKernels& kernels = Rows::Kernels();
-  const bool tiles = part.width >= kernels.tile_side && part.height >= kernels.tile_side;
-  const int side = tiles ? kernels.tile_side : 1;
-  for (int column = 0; column < part.width; column += side) {
-    const int x = std::min(column, part.width - side);
-    for (int row = 0; row < part.height; row += side) {
-      const int y = std::min(row, part.height - side);
-      const std::uint8_t* const from = source.first + x * source.step_bytes + y;
-      std::uint8_t* const to = target.first + y * target.step_bytes + x;
-      tiles ? kernels.transpose_tile(from, source.step_bytes, to, target.step_bytes) : static_cast<void>(*to = *from);
+  const bool strips = part.width >= kernels.least_lines && part.height >= kernels.least_columns;
+  const int lines = strips ? std::min(Rows::kStripLines, part.width) : 1;
+  for (int row = 0; row < part.width; row += lines) {
+    const int x = std::min(row, part.width - lines);
+    const std::uint8_t* const from = source.first + x * source.step_bytes;
+    std::uint8_t* const to = target.first + x;
+    if (strips) {
+      kernels.transpose_strip({from, source.step_bytes, lines, part.height, to, target.step_bytes});
+    } else {
+      for (int y = 0; y < part.height; ++y) to[y * target.step_bytes] = from[y];
     }
   }
 }

@@ -97,7 +97,7 @@ TEST_F(CameraChoice, OneThatDoesNotOpenIsNamed) {
 }
 
 TEST_F(CameraChoice, LiveTakesOneToo) {
-  const auto live = DocumentLines({"live", "--camera", "1", "--seconds", "0.5"}).back();
+  const auto live = DocumentLines({"live", "--camera", "1", "--seconds", "1.5"}).back();
 
   EXPECT_GE(live["frames"], 1);
   EXPECT_EQ(live["failures"], 0) << live;

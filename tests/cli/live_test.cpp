@@ -48,7 +48,7 @@ TEST_F(Live, PrintsASummaryAndNoProgressIntoAPipe) {
 TEST_F(Live, EndsWithADocumentOfTheTotal) {
   Script(Codes("snap", {BError::eTimeout, BError::eTimeout, BError::eFrameInvalid, BError::eSuccess}));
 
-  const auto document = DocumentLines(With("live", {"--seconds", "0.5"})).back();
+  const auto document = DocumentLines(With("live", {"--seconds", "1.5"})).back();
 
   EXPECT_GT(document["frames"], 0);
   EXPECT_EQ(document["failures"], 3);
@@ -64,7 +64,7 @@ TEST_F(Live, EndsWithADocumentOfTheTotal) {
 TEST_F(Live, PrintsEachErrorOnceAndFails) {
   Script(Codes("snap", {BError::eTimeout, BError::eTimeout, BError::eFrameInvalid, BError::eSuccess}));
 
-  const ProcessResult result = Kelcam(With("live", {"--seconds", "0.5"}));
+  const ProcessResult result = Kelcam(With("live", {"--seconds", "0.9"}));
 
   EXPECT_EQ(result.err, "error 12106: no image arrived in time\nerror 12110: the received frame is invalid\n");
   EXPECT_EQ(result.exit_code, kFailed);

@@ -8,7 +8,7 @@ import subprocess
 import tarfile
 import zipfile
 
-DEADLINE_S = 200
+DEADLINE_S = 600
 
 options = argparse.Namespace()
 

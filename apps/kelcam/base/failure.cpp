@@ -11,10 +11,10 @@ namespace Kelcam {
 
 std::string Reason::Text() const {
   std::string text;
-  for (const std::string& message : messages) text += "  " + message + "\n";
-  if (!why.empty()) text += "why: " + why + "\n";
-  if (!to_do.empty()) text += "to do: " + to_do + "\n";
-  if (has_more) text += std::string(kMoreMessages) + "\n";
+  for (const std::string& message : messages) text.append("  ").append(message).append("\n");
+  if (!why.empty()) text.append("why: ").append(why).append("\n");
+  if (!to_do.empty()) text.append("to do: ").append(to_do).append("\n");
+  if (has_more) text.append(kMoreMessages).append("\n");
   return text;
 }
 

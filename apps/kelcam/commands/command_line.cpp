@@ -25,6 +25,7 @@ namespace {
 constexpr int kMaxImages = 1000000;
 constexpr int kMaxRetries = 1000000;
 constexpr std::chrono::duration<double> kMaxInterval = std::chrono::hours(366 * 24);
+constexpr double kLongestCheck_s = 3600.0;
 constexpr std::size_t kOptionColumnWidth = 32;
 // What the parser calls the value of an option, in its own messages.
 constexpr const char* kTextType = "TEXT";
@@ -46,7 +47,8 @@ const std::map<std::string, Command> kCommands = {{"list", Command::kList},
                                                   {"info", Command::kInfo},
                                                   {"snap", Command::kSnap},
                                                   {"live", Command::kLive},
-                                                  {"view", Command::kView}};
+                                                  {"view", Command::kView},
+                                                  {"check", Command::kCheck}};
 const std::map<std::string, Command> kProfileCommands = {{"new", Command::kProfileNew},
                                                          {"check", Command::kProfileCheck}};
 const Choices<BBaseAoi::Kind> kKinds = {{"mono", BBaseAoi::eMono8}, {"rgb", BBaseAoi::eRgb}};
@@ -291,6 +293,21 @@ void AddViewCommand(CLI::App& app, Options& options, std::vector<std::string>& s
   AddImageOptions(*view, options, settings, kLiveTexts);
 }
 
+void AddCheckCommand(CLI::App& app, Options& options) {
+  CLI::App* check = app.add_subcommand("check", "test library, network and cameras, and print a report with verdicts");
+  AddCameraOptions(*check, options);
+  const auto take_duration = [&options](double seconds) { options.duration = std::chrono::duration<double>(seconds); };
+  check->add_option_function<double>("--seconds", take_duration, "how long the run of each camera lasts (default: 5)")
+      ->check(CLI::Validator(WhyNotPositive, {}))
+      ->check(CLI::Range(0.0, kLongestCheck_s))
+      ->option_text("S");
+  check->add_option("-o", options.report_file, "write the report to this file, and one line to standard output")
+      ->option_text("REPORT");
+  check->add_flag(
+      "--anonymous", options.anonymous,
+      "replace serial numbers, ids, addresses and the user's name in the\nreport, each always by the same word");
+}
+
 void AddListCommand(CLI::App& app, Options& options) {
   CLI::App* list = app.add_subcommand("list", "print the identifiers of the attached cameras, one a line");
   list->add_flag(
@@ -331,6 +348,7 @@ void AddCommands(CLI::App& app, Options& options, std::vector<std::string>& sett
   AddSnapCommand(app, options, settings);
   AddLiveCommand(app, options, settings);
   AddViewCommand(app, options, settings);
+  AddCheckCommand(app, options);
   AddProfileCommands(app, options);
 }
 

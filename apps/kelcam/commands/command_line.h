@@ -17,7 +17,7 @@
 
 namespace Kelcam {
 
-enum class Command { kVersion, kScenarios, kList, kInfo, kSnap, kLive, kView, kProfileNew, kProfileCheck };
+enum class Command { kVersion, kScenarios, kList, kInfo, kSnap, kLive, kView, kCheck, kProfileNew, kProfileCheck };
 enum class SnapMode { kSingle, kContinuous };
 
 struct Options {
@@ -31,7 +31,7 @@ struct Options {
   std::string vimbac_folder;
   std::optional<std::string> simulated;  // a scenario; empty: the built-in cameras, or those of VIMBA_SIM_CONFIG
 
-  // info, snap, live, view: in the order of the command line
+  // info, snap, live, view, check: in the order of the command line
   std::vector<CameraChoice> cameras;
 
   // profile new: the word that names its camera, and the file to write
@@ -69,8 +69,12 @@ struct Options {
   bool keep_going = false;                                // a continuous run that does not start is started again
   bool fail_fast = false;                                 // a failed image ends the run
 
-  // live
-  std::optional<std::chrono::duration<double>> duration;  // none: until Ctrl-C
+  // live, check
+  std::optional<std::chrono::duration<double>> duration;  // none: until Ctrl-C; of check the usual time
+
+  // check
+  std::string report_file;  // empty: standard output
+  bool anonymous = false;   // nothing in the report names cameras or people
 
   // view
   std::uint16_t port = 8480;          // 0: any that is free

@@ -18,6 +18,7 @@ inline constexpr const char* kFooter = R"(Examples:
   kelcam snap --profile mono.ini -n 1000 --interval 60 --no-clobber -o "%04d-%t.tif"
   kelcam view --profile left.ini --profile right.ini
   kelcam --log messages.txt live --profile mono.ini --seconds 10
+  kelcam check --anonymous -o report.txt
   kelcam --simulated=lost-packets snap --profile mono.ini -o picture.png
 "kelcam snap --help" has the options of snap, and so on.
 

@@ -15,7 +15,7 @@ namespace {
 constexpr const char* kDiscovery = "GeVDiscoveryAllOnce";
 constexpr const char* kAddress = "GevCurrentIPAddress";
 constexpr VmbUint32_t kMostCameras = 4096;
-constexpr std::size_t kLongestAddress = 64;
+constexpr std::size_t kLongestText = 256;
 
 std::string TextOf(const char* text) { return text ? text : ""; }
 
@@ -109,14 +109,18 @@ bool OpenedCamera::SetEntry(const char* feature, const std::string& entry) const
   return KEL_VIMBA_CALL(m_library, VmbFeatureEnumSet)(m_handle, feature, entry.c_str()) == VmbErrorSuccess;
 }
 
+std::optional<std::string> OpenedCamera::Text(const char* feature) const {
+  std::array<char, kLongestText> text{};
+  VmbUint32_t filled = 0;
+  const auto get = KEL_VIMBA_CALL(m_library, VmbFeatureStringGet);
+  const VmbError_t code = get(m_handle, feature, text.data(), static_cast<VmbUint32_t>(text.size() - 1), &filled);
+  return code == VmbErrorSuccess && text[0] ? std::optional<std::string>(text.data()) : std::nullopt;
+}
+
 // Cameras report it as a number, or as a text.
 std::optional<std::string> OpenedCamera::Address() const {
   if (const std::optional<std::int64_t> number = Integer(kAddress)) return DottedAddress(*number);
-  std::array<char, kLongestAddress> text{};
-  VmbUint32_t filled = 0;
-  const auto get = KEL_VIMBA_CALL(m_library, VmbFeatureStringGet);
-  const VmbError_t code = get(m_handle, kAddress, text.data(), static_cast<VmbUint32_t>(text.size() - 1), &filled);
-  return code == VmbErrorSuccess && text[0] ? std::optional<std::string>(text.data()) : std::nullopt;
+  return Text(kAddress);
 }
 
 }  // namespace Kelcam

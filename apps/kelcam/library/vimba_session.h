@@ -57,6 +57,8 @@ class OpenedCamera {
   std::optional<std::pair<std::int64_t, std::int64_t>> IntegerRange(const char* feature) const;
   std::optional<double> Number(const char* feature) const;
   std::optional<std::string> Entry(const char* feature) const;
+  // Of a feature that is a text; its first 255 bytes.
+  std::optional<std::string> Text(const char* feature) const;
   // Whether the camera took it.
   bool SetEntry(const char* feature, const std::string& entry) const;
   // "169.254.76.101"; none where the camera reports none.

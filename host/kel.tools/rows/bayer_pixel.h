@@ -34,6 +34,21 @@ struct BayerRow {
   bool is_red;        // those are red, else blue
 };
 
+// Rows that a kernel makes together. What it sums up along one line serves five rows, so more rows cost less each; each
+// is one more stream of memory to read and one to write.
+constexpr int kBandRows = 8;
+
+// Neighbouring rows of a mosaic with the two lines above and the two below them, mirrored at the frame's top and
+// bottom.
+struct BayerBand {
+  const std::uint8_t* lines[kBandRows + 2 * kBayerReach];  // rows + 2 * kBayerReach of them
+  int rows;
+  int width;
+  // As in BayerRow, of the first row. Both alternate from row to row.
+  int chroma_parity;
+  bool is_red;
+};
+
 // A pixel of a row and the columns about it, mirrored at the row's ends.
 class BayerSite {
  public:

@@ -14,77 +14,68 @@
 
 #include "bayer_pixel.h"
 #include "bayer_sweep-inl.h"
+#include "interleave-inl.h"
 #include "vectors-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace Rows {
 namespace HWY_NAMESPACE {
 
-template <int kShift>
-HWY_INLINE V16 RoundedShift(V16 sum) {
-  return hn::ShiftRight<kShift>(hn::Add(sum, hn::Set(D16(), 1 << (kShift - 1))));
-}
+// What is not sampled at a site. Values that a correction took outside 0..255 are still there.
+struct Colours {
+  Sites near;   // what is sampled beside it: green at a chroma site, the row's chroma at a green one
+  Sites other;  // the chroma of the rows above and below
+};
 
 HWY_INLINE V16 Twice(V16 v) { return hn::Add(v, v); }
 
-HWY_INLINE V16 Mean(V16 a, V16 b) {
-  const hn::RebindToUnsigned<D16> du;
-  return hn::BitCast(D16(), hn::AverageRound(hn::BitCast(du, a), hn::BitCast(du, b)));
-}
-
+// The means of the nearest samples.
 struct BilinearLanes {
   template <class A>
-  HWY_INLINE static Colours At(const A& near) {
-    const Sites here = near.Here();
-    const Sites& above_below = near.centre.above_below;
-    const V16 beside = hn::Add(here.green, near.GreenBeyondChroma());
-    return {{here.chroma, Mean(here.chroma, near.ChromaBeyondGreen())},
-            {RoundedShift<2>(hn::Add(beside, above_below.chroma)), here.green},
-            {RoundedShift<2>(near.Corners().chroma), RoundedShift<1>(above_below.green)}};
+  HWY_INLINE static Colours At(const A& around) {
+    const Sites beside = around.Beside();
+    const Sites above_below = around.AboveBelow();
+    return {{RoundedShift<2>(hn::Add(beside.chroma, above_below.chroma)), RoundedShift<1>(beside.green)},
+            {RoundedShift<2>(around.Corners().chroma), RoundedShift<1>(above_below.green)}};
   }
 };
 
 struct CorrectedLanes {
-  // (10 here - 2 corners + 8 next - 2 far_next + far_across) / 16, where common is 5 here - corners, and half the
-  // rounding.
-  HWY_INLINE static V16 AtGreen(V16 common, V16 next, V16 far_next, V16 far_across) {
-    const V16 half = hn::Add(hn::Sub(common, far_next), hn::ShiftLeft<2>(next));
-    return hn::ShiftRight<4>(hn::Add(Twice(half), far_across));
-  }
-
   template <class A>
-  HWY_INLINE static Colours At(const A& near) {
-    const Sites here = near.Here();
-    const Sites& above_below = near.centre.above_below;
-    const Sites corners = near.Corners();
-    const Sites far_beside = near.FarBeside();
-    const Sites far_above_below = near.FarAboveBelow();
-    const V16 beside_chroma = hn::Add(here.green, near.GreenBeyondChroma());
-    const V16 beside_green = hn::Add(here.chroma, near.ChromaBeyondGreen());
+  HWY_INLINE static Colours At(const A& around) {
+    const Sites here = around.Here();
+    const Sites beside = around.Beside();
+    const Sites far_beside = around.FarBeside();
+    const Sites above_below = around.AboveBelow();
+    const Sites far_above_below = around.FarAboveBelow();
+    const Sites corners = around.Corners();
 
-    // Green: (8 here + 4 nearest - 2 far) / 16. The other colour: (12 here + 4 corners - 3 far) / 16.
+    // The gradient of the sampled chroma, 4 here - far. Green is (gradient + 2 nearest) / 8, the other chroma
+    // (3 gradient + 4 corners) / 16.
     const V16 far = hn::Add(far_beside.chroma, far_above_below.chroma);
-    const V16 here_less_far = hn::Sub(hn::ShiftLeft<2>(here.chroma), far);
-    const V16 green = RoundedShift<3>(hn::Add(here_less_far, Twice(hn::Add(beside_chroma, above_below.chroma))));
-    const V16 three = hn::Mul(here_less_far, hn::Set(D16(), 3));
-    const V16 other = RoundedShift<4>(hn::Add(three, hn::ShiftLeft<2>(corners.chroma)));
+    const V16 gradient = hn::Sub(hn::ShiftLeft<2>(here.chroma), far);
+    const V16 nearest = hn::Add(beside.chroma, above_below.chroma);
+    const V16 green = RoundedShift<3>(hn::Add(gradient, Twice(nearest)));
+    const V16 other = RoundedShift<4>(hn::Sub(hn::ShiftLeft<2>(hn::Add(gradient, corners.chroma)), gradient));
 
-    const V16 five = hn::Mul(here.green, hn::Set(D16(), 5));
-    const V16 common = hn::Add(hn::Sub(five, corners.green), hn::Set(D16(), 4));
-    return {{here.chroma, AtGreen(common, beside_green, far_beside.green, far_above_below.green)},
-            {green, here.green},
-            {other, AtGreen(common, above_below.green, far_above_below.green, far_beside.green)}};
+    // At green sites: (10 here - 2 corners + 8 next - 2 far_next + far_across) / 16, where `next` and `far_next` lie
+    // towards the samples of the colour that is made, and `far_across` across. For the one colour far_across - far_next
+    // is `turn`, for the other one -turn.
+    const V16 five = hn::Sub(hn::Mul(here.green, hn::Set(D16(), 5)), corners.green);
+    const V16 common = Twice(five);
+    const V16 turn = hn::Sub(far_above_below.green, far_beside.green);
+    const V16 own = hn::Sub(hn::Add(common, turn), far_beside.green);
+    const V16 across = hn::Sub(hn::Sub(common, turn), far_above_below.green);
+    return {{green, RoundedShift<4>(hn::Add(own, hn::ShiftLeft<3>(beside.green)))},
+            {other, RoundedShift<4>(hn::Add(across, hn::ShiftLeft<3>(above_below.green)))}};
   }
 };
 
 struct AsRgb {
   template <class P>
-  HWY_INLINE static void Put(const Colours& c, std::uint8_t* target, int x) {
-    const V8 own = P::Limited(c.own);
-    const V8 green = P::Limited(c.green);
-    const V8 other = P::Limited(c.other);
-    std::uint8_t* const to = target + 3 * static_cast<std::ptrdiff_t>(x);
-    StoreRgb<Order::kSplit>(P::kIsRed ? own : other, green, P::kIsRed ? other : own, to);
+  HWY_INLINE static void Put(const Around<P>& around, const Colours& c, std::uint8_t* target, int x) {
+    StoreMosaic<P>(around.row.pixels, P::Limited(c.near), P::Limited(c.other),
+                   target + 3 * static_cast<std::ptrdiff_t>(x));
   }
 };
 
@@ -92,96 +83,87 @@ using DU16 = hn::RebindToUnsigned<D16>;
 using VU16 = hn::Vec<DU16>;
 
 // Of colours in the upper bytes of the lanes; so is the luma, with a rest below it.
-HWY_INLINE VU16 UpperLuma(VU16 red, VU16 green, VU16 blue) {
-  const VU16 weighted_red = hn::MulHigh(red, hn::Set(DU16(), kLumaRed));
+template <class P>
+HWY_INLINE VU16 UpperLuma(VU16 own, VU16 green, VU16 other) {
+  const VU16 weighted_own = hn::MulHigh(own, hn::Set(DU16(), P::kIsRed ? kLumaRed : kLumaBlue));
   const VU16 weighted_green = hn::MulHigh(green, hn::Set(DU16(), kLumaGreen));
-  const VU16 weighted_blue = hn::MulHigh(blue, hn::Set(DU16(), kLumaBlue));
-  return hn::Add(hn::Add(weighted_red, weighted_blue), hn::Add(weighted_green, hn::Set(DU16(), kLumaHalf)));
+  const VU16 weighted_other = hn::MulHigh(other, hn::Set(DU16(), P::kIsRed ? kLumaBlue : kLumaRed));
+  return hn::Add(hn::Add(weighted_own, weighted_other), hn::Add(weighted_green, hn::Set(DU16(), kLumaHalf)));
 }
 
-// Luma of colours that are within 0..255.
+// Bytes as the upper halves of lanes: those of the first ones of all pairs, and of the second ones.
+struct UpperPair {
+  VU16 first;
+  VU16 second;
+
+  // Of pixels in order.
+  HWY_INLINE static UpperPair OfPixels(V8 pixels) {
+    const VU16 pairs = hn::BitCast(DU16(), pixels);
+    return {hn::ShiftLeft<8>(pairs), hn::And(pairs, hn::Set(DU16(), 0xFF00))};
+  }
+  // Of what Phase::Limited() makes.
+  HWY_INLINE static UpperPair OfLimited(V8 bytes) {
+    const V8 zero = hn::Zero(D8());
+    return {hn::BitCast(DU16(), hn::InterleaveLower(D8(), zero, bytes)),
+            hn::BitCast(DU16(), hn::InterleaveUpper(D8(), zero, bytes))};
+  }
+};
+
 struct AsLuma {
-  HWY_INLINE static VU16 Upper(V16 colour) { return hn::BitCast(DU16(), hn::ShiftLeft<8>(colour)); }
   template <class P>
-  HWY_INLINE static void Put(const Colours& c, std::uint8_t* target, int x) {
-    const Sites& red = P::kIsRed ? c.own : c.other;
-    const Sites& blue = P::kIsRed ? c.other : c.own;
-    const VU16 chroma = UpperLuma(Upper(red.chroma), Upper(c.green.chroma), Upper(blue.chroma));
-    const VU16 green = UpperLuma(Upper(red.green), Upper(c.green.green), Upper(blue.green));
-    const VU16 first = hn::ShiftRight<8>(P::kIsChromaFirst ? chroma : green);
-    const VU16 second = hn::And(P::kIsChromaFirst ? green : chroma, hn::Set(DU16(), 0xFF00));
-    hn::StoreU(hn::BitCast(D8(), hn::Or(first, second)), D8(), target + x);
+  HWY_INLINE static void Put(const Around<P>& around, const Colours& c, std::uint8_t* target, int x) {
+    const UpperPair here = UpperPair::OfPixels(around.row.pixels);
+    const UpperPair near = UpperPair::OfLimited(P::Limited(c.near));
+    const UpperPair other = UpperPair::OfLimited(P::Limited(c.other));
+    const VU16 first = P::kIsChromaFirst ? UpperLuma<P>(here.first, near.first, other.first)
+                                         : UpperLuma<P>(near.first, here.first, other.first);
+    const VU16 second = P::kIsChromaFirst ? UpperLuma<P>(near.second, here.second, other.second)
+                                          : UpperLuma<P>(here.second, near.second, other.second);
+    const VU16 luma = hn::Or(hn::ShiftRight<8>(first), hn::And(second, hn::Set(DU16(), 0xFF00)));
+    hn::StoreU(hn::BitCast(D8(), luma), D8(), target + x);
   }
 };
 
-// Luma of colours that have to be limited first: as packed bytes, which costs less than in lanes.
-struct AsLimitedLuma {
-  HWY_INLINE static VU16 Even(V8 bytes) { return hn::ShiftLeft<8>(hn::BitCast(DU16(), bytes)); }
-  HWY_INLINE static VU16 Odd(V8 bytes) { return hn::And(hn::BitCast(DU16(), bytes), hn::Set(DU16(), 0xFF00)); }
-  template <class P>
-  HWY_INLINE static void Put(const Colours& c, std::uint8_t* target, int x) {
-    const V8 red = P::Limited(P::kIsRed ? c.own : c.other);
-    const V8 green = P::Limited(c.green);
-    const V8 blue = P::Limited(P::kIsRed ? c.other : c.own);
-    const VU16 even = hn::ShiftRight<8>(UpperLuma(Even(red), Even(green), Even(blue)));
-    const VU16 odd = hn::And(UpperLuma(Odd(red), Odd(green), Odd(blue)), hn::Set(DU16(), 0xFF00));
-    hn::StoreU(InOrder(hn::BitCast(D8(), hn::Or(odd, even))), D8(), target + x);
-  }
-};
-
-// (red + 2 green + blue) / 4 of colours that may have to be limited.
+// (red + 2 green + blue) / 4.
 struct AsWeightedMean {
   template <class P>
-  HWY_INLINE static void Put(const Colours& c, std::uint8_t* target, int x) {
-    const V8 own = P::Limited(c.own);
+  HWY_INLINE static void Put(const Around<P>& around, const Colours& c, std::uint8_t* target, int x) {
+    const Sites here = around.Here();
+    const V8 own = P::Limited({here.chroma, c.near.green});
+    const V8 green = P::Limited({c.near.chroma, here.green});
     const V8 other = P::Limited(c.other);
     // Rounding (own + other) / 2 down and then the mean with green up is what rounding once gives.
     const V8 odd = hn::And(hn::Xor(own, other), hn::Set(D8(), 1));
     const V8 own_other = hn::Sub(hn::AverageRound(own, other), odd);
-    hn::StoreU(InOrder(hn::AverageRound(own_other, P::Limited(c.green))), D8(), target + x);
+    hn::StoreU(InOrder(hn::AverageRound(own_other, green)), D8(), target + x);
   }
 };
 
-template <class Interpolation, class Output>
-struct InterpolatedStep {
-  std::uint8_t* target;
-  template <class A>
-  HWY_INLINE void operator()(const A& near) const {
-    Output::template Put<typename A::Lanes>(Interpolation::At(near), target, near.x);
+template <class Interpolation, class As>
+struct Interpolated {
+  template <class P>
+  HWY_INLINE static void Put(const Around<P>& around, std::uint8_t* target, int x) {
+    As::Put(around, Interpolation::At(around), target, x);
   }
 };
 
-template <class Interpolation, class Output>
-int Interpolated(const BayerRow& row, int end, std::uint8_t* target) {
-  const InterpolatedStep<Interpolation, Output> step{target};
-  if (row.chroma_parity == 0) {
-    return row.is_red ? BayerSweep<Phase<true, true>>(row, end, step) : BayerSweep<Phase<true, false>>(row, end, step);
+// All pixels take the same kernel, whatever their colours.
+struct Binomial121 {
+  template <class P>
+  HWY_INLINE static void Put(const Around<P>& around, std::uint8_t* target, int x) {
+    const Sites nearest = Sum(around.Beside(), around.AboveBelow());
+    const Sites here = around.Here();
+    const Sites corners = around.Corners();
+    const V8 mean = P::Limited(
+        {Weighted(here.chroma, nearest.chroma, corners.chroma), Weighted(here.green, nearest.green, corners.green)});
+    hn::StoreU(InOrder(mean), D8(), target + x);
   }
-  return row.is_red ? BayerSweep<Phase<false, true>>(row, end, step) : BayerSweep<Phase<false, false>>(row, end, step);
-}
 
-// All pixels take the same kernel here, whatever their colours: columns first, then their sums sideways.
-struct BinomialStep {
-  std::uint8_t* target;
-  template <class C>
-  HWY_INLINE static Sites Column(const C& c) {
-    const Sites here = AnyPhase::Split(c.here);
-    return Sum(c.above_below, Sum(here, here));
-  }
-  template <class A>
-  HWY_INLINE void operator()(const A& near) const {
-    const Sites column = Column(near.centre);
-    const V16 between = hn::Add(column.chroma, column.green);
-    const V16 left = hn::Add(FromLeft(Column(near.left).green, column.green), column.chroma);
-    const V16 right = hn::Add(column.green, FromRight(column.chroma, Column(near.right).chroma));
-    const Sites sum{RoundedShift<4>(hn::Add(left, between)), RoundedShift<4>(hn::Add(between, right))};
-    hn::StoreU(AnyPhase::Joined(sum), D8(), target + near.x);
+ private:
+  HWY_INLINE static V16 Weighted(V16 here, V16 nearest, V16 corners) {
+    return RoundedShift<4>(hn::Add(Twice(hn::Add(Twice(here), nearest)), corners));
   }
 };
-
-inline int Binomials(const BayerRow& row, int end, std::uint8_t* target) {
-  return BayerSweep<AnyPhase>(row, end, BinomialStep{target});
-}
 
 }  // namespace HWY_NAMESPACE
 }  // namespace Rows

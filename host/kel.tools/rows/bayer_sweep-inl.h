@@ -19,138 +19,146 @@ HWY_BEFORE_NAMESPACE();
 namespace Rows {
 namespace HWY_NAMESPACE {
 
-// Two neighbouring pixels share a 16-bit lane: the one of the row's chroma (red in a red row, blue in a blue one) and
-// the green one. So every lane of a vector takes the same formula.
+// Two neighbouring pixels share a 16-bit lane: a pair. One of them is a site of the row's chroma (red in a red row,
+// blue in a blue one), the other one a green site. So every lane of a vector takes the same formula.
 struct Sites {
   V16 chroma;
   V16 green;
 };
 
-// Values that a correction took outside 0..255 are still there.
-struct Colours {
-  Sites own;  // the row's chroma
-  Sites green;
-  Sites other;
-};
-
-// Which of the pair comes first, and what the row's chroma is.
-template <bool kChromaFirst, bool kRed>
-struct Phase {
-  static constexpr bool kIsChromaFirst = kChromaFirst;
-  static constexpr bool kIsRed = kRed;
-
-  HWY_INLINE static V16 First(V16 pairs) { return hn::And(pairs, hn::Set(D16(), 0xFF)); }
-  HWY_INLINE static V16 Second(V16 pairs) {
-    const hn::RebindToUnsigned<D16> du;
-    return hn::BitCast(D16(), hn::ShiftRight<8>(hn::BitCast(du, pairs)));
-  }
-  HWY_INLINE static Sites Split(V16 pairs) {
-    return kChromaFirst ? Sites{First(pairs), Second(pairs)} : Sites{Second(pairs), First(pairs)};
-  }
-  HWY_INLINE static V8 Joined(const Sites& s) {
-    const V16 first = kChromaFirst ? s.chroma : s.green;
-    const V16 second = kChromaFirst ? s.green : s.chroma;
-    return hn::BitCast(D8(), hn::Or(first, hn::ShiftLeft<8>(second)));
-  }
-  // Limited to bytes, and in Order::kSplit.
-  HWY_INLINE static V8 Limited(const Sites& s) {
-    return kChromaFirst ? Packed(s.chroma, s.green) : Packed(s.green, s.chroma);
-  }
-  // The lanes of the neighbour in the next pair: on the left of a chroma site that comes first, else on the right.
-  HWY_INLINE static V16 GreenBeyondChroma(V16 left, V16 centre, V16 right) {
-    return kChromaFirst ? FromLeft(left, centre) : FromRight(centre, right);
-  }
-  HWY_INLINE static V16 ChromaBeyondGreen(V16 left, V16 centre, V16 right) {
-    return kChromaFirst ? FromRight(centre, right) : FromLeft(left, centre);
-  }
-};
-
-using AnyPhase = Phase<true, true>;
-
-HWY_INLINE V16 LoadPairs(const std::uint8_t* from) { return hn::BitCast(D16(), hn::LoadU(D8(), from)); }
 HWY_INLINE Sites Sum(const Sites& a, const Sites& b) {
   return {hn::Add(a.chroma, b.chroma), hn::Add(a.green, b.green)};
 }
 
-// A vector of pixels, two to a lane, and the sum of those above and below.
-template <class P>
-struct Columns {
-  V16 here;
-  Sites above_below;
+// Which pixels of a row are not green, and what they are.
+template <bool kChromaFirst, bool kRed>
+struct Phase {
+  static constexpr bool kIsChromaFirst = kChromaFirst;
+  static constexpr bool kIsRed = kRed;
+  using Below = Phase<!kChromaFirst, !kRed>;
 
-  HWY_INLINE static Columns Load(const BayerRow& row, int x) {
-    const std::uint8_t* const* const line = row.lines + kBayerReach;
-    return {LoadPairs(line[0] + x), Sum(P::Split(LoadPairs(line[-1] + x)), P::Split(LoadPairs(line[1] + x)))};
+  // Of the first ones of all pairs, and of the second ones.
+  HWY_INLINE static Sites Of(V16 first, V16 second) {
+    return kChromaFirst ? Sites{first, second} : Sites{second, first};
   }
-  // The pair at x in all lanes: enough next to a vector whose outermost lanes alone look at it, and good beyond the
-  // row's ends.
-  HWY_INLINE static Columns Repeat(const BayerRow& row, int x) {
-    const int first = Mirrored(x, row.width);
-    const int second = Mirrored(x + 1, row.width);
-    const auto pairs = [first, second](const std::uint8_t* line) HWY_ATTR {
-      return hn::Set(D16(), static_cast<std::int16_t>(line[first] | line[second] << 8));
-    };
-    const std::uint8_t* const* const line = row.lines + kBayerReach;
-    return {pairs(line[0]), Sum(P::Split(pairs(line[-1])), P::Split(pairs(line[1])))};
+  // Limited to bytes; in each block the first ones of its pairs, then the second ones.
+  HWY_INLINE static V8 Limited(const Sites& sites) {
+    return kChromaFirst ? Packed(sites.chroma, sites.green) : Packed(sites.green, sites.chroma);
   }
 };
 
-// A vector of pixels and its neighbours to the left and to the right; each sum is of the two pixels that its name
-// says.
+// A vector of a line's pixels, and the sums along the line that the rows near it share. A field of two has what
+// concerns the first ones of all pairs, then the second ones.
+struct Line {
+  V8 pixels;
+  V16 here[2];
+  V16 beside[2];      // left and right neighbour
+  V16 far_beside[2];  // those two pixels away
+
+  HWY_INLINE explicit Line(const std::uint8_t* at) {
+    pixels = hn::LoadU(D8(), at);
+    const V16 left = hn::BitCast(D16(), hn::LoadU(D8(), at - 2));
+    const V16 right = hn::BitCast(D16(), hn::LoadU(D8(), at + 2));
+    const V16 left_second = UpperBytes(left);
+    const V16 right_first = LowerBytes(right);
+    here[0] = LowerBytes(hn::BitCast(D16(), pixels));
+    here[1] = UpperBytes(hn::BitCast(D16(), pixels));
+    beside[0] = hn::Add(left_second, here[1]);
+    beside[1] = hn::Add(here[0], right_first);
+    far_beside[0] = hn::Add(LowerBytes(left), right_first);
+    far_beside[1] = hn::Add(left_second, UpperBytes(right));
+  }
+};
+
+// A vector of a row's pixels and the lines about it; each sum is of the two or four pixels that its name says.
 template <class P>
 struct Around {
-  using Lanes = P;
-  const BayerRow& row;
-  int x;
-  const Columns<P>& left;
-  const Columns<P>& centre;
-  const Columns<P>& right;
+  const Line& far_above;
+  const Line& above;
+  const Line& row;
+  const Line& below;
+  const Line& far_below;
 
-  HWY_INLINE Sites Here() const { return P::Split(centre.here); }
-  HWY_INLINE V16 GreenBeyondChroma() const {
-    return P::Split(P::GreenBeyondChroma(left.here, centre.here, right.here)).green;
-  }
-  HWY_INLINE V16 ChromaBeyondGreen() const {
-    return P::Split(P::ChromaBeyondGreen(left.here, centre.here, right.here)).chroma;
-  }
-  HWY_INLINE Sites FarBeside() const {
-    return Sum(P::Split(FromLeft(left.here, centre.here)), P::Split(FromRight(centre.here, right.here)));
-  }
-  HWY_INLINE Sites Corners() const {
-    const Sites& near = centre.above_below;
-    const V16 greens = P::GreenBeyondChroma(left.above_below.green, near.green, right.above_below.green);
-    const V16 chromas = P::ChromaBeyondGreen(left.above_below.chroma, near.chroma, right.above_below.chroma);
-    return {hn::Add(near.green, greens), hn::Add(near.chroma, chromas)};
-  }
-  HWY_INLINE Sites FarAboveBelow() const {
-    return Sum(P::Split(LoadPairs(row.lines[0] + x)), P::Split(LoadPairs(row.lines[2 * kBayerReach] + x)));
-  }
+  HWY_INLINE Sites Here() const { return Of(row.here); }
+  HWY_INLINE Sites Beside() const { return Of(row.beside); }
+  HWY_INLINE Sites FarBeside() const { return Of(row.far_beside); }
+  HWY_INLINE Sites AboveBelow() const { return Sum(Of(above.here), Of(below.here)); }
+  HWY_INLINE Sites FarAboveBelow() const { return Sum(Of(far_above.here), Of(far_below.here)); }
+  HWY_INLINE Sites Corners() const { return Sum(Of(above.beside), Of(below.beside)); }
+
+ private:
+  HWY_INLINE static Sites Of(const V16 (&values)[2]) { return P::Of(values[0], values[1]); }
 };
 
-// Calls step(around) for whole vectors from 0 up to end, each row loaded once: a vector's neighbours are the vectors
-// before and after it. The last one is moved back to end with the row. Returns the first pixel that is left: 0, or at
-// most the last one.
-template <class P, class Step>
-HWY_INLINE int BayerSweep(const BayerRow& row, int end, const Step& step) {
+// Makes a vector of pixels of each row of a band from its row kRow on. `lines` can be read from kBayerReach before `at`
+// on, to as many behind the vector there. Each line is loaded once, and its sums are carried from row to row. What does
+// not change is passed by value, or it would be read again after every store.
+template <class Output, class P, int kRow>
+HWY_INLINE void MakeColumns(const std::uint8_t* const* lines, std::ptrdiff_t at, int rows, const Line& far_above,
+                            const Line& above, const Line& row, const Line& below, std::uint8_t* target,
+                            std::ptrdiff_t target_step_bytes, int x) {
+  const Line far_below(lines[kRow + 2 * kBayerReach] + at);
+  Output::Put(Around<P>{far_above, above, row, below, far_below}, target, x);
+  if constexpr (kRow + 1 < kBandRows) {
+    if (kRow + 1 == rows) return;
+    MakeColumns<Output, typename P::Below, kRow + 1>(lines, at, rows, above, row, below, far_below,
+                                                     target + target_step_bytes, target_step_bytes, x);
+  }
+}
+
+// A vector's pixels of all lines of a band, with the mirrored ones beyond a row's ends.
+class LineEnds {
+ public:
+  // The vector at x lies within the row.
+  HWY_NOINLINE void Take(const BayerBand& band, int x) {
+    const int count = static_cast<int>(hn::Lanes(D8()));
+    for (int i = 0; i < band.rows + 2 * kBayerReach; ++i) {
+      std::uint8_t* const to = m_pixels[i];
+      hn::StoreU(hn::LoadU(D8(), band.lines[i] + x), D8(), to + kBayerReach);
+      for (int d = 1; d <= kBayerReach; ++d) {
+        to[kBayerReach - d] = band.lines[i][Mirrored(x - d, band.width)];
+        to[kBayerReach + count - 1 + d] = band.lines[i][Mirrored(x + count - 1 + d, band.width)];
+      }
+      m_lines[i] = to;
+    }
+  }
+  const std::uint8_t* const* Lines() const { return m_lines; }
+
+ private:
+  std::uint8_t m_pixels[kBandRows + 2 * kBayerReach][HWY_MAX_BYTES + 2 * kBayerReach];
+  const std::uint8_t* m_lines[kBandRows + 2 * kBayerReach];
+};
+
+// Makes whole vectors of pixels from 0 up to end, the last one moved back to end with the row. Returns the first column
+// that is left: 0, or at most the last one.
+template <class Output, class P>
+int BayerSweep(const BayerBand& band, int end, std::uint8_t* target, std::ptrdiff_t target_step_bytes) {
   const int count = static_cast<int>(hn::Lanes(D8()));
   if (end < count) return 0;
+  LineEnds ends;
   int x = 0;
-  Columns<P> left = Columns<P>::Repeat(row, -2);
-  Columns<P> centre = Columns<P>::Load(row, 0);
-  for (; x + 2 * count <= end; x += count) {
-    const Columns<P> right = Columns<P>::Load(row, x + count);
-    step(Around<P>{row, x, left, centre, right});
-    left = centre;
-    centre = right;
+  while (true) {
+    const bool is_within = x >= kBayerReach && x + count + kBayerReach <= band.width;
+    if (!is_within) ends.Take(band, x);
+    const std::uint8_t* const* const lines = is_within ? band.lines : ends.Lines();
+    const std::ptrdiff_t at = is_within ? x : kBayerReach;
+    MakeColumns<Output, P, 0>(lines, at, band.rows, Line(lines[0] + at), Line(lines[1] + at), Line(lines[2] + at),
+                              Line(lines[3] + at), target, target_step_bytes, x);
+    x += count;
+    if (x + 1 >= end) return x;
+    // An even column, as that of the first pair.
+    if (x + count > end) x = (end - count) & ~1;
   }
-  step(Around<P>{row, x, left, centre, Columns<P>::Repeat(row, x + count)});
-  x += count;
-  const int rest = (end - x) & ~1;
-  if (rest == 0) return x;
-  x += rest - count;
-  const Columns<P> last = Columns<P>::Load(row, x);
-  step(Around<P>{row, x, Columns<P>::Repeat(row, x - 2), last, Columns<P>::Repeat(row, x + count)});
-  return x + count;
+}
+
+template <class Output>
+int BayerRows(const BayerBand& band, int end, std::uint8_t* target, std::ptrdiff_t target_step_bytes) {
+  if (band.chroma_parity == 0) {
+    return band.is_red ? BayerSweep<Output, Phase<true, true>>(band, end, target, target_step_bytes)
+                       : BayerSweep<Output, Phase<true, false>>(band, end, target, target_step_bytes);
+  }
+  return band.is_red ? BayerSweep<Output, Phase<false, true>>(band, end, target, target_step_bytes)
+                     : BayerSweep<Output, Phase<false, false>>(band, end, target, target_step_bytes);
 }
 
 }  // namespace HWY_NAMESPACE

@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "interleave-inl.h"
 #include "vectors-inl.h"
 #include "yuv_pixel.h"
 
@@ -48,22 +49,22 @@ struct YuvStep {
   HWY_INLINE static WideRgb Wide(V16 packed) {
     // (chroma - 128) * 256 is the lower byte moved up, with its top bit flipped.
     const V16 chroma = hn::Xor(hn::ShiftLeft<8>(packed), hn::Set(D16(), -0x8000));
-    const hn::RebindToUnsigned<D16> du;
-    const V16 luma64 = hn::BitCast(D16(), hn::ShiftLeft<6>(hn::ShiftRight<8>(hn::BitCast(du, packed))));
-    const V16 luma = hn::Add(luma64, hn::Set(D16(), 32));
-    const V16 blue_red = hn::MulHigh(chroma, Alternating(kBlueOfU, kRedOfV));
+    // As luma counts 64 64ths, (64 luma + offset + 32) >> 6 is luma + ((offset + 32) >> 6): the offsets are rounded
+    // once for two pixels. Green's are taken away before they are rounded.
+    const V16 blue_red = RoundedShift<6>(hn::MulHigh(chroma, Alternating(kBlueOfU, kRedOfV)));
     const V16 greens = hn::MulHigh(chroma, Alternating(kGreenOfU, kGreenOfV));
-    const V16 green = hn::Add(greens, LanesOfPairs<1, 0>(greens));
-    return {hn::ShiftRight<6>(hn::Add(luma, LanesOfPairs<1, 1>(blue_red))), hn::ShiftRight<6>(hn::Sub(luma, green)),
-            hn::ShiftRight<6>(hn::Add(luma, LanesOfPairs<0, 0>(blue_red)))};
+    const V16 green = RoundedShiftOfNegative<6>(hn::Add(greens, LanesOfPairs<1, 0>(greens)));
+    const V16 luma = UpperBytes(packed);
+    return {hn::Add(luma, LanesOfPairs<1, 1>(blue_red)), hn::Add(luma, green),
+            hn::Add(luma, LanesOfPairs<0, 0>(blue_red))};
   }
 
   HWY_INLINE void operator()(int x) const {
     const Blocks blocks = LoadBlocks(source + 2 * static_cast<std::ptrdiff_t>(x));
     const WideRgb a = Wide(hn::BitCast(D16(), blocks.even));
     const WideRgb b = Wide(hn::BitCast(D16(), blocks.odd));
-    StoreRgb<Order::kNatural>(Packed(a.red, b.red), Packed(a.green, b.green), Packed(a.blue, b.blue),
-                              target + 3 * static_cast<std::ptrdiff_t>(x));
+    StoreRgb(Packed(a.red, b.red), Packed(a.green, b.green), Packed(a.blue, b.blue),
+             target + 3 * static_cast<std::ptrdiff_t>(x));
   }
 };
 

@@ -3,6 +3,8 @@
 #include "row_kernels.h"
 
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <vector>
 
@@ -11,11 +13,11 @@
 namespace Rows {
 namespace {
 
-int LeaveBayer(const BayerRow&, int, std::uint8_t*) { return 0; }
+int LeaveBayer(const BayerBand&, int, std::uint8_t*, std::ptrdiff_t) { return 0; }
 int LeaveRow(const std::uint8_t*, int x, int, std::uint8_t*) { return x; }
 
 constexpr RowKernels kScalar = {"scalar", LeaveBayer, LeaveBayer, LeaveBayer, LeaveBayer, LeaveBayer, LeaveBayer,
-                                LeaveRow, LeaveRow,   LeaveRow,   LeaveRow,   kNoTiles,   nullptr};
+                                LeaveRow, LeaveRow,   LeaveRow,   LeaveRow,   kNoStrips,  kNoStrips,  nullptr};
 
 // Tables that this processor can run, best first.
 const std::vector<const RowKernels*>& Runnable() {

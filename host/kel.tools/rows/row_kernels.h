@@ -13,16 +13,28 @@ namespace Rows {
 
 // A kernel fills `target`, the start of the row to be made, and returns the first pixel that it left to the caller: it
 // may stop before `end`, or do nothing. What it makes is what the definition of that pixel says, bit for bit. Bayer
-// rows are made from pixel 0 on; `end` is at most the row's width.
-using BayerKernel = int (*)(const BayerRow& row, int end, std::uint8_t* target);
+// rows are made from pixel 0 on, a band of them in one call, the rows of the target `target_step_bytes` apart; `end` is
+// at most the rows' width.
+using BayerKernel = int (*)(const BayerBand& band, int end, std::uint8_t* target, std::ptrdiff_t target_step_bytes);
 // From pixel x on; `source` is the start of the row that pixel 0 comes from.
 using RowKernel = int (*)(const std::uint8_t* source, int x, int end, std::uint8_t* target);
-// Writes the transpose of a square tile: target row i is source column i. Steps are bytes from row to row, and may be
+// Lines of a source, of which line i becomes column i of the target. Steps are bytes from row to row, and may be
 // negative.
-using TileKernel = void (*)(const std::uint8_t* source, std::ptrdiff_t source_step_bytes, std::uint8_t* target,
-                            std::ptrdiff_t target_step_bytes);
+struct StripOfLines {
+  const std::uint8_t* source;
+  std::ptrdiff_t source_step_bytes;
+  int lines;
+  int columns;
+  std::uint8_t* target;
+  std::ptrdiff_t target_step_bytes;
+};
 
-constexpr int kNoTiles = std::numeric_limits<int>::max();
+// Transposes all of a strip.
+using StripKernel = void (*)(const StripOfLines& strip);
+
+// Lines of a strip: a cache line of the target's rows.
+constexpr int kStripLines = 64;
+constexpr int kNoStrips = std::numeric_limits<int>::max();
 
 struct RowKernels {
   const char* name;
@@ -36,8 +48,9 @@ struct RowKernels {
   RowKernel stretch;
   RowKernel grey_rgb;
   RowKernel copy;
-  int tile_side;  // kNoTiles: there is no kernel for tiles
-  TileKernel transpose_tile;
+  int least_lines;  // that a strip has, at most kStripLines; kNoStrips: there is no kernel for strips
+  int least_columns;
+  StripKernel transpose_strip;
 };
 
 // The kernels in use: the best that the processor can run. [any thread]

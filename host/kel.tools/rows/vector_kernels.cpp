@@ -38,18 +38,19 @@ const RowKernels* Table() {
 #else
     "native",
 #endif
-    Interpolated<BilinearLanes, AsRgb>,
-    Interpolated<BilinearLanes, AsLuma>,
-    Binomials,
-    Interpolated<CorrectedLanes, AsRgb>,
-    Interpolated<CorrectedLanes, AsLimitedLuma>,
-    Interpolated<CorrectedLanes, AsWeightedMean>,
+    BayerRows<Interpolated<BilinearLanes, AsRgb>>,
+    BayerRows<Interpolated<BilinearLanes, AsLuma>>,
+    BayerRows<Binomial121>,
+    BayerRows<Interpolated<CorrectedLanes, AsRgb>>,
+    BayerRows<Interpolated<CorrectedLanes, AsLuma>>,
+    BayerRows<Interpolated<CorrectedLanes, AsWeightedMean>>,
     RowSweep<YuvStep, 2>,
     RowSweep<StretchStep, 1>,
     RowSweep<GreyStep, 1>,
     RowSweep<CopyStep, 1>,
-    kTileSide,
-    TransposeTile,
+    kTileLines,
+    kTileColumns,
+    TransposeStrip,
   };
   return &kTable;
 }

@@ -91,6 +91,13 @@ class ArchitectureCheck(unittest.TestCase):
              "apps/kelcam/view/http/server.h includes view/pages.h, but view/http may only include base, view/http"],
             self.complaints(files))  # fmt: skip
 
+    def test_the_check_of_kelcam_counts_as_its_snap_and_live_do(self):
+        files = {"src/driver/kel_camera_vimba.h": "", "apps/kelcam/live/figures.h": '#include "check/report.h"\n',
+                 "apps/kelcam/check/report.h": "", "apps/kelcam/check/run.cpp": '#include "live/figures.h"\n#include "snap/figures.h"\n',
+                 "apps/kelcam/snap/figures.h": ""}  # fmt: skip
+        (complaint,) = self.complaints(files)
+        self.assertTrue(complaint.startswith("apps/kelcam/live/figures.h includes check/report.h, "), complaint)
+
     def test_only_the_platform_file_speaks_to_the_system(self):
         files = {"src/diagnostics/platform.cpp": "#include <windows.h>\n#include <sys/syscall.h>\n",
                  "src/driver/exports.cpp": "#include <windows.h>\n"}  # fmt: skip

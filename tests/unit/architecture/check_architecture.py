@@ -40,6 +40,7 @@ KELCAM_ARROWS = {
     "view/events": {"view/cameras", "view/pictures", "view/http", "commands", "picture", "device", "messages", "base"},
     "view": {"view/events", "view/cameras", "view/pictures", "view/http", "commands", "profile_text", "picture", "device",
              "library", "messages", "base"},
+    "check": {"snap", "live", "commands", "profile_text", "picture", "device", "library", "messages", "base"},
 }
 # What a program knows of the module.
 EXPORTS_HEADER = "driver/kel_camera_vimba.h"

@@ -227,11 +227,22 @@ TEST(LogCollector, BooleansAreNumbersUntilWordsAreAskedFor) {
   EXPECT_EQ(WithoutTimes(message), L"Title\n   1 : # (#) : 1 0 true false\n   2 : # (#) : true\n   3 : # (#) : End\n");
 }
 
-// The stamp comes before the manipulator, which would turn its fields around.
+// The stamp comes before the manipulator, which it would undo.
 TEST(LogCollector, AManipulatorStartsALineLikeAnyInsertion) {
-  const std::wstring message = Shown([](BLogCollector& log) { log << std::left << L"text" << std::right << L'\n'; });
+  const std::wstring message =
+      Shown([](BLogCollector& log) { log << std::scientific << 1.5 << L'\n' << 1.5 << L'\n'; });
 
-  EXPECT_EQ(WithoutTimes(message), L"Title\n   1 : # (#) : text\n   2 : # (#) : End\n");
+  EXPECT_EQ(WithoutTimes(message), L"Title\n   1 : # (#) : 1.5000e+00\n   2 : # (#) : 1.5000\n   3 : # (#) : End\n");
+}
+
+TEST(LogCollector, NoManipulatorChangesAStamp) {
+  const std::wstring message = Shown([](BLogCollector& log) {
+    log << std::left << std::hex << std::showpos << std::showbase;
+    for (int line = 1; line < 12; ++line) log << L"line" << L'\n';
+  });
+
+  EXPECT_NE(WithoutTimes(message).find(L"\n   9 : # (#) : line\n  10 : # (#) : line\n"), std::wstring::npos);
+  EXPECT_EQ(StampsOf(message).size(), 12U);
 }
 
 TEST(LogCollector, NullTextsCountAsEmpty) {

@@ -89,6 +89,13 @@ TEST_P(Rotation, TurnsLargeSizes) {
   }
 }
 
+TEST_P(Rotation, TurnsLinesThatCompeteForTheSamePlacesOfACache) {
+  for (const BSize size : {BSize{1024, 70}, BSize{1000, 64}, BSize{1024, 33}, BSize{2048, 17}, BSize{1023, 130}}) {
+    const int padding = size.width % 1024 == 0 ? 0 : 1024 - size.width;
+    ExpectTurned(Pictures::RandomFrame(size, padding, kSeed), {size.height, size.width});
+  }
+}
+
 TEST_P(Rotation, FillsWhatATargetOfAnotherSizeCanHold) {
   for (const BSize target :
        {BSize{100, 70}, BSize{70, 100}, BSize{33, 47}, BSize{200, 200}, BSize{0, 0}, BSize{1, 90}}) {

@@ -64,8 +64,8 @@ void AddWhiteBalance(std::vector<ControlState>& controls, BImagingDevice& device
     state.value_text = Fixed(value / kWhiteBalanceUnit, 2);
     controls.push_back(state);
   };
-  add(kWhiteBalanceRed, "White balance, red", device.ColorRedBalance());
-  add(kWhiteBalanceBlue, "White balance, blue", device.ColorBlueBalance());
+  add(kWhiteBalanceRed, "Red balance", device.ColorRedBalance());
+  add(kWhiteBalanceBlue, "Blue balance", device.ColorBlueBalance());
 }
 
 }  // namespace

@@ -37,16 +37,31 @@ export async function post(camera, name, body) {
 const kRetryMs = 1000;
 
 // Calls handlers[event](data) for each event, handlers.open and handlers.lost when the stream begins and breaks. It goes on
-// trying for as long as the page is there.
+// trying for as long as the page is there. A page that nobody sees has no stream: a browser has six connections for all of
+// its pages together.
 export function listen(handlers) {
-  const source = new EventSource(address("/api/events", {page}));
-  for (const name of ["cameras", "frame", "figures", "message"]) {
-    source.addEventListener(name, (event) => handlers[name](JSON.parse(event.data)));
-  }
-  source.onopen = () => handlers.open();
-  source.onerror = () => {
-    source.close();
-    handlers.lost();
-    setTimeout(() => listen(handlers), kRetryMs);
+  let source = null;
+  const close = () => {
+    source?.close();
+    source = null;
   };
+  const open = () => {
+    close();
+    if (document.hidden) return;
+    const own = new EventSource(address("/api/events", {page}));
+    source = own;
+    for (const name of ["cameras", "frame", "figures", "message"]) {
+      own.addEventListener(name, (event) => handlers[name](JSON.parse(event.data)));
+    }
+    own.onopen = () => handlers.open();
+    own.onerror = () => {
+      if (source !== own) return;
+      close();
+      handlers.lost();
+      setTimeout(() => source ?? open(), kRetryMs);
+    };
+  };
+  document.addEventListener("visibilitychange", () => (document.hidden ? close() : open()));
+  window.addEventListener("pagehide", close);
+  open();
 }

@@ -49,12 +49,15 @@ export function drawHistogram(canvas, histograms, clipped) {
   if (clipped.some(([, bright]) => bright > 0)) context.fillRect(width - mark, 0, mark, mark * 2);
 }
 
-// A line from nothing to the peak, which has a line of its own.
+// The least part of the peak that is as high as the canvas: less is noise.
+const kLeastSpan = 0.02;
+
+// The course between its least value and the peak, which has a line of its own. The newest value is on the right.
 export function drawCourse(canvas, values, most, peak) {
   const context = cleared(canvas);
   const {width, height} = canvas;
-  const top = Math.max(peak, Number.MIN_VALUE);
-  const y = (value) => height - 1 - (value / top) * (height - 4);
+  const least = Math.min(...values, peak * (1 - kLeastSpan));
+  const y = (value) => height - 2 - ((value - least) / Math.max(peak - least, Number.MIN_VALUE)) * (height - 4);
   context.strokeStyle = colour("--faint");
   context.setLineDash([4, 4]);
   context.beginPath();

@@ -12,21 +12,28 @@ function rounded(value, step) {
 }
 
 // Sends the newest value only: one that is on its way is waited for.
-function latestOnly(send) {
-  let isUnderWay = false;
-  let next = null;
-  return async (value) => {
-    next = {value};
-    if (isUnderWay) return;
-    isUnderWay = true;
-    while (next) {
-      const {value: newest} = next;
-      next = null;
-      await send(newest);
+class Latest {
+  constructor(send) {
+    this.send = send;
+    this.isUnderWay = false;
+    this.next = null;
+  }
+
+  async push(value) {
+    this.next = {value};
+    if (this.isUnderWay) return;
+    this.isUnderWay = true;
+    while (this.next) {
+      const {value: newest} = this.next;
+      this.next = null;
+      await this.send(newest);
     }
-    isUnderWay = false;
-  };
+    this.isUnderWay = false;
+  }
 }
+
+// Until then a slider that was moved stays where it is: its next step may follow.
+const kSettledMs = 700;
 
 function isInUse(element) {
   return document.activeElement === element && element.matches(":focus-visible, .dragged");
@@ -46,8 +53,10 @@ class Control {
     this.number.setAttribute("aria-label", control.unit ? `${control.label} in ${control.unit}` : control.label);
     this.number.id = `control-${camera}-${control.name}`;
     this.element.querySelector("label").htmlFor = this.number.id;
-    const send = latestOnly((value) => this.#send(camera, value));
+    this.latest = new Latest((value) => this.#send(camera, value));
+    const send = (value) => this.latest.push(value);
     this.range.addEventListener("input", () => {
+      this.moved = performance.now();
       this.number.value = this.#valueOf(Number(this.range.value));
       send(`${this.number.value}${this.control.unit}`);
     });
@@ -70,7 +79,8 @@ class Control {
     this.isLogarithmic = isLogarithmic;
     Object.assign(this.range, isLogarithmic ? {min: 0, max: kSliderSteps, step: 1} : {min: minimum, max: maximum, step: step || "any"});
     Object.assign(this.number, {min: minimum, max: maximum, step: "any"});
-    if (this.range.classList.contains("dragged") || isInUse(this.number)) return;
+    const isMoving = this.range.classList.contains("dragged") || performance.now() - this.moved < kSettledMs;
+    if (isMoving || this.latest.isUnderWay || isInUse(this.number)) return;
     this.number.value = rounded(control.value, step);
     this.range.value = this.#placeOf(control.value);
     this.range.setAttribute("aria-valuetext", control.value_text);
@@ -107,8 +117,8 @@ class Control {
 const kBytesPerMegabyte = 1e6;
 
 export class Controls {
-  // part(name): the element of the panel with this mark.
-  constructor(camera, part) {
+  // part(name): the element of the panel with this mark; onShot(): a single picture has been taken.
+  constructor(camera, part, onShot) {
     this.camera = camera;
     this.part = part;
     this.rows = new Map();
@@ -122,7 +132,10 @@ export class Controls {
     part("trigger").addEventListener("change", () => this.#post("trigger", {trigger: part("trigger").value}));
     part("rate").addEventListener("change", () => this.#post("rate", {bytes_per_s: Math.round(Number(part("rate").value) * kBytesPerMegabyte)}));
     part("run").addEventListener("click", () => this.#post("run", {run: this.state.state !== "running"}));
-    part("shot").addEventListener("click", () => this.#post("shot", {}));
+    part("shot").addEventListener("click", async () => {
+      await this.#post("shot", {});
+      onShot();
+    });
   }
 
   show(camera) {
@@ -178,7 +191,7 @@ export class Controls {
     const answer = this.part("answer");
     try {
       await api.post(this.camera, name, body);
-      answer.textContent = "";
+      answer.textContent = name === "area" ? `area ${body.area || "as the driver has it"}` : "";
     } catch (error) {
       answer.textContent = error.message;
       this.show(this.state);

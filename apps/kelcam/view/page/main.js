@@ -36,7 +36,7 @@ function showCameras(states) {
 
 function setConnected(isConnected) {
   connection.hidden = isConnected;
-  connection.textContent = isConnected ? "" : "No connection to kelcam; trying again";
+  connection.textContent = isConnected ? "" : "No connection to kelcam. Is it still running? The page tries again every second.";
   document.body.classList.toggle("disconnected", !isConnected);
 }
 
@@ -47,7 +47,10 @@ api.listen({
     messages.clear();
     for (const panel of panels) panel.restart();
   },
-  lost: () => setConnected(false),
+  lost() {
+    setConnected(false);
+    for (const panel of panels) panel.pause();
+  },
   cameras: showCameras,
   frame: (event) => panels[event.camera]?.showFrame(event),
   figures: (event) => panels[event.camera]?.showFigures(event),

@@ -2,6 +2,19 @@
 // The driver's messages as they come, and the search in them.
 
 const kMost = 500;
+// A camera's messages come a hundred a second. They appear together, so that they leave the page its time for pictures.
+const kTogetherMs = 250;
+
+function itemOf({time, text}) {
+  const item = document.createElement("li");
+  const when = document.createElement("time");
+  when.textContent = time.slice(11, 23);
+  when.dateTime = time;
+  const what = document.createElement("pre");
+  what.textContent = text.trimEnd();
+  item.append(when, what);
+  return item;
+}
 
 export class Messages {
   constructor() {
@@ -9,43 +22,40 @@ export class Messages {
     this.search = document.getElementById("search");
     this.follow = document.getElementById("follow");
     this.found = document.getElementById("found");
-    this.search.addEventListener("input", () => this.#filter());
+    this.waiting = [];
+    this.search.addEventListener("input", () => this.#filter(this.list.children));
     this.follow.addEventListener("change", () => this.#scroll());
   }
 
-  add({time, text}) {
-    const item = document.createElement("li");
-    const when = document.createElement("time");
-    when.textContent = time.slice(11, 23);
-    when.dateTime = time;
-    const what = document.createElement("pre");
-    what.textContent = text.trimEnd();
-    item.append(when, what);
-    this.list.append(item);
-    while (this.list.children.length > kMost) this.list.firstElementChild.remove();
-    item.hidden = !this.#matches(item);
-    this.#count();
-    this.#scroll();
+  add(message) {
+    this.waiting.push(message);
+    if (this.waiting.length > kMost) this.waiting.shift();
+    this.due ??= setTimeout(() => this.#show(), kTogetherMs);
   }
 
   clear() {
+    this.waiting = [];
     this.list.replaceChildren();
-    this.#count();
+    this.#filter([]);
   }
 
-  #matches(item) {
-    return item.textContent.toLowerCase().includes(this.search.value.toLowerCase());
+  #show() {
+    this.due = null;
+    const items = this.waiting.map(itemOf);
+    this.waiting = [];
+    const excess = this.list.children.length + items.length - kMost;
+    for (let i = 0; i < excess; ++i) this.list.firstElementChild.remove();
+    this.list.append(...items);
+    this.#filter(items);
   }
 
-  #filter() {
-    for (const item of this.list.children) item.hidden = !this.#matches(item);
-    this.#count();
+  // Hides those of these items that the search does not find.
+  #filter(items) {
+    const wanted = this.search.value.toLowerCase();
+    for (const item of items) item.hidden = wanted !== "" && !item.textContent.toLowerCase().includes(wanted);
+    const all = this.list.children.length;
+    this.found.textContent = wanted ? `${all - this.list.querySelectorAll("[hidden]").length} of ${all}` : "";
     this.#scroll();
-  }
-
-  #count() {
-    const shown = [...this.list.children].filter((item) => !item.hidden).length;
-    this.found.textContent = this.search.value ? `${shown} of ${this.list.children.length}` : "";
   }
 
   #scroll() {

@@ -8,6 +8,7 @@ import {ShownPicture} from "/page/shown_picture.js";
 import {ViewWindow} from "/page/view_window.js";
 
 const kCourseLength = 150;
+const kGoesOn = "The program tries again by itself, and the picture goes on when the camera answers.";
 const kStates = {running: "running", stopped: "stopped", opening: "opening", lost: "lost"};
 
 const counted = (count, noun) => `${count.toLocaleString("en")} ${noun}${count === 1 ? "" : "s"}`;
@@ -26,7 +27,7 @@ export class Panel {
       onPixel: (pixel) => this.#showPixel(pixel),
       onArea: (area) => this.#setArea(area),
     });
-    this.controls = new Controls(camera.index, (name) => this.part(name));
+    this.controls = new Controls(camera.index, (name) => this.part(name), () => this.shown.ask());
     this.course = [];
     this.peak = 0;
     this.#hear(onChosen);
@@ -46,6 +47,7 @@ export class Panel {
     this.part("state").textContent = kStates[camera.state] ?? camera.state;
     this.element.dataset.state = camera.state;
     this.shown.isGrey = !camera.color;
+    this.shown.feed(camera.state === "running");
     this.picture.isDimmed = camera.state === "lost" || camera.state === "opening";
     this.#showProblem(camera);
     this.controls.show(camera);
@@ -58,7 +60,8 @@ export class Panel {
     drawHistogram(this.part("histogram"), event.histogram, event.clipped);
     const [dark, bright] = [0, 1].map((end) => Math.max(...event.clipped.map((shares) => shares[end])));
     const clipping = this.part("clipping");
-    clipping.textContent = `black ${percent(dark)}, white ${percent(bright)}, mean ${event.mean.map((mean) => mean.toFixed(1)).join("  ")}`;
+    const means = event.mean.map((mean) => mean.toFixed(1)).join(" ");
+    clipping.textContent = `black ${percent(dark)}, white ${percent(bright)}, mean ${means}`;
     clipping.classList.toggle("clips", dark > 0.01 || bright > 0.01);
     this.#showSharpness(event);
     this.part("figures").textContent = `${event.sent_per_s.toFixed(1)} frames/s, ${event.shown_per_s.toFixed(1)} shown`;
@@ -74,9 +77,14 @@ export class Panel {
     this.part("temperatures").textContent = figures.temperatures.map(({name, celsius}) => `${name} ${celsius.toFixed(1)} °C`).join(", ");
   }
 
-  // Whether the program is there; without it nothing is as it was.
+  // The program is there again, maybe another one.
   restart() {
     this.shown.restart();
+  }
+
+  // The program has gone.
+  pause() {
+    this.shown.feed(false);
   }
 
   press(key) {
@@ -96,9 +104,11 @@ export class Panel {
     on("actual", () => this.picture.change((view) => view.zoomTo(1)));
     on("zoom-in", () => this.picture.change((view) => view.zoomIn()));
     on("zoom-out", () => this.picture.change((view) => view.zoomOut()));
-    flip("pause", (isHeld) => {
-      this.shown.hold(isHeld);
-      this.element.dataset.paused = isHeld;
+    flip("pause", async (isHeld) => {
+      await this.shown.hold(isHeld);
+      // Once the frame that stays is painted.
+      await new Promise(requestAnimationFrame);
+      this.element.dataset.paused = this.shown.isHeld;
     });
     on("save", () => this.#save());
     flip("cross", (has) => {
@@ -143,6 +153,7 @@ export class Panel {
   }
 
   #showScale() {
+    if (!this.view.picture.width) return;
     const percents = this.view.scale * 100;
     this.part("zoom").textContent = `${percents < 10 ? percents.toFixed(1) : Math.round(percents)} %`;
     this.part("fit").setAttribute("aria-pressed", this.view.isFitted);
@@ -195,6 +206,10 @@ export class Panel {
     const element = this.part("problem");
     const {problem} = camera;
     const lines = problem ? [problem.sentence, problem.why, problem.to_do].flat().filter(Boolean) : [];
+    if (camera.state === "lost") {
+      lines.push(kGoesOn);
+      this.part("figures").textContent = `since ${new Date(camera.since).toLocaleTimeString("en-GB")}`;
+    }
     const text = lines.join("\n");
     // A screen reader reads it again when it is written again.
     if (element.textContent !== text) element.textContent = text;

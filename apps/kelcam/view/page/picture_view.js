@@ -22,6 +22,8 @@ export class PictureView {
     this.draws = false;
     this.pixel = null;
     this.corner = null;
+    // Where pointers are pressed, by their id.
+    this.down = new Map();
     this.sharpnessArea = null;
     this.isDimmed = false;
     new ResizeObserver(() => this.#resize()).observe(canvas);
@@ -117,7 +119,7 @@ export class PictureView {
   #resize() {
     const width = Math.max(1, Math.round(this.canvas.clientWidth * devicePixelRatio));
     const height = Math.max(1, Math.round(this.canvas.clientHeight * devicePixelRatio));
-    if (width === this.canvas.width && height === this.canvas.height) return;
+    if (width === this.view.canvas.width && height === this.view.canvas.height) return;
     this.canvas.width = width;
     this.canvas.height = height;
     this.change((view) => view.setCanvas(width, height));
@@ -141,6 +143,17 @@ export class PictureView {
     this.onArea(area);
   }
 
+  // One pointer moves the picture, the distance of two fingers zooms it.
+  #drag(id, at) {
+    const from = this.down.get(id);
+    this.down.set(id, at);
+    if (this.draws) return;
+    const other = [...this.down].find(([each]) => each !== id)?.[1];
+    if (!other) return this.change((view) => view.moveBy(at.x - from.x, at.y - from.y));
+    const distance = (place) => Math.max(1, Math.hypot(place.x - other.x, place.y - other.y));
+    this.change((view) => view.zoomTo((view.scale * distance(at)) / distance(from), other));
+  }
+
   #hear() {
     const {canvas} = this;
     canvas.addEventListener("wheel", (event) => {
@@ -150,28 +163,22 @@ export class PictureView {
     }, {passive: false});
     canvas.addEventListener("pointerdown", (event) => {
       canvas.setPointerCapture(event.pointerId);
-      this.from = this.#placeOf(event);
-      if (this.draws) this.corner = this.view.pixelAt(this.from);
+      this.down.set(event.pointerId, this.#placeOf(event));
+      if (this.draws && this.down.size === 1) this.corner = this.view.pixelAt(this.#placeOf(event));
     });
     canvas.addEventListener("pointermove", (event) => {
       const at = this.#placeOf(event);
-      if (this.from && !this.draws) {
-        const {from} = this;
-        this.from = at;
-        this.change((view) => view.moveBy(at.x - from.x, at.y - from.y));
-      }
+      if (this.down.has(event.pointerId)) this.#drag(event.pointerId, at);
       const pixel = this.view.pixelAt(at);
       if (pixel || !this.corner) this.#mark(pixel, false);
     });
-    canvas.addEventListener("pointerup", () => {
-      this.from = null;
+    canvas.addEventListener("pointerup", (event) => {
+      this.down.delete(event.pointerId);
       if (this.draws && this.corner && this.pixel) this.#finishArea();
     });
-    canvas.addEventListener("pointercancel", () => {
-      this.from = null;
-    });
+    canvas.addEventListener("pointercancel", (event) => this.down.delete(event.pointerId));
     canvas.addEventListener("pointerleave", () => {
-      if (!this.from) this.#mark(null, false);
+      if (this.down.size === 0) this.#mark(null, false);
     });
     canvas.addEventListener("keydown", (event) => this.#press(event));
   }

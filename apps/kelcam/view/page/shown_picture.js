@@ -4,8 +4,8 @@ import * as api from "/page/api.js";
 
 // Asks again when nothing could be had.
 const kRetryMs = 500;
-// Of pictures that follow each other, the next one is near.
-const kFlowMs = 600;
+// For a picture that is near, what is asked about the one that is shown waits so long.
+const kNearMs = 300;
 
 const pause = (ms) => new Promise((done) => setTimeout(done, ms));
 
@@ -34,9 +34,12 @@ export class ShownPicture {
     this.onChange = onChange;
     this.picture = null;
     this.isHeld = false;
+    // Whether the camera sends pictures, and the program is there to bring them.
+    this.isFed = false;
     this.interval_ms = 100;
     this.error = "";
-    this.taken = -Infinity;
+    this.questions = 0;
+    this.underWay = null;
     this.#follow();
   }
 
@@ -45,37 +48,43 @@ export class ShownPicture {
     return this.picture?.frame ?? 0;
   }
 
-  hold(isHeld) {
+  // Kept as soon as the frame that stays is there.
+  async hold(isHeld) {
     this.isHeld = isHeld;
-    if (isHeld) this.waiting?.abort();
+    if (isHeld) await this.#settle();
+  }
+
+  // Without pictures to come nothing waits for one.
+  feed(isFed) {
+    this.isFed = isFed;
+    if (!isFed) this.waiting?.abort();
+  }
+
+  // One picture, whether or not others come.
+  ask() {
+    this.isAsked = true;
   }
 
   // Frames are counted anew.
   restart() {
     this.after = 0;
+    this.isRenewed = true;
+    this.ask();
     this.waiting?.abort();
   }
 
-  // Another part is seen, or another size. Where the next frame may never come, of the same frame.
+  // Another part is seen, or another size. Unless the picture is held, the newest frame shows it as well.
   async look() {
-    if (!this.isHeld && performance.now() - this.taken < kFlowMs) {
-      this.waiting?.abort();
-      return;
-    }
+    if (!this.isHeld) return this.restart();
     if (!this.picture || this.isLooking) {
       this.looksAgain = this.isLooking;
       return;
     }
     this.isLooking = true;
-    try {
-      do {
-        this.looksAgain = false;
-        const answer = await api.get(this.camera, "region", {frame: this.frame, ...this.#wanted()});
-        this.#take(await decoded(answer));
-      } while (this.looksAgain);
-    } catch {
-      // Gone: the next frame is on its way, or there is none.
-    }
+    do {
+      this.looksAgain = false;
+      await this.#lookAtHeld();
+    } while (this.looksAgain);
     this.isLooking = false;
   }
 
@@ -88,16 +97,41 @@ export class ShownPicture {
       const [red, green, blue] = this.#pixels(picture).getImageData(x, y, 1, 1).data;
       return this.isGrey ? [red] : [red, green, blue];
     }
-    return (await (await api.get(this.camera, "pixel", {frame: picture.frame, ...pixel})).json()).values;
+    const answer = await this.#ask((frame) => api.get(this.camera, "pixel", {frame, ...pixel}));
+    return (await answer.json()).values;
   }
 
-  // The file of the frame that is shown. One that has gone meanwhile gives way to the next.
-  async file() {
+  // The file of the frame that is shown.
+  file() {
+    return this.#ask((frame) => api.get(this.camera, "save", {frame}));
+  }
+
+  // The program keeps for the page the frame that it has sent last. So no picture may be under way while something is asked
+  // about the one that is shown.
+  async #ask(question) {
+    this.questions += 1;
     try {
-      return await api.get(this.camera, "save", {frame: this.frame});
-    } catch (error) {
-      if (error.status !== 410 || this.isHeld) throw error;
-      return api.get(this.camera, "save", {frame: this.frame});
+      await this.#settle();
+      return await question(this.frame);
+    } finally {
+      this.questions -= 1;
+      if (this.questions === 0) this.goOn?.();
+    }
+  }
+
+  // A picture that is near is taken; after that none is under way.
+  async #settle() {
+    const due = setTimeout(() => this.waiting?.abort(), kNearMs);
+    await this.underWay;
+    clearTimeout(due);
+  }
+
+  async #lookAtHeld() {
+    try {
+      const answer = await this.#ask((frame) => api.get(this.camera, "region", {frame, ...this.#wanted()}));
+      this.#take(await decoded(answer));
+    } catch {
+      // The program does not have the frame any more, as after its restart.
     }
   }
 
@@ -124,32 +158,38 @@ export class ShownPicture {
     this.picture?.bitmap.close();
     this.picture = picture;
     this.after = picture.frame;
-    this.taken = performance.now();
     this.copied = null;
     this.onChange();
   }
 
   async #follow() {
     this.after = 0;
+    await this.view.measured;
     for (;;) {
       const began = performance.now();
-      if (!this.isHeld && !document.hidden && (await this.#next())) {
-        await pause(Math.max(0, this.interval_ms - (performance.now() - began)));
-      } else {
-        await pause(this.isHeld || document.hidden ? this.interval_ms : kRetryMs);
+      if (this.questions > 0) await new Promise((done) => (this.goOn = done));
+      const isWanted = !this.isHeld && !document.hidden && (this.isFed || this.isAsked);
+      if (!isWanted) {
+        await pause(this.interval_ms);
+        continue;
       }
+      this.isAsked = false;
+      this.underWay = this.#next();
+      const isThere = await this.underWay;
+      await pause(isThere ? Math.max(0, this.interval_ms - (performance.now() - began)) : kRetryMs);
     }
   }
 
-  // Whether a picture may be had at once again.
+  // Whether a picture may be had at once again. Once the program has answered, the picture is taken in any case.
   async #next() {
     this.waiting = new AbortController();
+    this.isRenewed = false;
     const {signal} = this.waiting;
     try {
       const answer = await api.get(this.camera, "picture", {after: this.after, ...this.#wanted()}, signal);
-      if (answer.status === 204) return true;
-      const picture = await decoded(answer);
-      if (!this.isHeld && !signal.aborted) this.#take(picture);
+      this.waiting = null;
+      if (answer.status !== 204) this.#take(await decoded(answer));
+      if (this.isRenewed) this.after = 0;
       this.error = "";
       return true;
     } catch (error) {

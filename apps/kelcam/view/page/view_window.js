@@ -14,11 +14,14 @@ export class ViewWindow {
     this.isFitted = true;
     this.scale = 1;
     this.centre = {x: 0, y: 0};
+    // Kept when the size of the canvas is known.
+    this.measured = new Promise((done) => (this.onMeasured = done));
   }
 
   setCanvas(width, height) {
     this.canvas = {width, height};
     this.#keep();
+    this.onMeasured();
   }
 
   setPicture(width, height) {

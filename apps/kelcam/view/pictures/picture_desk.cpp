@@ -15,7 +15,7 @@ namespace {
 constexpr std::chrono::seconds kLongestWait{5};
 constexpr std::chrono::milliseconds kReportInterval{100};
 // What all pages hold together; of more, the oldest goes.
-constexpr std::size_t kMostHeldFrames = 8;
+constexpr std::size_t kMostHeldFrames = 12;
 
 // Jobs are few: one that serves, one that reports, and what a connection each asks for.
 constexpr std::size_t kAnyNumber = std::numeric_limits<std::size_t>::max();
@@ -98,15 +98,20 @@ void PictureDesk::Serve() {
 void PictureDesk::Hold(const std::string& page, const SharedFrame& frame) {
   const auto found = m_pages.find(page);
   if (found == m_pages.end()) return;
-  found->second.held = frame;
-  found->second.pictures.Add(Clock::now());
+  Page& own = found->second;
+  if (own.held != frame) own.before = std::exchange(own.held, frame);
+  own.pictures.Add(Clock::now());
   std::set<std::uint64_t> numbers;
   for (const auto& [name, other] : m_pages) {
-    if (other.held) numbers.insert(other.held->number);
+    for (const SharedFrame& one : {other.held, other.before}) {
+      if (one) numbers.insert(one->number);
+    }
   }
   if (numbers.size() <= kMostHeldFrames) return;
   for (auto& [name, other] : m_pages) {
-    if (other.held && other.held->number == *numbers.begin()) other.held = nullptr;
+    for (SharedFrame* const one : {&other.held, &other.before}) {
+      if (*one && (*one)->number == *numbers.begin()) one->reset();
+    }
   }
 }
 
@@ -131,8 +136,11 @@ SharedFrame PictureDesk::Find(const std::string& page, std::uint64_t number) con
   const BMutexLock lock(m_mutex);
   if (m_newest && m_newest->number == number) return m_newest;
   const auto found = m_pages.find(page);
-  const bool is_held = found != m_pages.end() && found->second.held && found->second.held->number == number;
-  return is_held ? found->second.held : nullptr;
+  if (found == m_pages.end()) return nullptr;
+  for (const SharedFrame& one : {found->second.held, found->second.before}) {
+    if (one && one->number == number) return one;
+  }
+  return nullptr;
 }
 
 void PictureDesk::AddPage(const std::string& page) {

@@ -22,7 +22,7 @@
 namespace Kelcam {
 
 struct PictureRequest {
-  std::string page;                 // for which the frame is held afterwards; empty: for none
+  std::string page;                 // for which the frame is held afterwards, and the one before; empty: for none
   std::uint64_t frame = 0;          // newer than this one, or this one
   std::optional<Rectangle> region;  // none: all of it
   int width = 0;                    // at least 1
@@ -85,8 +85,10 @@ class PictureDesk {
     Deliver deliver;
     Clock::time_point deadline;
   };
+  // A page shows the frame before until it has decoded the one that it holds.
   struct Page {
     SharedFrame held;
+    SharedFrame before;
     RateMeter pictures;
   };
 
