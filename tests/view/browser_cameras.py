@@ -8,6 +8,7 @@ from browser_case import COLOUR, MONO, BrowserCase, OneKelcam, camera, kelcam
 
 REPORTED_MS = 3000
 PAGES = 10
+UNSEEN = 8
 MARKUP = '<img src=x onerror="window.hit=1"><b>&amp;'
 
 
@@ -108,17 +109,8 @@ class PagesTest(BrowserCase):
     def test_a_page_that_is_not_seen_keeps_no_connection(self):
         # A browser has six connections to a server at most, whatever the number of its tabs.
         view = self.kelcam([camera()])
-        first = self.browser.driver.current_window_handle
-        for _ in range(8):
-            self.browser.driver.switch_to.new_window("tab")
-            self.browser.driver.get(view.url)
-            self.addCleanup(self.close_but, first)
-        Page(self.browser).panel().wait_for_frames(3)
-
-    def close_but(self, first):
-        if self.browser.driver.current_window_handle != first:
-            self.browser.driver.close()
-        self.browser.driver.switch_to.window(self.browser.driver.window_handles[-1])
+        with self.browser.unseen_pages(view.url, UNSEEN):
+            self.shown(view).wait_for_frames(3)
 
 
 class HostileTest(BrowserCase):
