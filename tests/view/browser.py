@@ -133,24 +133,6 @@ class Browser:
             for context in contexts:
                 self.browser_command("Target.disposeBrowserContext", browserContextId=context)
 
-    @contextlib.contextmanager
-    def unseen_pages(self, url, count):
-        """So many windows of one profile with this page, all of them minimised, which hides a page as another tab does."""
-        first = self.driver.current_window_handle
-        known = set(self.driver.window_handles)
-        try:
-            for _ in range(count):
-                self.driver.switch_to.new_window("window")
-                self.driver.get(url)
-                self.driver.minimize_window()
-            self.driver.switch_to.window(first)
-            yield
-        finally:
-            for handle in set(self.driver.window_handles) - known:
-                self.driver.switch_to.window(handle)
-                self.driver.close()
-            self.driver.switch_to.window(first)
-
     def browser_command(self, name, **parameters):
         """A command of the DevTools protocol that is the browser's and not a page's."""
         address = self.driver.capabilities["goog:chromeOptions"]["debuggerAddress"]

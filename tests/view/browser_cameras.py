@@ -8,7 +8,6 @@ from browser_case import COLOUR, MONO, BrowserCase, OneKelcam, camera, kelcam
 
 REPORTED_MS = 3000
 PAGES = 10
-UNSEEN = 8
 MARKUP = '<img src=x onerror="window.hit=1"><b>&amp;'
 
 
@@ -105,12 +104,6 @@ class PagesTest(BrowserCase):
         view.wait_for_state(lambda _: len(os.listdir(f"/proc/{view.process.pid}/fd")) <= before)
         frame = view.get("/api/cameras/0/picture?after=0&width=64").frame
         self.assertGreater(view.get(f"/api/cameras/0/picture?after={frame}&width=64").frame, frame)
-
-    def test_a_page_that_is_not_seen_keeps_no_connection(self):
-        # A browser has six connections to a server at most, whatever the number of its tabs.
-        view = self.kelcam([camera()])
-        with self.browser.unseen_pages(view.url, UNSEEN):
-            self.shown(view).wait_for_frames(3)
 
 
 class HostileTest(BrowserCase):

@@ -42,7 +42,9 @@ def write_one(browser, folder):
 
 
 def write_two(browser, folder):
-    with kelcam([{"like": MONO}, {"like": COLOUR}], first="--camera 1 --camera 2") as view:
+    # So large that both fit on their link.
+    half = {"sensor": {"width": 1232, "height": 1028}, "lineTime_us": 60}
+    with kelcam([{"like": MONO, **half}, {"like": COLOUR, **half}], first="--camera 1 --camera 2") as view:
         running(browser, view, 2)
         browser.screenshot(folder / "view-two.png")
 
