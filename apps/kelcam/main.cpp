@@ -1,6 +1,7 @@
 // main.cpp
 // kelcam: a camera driver module's host on the command line.
 #include <iostream>
+#include <memory>
 #include <optional>
 
 #include "base/interrupt.h"
@@ -75,9 +76,9 @@ int RunAlone(const Options& options) {
 }
 
 // The module that the command works with.
-Module LoadWatched(const Options& options) {
-  Module module = LoadModule(options);
-  PrintSimulationNotice(module);
+std::unique_ptr<const Module> LoadWatched(const Options& options) {
+  std::unique_ptr<const Module> module(new Module(LoadModule(options)));
+  PrintSimulationNotice(*module);
   WatchForInterrupt();
   return module;
 }
@@ -100,7 +101,8 @@ int RunCommand(const Options& options) {
   CheckLog(options);
   MessageLog log(options.log_file, options.verbose);
   if (options.command == Command::kCheck) return RunSelfTest(options, log);
-  const Module module = LoadWatched(options);
+  const std::unique_ptr<const Module> loaded = LoadWatched(options);
+  const Module& module = *loaded;
   ExitCode result = kFailed;
   switch (options.command) {
     case Command::kVersion:

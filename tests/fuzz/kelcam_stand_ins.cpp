@@ -2,7 +2,10 @@
 // What kelcam finds instead of files, modules and cameras: every command ends as an input chooses.
 #include "fuzz/kelcam_stand_ins.h"
 
+#include <functional>
+#include <memory>
 #include <new>
+#include <tuple>
 #include <utility>
 
 #include "base/interrupt.h"
@@ -88,6 +91,12 @@ ExitCode RunList(const Options& options, const Module& /*module*/, MessageLog& /
 ExitCode RunInfo(const Options& options, const Module& /*module*/, MessageLog& /*log*/) { return End(options); }
 ExitCode RunSnap(const Options& options, const Module& /*module*/, MessageLog& /*log*/) { return End(options); }
 ExitCode RunLive(const Options& options, const Module& /*module*/, MessageLog& /*log*/) { return End(options); }
+ExitCode RunView(const Options& options, const Module& /*module*/, MessageLog& /*log*/) { return End(options); }
+ExitCode RunCheck(const Options& options, const std::function<std::unique_ptr<const Module>()>& load,
+                  MessageLog& /*log*/) {
+  std::ignore = load();
+  return End(options);
+}
 ExitCode RunProfileNew(const Options& options, const Module& /*module*/, MessageLog& /*log*/) { return End(options); }
 ExitCode RunProfileCheck(const Options& options) { return End(options); }
 

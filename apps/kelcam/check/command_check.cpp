@@ -5,6 +5,7 @@
 #include <exception>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <thread>
 
 #include "base/interrupt.h"
@@ -182,16 +183,16 @@ CheckFacts Measured(const Options& options, const Module& module, MessageLog& lo
 
 }  // namespace
 
-ExitCode RunCheck(const Options& options, const std::function<Module()>& load, MessageLog& log) {
+ExitCode RunCheck(const Options& options, const std::function<std::unique_ptr<const Module>()>& load, MessageLog& log) {
   CheckReportFile(options);
   CheckFacts facts;
   facts.system = SystemFactsNow();
   facts.system.module = options.module_file.empty() ? Utf8(ProgramFolder() / kModuleFileName) : options.module_file;
   // An interrupt ends the check, not the program: what is known by then is still to be written.
   const SomethingToClose report_to_write;
-  std::optional<Module> module;
+  std::unique_ptr<const Module> module;
   try {
-    module.emplace(load());
+    module = load();
   } catch (const Failure& failure) {
     facts.system.module_fault = failure.What();
   }

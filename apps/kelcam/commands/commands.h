@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 
 #include "base/failure.h"
 #include "commands/command_line.h"
@@ -20,7 +21,7 @@ ExitCode RunLive(const Options& options, const Module& module, MessageLog& log);
 ExitCode RunView(const Options& options, const Module& module, MessageLog& log);
 // load: loads the module; a module or a library that cannot be loaded is among the findings. Where a call of the driver
 // does not return, it writes the report and ends the program.
-ExitCode RunCheck(const Options& options, const std::function<Module()>& load, MessageLog& log);
+ExitCode RunCheck(const Options& options, const std::function<std::unique_ptr<const Module>()>& load, MessageLog& log);
 ExitCode RunProfileNew(const Options& options, const Module& module, MessageLog& log);
 ExitCode RunProfileCheck(const Options& options);
 
