@@ -10,6 +10,8 @@ import tempfile
 import time
 import urllib.request
 
+import trio
+import trio_websocket
 from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.action_chains import ActionChains
@@ -56,6 +58,7 @@ class Browser:
         options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
         self.driver = webdriver.Chrome(service=Service(driver), options=options)
         self.driver.set_script_timeout(DEADLINE_S)
+        self.driver.set_page_load_timeout(DEADLINE_S)
         self.command("Browser.setDownloadBehavior", behavior="allow", downloadPath=str(self.downloads))
         self.command("Page.addScriptToEvaluateOnNewDocument", source=WATCH)
         self.look_as()
@@ -118,18 +121,34 @@ class Browser:
     def more_pages(self, url, count):
         """So many windows with this page. Each is of a profile of its own, as if it were on another machine."""
         first = self.driver.current_window_handle
+        known = set(self.driver.window_handles)
         contexts = []
         try:
             for _ in range(count):
-                contexts.append(self.command("Target.createBrowserContext")["browserContextId"])
-                self.command("Target.createTarget", url=url, browserContextId=contexts[-1], newWindow=True)
-            handles = [handle for handle in self.driver.window_handles if handle != first]
-            assert len(handles) == count, handles
-            yield handles
+                contexts.append(self.browser_command("Target.createBrowserContext")["browserContextId"])
+                self.browser_command("Target.createTarget", url=url, browserContextId=contexts[-1], newWindow=True)
+            yield [handle for handle in self.driver.window_handles if handle not in known]
         finally:
             self.driver.switch_to.window(first)
             for context in contexts:
-                self.command("Target.disposeBrowserContext", browserContextId=context)
+                self.browser_command("Target.disposeBrowserContext", browserContextId=context)
+
+    def browser_command(self, name, **parameters):
+        """A command of the DevTools protocol that is the browser's and not a page's."""
+        address = self.driver.capabilities["goog:chromeOptions"]["debuggerAddress"]
+        url = json.loads(fetched(f"http://{address}/json/version"))["webSocketDebuggerUrl"]
+
+        async def ask():
+            async with trio_websocket.open_websocket_url(url) as socket:
+                await socket.send_message(json.dumps({"id": 1, "method": name, "params": parameters}))
+                while (answer := json.loads(await socket.get_message())).get("id") != 1:
+                    pass
+                return answer
+
+        answer = trio.run(ask)
+        if "result" not in answer:
+            raise AssertionError(f"{name}: {answer['error']}")
+        return answer["result"]
 
 
 class Page:
@@ -260,6 +279,3 @@ def fetched(url):
     with urllib.request.build_opener(urllib.request.ProxyHandler({})).open(url, timeout=DEADLINE_S) as answer:
         return answer.read()
 
-
-def pretty(value):
-    return json.dumps(value, indent=1, ensure_ascii=False)

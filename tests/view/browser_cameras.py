@@ -105,21 +105,6 @@ class PagesTest(BrowserCase):
         frame = view.get("/api/cameras/0/picture?after=0&width=64").frame
         self.assertGreater(view.get(f"/api/cameras/0/picture?after={frame}&width=64").frame, frame)
 
-    def test_a_page_that_is_not_seen_keeps_no_connection(self):
-        # A browser has six connections to a server at most, whatever the number of its tabs.
-        view = self.kelcam([camera()])
-        first = self.browser.driver.current_window_handle
-        for _ in range(8):
-            self.browser.driver.switch_to.new_window("tab")
-            self.browser.driver.get(view.url)
-            self.addCleanup(self.close_but, first)
-        Page(self.browser).panel().wait_for_frames(3)
-
-    def close_but(self, first):
-        if self.browser.driver.current_window_handle != first:
-            self.browser.driver.close()
-        self.browser.driver.switch_to.window(self.browser.driver.window_handles[-1])
-
 
 class HostileTest(BrowserCase):
     def test_texts_of_cameras_stay_texts(self):

@@ -34,7 +34,11 @@ class BrowserCase(unittest.TestCase):
     def setUpClass(cls):
         if BrowserCase.browser is None:
             BrowserCase.browser = Browser()
-            unittest.addModuleCleanup(BrowserCase.browser.quit)
+
+    @staticmethod
+    def quit():
+        if BrowserCase.browser is not None:
+            BrowserCase.browser.quit()
 
     def tearDown(self):
         complaints = [entry["message"] for entry in self.browser.complaints()]

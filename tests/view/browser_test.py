@@ -46,8 +46,11 @@ def main():
 
         return browser_screenshots.write(given.screenshots)
     globals().update(cases())
-    unittest.main(argv=[sys.argv[0], *rest], verbosity=2)
-    return 0
+    try:
+        done = unittest.main(argv=[sys.argv[0], *rest], verbosity=2, exit=False)
+    finally:
+        browser_case.BrowserCase.quit()
+    return 0 if done.result.wasSuccessful() else 1
 
 
 if __name__ == "__main__":
