@@ -43,6 +43,7 @@ export class Panel {
     this.camera = camera;
     const name = camera.identifier || camera.title;
     this.part("title").textContent = name;
+    this.part("title").title = name;
     this.part("picture").setAttribute("aria-label", `Picture of ${name}`);
     this.part("state").textContent = kStates[camera.state] ?? camera.state;
     this.element.dataset.state = camera.state;
