@@ -53,7 +53,7 @@ def points_of(report):
     for block in re.split(r"\n(?=\S)", report):
         match = re.match(r"(fine|look at this|broken|not looked at) +(\S+(?: \S+)*)  +(.*)", block, re.S)
         if match:
-            text = re.sub(r"\d+(?:\.\d+)*|\S*/\S*", "N", match[3])
+            text = re.sub(r"\d+(?:\.\d+)*|\S*[/\\]\S*", "N", match[3])
             points[match[2]] = (match[1], " ".join(text.split()))
     return points
 

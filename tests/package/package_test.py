@@ -25,7 +25,7 @@ ENTRY_HEADERS = {"driver/kel_camera_vimba.h", "bbaseaoi.h", "bcamprofilekeys.h",
 SIMULATOR_HEADERS = {"simulator/VimbaC.h", "simulator/vimba_simulator.h"}
 CAMERAS = {"mono": 0, "colour": 2}  # the profiles and the colour type of their PNG files
 SIMULATED_CAMERAS = 3
-SCENARIOS = 12
+SCENARIOS = 13
 CAMERAS_OF_MANY = 16
 # Pixels: no sensor of theirs is as small.
 LEAST_SIDE = 500

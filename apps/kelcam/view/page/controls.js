@@ -129,6 +129,12 @@ export class Controls {
     }
     part("color").addEventListener("change", () => this.#post("color", {color: part("color").checked}));
     part("area").addEventListener("change", () => this.#post("area", {area: part("area").value}));
+    // What was refused stays to be mended until the field is left.
+    for (const name of ["area", "rate"]) {
+      part(name).addEventListener("blur", () => {
+        if (!this.isPosting) this.show(this.state);
+      });
+    }
     part("trigger").addEventListener("change", () => this.#post("trigger", {trigger: part("trigger").value}));
     part("rate").addEventListener("change", () => this.#post("rate", {bytes_per_s: Math.round(Number(part("rate").value) * kBytesPerMegabyte)}));
     part("run").addEventListener("click", () => this.#post("run", {run: this.state.state !== "running"}));
@@ -189,6 +195,7 @@ export class Controls {
 
   async #post(name, body) {
     const answer = this.part("answer");
+    this.isPosting = true;
     try {
       await api.post(this.camera, name, body);
       answer.textContent = name === "area" ? `area ${body.area || "as the driver has it"}` : "";
@@ -196,5 +203,6 @@ export class Controls {
       answer.textContent = error.message;
       this.show(this.state);
     }
+    this.isPosting = false;
   }
 }

@@ -49,6 +49,8 @@ export class Panel {
     this.element.dataset.state = camera.state;
     this.shown.isGrey = !camera.color;
     this.shown.feed(camera.state === "running");
+    // The last one of a run.
+    if (camera.state === "stopped") this.shown.ask();
     this.picture.isDimmed = camera.state === "lost" || camera.state === "opening";
     this.#showProblem(camera);
     this.controls.show(camera);

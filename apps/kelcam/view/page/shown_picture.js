@@ -40,6 +40,11 @@ export class ShownPicture {
     this.error = "";
     this.questions = 0;
     this.underWay = null;
+    // Nobody waits for a page that nobody sees: a browser has few connections for all of its pages.
+    document.addEventListener("visibilitychange", () => {
+      if (document.hidden) this.waiting?.abort();
+    });
+    window.addEventListener("pagehide", () => this.waiting?.abort());
     this.#follow();
   }
 
