@@ -85,7 +85,8 @@ TEST_F(CommandHelp, SpeaksOfOptionsThatTheCommandHas) {
     known.insert(help.options.begin(), help.options.end());
     EXPECT_THAT(help.mentioned, IsSubsetOf(known)) << title;
   }
-  EXPECT_EQ(titles, Names({"list", "info", "snap", "live", "view", "check", "profile", "profile new", "profile check"}));
+  EXPECT_EQ(titles,
+            Names({"list", "info", "snap", "live", "view", "check", "profile", "profile new", "profile check"}));
   EXPECT_THAT(global, IsSupersetOf({"-h", "--help", "--json", "-v", "--verbose", "--simulated"}));
   EXPECT_THAT(Parsed(texts["snap"]).options, IsSupersetOf({"--profile", "-o", "-n", "--no-clobber", "--set"}));
 }

@@ -9,12 +9,14 @@
 
 namespace {
 
-using testing::ContainsRegex;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
 using nlohmann::json;
+
+// GoogleTest's own expressions have no sets of characters on Windows.
+MATCHER_P(HasLines, pattern, "") { return std::regex_search(arg, std::regex(pattern)); }
 
 constexpr int kEveryTime = 0;
 constexpr const char* kFirst = "Vimba_Manta-G-507B_A";
@@ -107,7 +109,7 @@ TEST_F(Reconnect, EachLossAndReturnIsAPlainLineInTheLogAndOnStandardError) {
       lines[1], std::regex(std::string(kTime) + ": " + kFirst + R"(: returned after \d\.\d s \(\d+ tr(y|ies)\))")))
       << lines[1];
   for (const std::string& line : lines) EXPECT_THAT(result.err, HasSubstr("notice: " + line + "\n"));
-  EXPECT_THAT(result.out, ContainsRegex("lost 1 time, away for [0-9.]+ s\n$"));
+  EXPECT_THAT(result.out, HasLines("lost 1 time, away for [0-9.]+ s\n$"));
   EXPECT_EQ(result.exit_code, kFailed) << "an image has failed";
 }
 
@@ -116,8 +118,8 @@ TEST_F(Reconnect, TheLinesOfLiveShowThatACameraIsAway) {
 
   const ProcessResult result = Kelcam(WithFirst("live", {"--seconds", "2.5"}));
 
-  EXPECT_THAT(result.out, ContainsRegex("2 s: 0 frames, .*, away for [0-9.]+ s\n"));
-  EXPECT_THAT(result.out, ContainsRegex("lost 1 time, away for [12]\\.[0-9] s\n$"));
+  EXPECT_THAT(result.out, HasLines("2 s: 0 frames, .*, away for [0-9.]+ s\n"));
+  EXPECT_THAT(result.out, HasLines("lost 1 time, away for [12]\\.[0-9] s\n$"));
   EXPECT_THAT(result.err, EndsWith("error: camera lost: it does not answer, and 1 image has failed\n"));
   EXPECT_EQ(result.exit_code, kFailed);
 }
@@ -269,7 +271,7 @@ TEST_F(Reconnect, AnInterruptEndsTheWaitWithTheTotal) {
 
   const ProcessResult result = InterruptedAt("camera lost", WithFirst("live", {}));
 
-  EXPECT_THAT(result.out, ContainsRegex("5 frames in .*lost 1 time, away for [0-9.]+ s\n$"));
+  EXPECT_THAT(result.out, HasLines("5 frames in .*lost 1 time, away for [0-9.]+ s\n$"));
   EXPECT_EQ(result.exit_code, kInterrupted);
 }
 

@@ -43,12 +43,9 @@ struct CommandByOption {
 template <class Value>
 using Choices = std::vector<std::pair<std::string, Value>>;
 
-const std::map<std::string, Command> kCommands = {{"list", Command::kList},
-                                                  {"info", Command::kInfo},
-                                                  {"snap", Command::kSnap},
-                                                  {"live", Command::kLive},
-                                                  {"view", Command::kView},
-                                                  {"check", Command::kCheck}};
+const std::map<std::string, Command> kCommands = {{"list", Command::kList}, {"info", Command::kInfo},
+                                                  {"snap", Command::kSnap}, {"live", Command::kLive},
+                                                  {"view", Command::kView}, {"check", Command::kCheck}};
 const std::map<std::string, Command> kProfileCommands = {{"new", Command::kProfileNew},
                                                          {"check", Command::kProfileCheck}};
 const Choices<BBaseAoi::Kind> kKinds = {{"mono", BBaseAoi::eMono8}, {"rgb", BBaseAoi::eRgb}};
