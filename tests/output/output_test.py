@@ -115,9 +115,10 @@ class Run:
                 env={**os.environ, "VIMBA_SIM_CONFIG": "cameras.json"}, stderr=subprocess.PIPE, encoding="utf-8")  # fmt: skip
             line = ""
             if arguments.startswith("view"):
-                # It runs until it is interrupted.
+                # It runs until it is interrupted, once it has begun.
                 line = process.stdout.readline()
-                process.send_signal(signal.SIGINT)
+                if '"listening"' in line:
+                    process.send_signal(signal.SIGINT)
             out, self.err = process.communicate(timeout=DEADLINE_S)
         self.out, self.exit_code = line + out, process.returncode
 
