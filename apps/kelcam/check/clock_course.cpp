@@ -10,22 +10,22 @@ namespace Kelcam {
 namespace {
 
 // The driver reports the clock when the start has ended, which takes a busy computer a while.
-constexpr double kLatestReport_s = 1.0;
+constexpr double kLatestReportSeconds = 1.0;
 // Of quartzes that differ by some millionths, after some seconds.
 constexpr double kLargestDeviation = 0.05;
-constexpr double kShortestComparison_s = 2.0;
+constexpr double kShortestComparisonSeconds = 2.0;
 
 double SecondsBetween(const ClockReading& a, const ClockReading& b) {
   return std::chrono::duration<double>(b.time - a.time).count();
 }
 
 ClockCourse::Kind KindOf(const ClockCourse& course) {
-  if (course.worst_jump_s > kLatestReport_s) return ClockCourse::kJumps;
-  if (!course.camera_seconds || course.seconds < kShortestComparison_s) return ClockCourse::kGoes;
+  if (course.worst_jump_s > kLatestReportSeconds) return ClockCourse::kJumps;
+  if (!course.camera_seconds || course.seconds < kShortestComparisonSeconds) return ClockCourse::kGoes;
   // The reports of the first reading and of the last may be late.
   const double deviation_s = std::fabs(*course.camera_seconds - course.seconds);
-  return deviation_s > course.seconds * kLargestDeviation + kLatestReport_s ? ClockCourse::kGoesWrong
-                                                                            : ClockCourse::kGoes;
+  return deviation_s > course.seconds * kLargestDeviation + kLatestReportSeconds ? ClockCourse::kGoesWrong
+                                                                                 : ClockCourse::kGoes;
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ constexpr double kWorstShareOfFailures = 0.1;
 constexpr double kLeastShareOfRate = 0.9;
 // An image takes exposure and transfer; what comes on top is conversion, and a driver that looks every 10 ms.
 constexpr double kMostTimesNeeded = 3.0;
-constexpr double kConversion_ms = 200.0;
+constexpr double kConversionMilliseconds = 200.0;
 constexpr double kMillisecondsPerSecond = 1000.0;
 constexpr double kPercent = 100.0;
 
@@ -75,7 +75,7 @@ Judgement JudgeSnaps(const CheckFacts& facts, const CameraFacts& camera) {
   }
   const double needed_ms = camera.device ? NeededFor(*camera.device) : 0.0;
   const double best_ms = std::min_element(snaps.times.begin(), snaps.times.end())->count();
-  if (needed_ms <= 0.0 || best_ms <= needed_ms * kMostTimesNeeded + kConversion_ms) return judgement;
+  if (needed_ms <= 0.0 || best_ms <= needed_ms * kMostTimesNeeded + kConversionMilliseconds) return judgement;
   return Look(judgement.found + "; exposure and transfer explain " + Milliseconds0(needed_ms),
               "see how fast the camera answers, above; a larger binning or a smaller area of interest is read faster");
 }

@@ -13,14 +13,14 @@ namespace {
 
 constexpr Milliseconds kLongestOpening{5000};
 // A camera next to the computer answers within about a millisecond.
-constexpr double kLongestAnswer_ms = 10.0;
+constexpr double kLongestAnswerMilliseconds = 10.0;
 // Jumbo frames carry 9000 bytes; not everything between camera and computer carries all of them.
 constexpr std::int64_t kSmallestJumboPacket = 8000;
-constexpr std::int64_t kGigabit_bits_per_s = 1'000'000'000;
+constexpr std::int64_t kGigabitBitsPerSecond = 1'000'000'000;
 constexpr double kBitsPerMegabit = 1e6;
 constexpr double kBitsPerByte = 8.0;
 // Chips of the commercial grade are made for up to this temperature inside.
-constexpr double kHottest_celsius = 85.0;
+constexpr double kHottestCelsius = 85.0;
 
 constexpr const char* kPacketSize = "GVSPPacketSize = ";
 constexpr const char* kPixelFormat = "PixelFormat = ";
@@ -92,7 +92,7 @@ Judgement JudgeAnswers(const CheckFacts& facts, const CameraFacts& camera) {
   const double median_ms = answers[answers.size() / 2].count();
   const std::string found = "the camera answers in " + Fixed(median_ms, 2) + " ms, at the latest in " +
                             Fixed(answers.back().count(), 2) + " ms (" + Counted(answers.size(), "question") + ")";
-  if (median_ms <= kLongestAnswer_ms) return Fine(found);
+  if (median_ms <= kLongestAnswerMilliseconds) return Fine(found);
   return Look(found, "connect the camera without a switch and check again; a camera alone answers in about 1 ms");
 }
 
@@ -132,7 +132,7 @@ Judgement JudgeRoute(const Route& route, const CameraFacts& camera) {
                 "give adapter and camera addresses of one subnet");
   }
   if (!route.link_bits_per_s) return Fine(found);
-  if (*route.link_bits_per_s < kGigabit_bits_per_s) {
+  if (*route.link_bits_per_s < kGigabitBitsPerSecond) {
     return Look(found + ": a GigE camera needs 1000", "look at cable and plugs, and at the ports of the switch");
   }
   const double rate_bits_per_s =
@@ -209,7 +209,7 @@ Judgement JudgeTemperature(const CheckFacts& facts, const CameraFacts& camera) {
   const std::string sensor = TemperatureText("sensor", camera.cold->sensor, last->sensor);
   const std::string board = TemperatureText("main board", camera.cold->board, last->board);
   const std::string found = sensor + (sensor.empty() || board.empty() ? "" : ", ") + board;
-  if (std::max(last->sensor.value_or(0.0), last->board.value_or(0.0)) > kHottest_celsius) {
+  if (std::max(last->sensor.value_or(0.0), last->board.value_or(0.0)) > kHottestCelsius) {
     return Look(found + ": above 85 °C, for which ordinary chips are made",
                 "cool the camera: mount it on metal; compare with the limits in its data sheet");
   }

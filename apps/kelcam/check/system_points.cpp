@@ -14,7 +14,7 @@ constexpr const char* kTransportLayer = "GeVTLIsPresent = ";
 constexpr double kBytesPerKibibyte = 1024.0;
 constexpr double kMillisecondsPerSecond = 1000.0;
 // A thread that is ready to run may wait so long for a busy processor.
-constexpr double kShortestBuffer_ms = 10.0;
+constexpr double kShortestBufferMilliseconds = 10.0;
 // What a gigabit link carries.
 constexpr double kGigabitBytesPerSecond = 125e6;
 
@@ -79,7 +79,7 @@ Judgement JudgeReceiveBuffer(const CheckFacts& facts) {
   const std::string found = "net.core.rmem_max = " + std::to_string(*limit) + " (" + KibibytesOf(*limit) +
                             "): a receiving socket holds " + Fixed(holds_ms, 1) + " ms of a full gigabit link at most";
   if (IsSimulated(facts)) return NotLookedAt("simulated cameras use no network; " + found);
-  if (holds_ms >= kShortestBuffer_ms) return Fine(found);
+  if (holds_ms >= kShortestBufferMilliseconds) return Fine(found);
   return Look(found + "; a busy computer may be late by more, and then packets are lost",
               "sudo sysctl -w net.core.rmem_max=16777216 (if frames are incomplete; no effect on a library that takes "
               "its packets from a filter driver)");

@@ -25,7 +25,7 @@ namespace {
 constexpr int kMaxImages = 1000000;
 constexpr int kMaxRetries = 1000000;
 constexpr std::chrono::duration<double> kMaxInterval = std::chrono::hours(366 * 24);
-constexpr double kLongestCheck_s = 3600.0;
+constexpr double kLongestCheckSeconds = 3600.0;
 constexpr std::size_t kOptionColumnWidth = 32;
 // What the parser calls the value of an option, in its own messages.
 constexpr const char* kTextType = "TEXT";
@@ -296,7 +296,7 @@ void AddCheckCommand(CLI::App& app, Options& options) {
   const auto take_duration = [&options](double seconds) { options.duration = std::chrono::duration<double>(seconds); };
   check->add_option_function<double>("--seconds", take_duration, "how long the run of each camera lasts (default: 5)")
       ->check(CLI::Validator(WhyNotPositive, {}))
-      ->check(CLI::Range(0.0, kLongestCheck_s))
+      ->check(CLI::Range(0.0, kLongestCheckSeconds))
       ->option_text("S");
   check->add_option("-o", options.report_file, "write the report to this file, and one line to standard output")
       ->option_text("REPORT");

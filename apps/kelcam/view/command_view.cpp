@@ -27,6 +27,7 @@ constexpr const char* kLocalAddress = "127.0.0.1";
 
 std::vector<EventCamera> EventCamerasOf(std::deque<ViewCamera>& cameras) {
   std::vector<EventCamera> all;
+  all.reserve(cameras.size());
   for (ViewCamera& camera : cameras) {
     all.push_back({camera.thread.Board(), camera.thread.Commands(), camera.desk});
   }
