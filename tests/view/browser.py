@@ -14,7 +14,6 @@ import trio
 import trio_websocket
 from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
-from selenium.webdriver.common import utils
 from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.keys import Keys
 
@@ -45,17 +44,6 @@ def programs():
     return shutil.which("chromium"), shutil.which("chromedriver")
 
 
-class Driver(Service):
-    """Chromium's driver by its address: a machine may have no name for itself."""
-
-    @property
-    def service_url(self):
-        return f"http://127.0.0.1:{self.port}"
-
-    def is_connectable(self):
-        return utils.is_connectable(self.port, "127.0.0.1")
-
-
 class Browser:
     """One Chromium. It shows one page at a time, but for those of `more_pages`."""
 
@@ -68,7 +56,7 @@ class Browser:
         for flag in (*FLAGS, f"--user-data-dir={self.folder.name}/profile"):
             options.add_argument(flag)
         options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
-        self.driver = webdriver.Chrome(service=Driver(driver), options=options)
+        self.driver = webdriver.Chrome(service=Service(driver), options=options)
         self.driver.set_script_timeout(DEADLINE_S)
         self.driver.set_page_load_timeout(DEADLINE_S)
         self.command("Browser.setDownloadBehavior", behavior="allow", downloadPath=str(self.downloads))
@@ -147,7 +135,7 @@ class Browser:
 
     def browser_command(self, name, **parameters):
         """A command of the DevTools protocol that is the browser's and not a page's."""
-        address = self.driver.capabilities["goog:chromeOptions"]["debuggerAddress"].replace("localhost", "127.0.0.1")
+        address = self.driver.capabilities["goog:chromeOptions"]["debuggerAddress"]
         url = json.loads(fetched(f"http://{address}/json/version"))["webSocketDebuggerUrl"]
 
         async def ask():

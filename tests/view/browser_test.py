@@ -4,12 +4,13 @@
 browser_test.py --kelcam FILE [--screenshots FOLDER] [TEST...]
 
 Every class of tests starts the program with simulated cameras of its own. With --screenshots no test runs; pictures of
-the page are written instead. Exit 77: there is no Chromium or no driver for it.
+the page are written instead. Exit 77: there is no Chromium, no driver for it, or no way between them.
 """
 
 import argparse
 import importlib
 import pathlib
+import socket
 import sys
 import unittest
 
@@ -37,6 +38,11 @@ def main():
         return MISSING
     if None in programs():
         print("skipped: chromium and chromedriver are not installed")
+        return MISSING
+    try:
+        socket.getaddrinfo("localhost", None)
+    except OSError:
+        print("skipped: this machine has no localhost (in /etc/hosts), by which chromedriver reaches chromium")
         return MISSING
     import browser_case
 
