@@ -13,7 +13,7 @@ namespace Kelcam {
 namespace {
 
 constexpr std::chrono::seconds kLongestWait{5};
-constexpr std::chrono::milliseconds kReportInterval{100};
+constexpr std::chrono::milliseconds kReportInterval{200};
 // What all pages hold together; of more, the oldest goes.
 constexpr std::size_t kMostHeldFrames = 12;
 

@@ -46,7 +46,7 @@ class PictureDesk {
   using Deliver = std::function<void(const Outcome&)>;
   using Report = std::function<void(const FrameReport&, PictureDesk&)>;
 
-  // report: gets what is found out of frames while there are pages, at most ten times a second. Called on the desk's
+  // report: gets what is found out of frames while there are pages, at most five times a second. Called on the desk's
   // thread.
   explicit PictureDesk(Report report);
   // Those who wait get no answer.
