@@ -53,8 +53,9 @@ def points_of(report):
     for block in re.split(r"\n(?=\S)", report):
         match = re.match(r"(fine|look at this|broken|not looked at) +(\S+(?: \S+)*)  +(.*)", block, re.S)
         if match:
-            text = re.sub(r"\d+(?:\.\d+)*|\S*[/\\]\S*", "N", match[3])
-            points[match[2]] = (match[1], " ".join(text.split()))
+            text = " ".join(re.sub(r"\d+(?:\.\d+)*|\S*[/\\]\S*", "N", match[3]).split())
+            # One frame, two frames.
+            points[match[2]] = (match[1], re.sub(r"\bN (frame|image|packet)s?\b", r"N \1s", text))
     return points
 
 
