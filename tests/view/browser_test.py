@@ -8,22 +8,15 @@ the page are written instead. Exit 77: there is no Chromium, no driver for it, o
 """
 
 import argparse
-import importlib
 import pathlib
 import socket
 import sys
 import unittest
 
+from cases import cases
+
 MISSING = 77
 MODULES = ("browser_pictures", "browser_cameras", "browser_access")
-
-
-def cases():
-    """The classes with tests, by name."""
-    found = {}
-    for module in map(importlib.import_module, MODULES):
-        found |= {name: case for name, case in vars(module).items() if isinstance(case, type) and issubclass(case, unittest.TestCase)}
-    return found
 
 
 def main():
@@ -51,7 +44,7 @@ def main():
         import browser_screenshots
 
         return browser_screenshots.write(given.screenshots)
-    globals().update(cases())
+    globals().update(cases(MODULES))
     try:
         done = unittest.main(argv=[sys.argv[0], *rest], verbosity=2, exit=False)
     finally:

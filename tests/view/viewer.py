@@ -35,9 +35,13 @@ class Answer:
 class Connection:
     """One connection; several requests may follow each other on it."""
 
-    def __init__(self, port, deadline_s=DEADLINE_S):
+    def __init__(self, port, receive_bytes=None):
         self.port = port
-        self.socket = socket.create_connection(("127.0.0.1", port), timeout=deadline_s)
+        self.socket = socket.socket()
+        if receive_bytes is not None:
+            self.socket.setsockopt(socket.SOL_SOCKET, socket.SO_RCVBUF, receive_bytes)
+        self.socket.settimeout(DEADLINE_S)
+        self.socket.connect(("127.0.0.1", port))
         self.buffer = b""
 
     def __enter__(self):
