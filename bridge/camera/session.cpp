@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "aravis/errors.h"
+#include "aravis/heartbeat.h"
 
 namespace Bridge {
 namespace {
@@ -65,7 +66,15 @@ Session::Session(VmbHandle_t handle, std::unique_ptr<Claims::Claim> claim, Objec
   g_signal_connect(m_device.get(), "control-lost", G_CALLBACK(OnControlLost), this);
 }
 
-Session::~Session() { Close(); }
+Session::~Session() {
+  Close();
+  AwaitVerdict(m_device.get(), IsSilent());
+}
+
+bool Session::IsSilent() const {
+  const BRecursiveMutexLock lock(m_mutex);
+  return m_lost || std::chrono::steady_clock::now() < m_silent_until;
+}
 
 void Session::OnControlLost(ArvDevice* /*device*/, gpointer self) { static_cast<Session*>(self)->m_lost = true; }
 
@@ -74,8 +83,7 @@ void Session::Close() {
     const BRecursiveMutexLock lock(m_mutex);
     if (std::exchange(m_closed, true)) return;
     // A camera that is gone would be asked in vain, and for seconds.
-    const bool answers = !m_lost && std::chrono::steady_clock::now() >= m_silent_until;
-    if (m_state.Acquiring() && answers) std::ignore = m_features.Run("AcquisitionStop");
+    if (m_state.Acquiring() && !IsSilent()) std::ignore = Answered(m_features.Run("AcquisitionStop"));
   }
   if (m_stream) m_stream->Close();
   g_signal_handlers_disconnect_by_data(m_device.get(), this);

@@ -44,9 +44,7 @@ class Session {
     const BRecursiveMutexLock lock(m_mutex);
     if (m_closed) return VmbErrorBadHandle;
     if (std::chrono::steady_clock::now() < m_silent_until) return VmbErrorTimeout;
-    const VmbError_t error = body(m_features);
-    if (error == VmbErrorTimeout) m_silent_until = std::chrono::steady_clock::now() + kSilence;
-    return error;
+    return Answered(body(m_features));
   }
   bool OnThread() const { return m_stream && m_stream->OnCallbackThread(); }
   // Ends capture and gives the camera up. Not from a callback.
@@ -56,6 +54,13 @@ class Session {
   Session(VmbHandle_t handle, std::unique_ptr<Claims::Claim> claim, Object<ArvDevice> device);
   static constexpr std::chrono::seconds kSilence{8};
 
+  // What the camera answered.
+  VmbError_t Answered(VmbError_t error) KEL_REQUIRES(m_mutex) {
+    if (error == VmbErrorTimeout) m_silent_until = std::chrono::steady_clock::now() + kSilence;
+    return error;
+  }
+  bool IsSilent() const;
+
   static void OnControlLost(ArvDevice* device, gpointer self);
 
   // Given up after the camera is.
@@ -63,7 +68,7 @@ class Session {
   const Object<ArvDevice> m_device;
   std::atomic<bool> m_lost{false};
   // Held through every use of the camera's description, which Aravis does not guard.
-  BRecursiveMutex m_mutex;
+  mutable BRecursiveMutex m_mutex;
   AcquisitionState m_state;
   CameraClock m_clock;
   Features m_features KEL_GUARDED_BY(m_mutex);

@@ -2,6 +2,7 @@
 // What a user of an unknown camera sees: kelcam, told by name which library to take.
 #include "kelcam_test.h"
 
+#include <algorithm>
 #include <optional>
 #include <regex>
 #include <thread>
@@ -144,6 +145,15 @@ TEST_F(WireKelcam, RunsTheCameraAndCountsItsFrames) {
 
 struct SwitchedWireKelcam : WireKelcam {
   static constexpr std::size_t kFrames = 3;
+  static constexpr std::size_t kShownBytes = 6000;
+
+  // How a program that does not do what was waited for ended, and what was reported last.
+  std::string EndOf(Process& live) const {
+    const ProcessResult result = live.Wait(std::chrono::seconds(1));
+    const std::string log = Text("log.txt");
+    return "exit code " + std::to_string(result.exit_code) + "\n" + result.err +
+           log.substr(log.size() - std::min(log.size(), kShownBytes));
+  }
 
   // Whether so many frames come after the last return, or after the beginning where there was none.
   bool AwaitFrames() const {
@@ -169,14 +179,14 @@ TEST_F(SwitchedWireKelcam, FindsACameraAgainThatIsSwitchedOffAndOnTenTimes) {
   std::optional<RunningCamera> camera(std::in_place);
   Process live = Start({"--vimbac", "aravis", "--log", In("log.txt"), "-q", "--json", "live", "--profile", SmallArea(),
                         "--reconnect", "--reconnect-pause", "0.5", "--timeout", "1000"});
-  ASSERT_TRUE(AwaitFrames());
+  ASSERT_TRUE(AwaitFrames()) << EndOf(live);
   for (std::size_t time = 1; time <= kTimes; ++time) {
     camera->Kill();
-    ASSERT_TRUE(live.WaitForErrors(": camera lost: ", time)) << time;
+    ASSERT_TRUE(live.WaitForErrors(": camera lost: ", time)) << time << ": " << EndOf(live);
     camera.reset();
     camera.emplace();
-    ASSERT_TRUE(live.WaitForErrors(": returned after ", time)) << time;
-    ASSERT_TRUE(AwaitFrames()) << time;
+    ASSERT_TRUE(live.WaitForErrors(": returned after ", time)) << time << ": " << EndOf(live);
+    ASSERT_TRUE(AwaitFrames()) << time << ": " << EndOf(live);
   }
 
   live.Interrupt();

@@ -1,5 +1,8 @@
 // trouble_test.cpp
 // Cameras that go, hosts that stop, and sessions that follow each other in haste.
+#include <arv.h>
+
+#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <optional>
@@ -15,6 +18,44 @@ namespace {
 using std::chrono::seconds;
 using std::chrono::steady_clock;
 using testing::HasSubstr;
+
+// Aravis' report that a camera is gone, which takes its time here.
+class SlowReport {
+ public:
+  SlowReport()
+      : m_class(g_type_class_ref(ARV_TYPE_DEVICE)),
+        m_signal(g_signal_lookup("control-lost", ARV_TYPE_DEVICE)),
+        m_hook(g_signal_add_emission_hook(m_signal, 0, &SlowReport::Happens, this, nullptr)) {}
+  ~SlowReport() {
+    g_signal_remove_emission_hook(m_signal, m_hook);
+    g_type_class_unref(m_class);
+  }
+  SlowReport(const SlowReport&) = delete;
+  SlowReport& operator=(const SlowReport&) = delete;
+
+  bool WaitForBegin(seconds timeout) const {
+    const auto deadline = steady_clock::now() + timeout;
+    while (!m_begun && steady_clock::now() < deadline) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    return m_begun;
+  }
+  bool HasEnded() const { return m_ended; }
+
+ private:
+  static gboolean Happens(GSignalInvocationHint*, guint, const GValue*, gpointer self) {
+    auto& report = *static_cast<SlowReport*>(self);
+    report.m_begun = true;
+    std::this_thread::sleep_for(kDuration);
+    report.m_ended = true;
+    return TRUE;
+  }
+  static constexpr std::chrono::milliseconds kDuration{700};
+
+  const gpointer m_class;  // without it there is no signal yet
+  const guint m_signal;
+  std::atomic<bool> m_begun{false};
+  std::atomic<bool> m_ended{false};
+  const gulong m_hook;
+};
 
 Process SecondHost() { return {ProgramFile("wire-host"), {WireCamera::kId}}; }
 
@@ -50,6 +91,34 @@ TEST_F(VanishingCamera, EndsTheRunAndIsReleasedInTimeForANewOne) {
   BBaseAoi aoi(BBaseAoi::eMono8);
   EXPECT_EQ(SnapOnce(&aoi), BError());
   EXPECT_TRUE(ShowsGrey(aoi, kArea));
+}
+
+// The report needs the device: without waiting, the program would end in it.
+TEST(VanishedCamera, IsClosedWhenAravisHasReportedItsLoss) {
+  constexpr seconds kVerdict{20};
+  RunningCamera camera;
+  const StartedVimba vimba;
+  const SlowReport report;
+  CameraHost host(WireCamera::kId);
+
+  camera.Kill();
+  ASSERT_TRUE(report.WaitForBegin(kVerdict));
+  ASSERT_EQ(VmbCameraClose(host.Handle()), VmbErrorSuccess);
+
+  EXPECT_TRUE(report.HasEnded());
+}
+
+TEST(VanishedCamera, IsClosedInTimeBeforeThat) {
+  constexpr seconds kRelease{15};
+  RunningCamera camera;
+  const StartedVimba vimba;
+  CameraHost host(WireCamera::kId);
+
+  camera.Kill();
+  const auto begin = steady_clock::now();
+  ASSERT_EQ(VmbCameraClose(host.Handle()), VmbErrorSuccess);
+
+  EXPECT_LT(steady_clock::now() - begin, kRelease);
 }
 
 TEST(SecondHost, FindsTheCameraInUse) {
