@@ -1,5 +1,6 @@
 // reconnect_test.cpp
 // Cameras that are lost and come back: kelcam --reconnect over the real module and simulated cameras.
+#include <algorithm>
 #include <regex>
 
 #include "VimbaC.h"
@@ -297,9 +298,12 @@ TEST_F(Reconnect, AnInterruptWhileACameraRefusesEndsTheRunWithItsPictures) {
 class ReconnectForLong : public Reconnect {
  protected:
   // The C library's heap has grown to what the threads of hundreds of lives leave in pieces.
-  static constexpr std::size_t kSettled = 240;
-  static constexpr std::size_t kCycles = 440;
-  static constexpr std::size_t kMostGrowthBytes = std::size_t{1} << 20;
+  static constexpr std::size_t kSettled = 200;
+  static constexpr std::size_t kCycles = 300;
+  // A leak of what a life has at least, its frames, would be nine.
+  static constexpr std::size_t kMostGrowthBytes = std::size_t{2} << 20;
+  // Under Wine.
+  static constexpr std::size_t kThreadBytes = std::size_t{1} << 20;
 
   void SimulateCycles() {
     json fault = Unplugged(20, 1);
@@ -320,8 +324,9 @@ TEST_F(ReconnectForLong, MemoryThreadsAndHandlesStayFlat) {
   live.Interrupt();
   const ProcessResult result = live.Wait(std::chrono::seconds(10));
 
-  EXPECT_LE(after.resident_bytes, before.resident_bytes + kMostGrowthBytes);
-  // Those of the camera come and go.
+  // Threads of the camera come and go.
+  const std::size_t more_threads = after.threads - std::min(before.threads, after.threads);
+  EXPECT_LE(after.resident_bytes, before.resident_bytes + kMostGrowthBytes + more_threads * kThreadBytes);
   EXPECT_LE(after.threads, before.threads + 6);
   EXPECT_LE(after.handles, before.handles + 6);
   const Lines lines = LogLines();
