@@ -112,12 +112,19 @@ class LineEnds {
   // The vector at x lies within the row.
   HWY_NOINLINE void Take(const BayerBand& band, int x) {
     const int count = static_cast<int>(hn::Lanes(D8()));
+    int left[kBayerReach];
+    int right[kBayerReach];
+    for (int d = 0; d < kBayerReach; ++d) {
+      left[d] = Mirrored(x - kBayerReach + d, band.width);
+      right[d] = Mirrored(x + count + d, band.width);
+    }
     for (int i = 0; i < band.rows + 2 * kBayerReach; ++i) {
+      const std::uint8_t* const from = band.lines[i];
       std::uint8_t* const to = m_pixels[i];
-      hn::StoreU(hn::LoadU(D8(), band.lines[i] + x), D8(), to + kBayerReach);
-      for (int d = 1; d <= kBayerReach; ++d) {
-        to[kBayerReach - d] = band.lines[i][Mirrored(x - d, band.width)];
-        to[kBayerReach + count - 1 + d] = band.lines[i][Mirrored(x + count - 1 + d, band.width)];
+      hn::StoreU(hn::LoadU(D8(), from + x), D8(), to + kBayerReach);
+      for (int d = 0; d < kBayerReach; ++d) {
+        to[d] = from[left[d]];
+        to[kBayerReach + count + d] = from[right[d]];
       }
       m_lines[i] = to;
     }
