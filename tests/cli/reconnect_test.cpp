@@ -23,6 +23,8 @@ constexpr int kEveryTime = 0;
 constexpr const char* kFirst = "Vimba_Manta-G-507B_A";
 constexpr const char* kSecond = "Vimba_Manta-G-507B_B";
 constexpr const char* kAddress = "10.0.0.1";
+// How many images fail until a loss is noticed depends on what else the machine does.
+constexpr const char* kLoss = "camera lost: it does not answer, and (1 image has|[2-9] images in a row have) failed";
 constexpr const char* kTime = "[0-9-]+T[0-9:.]+[+-][0-9:]+";
 
 // Two cameras with small sensors, A and B.
@@ -85,7 +87,7 @@ TEST_F(Reconnect, LiveGoesOnWithACameraThatComesBack) {
   ASSERT_EQ(lost.size(), 1u);
   ASSERT_EQ(returned.size(), 1u);
   EXPECT_EQ(lost[0]["camera"], kFirst);
-  EXPECT_EQ(lost[0]["error"]["text"], "camera lost: it does not answer, and 1 image has failed");
+  EXPECT_THAT(lost[0]["error"]["text"].get<std::string>(), HasLines(std::string(kLoss) + "$"));
   EXPECT_EQ(returned[0]["camera"], kFirst);
   EXPECT_LT(lost[0]["time"], returned[0]["time"]);
   const json& total = lines.back();
@@ -103,9 +105,7 @@ TEST_F(Reconnect, EachLossAndReturnIsAPlainLineInTheLogAndOnStandardError) {
 
   const Lines lines = LogLines();
   ASSERT_EQ(lines.size(), 2u);
-  EXPECT_TRUE(std::regex_match(lines[0], std::regex(std::string(kTime) + ": " + kFirst +
-                                                    ": camera lost: it does not answer, and 1 image has failed")))
-      << lines[0];
+  EXPECT_TRUE(std::regex_match(lines[0], std::regex(std::string(kTime) + ": " + kFirst + ": " + kLoss))) << lines[0];
   EXPECT_TRUE(std::regex_match(
       lines[1], std::regex(std::string(kTime) + ": " + kFirst + R"(: returned after \d\.\d s \(\d+ tr(y|ies)\))")))
       << lines[1];
@@ -121,7 +121,7 @@ TEST_F(Reconnect, TheLinesOfLiveShowThatACameraIsAway) {
 
   EXPECT_THAT(result.out, HasLines("2 s: 0 frames, .*, away for [0-9.]+ s\n"));
   EXPECT_THAT(result.out, HasLines("lost 1 time, away for [12]\\.[0-9] s\n$"));
-  EXPECT_THAT(result.err, EndsWith("error: camera lost: it does not answer, and 1 image has failed\n"));
+  EXPECT_THAT(result.err, HasLines(std::string("error: ") + kLoss + "\n$"));
   EXPECT_EQ(result.exit_code, kFailed);
 }
 
@@ -287,8 +287,7 @@ TEST_F(Reconnect, AnInterruptWhileACameraRefusesEndsTheRunWithItsPictures) {
 
   const ProcessResult result = InterruptedAt("camera lost", WithFirst("snap", Series(5)));
 
-  EXPECT_THAT(result.err, EndsWith("error: camera lost: it does not answer, and 1 image has failed\n"
-                                   "3 of 5 images taken\n"));
+  EXPECT_THAT(result.err, HasLines(std::string("error: ") + kLoss + "\n3 of 5 images taken\n$"));
   EXPECT_EQ(result.exit_code, kInterrupted);
 }
 
